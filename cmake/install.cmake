@@ -1,0 +1,35 @@
+# The package: libraries, headers, a CMake package with zrdraw::zrdraw and zrdraw::host, and
+# pkg-config files of the same two.
+include(CMakePackageConfigHelpers)
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/zrdraw)
+
+install(TARGETS zrdraw zrhost EXPORT zrdraw-targets)
+install(EXPORT zrdraw-targets NAMESPACE zrdraw:: DESTINATION ${package_dir})
+install(DIRECTORY include/zrdraw ${PROJECT_BINARY_DIR}/include/zrdraw
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
+# What a host that brings its own platform layer implements.
+install(DIRECTORY src/platform/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zrdraw/platform
+        FILES_MATCHING PATTERN "*.h")
+install(FILES host/zrhost.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zrdraw)
+
+configure_package_config_file(cmake/zrdraw-config.cmake.in
+  ${PROJECT_BINARY_DIR}/zrdraw-config.cmake INSTALL_DESTINATION ${package_dir})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/zrdraw-config-version.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/zrdraw-config.cmake
+              ${PROJECT_BINARY_DIR}/zrdraw-config-version.cmake
+        DESTINATION ${package_dir})
+
+# The way from the pkg-config files to the prefix, so that the package may be moved.
+file(RELATIVE_PATH prefix_from_pc /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+foreach(package zrdraw zrhost)
+  configure_file(cmake/${package}.pc.in ${PROJECT_BINARY_DIR}/${package}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${package}.pc
+          DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()
+
+if(ZRDRAW_BUILD_TOOL)
+  install(TARGETS zrdraw_tool)
+  set_target_properties(zrdraw_tool PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+endif()

@@ -1,0 +1,77 @@
+/**
+ * Events over a condition variable. Time is that of the steady clock, so that a change of the
+ * system's date neither ends nor prolongs a wait.
+ */
+#include "platform/events.h"
+
+#include "handle.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+
+namespace {
+
+enum WaitResult : int { waitDone = 0, waitTimedOut = 258, waitNoEvent = -1 };
+constexpr unsigned int withoutBound = 0xFFFFFFFFU;
+
+class Event {
+public:
+    Event(bool manualReset, bool isSet) : manualReset_(manualReset), isSet_(isSet) {}
+
+    void set() {
+        // Notified under the lock: a waiter may close the event as soon as its wait returns.
+        const std::lock_guard lock(mutex_);
+        isSet_ = true;
+        if (manualReset_) {
+            changed_.notify_all();
+        } else {
+            changed_.notify_one();
+        }
+    }
+
+    WaitResult wait(unsigned int timeout) {
+        std::unique_lock lock(mutex_);
+        const auto isSet = [this] { return isSet_; };
+        if (timeout == withoutBound) {
+            changed_.wait(lock, isSet);
+        } else if (!changed_.wait_for(lock, std::chrono::milliseconds(timeout), isSet)) {
+            return waitTimedOut;
+        }
+        isSet_ = manualReset_;
+        return waitDone;
+    }
+
+private:
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    const bool manualReset_;
+    bool isSet_;
+};
+
+} // namespace
+
+extern "C" {
+
+ZRDRAW_API void* zrOSCreateEvent(void* /*attributes*/, int manualReset, int initialState,
+                                 const char* /*name*/) {
+    return zrhost::makeOrNull<Event>(manualReset != 0, initialState != 0).release();
+}
+
+ZRDRAW_API int zrOSCloseEvent(void* event) {
+    return zrhost::adopt<Event>(event) != nullptr ? 1 : 0;
+}
+
+ZRDRAW_API int zrOSSetEvent(void* event) {
+    if (event == nullptr) {
+        return 0;
+    }
+    static_cast<Event*>(event)->set();
+    return 1;
+}
+
+ZRDRAW_API int zrOSWaitForEvent(void* event, unsigned int timeout) {
+    return event == nullptr ? waitNoEvent : static_cast<Event*>(event)->wait(timeout);
+}
+
+} // extern "C"

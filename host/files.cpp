@@ -1,0 +1,50 @@
+/**
+ * Places in the file system and loading at run time.
+ */
+#include "platform/files.h"
+
+#include "zrdraw/types.h"
+
+#include <string_view>
+
+#include <dlfcn.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr std::size_t pathBytes = 4096;
+
+} // namespace
+
+extern "C" {
+
+ZRDRAW_API int zrOSGetAppDir(char* path) {
+    const ssize_t length = readlink("/proc/self/exe", path, pathBytes);
+    // A full buffer may hold a path that was cut, whose last slash is not the right one.
+    const bool isWhole = length > 0 && static_cast<std::size_t>(length) < pathBytes;
+    const std::string_view program(path, isWhole ? static_cast<std::size_t>(length) : 0);
+    const std::size_t folderLength = program.rfind('/') + 1; // 0 when there is no slash
+    path[folderLength] = 0;
+    return folderLength != 0 ? 1 : 0;
+}
+
+ZRDRAW_API int zrOSFileExists(const char* path) {
+    struct stat status;
+    return stat(path, &status) == 0 && S_ISREG(status.st_mode) ? 1 : 0;
+}
+
+ZRDRAW_API void* zrOSLoadLibrary(const char* name, int mode) {
+    return dlopen(name, mode);
+}
+
+ZRDRAW_API void* zrOSGetProcAddress(void* library, const char* name) {
+    // The loader takes a null handle for the whole program, where a stranger may have the name.
+    return library == nullptr ? nullptr : dlsym(library, name);
+}
+
+ZRDRAW_API int zrOSFreeLibrary(void* library) {
+    return library != nullptr && dlclose(library) == 0 ? 1 : 0;
+}
+
+} // extern "C"

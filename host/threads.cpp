@@ -1,0 +1,187 @@
+/**
+ * Threads over pthreads. A thread is known by a record: that of a thread made here belongs to its
+ * handle until the handle is closed, that of any other thread lives as long as the thread.
+ */
+#include "platform/threads.h"
+
+#include "handle.h"
+#include "zrdraw/types.h"
+
+#include <algorithm>
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <cstring>
+#include <mutex>
+
+#include <pthread.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace {
+
+class ThreadRecord {
+public:
+    /** The calling thread, which runs already. */
+    ThreadRecord() : systemId_(gettid()) {}
+
+    ThreadRecord(zrOSThreadRoutine* routine, void* argument)
+        : routine_(routine), argument_(argument) {}
+
+    /** Starts the thread and waits until it runs. @return its number, 0 when it could not start */
+    unsigned int start(const pthread_attr_t& attributes, const char* name) {
+        if (pthread_create(&thread_, &attributes, run, this) != 0) {
+            return 0;
+        }
+        if (name != nullptr) {
+            setName(name);
+        }
+        std::unique_lock lock(mutex_);
+        started_.wait(lock, [this] { return number_ != 0; });
+        return number_;
+    }
+
+    /** @return whether the thread has ended; false for one that cannot be waited for */
+    bool join() { return routine_ != nullptr && pthread_join(thread_, nullptr) == 0; }
+
+    int priority() {
+        const std::lock_guard lock(mutex_);
+        return priority_;
+    }
+
+    void setPriority(int priority) {
+        const std::lock_guard lock(mutex_);
+        priority_ = priority;
+        if (systemId_ != ended) {
+            const int nice = -std::clamp(priority, -19, 20);
+            // A refusal is no failure: the number alone is what the caller can rely on.
+            setpriority(PRIO_PROCESS, static_cast<id_t>(systemId_), nice);
+        }
+    }
+
+    static ThreadRecord* current() {
+        if (current_ == nullptr) {
+            thread_local ThreadRecord foreign;
+            current_ = &foreign;
+        }
+        return current_;
+    }
+
+private:
+    static constexpr pid_t ended = 0;
+
+    static void* run(void* handle) {
+        auto* const self = static_cast<ThreadRecord*>(handle);
+        current_ = self;
+        self->announce(gettid());
+        const std::uintptr_t result = self->routine_(self->argument_);
+        // The system gives the number of an ended thread to another, which must keep its priority.
+        self->retire();
+        return reinterpret_cast<void*>(result);
+    }
+
+    void announce(pid_t id) {
+        const std::lock_guard lock(mutex_);
+        systemId_ = id;
+        number_ = static_cast<unsigned int>(id);
+        started_.notify_one();
+    }
+
+    void retire() {
+        const std::lock_guard lock(mutex_);
+        systemId_ = ended;
+    }
+
+    void setName(const char* name) {
+        char shortName[16] = {}; // the system refuses a longer name rather than cut it
+        std::strncpy(shortName, name, sizeof shortName - 1);
+        pthread_setname_np(thread_, shortName);
+    }
+
+    static thread_local ThreadRecord* current_;
+
+    zrOSThreadRoutine* const routine_ = nullptr;
+    void* const argument_ = nullptr;
+    pthread_t thread_ = {};
+    std::condition_variable started_;
+    std::mutex mutex_; // guards what follows
+    unsigned int number_ = 0;
+    int priority_ = 0;
+    pid_t systemId_ = ended;
+};
+
+thread_local ThreadRecord* ThreadRecord::current_ = nullptr;
+
+class ThreadAttributes {
+public:
+    explicit ThreadAttributes(unsigned long stackSize) {
+        pthread_attr_init(&value_);
+        // A size below the system's least is refused, 0 among them: the default remains.
+        pthread_attr_setstacksize(&value_, stackSize);
+    }
+    ~ThreadAttributes() { pthread_attr_destroy(&value_); }
+    ThreadAttributes(const ThreadAttributes&) = delete;
+    ThreadAttributes& operator=(const ThreadAttributes&) = delete;
+
+    const pthread_attr_t& value() const { return value_; }
+
+private:
+    pthread_attr_t value_;
+};
+
+} // namespace
+
+extern "C" {
+
+// The flags are ignored: there is no operation that would wake a thread started asleep.
+ZRDRAW_API void* zrOSCreateThread(void* /*attributes*/, unsigned long stackSize,
+                                  zrOSThreadRoutine* routine, void* argument,
+                                  unsigned int /*flags*/, unsigned int* threadId,
+                                  const char* name) {
+    if (routine == nullptr) {
+        return nullptr;
+    }
+    auto record = zrhost::makeOrNull<ThreadRecord>(routine, argument);
+    const unsigned int number =
+        record ? record->start(ThreadAttributes(stackSize).value(), name) : 0;
+    if (number == 0) {
+        return nullptr;
+    }
+    if (threadId != nullptr) {
+        *threadId = number;
+    }
+    return record.release();
+}
+
+ZRDRAW_API int zrOSCloseThread(void* thread, const char* /*name*/) {
+    // A thread that closes itself, or one not made here, keeps its record: it is still in use.
+    if (thread != nullptr && static_cast<ThreadRecord*>(thread)->join()) {
+        zrhost::adopt<ThreadRecord>(thread).reset();
+    }
+    return 0;
+}
+
+ZRDRAW_API void* zrOSGetCurrentThread(void) {
+    return ThreadRecord::current();
+}
+
+ZRDRAW_API int zrOSSetThreadPriority(void* thread, int priority) {
+    if (thread == nullptr) {
+        return 0;
+    }
+    static_cast<ThreadRecord*>(thread)->setPriority(priority);
+    return 1;
+}
+
+ZRDRAW_API int zrOSGetThreadPriority(void* thread) {
+    return thread == nullptr ? 0 : static_cast<ThreadRecord*>(thread)->priority();
+}
+
+ZRDRAW_API int zrOSInterlockedIncrement(int* count) {
+    return ++std::atomic_ref(*count);
+}
+ZRDRAW_API int zrOSInterlockedDecrement(int* count) {
+    return --std::atomic_ref(*count);
+}
+
+} // extern "C"

@@ -1,0 +1,166 @@
+// Straight lines between integer end points: plain, dashed, axis-parallel, and chains of them.
+#include <algorithm>
+
+#include "draw/fixed_point.h"
+#include "draw/line_weighted.h"
+#include "draw/span_route.h"
+#include "platform/memory.h"
+#include "zrdraw/zrdraw.h"
+
+namespace {
+
+int magnitude(int value) {
+    return value < 0 ? -value : value;
+}
+
+// Walks the major coordinate from `first` to `last`, both included, one by one in either
+// direction. Written so that an end at the limit of int ends the walk as well.
+template <typename Visit>
+void walk(int first, int last, int direction, Visit visit) {
+    for (int at = first;; at += direction) {
+        visit(at);
+        if (at == last)
+            return;
+    }
+}
+
+bool isOffCanvas(const ZRPixel& pixel, int low, int high, unsigned int extent) {
+    return pixel.canvas == nullptr || pixel.width == 0 || pixel.height == 0 || low < 0 ||
+           high > static_cast<int>(extent);
+}
+
+int pullBack(int coordinate, unsigned int extent) {
+    return coordinate == static_cast<int>(extent) ? coordinate - 1 : coordinate;
+}
+
+} // namespace
+
+int ZRDraw::Line(_POINT& from, _POINT& to) {
+    return Line(from.x, from.y, to.x, to.y);
+}
+
+int ZRDraw::Line(int x0, int y0, int x1, int y1) {
+    // From the upper end to the lower one; a horizontal line keeps its direction.
+    const bool upwards = y0 > y1;
+    const _POINT p = upwards ? _POINT{x1, y1} : _POINT{x0, y0};
+    const _POINT q = upwards ? _POINT{x0, y0} : _POINT{x1, y1};
+    const int dx = q.x - p.x;
+    const int dy = q.y - p.y;
+    if (antiAlias && dx != 0 && dy != 0 && magnitude(dx) != dy)
+        return drawWeightedLine(*this, p, q);
+
+    if (dy > magnitude(dx)) {
+        const int step = fixed::slope(dx, dy);
+        int f = fixed::fromInt(p.x) + fixed::half;
+        walk(p.y, q.y, 1, [&](int y) {
+            PutPixel(fixed::floorToInt(f), y, true);
+            f += step;
+        });
+        return 0;
+    }
+    const int direction = dx < 0 ? -1 : 1;
+    const int step = direction * fixed::slope(dy, dx);
+    int f = fixed::fromInt(p.y) + fixed::half;
+    walk(p.x, q.x, direction, [&](int x) {
+        PutPixel(x, fixed::floorToInt(f), true);
+        f += step;
+    });
+    return 0;
+}
+
+int ZRDraw::LineTo(int x, int y) {
+    const int status = Line(currentX, currentY, x, y);
+    MoveTo(x, y);
+    return status;
+}
+
+int ZRDraw::LineVert(int x, int y0, int y1) {
+    if (isOffCanvas(*this, std::min(y0, y1), std::max(y0, y1), height) ||
+        isOffCanvas(*this, x, x, width))
+        return -1;
+    x = pullBack(x, width);
+    const int top = pullBack(std::min(y0, y1), height);
+    const int bottom = pullBack(std::max(y0, y1), height);
+    for (int y = top; y <= bottom; ++y)
+        PutPixel(x, y, true);
+    return 0;
+}
+
+int ZRDraw::LineHoriz(int x0, int y, int x1) {
+    if (isOffCanvas(*this, y, y, height) ||
+        isOffCanvas(*this, std::min(x0, x1), std::max(x0, x1), width))
+        return -1;
+    y = pullBack(y, height);
+    const int left = pullBack(std::min(x0, x1), width);
+    const int right = pullBack(std::max(x0, x1), width);
+    const unsigned int more = static_cast<unsigned int>(right - left);
+
+    const SpanRoute route = spanRoute(*this, true);
+    if (route == SpanRoute::Words) {
+        SetMemoryFast(wordAddress(*this, left, y), foreColor, more * 4 + 4);
+        return 0;
+    }
+    if (route == SpanRoute::Packed) {
+        // The format class encodes the first pixel, and the run repeats its bytes.
+        PutPixel(left, y, true);
+        if (char* first = GetPixel(left, y); first != nullptr) {
+            const unsigned int bytes = zrdraw_packed_pixel_bytes(pixelType);
+            zrdraw_fill_pattern(first + bytes, first, bytes, more);
+            return 0;
+        }
+    }
+    for (int x = left; x <= right; ++x)
+        PutPixel(x, y, true);
+    return 0;
+}
+
+int ZRDraw::Dash(int x0, int y0, int x1, int y1, int on, int off) {
+    int onLeft = on;
+    int offLeft = off;
+    // Whether this position is drawn; moves the pattern on by one.
+    const auto inked = [&] {
+        const bool ink = onLeft > 0;
+        if (ink)
+            --onLeft;
+        else if (offLeft > 0)
+            --offLeft;
+        if (offLeft == 0) {
+            onLeft = on;
+            offLeft = off;
+        }
+        return ink;
+    };
+    const auto dashes = [&](int first, int last, int minor, int step, auto put) {
+        const int direction = last > first ? 1 : -1;
+        int f = fixed::fromInt(minor) | fixed::half;
+        walk(first, last, direction, [&](int at) {
+            if (inked())
+                put(at, fixed::floorToInt(f));
+            f += direction * step;
+        });
+    };
+    if (magnitude(y0 - y1) <= magnitude(x0 - x1))
+        dashes(x0, x1, y0, fixed::slope(y1 - y0, x1 - x0),
+               [&](int x, int y) { PutPixel(x, y, true); });
+    else
+        dashes(y0, y1, x0, fixed::slope(x1 - x0, y1 - y0),
+               [&](int y, int x) { PutPixel(x, y, true); });
+    return 0;
+}
+
+int ZRDraw::Polyline(const _POINT* points, unsigned int count) {
+    if (count < 2)
+        return -1;
+    // By contract: a count that is negative as a signed number draws nothing and succeeds.
+    for (int i = 1; i < static_cast<int>(count); ++i)
+        Line(points[i - 1].x, points[i - 1].y, points[i].x, points[i].y);
+    return 0;
+}
+
+int ZRDraw::PolylineTo(const _POINT* points, unsigned int count) {
+    const int status = Polyline(points, count);
+    // By contract: the element after the last vertex becomes the current position.
+    if (status == 0)
+        MoveTo(points[count].x, points[count].y);
+    return status;
+}

@@ -1,0 +1,36 @@
+// The exported span kernels: guards, and the choice of a body per call.
+#include "zrdraw/span.h"
+
+#include "draw/span_bodies.h"
+
+void zrdraw_fill_pattern_c(void* dst, const void* pattern, unsigned int patternBytes,
+                           unsigned long count) {
+    if (dst == nullptr || pattern == nullptr || patternBytes == 0 || count == 0)
+        return;
+    span::fillPlain(static_cast<unsigned char*>(dst), static_cast<const unsigned char*>(pattern),
+                    patternBytes, count);
+}
+
+void zrdraw_fill_pattern(void* dst, const void* pattern, unsigned int patternBytes,
+                         unsigned long count) {
+    if (dst == nullptr || pattern == nullptr || patternBytes == 0 || count == 0)
+        return;
+    auto* body = &span::fillPlain;
+    if (patternBytes == 4 || patternBytes == 8)
+        body = zrdraw_avx2_available() != 0 ? &span::fillAvx2 : &span::fillAvx;
+    body(static_cast<unsigned char*>(dst), static_cast<const unsigned char*>(pattern), patternBytes,
+         count);
+}
+
+void zrdraw_blend_bgra_over_c(unsigned char* dst, const unsigned char* src, unsigned long pixels) {
+    if (src == nullptr || pixels == 0 || dst == nullptr)
+        return;
+    span::blendPlain(dst, src, pixels);
+}
+
+void zrdraw_blend_bgra_over(unsigned char* dst, const unsigned char* src, unsigned long pixels) {
+    if (src == nullptr || pixels == 0 || dst == nullptr)
+        return;
+    auto* body = zrdraw_avx2_available() != 0 ? &span::blendAvx2 : &span::blendPlain;
+    body(dst, src, pixels);
+}

@@ -1,0 +1,71 @@
+// Runs of 4- and 8-byte patterns in unaligned 32-byte stores. The pattern is loaded once and stays
+// in a register; there is no aligning prologue, so runs may be very short.
+#include <cstring>
+#include <immintrin.h>
+
+#include "draw/span_bodies.h"
+
+namespace {
+
+constexpr unsigned long vectorBytes = sizeof(__m256i);
+constexpr unsigned long wideBytes = 4 * vectorBytes;
+
+void store32(unsigned char* at, __m256i vector) {
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(at), vector);
+}
+
+__m256i broadcast(const unsigned char* pattern, unsigned int patternBytes) {
+    if (patternBytes == 4) {
+        int word;
+        std::memcpy(&word, pattern, sizeof word);
+        return _mm256_set1_epi32(word);
+    }
+    long long word;
+    std::memcpy(&word, pattern, sizeof word);
+    return _mm256_set1_epi64x(word);
+}
+
+// What is left after the wide stage: whole vectors, then at most 28 bytes. A remainder is a whole
+// number of patterns, so its stores may be of either size for either pattern.
+void fillRest(unsigned char* dst, __m256i vector, unsigned long bytes) {
+    for (; bytes >= vectorBytes; bytes -= vectorBytes, dst += vectorBytes)
+        store32(dst, vector);
+    const __m128i half = _mm256_castsi256_si128(vector);
+    if (bytes >= sizeof half) {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(dst), half);
+        dst += sizeof half;
+        bytes -= sizeof half;
+    }
+    const long long eight = _mm_cvtsi128_si64(half);
+    if (bytes >= sizeof eight) {
+        std::memcpy(dst, &eight, sizeof eight);
+        dst += sizeof eight;
+        bytes -= sizeof eight;
+    }
+    const int four = _mm_cvtsi128_si32(half);
+    if (bytes != 0)
+        std::memcpy(dst, &four, sizeof four);
+}
+
+} // namespace
+
+void span::fillAvx(unsigned char* dst, const unsigned char* pattern, unsigned int patternBytes,
+                   unsigned long count) {
+    fillRest(dst, broadcast(pattern, patternBytes), patternBytes * count);
+}
+
+__attribute__((target("avx2"))) void span::fillAvx2(unsigned char* dst,
+                                                    const unsigned char* pattern,
+                                                    unsigned int patternBytes,
+                                                    unsigned long count) {
+    if (patternBytes != 4 && patternBytes != 8)
+        return;
+    const __m256i vector = broadcast(pattern, patternBytes);
+    unsigned long bytes = patternBytes * count;
+#pragma GCC unroll 8
+    for (; bytes >= wideBytes; bytes -= wideBytes, dst += wideBytes) {
+        for (unsigned long at = 0; at < wideBytes; at += vectorBytes)
+            store32(dst + at, vector);
+    }
+    fillRest(dst, vector, bytes);
+}

@@ -1,0 +1,69 @@
+// The 8-bit RGB layouts. Almost everything of theirs is what ZRPixel does; the byte orders differ
+// by code in the table of layouts.
+#include "pixel/byte_order.h"
+#include "pixel/hsv.h"
+#include "zrdraw/formats.h"
+
+namespace {
+
+unsigned int naturalLine(const ZRPixel& pixel, unsigned int code) {
+    return zrLineBytes(zrFindLayout(code)->line, pixel.width);
+}
+
+// By contract: no test of the address, unlike ZRPixel's own form.
+int readYCbCr(ZRPixel& pixel, int x, int y, double& cy, double& cb, double& cr, double& a) {
+    const auto* address = reinterpret_cast<const unsigned char*>(pixel.GetPixel(x, y));
+    const Rgba rgba = unpackRgba(address, byteOrderOf(pixel.pixelType));
+    a = rgba.a;
+    pixel.RGBToYCbCr(rgba.r, rgba.g, rgba.b, a, cy, cb, cr, a);
+    return 0;
+}
+
+// By contract: grey has hue -1.0 here, and the answer is 0 even off the canvas.
+int readHsv(ZRPixel& pixel, int x, int y, double& h, double& s, double& v, double& a) {
+    double r = 0.0, g = 0.0, b = 0.0;
+    pixel.GetPixelRGBA(x, y, r, g, b, a);
+    const Hsv hsv = toHsv(r, g, b, noHue);
+    h = hsv.h;
+    s = hsv.s;
+    v = hsv.v;
+    return 0;
+}
+
+} // namespace
+
+CDrawRGBA32::CDrawRGBA32(unsigned int code) : ZRDraw(code) {
+    pixelType = code;
+}
+
+CDrawRGBA32::~CDrawRGBA32() = default;
+
+unsigned int CDrawRGBA32::GetPitch() {
+    return naturalLine(*this, ptRGBA32);
+}
+
+int CDrawRGBA32::GetPixelYCbCr(int x, int y, double& cy, double& cb, double& cr, double& a) {
+    return readYCbCr(*this, x, y, cy, cb, cr, a);
+}
+
+int CDrawRGBA32::GetPixelHSV(int x, int y, double& h, double& s, double& v, double& a) {
+    return readHsv(*this, x, y, h, s, v, a);
+}
+
+CDrawRGB24::CDrawRGB24(unsigned int code) : ZRDraw(code) {
+    pixelType = code;
+}
+
+CDrawRGB24::~CDrawRGB24() = default;
+
+unsigned int CDrawRGB24::GetPitch() {
+    return naturalLine(*this, ptRGB24);
+}
+
+int CDrawRGB24::GetPixelYCbCr(int x, int y, double& cy, double& cb, double& cr, double& a) {
+    return readYCbCr(*this, x, y, cy, cb, cr, a);
+}
+
+int CDrawRGB24::GetPixelHSV(int x, int y, double& h, double& s, double& v, double& a) {
+    return readHsv(*this, x, y, h, s, v, a);
+}

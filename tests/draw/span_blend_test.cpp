@@ -1,0 +1,104 @@
+// The "over" blend: the rule itself, and that both bodies follow it.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <random>
+#include <vector>
+
+#include "draw/span_bodies.h"
+#include "zrdraw/span.h"
+
+namespace {
+
+using Pixel = std::vector<unsigned char>;
+using Blend = void (*)(unsigned char*, const unsigned char*, unsigned long);
+
+constexpr Blend blends[] = {zrdraw_blend_bgra_over, zrdraw_blend_bgra_over_c};
+
+} // namespace
+
+TEST(Blend, ExactQuotientsForEveryCombination) {
+    // For each pair of source byte and alpha, 256 pixels that hold every destination byte.
+    constexpr unsigned long pixels = 256;
+    std::vector<unsigned char> src(pixels * 4), vector(pixels * 4), plain(pixels * 4),
+        before(pixels * 4);
+    for (unsigned int d = 0; d < 256; ++d)
+        std::memset(before.data() + 4 * d, static_cast<int>(d), 4);
+    for (unsigned int alpha = 0; alpha < 256; ++alpha) {
+        // The quotients by division, for every destination and source byte of this alpha.
+        for (unsigned int s = 0; s < 256; ++s) {
+            const unsigned int word = s * 0x010101U | alpha << 24;
+            for (unsigned long i = 0; i < pixels; ++i)
+                std::memcpy(src.data() + 4 * i, &word, 4);
+            vector = plain = before;
+            zrdraw_blend_bgra_over(vector.data(), src.data(), pixels);
+            zrdraw_blend_bgra_over_c(plain.data(), src.data(), pixels);
+            ASSERT_EQ(vector, plain) << "source " << s << " alpha " << alpha;
+            if (alpha <= 16) {
+                ASSERT_EQ(plain, before) << "at or under the cut-off";
+                continue;
+            }
+            unsigned int wrong = 0;
+            for (unsigned int d = 0; d < 256; ++d) {
+                const unsigned int quotient = (d * (255 - alpha) + s * alpha) / 255;
+                wrong += plain[4 * d] != quotient || plain[4 * d + 1] != quotient ||
+                         plain[4 * d + 2] != quotient || plain[4 * d + 3] != alpha;
+            }
+            ASSERT_EQ(wrong, 0U) << "source " << s << " alpha " << alpha;
+        }
+    }
+}
+
+TEST(Blend, ChannelsKeepApart) {
+    for (const Blend blend : blends) {
+        Pixel dst{10, 20, 30, 40};
+        blend(dst.data(), Pixel{200, 100, 50, 16}.data(), 1);
+        EXPECT_EQ(dst, (Pixel{10, 20, 30, 40})) << "alpha 16 does nothing";
+        blend(dst.data(), Pixel{200, 100, 50, 17}.data(), 1);
+        EXPECT_EQ(dst, (Pixel{22, 25, 31, 17})) << "alpha 17 blends in full";
+        blend(dst.data(), Pixel{1, 2, 3, 255}.data(), 1);
+        EXPECT_EQ(dst, (Pixel{1, 2, 3, 255}));
+    }
+}
+
+TEST(Blend, EveryLengthWithMixedAlphaAndGuards) {
+    constexpr unsigned int seed = 20261124;
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
+    std::mt19937 random(seed);
+    const auto byte = [&] { return static_cast<unsigned char>(random() & 0xFF); };
+    for (unsigned long pixels = 1; pixels <= 70; ++pixels) {
+        for (const std::size_t offset : {0U, 1U, 4U, 31U}) {
+            // Alphas around the cut-off in runs, so that whole blocks fall under it.
+            std::vector<unsigned char> src(offset + pixels * 4);
+            for (unsigned char& b : src)
+                b = byte();
+            const bool mostlyEmpty = random() % 2 == 0;
+            for (unsigned long i = 0; i < pixels; ++i)
+                if (mostlyEmpty && (i / 8) % 3 != 2)
+                    src[offset + 4 * i + 3] = static_cast<unsigned char>(random() % 18);
+            std::vector<unsigned char> vector(offset + pixels * 4 + 32);
+            for (unsigned char& b : vector)
+                b = byte();
+            std::vector<unsigned char> plain = vector;
+            zrdraw_blend_bgra_over(vector.data() + offset, src.data() + offset, pixels);
+            span::blendPlain(plain.data() + offset, src.data() + offset, pixels);
+            ASSERT_EQ(vector, plain) << pixels << " pixels at offset " << offset;
+        }
+    }
+}
+
+TEST(Blend, NothingToDoAndNothingDone) {
+    for (const Blend blend : blends) {
+        Pixel dst{10, 20, 30, 40};
+        const Pixel src{1, 1, 1, 255};
+        blend(nullptr, src.data(), 1);
+        blend(dst.data(), nullptr, 1);
+        blend(dst.data(), src.data(), 0);
+        EXPECT_EQ(dst, (Pixel{10, 20, 30, 40}));
+    }
+}
+
+TEST(Processor, TestIsConsistent) {
+    EXPECT_EQ(zrdraw_avx2_compiled(), 1);
+    EXPECT_EQ(zrdraw_avx2_available(), __builtin_cpu_supports("avx2") ? 1 : 0);
+}

@@ -1,0 +1,166 @@
+// Events and critical sections of the default platform layer.
+#include "platform/events.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <memory>
+#include <thread>
+#include <vector>
+
+namespace {
+
+constexpr unsigned int withoutBound = 0xFFFFFFFFU;
+constexpr int timedOut = 258;
+
+struct CloseEvent {
+    void operator()(void* event) const { EXPECT_EQ(1, zrOSCloseEvent(event)); }
+};
+using Event = std::unique_ptr<void, CloseEvent>;
+
+Event makeEvent(bool manualReset, bool isSet) {
+    return Event(zrOSCreateEvent(nullptr, manualReset, isSet, "a name means nothing here"));
+}
+
+struct ResetCase {
+    bool manualReset;
+    bool initiallySet;
+    int firstWait;
+    int secondWait;
+};
+
+TEST(Events, WaitFindsTheStateTheEventWasMadeWith) {
+    const ResetCase cases[] = {{false, false, timedOut, timedOut},
+                               {true, false, timedOut, timedOut},
+                               {false, true, 0, timedOut},
+                               {true, true, 0, 0}};
+    for (const ResetCase& c : cases) {
+        SCOPED_TRACE(testing::Message() << "manual " << c.manualReset << " set " << c.initiallySet);
+        const Event event = makeEvent(c.manualReset, c.initiallySet);
+        EXPECT_EQ(c.firstWait, zrOSWaitForEvent(event.get(), 0));
+        EXPECT_EQ(c.secondWait, zrOSWaitForEvent(event.get(), 5));
+    }
+}
+
+TEST(Events, SetBeforeWaitIsKept) {
+    const Event once = makeEvent(false, false);
+    EXPECT_EQ(1, zrOSSetEvent(once.get()));
+    EXPECT_EQ(1, zrOSSetEvent(once.get())); // a flag, not a count
+    EXPECT_EQ(0, zrOSWaitForEvent(once.get(), withoutBound));
+    EXPECT_EQ(timedOut, zrOSWaitForEvent(once.get(), 0));
+}
+
+TEST(Events, NamesAreNotShared) {
+    const Event set = makeEvent(true, true);
+    const Event other = makeEvent(true, false);
+    EXPECT_EQ(timedOut, zrOSWaitForEvent(other.get(), 0));
+}
+
+TEST(Events, NullHandlesAreRefused) {
+    EXPECT_EQ(0, zrOSCloseEvent(nullptr));
+    EXPECT_EQ(0, zrOSSetEvent(nullptr));
+    EXPECT_EQ(-1, zrOSWaitForEvent(nullptr, 0));
+}
+
+/** Three threads that wait for one event and tell by another that they are through. */
+class Waiters {
+public:
+    explicit Waiters(void* event) {
+        for (int i = 0; i < count; ++i) {
+            threads_.emplace_back([this, event] {
+                EXPECT_EQ(0, zrOSWaitForEvent(event, withoutBound));
+                ++released_;
+                zrOSSetEvent(progress_.get());
+            });
+        }
+        zrOSWaitForEvent(progress_.get(), 20); // most likely all of them wait by then
+    }
+    ~Waiters() {
+        for (std::thread& thread : threads_) {
+            thread.join();
+        }
+    }
+    Waiters(const Waiters&) = delete;
+    Waiters& operator=(const Waiters&) = delete;
+
+    static constexpr int count = 3;
+
+    int awaitReleased(int wanted) {
+        while (released_ < wanted) {
+            zrOSWaitForEvent(progress_.get(), withoutBound);
+        }
+        zrOSWaitForEvent(progress_.get(), 20); // the chance for one too many
+        return released_;
+    }
+
+private:
+    Event progress_ = makeEvent(false, false);
+    std::atomic<int> released_ = 0;
+    std::vector<std::thread> threads_;
+};
+
+TEST(Events, AutoResetReleasesOneWaiterForEachSet) {
+    const Event event = makeEvent(false, false);
+    Waiters waiters(event.get());
+    for (int i = 1; i <= Waiters::count; ++i) {
+        zrOSSetEvent(event.get());
+        EXPECT_EQ(i, waiters.awaitReleased(i));
+    }
+}
+
+TEST(Events, ManualResetReleasesAllAndStays) {
+    const Event event = makeEvent(true, false);
+    Waiters waiters(event.get());
+    zrOSSetEvent(event.get());
+    EXPECT_EQ(Waiters::count, waiters.awaitReleased(Waiters::count));
+    EXPECT_EQ(0, zrOSWaitForEvent(event.get(), 0));
+}
+
+class CriticalSection : public testing::Test {
+protected:
+    CriticalSection() { zrOSInitializeCriticalSection(&section_); }
+    ~CriticalSection() override { zrOSDeleteCriticalSection(&section_); }
+
+    int tryFromAnotherThread() {
+        int taken = -1;
+        std::thread([&] {
+            taken = zrOSTryEnterCriticalSection(&section_);
+            if (taken == 1) {
+                zrOSLeaveCriticalSection(&section_);
+            }
+        }).join();
+        return taken;
+    }
+
+    zrOSCriticalSection section_;
+};
+
+TEST_F(CriticalSection, ItsOwnerEntersAgainAndHoldsItUntilTheLastLeave) {
+    zrOSEnterCriticalSection(&section_);
+    zrOSEnterCriticalSection(&section_);
+    EXPECT_EQ(1, zrOSTryEnterCriticalSection(&section_));
+    for (int left = 3; left > 0; --left) {
+        EXPECT_EQ(0, tryFromAnotherThread()) << left << " to leave";
+        zrOSLeaveCriticalSection(&section_);
+    }
+    EXPECT_EQ(1, tryFromAnotherThread());
+}
+
+TEST_F(CriticalSection, ExcludesOtherThreads) {
+    constexpr int rounds = 20000;
+    int plainCount = 0;
+    const auto work = [&] {
+        for (int i = 0; i < rounds; ++i) {
+            zrOSEnterCriticalSection(&section_);
+            ++plainCount;
+            zrOSLeaveCriticalSection(&section_);
+        }
+    };
+    std::thread first(work);
+    std::thread second(work);
+    first.join();
+    second.join();
+    EXPECT_EQ(2 * rounds, plainCount);
+}
+
+} // namespace

@@ -1,0 +1,116 @@
+// Places in the file system, loading and the log of the default platform layer.
+#include "platform/files.h"
+#include "zrhost.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <dlfcn.h>
+#include <errno.h>
+
+namespace {
+
+std::string appDir() {
+    std::string path(4096, '?');
+    EXPECT_EQ(1, zrOSGetAppDir(path.data()));
+    path.resize(path.find('\0'));
+    return path;
+}
+
+TEST(Files, AppDirHoldsTheRunningProgram) {
+    const std::string folder = appDir();
+    ASSERT_FALSE(folder.empty());
+    EXPECT_EQ('/', folder.front());
+    EXPECT_EQ('/', folder.back());
+    EXPECT_EQ(1, zrOSFileExists((folder + program_invocation_short_name).c_str()));
+}
+
+TEST(Files, OnlyAFileExists) {
+    const std::string folder = appDir();
+    EXPECT_EQ(0, zrOSFileExists((folder + "no such file").c_str()));
+    EXPECT_EQ(0, zrOSFileExists(folder.c_str()));
+    EXPECT_EQ(0, zrOSFileExists(""));
+}
+
+TEST(Libraries, LoadFindAndRelease) {
+    void* const library = zrOSLoadLibrary("libm.so.6", RTLD_NOW);
+    ASSERT_NE(nullptr, library);
+    const auto floorOf = reinterpret_cast<double (*)(double)>(zrOSGetProcAddress(library, "floor"));
+    ASSERT_NE(nullptr, floorOf);
+    EXPECT_EQ(2.0, floorOf(2.5));
+    EXPECT_EQ(nullptr, zrOSGetProcAddress(library, "no such name"));
+    EXPECT_EQ(1, zrOSFreeLibrary(library));
+}
+
+TEST(Libraries, WhatIsNotThereIsRefused) {
+    EXPECT_EQ(nullptr, zrOSLoadLibrary("no such library.so", RTLD_NOW));
+    EXPECT_EQ(nullptr, zrOSGetProcAddress(nullptr, "malloc"));
+    EXPECT_EQ(0, zrOSFreeLibrary(nullptr));
+}
+
+class Log : public testing::Test {
+protected:
+    ~Log() override { zrOSSetLogSink(nullptr); }
+
+    static void keep(const char* message) { messages_.emplace_back(message); }
+    void SetUp() override { messages_.clear(); }
+
+    static inline std::vector<std::string> messages_;
+};
+
+TEST_F(Log, SinkReceivesTheTextAlone) {
+    zrOSSetLogSink(keep);
+    testing::internal::CaptureStderr();
+    ErrOut("%s has %d lines\n", "picture", 12);
+    ErrOut("no newline");
+    ErrOut("%s", "");
+    EXPECT_EQ("", testing::internal::GetCapturedStderr());
+    EXPECT_EQ((std::vector<std::string>{"picture has 12 lines", "no newline", ""}), messages_);
+}
+
+TEST_F(Log, SinkReceivesTheBeginningOfALongMessage) {
+    constexpr std::size_t longest = 4086;
+    zrOSSetLogSink(keep);
+    for (const std::size_t length : {longest - 1, longest, longest + 1, longest + 5000}) {
+        const std::string text(length, 'x');
+        ErrOut("%s", text.c_str());
+        EXPECT_EQ(text.substr(0, longest), messages_.back()) << length;
+    }
+}
+
+TEST_F(Log, StandardErrorTakesOneLineAMessage) {
+    zrOSSetLogSink(keep);
+    zrOSSetLogSink(nullptr);
+    testing::internal::CaptureStderr();
+    ErrOut("first %d", 1);
+    ErrOut("second %d\n", 2);
+    ErrOut("%s", "");
+    EXPECT_EQ("zrdraw: first 1\nzrdraw: second 2\nzrdraw: \n",
+              testing::internal::GetCapturedStderr());
+    EXPECT_TRUE(messages_.empty());
+}
+
+TEST_F(Log, LinesOfSeveralThreadsDoNotMix) {
+    constexpr int lines = 200;
+    const std::string text(300, 'x');
+    const auto work = [&] {
+        for (int i = 0; i < lines; ++i) {
+            ErrOut("%s", text.c_str());
+        }
+    };
+    testing::internal::CaptureStderr();
+    std::thread first(work);
+    std::thread second(work);
+    first.join();
+    second.join();
+    std::string expected;
+    for (int i = 0; i < 2 * lines; ++i) {
+        expected += "zrdraw: " + text + "\n";
+    }
+    EXPECT_TRUE(expected == testing::internal::GetCapturedStderr());
+}
+
+} // namespace

@@ -1,0 +1,95 @@
+// Copies, fills and allocation of the default platform layer.
+#include "platform/memory.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+namespace {
+
+using Bytes = std::vector<unsigned char>;
+
+constexpr unsigned char guard = 0xA5;
+constexpr std::size_t guardBytes = 160; // more than the widest turn of a fill
+constexpr std::size_t alignment = 64;
+
+/** Fills a run with guards around it; compares every byte with one written by its definition. */
+void checkFill(std::size_t offset, std::size_t bytes) {
+    constexpr unsigned int value = 0x44332211;
+    constexpr unsigned char pattern[4] = {0x11, 0x22, 0x33, 0x44};
+    Bytes buffer(alignment + guardBytes + offset + bytes + guardBytes, guard);
+    const std::size_t toAligned =
+        alignment - reinterpret_cast<std::uintptr_t>(buffer.data()) % alignment;
+    const std::size_t start = toAligned + guardBytes + offset;
+
+    Bytes expected = buffer;
+    for (std::size_t i = 0; i < bytes; ++i) {
+        expected[start + i] = pattern[i % 4];
+    }
+    EXPECT_EQ(buffer.data() + start, SetMemoryFast(buffer.data() + start, value, bytes));
+    const auto differs = std::mismatch(buffer.begin(), buffer.end(), expected.begin()).first;
+    EXPECT_EQ(buffer.end(), differs)
+        << bytes << " bytes at offset " << offset << " go wrong at byte "
+        << differs - buffer.begin() - static_cast<std::ptrdiff_t>(start) << " of the run";
+}
+
+TEST(SetMemoryFast, RepeatsTheWordAtAnyAlignmentAndLength) {
+    for (std::size_t offset = 0; offset < 36 && !HasFailure(); ++offset) {
+        for (std::size_t bytes = 0; bytes <= 300; ++bytes) {
+            checkFill(offset, bytes);
+        }
+    }
+}
+
+TEST(SetMemoryFast, KeepsThePatternInRunsPastTheCaches) {
+    for (const std::size_t offset : {0U, 1U, 31U, 46U, 63U}) {
+        for (std::size_t shorter = 0; shorter < 12; ++shorter) {
+            checkFill(offset, (std::size_t{1} << 20) - shorter);
+        }
+    }
+}
+
+TEST(SetMemoryFast, FillsOnBothSidesOfHalfAMegabyte) {
+    for (std::size_t bytes = 524288 - 9; bytes <= 524288 + 9; ++bytes) {
+        checkFill(5, bytes);
+    }
+}
+
+TEST(CopyMemory, CopiesTheRunAndNothingElse) {
+    for (const auto copy : {CopyMemoryFast, zrOSCopyMemory}) {
+        for (const std::size_t bytes : {0U, 1U, 7U, 32U, 4097U}) {
+            Bytes source(bytes + 1);
+            for (std::size_t i = 0; i < source.size(); ++i) {
+                source[i] = static_cast<unsigned char>(i * 7 + 1);
+            }
+            Bytes target(bytes + 2, guard);
+            EXPECT_EQ(target.data() + 1, copy(target.data() + 1, source.data(), bytes));
+            EXPECT_EQ(0, std::memcmp(target.data() + 1, source.data(), bytes));
+            EXPECT_EQ(guard, target.front());
+            EXPECT_EQ(guard, target.back());
+        }
+    }
+}
+
+TEST(ZRAlloc, GivesAlignedMemoryOfItsOwn) {
+    std::vector<void*> blocks;
+    for (const unsigned int bytes : {0U, 1U, 63U, 64U, 65U, 100'000U}) {
+        void* const block = ZRAlloc(bytes);
+        ASSERT_NE(nullptr, block) << bytes;
+        EXPECT_EQ(0U, reinterpret_cast<std::uintptr_t>(block) % alignment) << bytes;
+        std::memset(block, static_cast<int>(blocks.size()), bytes);
+        blocks.push_back(block);
+    }
+    for (std::size_t i = 1; i < blocks.size(); ++i) {
+        EXPECT_EQ(i, *static_cast<unsigned char*>(blocks[i]));
+    }
+    for (void* const block : blocks) {
+        ZRFree(block);
+    }
+    ZRFree(nullptr);
+}
+
+} // namespace

@@ -1,0 +1,135 @@
+// Threads, priorities and interlocked counts of the default platform layer.
+#include "platform/events.h"
+#include "platform/threads.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <string>
+
+#include <pthread.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace {
+
+void* start(zrOSThreadRoutine* routine, void* argument, unsigned long stackSize = 0) {
+    return zrOSCreateThread(nullptr, stackSize, routine, argument, 0, nullptr, nullptr);
+}
+
+TEST(Threads, WorkIsVisibleAfterClose) {
+    for (const unsigned long stackSize : {0UL, 1UL, 100'001UL, 1UL << 20}) {
+        SCOPED_TRACE(stackSize);
+        int work = 0;
+        void* const thread = start(
+            [](void* argument) {
+                usleep(2000); // a close that does not wait would be here first
+                *static_cast<int*>(argument) = 17;
+                return 0U;
+            },
+            &work, stackSize);
+        ASSERT_NE(nullptr, thread);
+        EXPECT_EQ(0, zrOSCloseThread(thread, "any"));
+        EXPECT_EQ(17, work);
+    }
+}
+
+struct Seen {
+    void* ready = zrOSCreateEvent(nullptr, 0, 0, nullptr);
+    void* go = zrOSCreateEvent(nullptr, 0, 0, nullptr);
+    void* self = nullptr;
+    unsigned int id = 0;
+    int priority = -1;
+    std::string name;
+};
+
+unsigned int look(void* argument) {
+    auto* const seen = static_cast<Seen*>(argument);
+    seen->self = zrOSGetCurrentThread();
+    seen->id = static_cast<unsigned int>(gettid());
+    seen->priority = zrOSGetThreadPriority(seen->self);
+    zrOSSetEvent(seen->ready);
+    zrOSWaitForEvent(seen->go, 0xFFFFFFFFU);
+    char name[16] = {};
+    pthread_getname_np(pthread_self(), name, sizeof name);
+    seen->name = name;
+    zrOSSetThreadPriority(seen->self, seen->priority + 7);
+    zrOSSetEvent(seen->ready);
+    return 0;
+}
+
+TEST(Threads, HandleNumberNameAndPriorityAreThoseOfTheThread) {
+    Seen seen;
+    unsigned int id = 0;
+    void* const thread =
+        zrOSCreateThread(nullptr, 0, look, &seen, 0, &id, "a name of 24 characters.");
+    ASSERT_NE(nullptr, thread);
+    zrOSWaitForEvent(seen.ready, 0xFFFFFFFFU);
+    EXPECT_EQ(thread, seen.self);
+    EXPECT_EQ(id, seen.id);
+    EXPECT_EQ(0, seen.priority);
+    for (const int priority : {-3, 100, 2, INT_MIN}) {
+        EXPECT_EQ(1, zrOSSetThreadPriority(thread, priority));
+        EXPECT_EQ(priority, zrOSGetThreadPriority(thread));
+    }
+    EXPECT_EQ(19, getpriority(PRIO_PROCESS, id)) << "a lower priority is always permitted";
+    zrOSSetEvent(seen.go);
+    zrOSWaitForEvent(seen.ready, 0xFFFFFFFFU);
+    EXPECT_EQ(7, zrOSGetThreadPriority(thread));
+    zrOSCloseThread(thread, nullptr);
+    EXPECT_EQ("a name of 24 ch", seen.name);
+    zrOSCloseEvent(seen.ready);
+    zrOSCloseEvent(seen.go);
+}
+
+TEST(Threads, AThreadOfTheProgramHasAHandleOfItsOwn) {
+    void* const self = zrOSGetCurrentThread();
+    ASSERT_NE(nullptr, self);
+    EXPECT_EQ(self, zrOSGetCurrentThread());
+    const int before = zrOSGetThreadPriority(self);
+    EXPECT_EQ(1, zrOSSetThreadPriority(self, -1));
+    EXPECT_EQ(-1, zrOSGetThreadPriority(self));
+    zrOSSetThreadPriority(self, before);
+    EXPECT_EQ(0, before);
+    EXPECT_EQ(0, zrOSCloseThread(self, nullptr)); // not to be closed: nothing happens
+    EXPECT_EQ(self, zrOSGetCurrentThread());
+}
+
+TEST(Threads, NullHandlesAreRefused) {
+    EXPECT_EQ(0, zrOSCloseThread(nullptr, nullptr));
+    EXPECT_EQ(0, zrOSSetThreadPriority(nullptr, 1));
+    EXPECT_EQ(0, zrOSGetThreadPriority(nullptr));
+    EXPECT_EQ(nullptr, start(nullptr, nullptr));
+}
+
+TEST(InterlockedCounts, GiveTheNewValue) {
+    int count = -1;
+    EXPECT_EQ(0, zrOSInterlockedIncrement(&count));
+    EXPECT_EQ(1, zrOSInterlockedIncrement(&count));
+    EXPECT_EQ(0, zrOSInterlockedDecrement(&count));
+    EXPECT_EQ(-1, zrOSInterlockedDecrement(&count));
+}
+
+TEST(InterlockedCounts, LoseNothingBetweenFourThreads) {
+    constexpr int rounds = 20000;
+    int count = 0;
+    const auto work = [](void* argument) {
+        for (int i = 0; i < rounds; ++i) {
+            zrOSInterlockedIncrement(static_cast<int*>(argument));
+            zrOSInterlockedIncrement(static_cast<int*>(argument));
+            zrOSInterlockedDecrement(static_cast<int*>(argument));
+        }
+        return 0U;
+    };
+    void* threads[4] = {};
+    for (void*& thread : threads) {
+        thread = start(work, &count);
+    }
+    for (void* const thread : threads) {
+        ASSERT_NE(nullptr, thread);
+        zrOSCloseThread(thread, nullptr);
+    }
+    EXPECT_EQ(4 * rounds, count);
+}
+
+} // namespace

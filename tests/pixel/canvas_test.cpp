@@ -1,0 +1,269 @@
+// Where pixels stand on a canvas and every way in which one is written.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+
+#include "support/test_canvas.h"
+#include "zrdraw/formats.h"
+
+using Bytes = std::vector<unsigned char>;
+
+TEST(Canvas, SetCanvasSettlesThePitch) {
+    struct Case {
+        unsigned int code;
+        int width, pitch;
+        unsigned int expected;
+        const char* why;
+    };
+    const Case cases[] = {
+        {1, 2, 0, 8, "the natural line"},
+        {1, 2, 4, 8, "raised to the natural line"},
+        {1, 2, -32, 32, "a negative pitch counts as positive"},
+        {1, -2, 0, 8, "a negative width counts as positive"},
+        {5, 5, 0, 15, "no padding in 24-bit lines"},
+        {6, 5, 14, 15, "raised"},
+        {6, 5, 16, 16, "kept"},
+    };
+    char frame[256];
+    for (const Case& c : cases) {
+        ZRDraw* draw = nullptr;
+        ASSERT_EQ(GetDraw(c.code, c.width, 2, c.pitch, frame, draw), 0U);
+        EXPECT_EQ(draw->pitch, c.expected) << c.code << ": " << c.why;
+        ReleaseDraw(draw);
+    }
+}
+
+TEST(Canvas, OtherCodesKeepTheirPitch) {
+    char frame[64];
+    CDrawRGBA32 draw(20);
+    draw.SetCanvas(frame, 2, 4, 3);
+    EXPECT_EQ(draw.pitch, 3U) << "the pitch of DPX words is not raised";
+}
+
+TEST(Canvas, NegativeHeightOnlySetsTheFlag) {
+    char frame[64];
+    ZRDraw* draw = nullptr;
+    GetDraw(1, 4, 4, 0, frame, draw);
+    EXPECT_FALSE(draw->flipped);
+    draw->SetCanvas(frame, -4, 4, 0);
+    EXPECT_TRUE(draw->flipped);
+    EXPECT_EQ(draw->height, 4U);
+    EXPECT_EQ(draw->GetPixel(0, 0), frame);
+    draw->SetCanvas(frame, -2147483647 - 1, 4, 0);
+    EXPECT_EQ(draw->GetPixel(0, 0), nullptr) << "negative as a signed number";
+    EXPECT_EQ(draw->PutPixel(0, 0, true), -1);
+    ReleaseDraw(draw);
+}
+
+TEST(Canvas, GetPitchIsTheNaturalLine) {
+    TestCanvas rgb32(3, 7, 1);
+    TestCanvas rgb24(6, 7, 1);
+    EXPECT_EQ(rgb32->GetPitch(), 28U);
+    EXPECT_EQ(rgb24->GetPitch(), 21U);
+}
+
+TEST(Canvas, AddressesAndTheEdgeRule) {
+    struct Case {
+        int x, y;
+        bool legal;
+        int column, line;
+    };
+    const Case cases[] = {
+        {0, 0, true, 0, 0},
+        {4, 2, true, 4, 2},
+        {5, 0, true, 4, 0},
+        {0, 3, true, 0, 2},
+        {5, 3, true, 4, 2},
+        {6, 0, false, 0, 0},
+        {0, 4, false, 0, 0},
+        {-1, 0, false, 0, 0},
+        {0, -1, false, 0, 0},
+        {5, 4, false, 0, 0},
+        {6, 3, false, 0, 0},
+        {2147483647, 0, false, 0, 0},
+        {-2147483647, 2147483647, false, 0, 0},
+    };
+    for (const unsigned int code : {1U, 5U}) {
+        TestCanvas canvas(code, 5, 3);
+        const int pixelBytes = code == 1 ? 4 : 3;
+        for (const Case& c : cases) {
+            char* const expected = c.legal
+                                       ? canvas.frame() + c.line * static_cast<int>(canvas->pitch) +
+                                             c.column * pixelBytes
+                                       : nullptr;
+            if (code == 1 || c.line == 0) {
+                EXPECT_EQ(canvas->GetPixel(c.x, c.y), expected)
+                    << code << " at " << c.x << "," << c.y;
+            }
+            EXPECT_EQ(canvas->PutPixel(c.x, c.y, true), c.legal ? 0 : -1);
+        }
+        EXPECT_TRUE(canvas.guardsIntact());
+        EXPECT_EQ(canvas.art(), "#...#\n.....\n#...#\n");
+    }
+}
+
+TEST(Canvas, LinesOf32BitLayoutsStartAtAMultipleOfFour) {
+    alignas(4) char frame[64] = {};
+    ZRDraw* draw = nullptr;
+    GetDraw(1, 2, 3, 10, frame, draw);
+    EXPECT_EQ(draw->GetPixel(0, 1), frame + 8);
+    EXPECT_EQ(draw->GetPixel(1, 2), frame + 24);
+    ReleaseDraw(draw);
+}
+
+TEST(Canvas, NoCanvasRefusesEverything) {
+    char frame[16];
+    ZRDraw* draw = nullptr;
+    double r = 7, g = 7, b = 7, a = 7;
+    for (const auto& [memory, width, height] :
+         {std::tuple{static_cast<char*>(nullptr), 2, 2}, {frame, 0, 2}, {frame, 2, 0}}) {
+        GetDraw(1, width, height, 0, memory, draw);
+        EXPECT_EQ(draw->GetPixel(0, 0), nullptr);
+        EXPECT_EQ(draw->PutPixel(0, 0, false), -1);
+        EXPECT_EQ(draw->GetPixelRGBA(0, 0, r, g, b, a), -1);
+        EXPECT_EQ(r + g + b + a, 0.0);
+        ReleaseDraw(draw);
+    }
+}
+
+TEST(PutPixel, PlainWritesInTheByteOrderOfTheLayout) {
+    struct Case {
+        unsigned int code;
+        Bytes red;
+    };
+    const Case cases[] = {
+        {1, {255, 0, 0, 51}}, {2, {51, 255, 0, 0}}, {3, {0, 0, 255, 51}},
+        {4, {51, 0, 0, 255}}, {5, {255, 0, 0, 0}},  {6, {0, 0, 255, 0}},
+    };
+    for (const Case& c : cases) {
+        TestCanvas canvas(c.code, 3, 1);
+        canvas->SetColorRGBA(1.0, 0.0, 0.0, 0.2, true);
+        EXPECT_EQ(canvas->PutPixel(0, 0, true), 0);
+        EXPECT_EQ(canvas.bytesAt(0, 0, 4), c.red) << c.code;
+        EXPECT_TRUE(canvas.guardsIntact());
+    }
+}
+
+TEST(PutPixel, OnlyPlainForegroundWritesHaveThreeBytes) {
+    struct Case {
+        const char* name;
+        void (*prepare)(ZRDraw&);
+        bool selector;
+    };
+    const Case fourByteWrites[] = {
+        {"background", [](ZRDraw&) {}, false},
+        {"additive", [](ZRDraw& d) { d.SetAlphaAdditive(true); }, true},
+        {"transparent",
+         [](ZRDraw& d) {
+             d.SetTransparency(true);
+             d.SetTransparency(1.0, true);
+         },
+         true},
+    };
+    for (const Case& c : fourByteWrites) {
+        TestCanvas canvas(5, 4, 1);
+        canvas->SetColorRGBA(1.0, 1.0, 1.0, 1.0, true);
+        canvas->foreColor = canvas->backColor = 0xFFFFFFFFU;
+        c.prepare(canvas.draw());
+        canvas->PutPixel(1, 0, c.selector);
+        EXPECT_EQ(canvas.bytesAt(0, 0, 12), (Bytes{0, 0, 0, 0, 255, 255, 255, 255, 0, 0, 0, 0}))
+            << c.name;
+    }
+    TestCanvas canvas(5, 4, 1);
+    canvas->SetTransparency(true);
+    canvas->SetAlphaAdditive(false);
+    canvas->PutPixel(1, 0, true);
+    EXPECT_EQ(canvas.bytesAt(0, 0, 8), (Bytes{0, 0, 0, 255, 255, 255, 0, 0}))
+        << "a transparency of 0.0 is the plain write";
+}
+
+TEST(PutPixel, TransparencyBlendsTheWordAsOneNumber) {
+    struct Case {
+        unsigned int under, color;
+        double transparency;
+        unsigned int result;
+    };
+    const Case cases[] = {
+        {0x00000000U, 0xFF000000U, 0.5, 0x7F800000U}, // the carry runs into the next channel
+        {0x12345678U, 0xFFFFFFFFU, 1.0, 0xFFFFFFFFU},
+        {0xFFFFFFFFU, 0x00000000U, 0.25, 0xBFFFFFFFU},
+        {0x00000003U, 0x00000000U, 0.5, 0x00000001U}, // truncated
+    };
+    for (const bool selector : {true, false}) {
+        for (const Case& c : cases) {
+            TestCanvas canvas(1, 1, 1);
+            std::memcpy(canvas.frame(), &c.under, 4);
+            (selector ? canvas->foreColor : canvas->backColor) = c.color;
+            canvas->SetTransparency(c.transparency, selector);
+            canvas->SetTransparency(true);
+            canvas->PutPixel(0, 0, selector);
+            unsigned int word;
+            std::memcpy(&word, canvas.frame(), 4);
+            EXPECT_EQ(word, c.result);
+        }
+    }
+}
+
+TEST(PutPixel, AdditiveSumsWrapAndWinOverTransparency) {
+    TestCanvas canvas(1, 1, 1);
+    const Bytes color{200, 0, 100, 255};
+    const Bytes half{200, 0, 100, 51};
+    std::memcpy(&canvas->foreColor, color.data(), 4);
+    canvas->SetAlphaAdditive(true);
+    canvas->SetTransparency(true);
+    canvas->SetTransparency(0.5, true);
+    const Bytes under{100, 9, 100, 7};
+    std::memcpy(canvas.frame(), under.data(), 4);
+    canvas->PutPixel(0, 0, true);
+    EXPECT_EQ(canvas.bytesAt(0, 0, 4), (Bytes{44, 9, 200, 255}));
+
+    std::memcpy(&canvas->foreColor, half.data(), 4);
+    std::memcpy(canvas.frame(), under.data(), 4);
+    canvas->PutPixel(0, 0, true);
+    EXPECT_EQ(canvas.bytesAt(0, 0, 4), (Bytes{140, 9, 120, 255})) << "scaled by alpha 0.2";
+
+    canvas->SetTransparency(false);
+    canvas->PutPixel(0, 0, false);
+    EXPECT_EQ(canvas.bytesAt(0, 0, 4), (Bytes{0, 0, 0, 0})) << "the background never adds";
+}
+
+TEST(Canvas, TransparencyIsClampedAndDoesNotSwitchOn) {
+    TestCanvas canvas(1, 1, 1);
+    EXPECT_EQ(canvas->SetTransparency(2.0, true), 0);
+    EXPECT_EQ(canvas->SetTransparency(-1.0, false), 0);
+    EXPECT_EQ(canvas->foreTransparency, 1.0);
+    EXPECT_EQ(canvas->backTransparency, 0.0);
+    EXPECT_FALSE(canvas->GetTransparency());
+}
+
+TEST(Canvas, IsRgbType) {
+    ZRPixel pixel;
+    for (unsigned int code = 0; code < 10100; ++code) {
+        pixel.pixelType = code;
+        const bool yCbCr = (code >= 10 && code <= 19) || (code >= 33 && code <= 36) ||
+                           code == 10000 || code == 10001;
+        ASSERT_EQ(pixel.IsRgbType(), yCbCr ? 0 : 1) << code;
+    }
+    pixel.pixelType = ptNone;
+    EXPECT_EQ(pixel.IsRgbType(), 0);
+}
+
+TEST(Canvas, SetPixelTakesTheColourModelOfTheLayout) {
+    TestCanvas canvas(1, 1, 1);
+    EXPECT_EQ(canvas->SetPixel(0, 0, 1.0, 0.0, 0.0, 1.0, false), 0);
+    EXPECT_EQ(canvas.bytesAt(0, 0, 4), (Bytes{255, 0, 0, 255}));
+    EXPECT_EQ(canvas->backColor, 0xFF0000FFU) << "the slot keeps the colour";
+    canvas->pixelType = 19;
+    canvas->SetYCbCrMode(cmRec601Full);
+    canvas->SetPixel(0, 0, 1.0, 0.5, 0.5, 1.0, true);
+    EXPECT_EQ(canvas.bytesAt(0, 0, 4), (Bytes{255, 255, 255, 0})) << "YCbCr, its alpha lost";
+    EXPECT_EQ(canvas->SetPixel(9, 9, 0, 0, 0, 0, true), -1);
+}
+
+TEST(Canvas, PercentIsAFractionOfOne) {
+    TestCanvas canvas(1, 9, 5);
+    EXPECT_EQ(canvas->PercentX(0.5), 4);
+    EXPECT_EQ(canvas->PercentY(1.5), 7);
+    EXPECT_EQ(canvas->PercentX(-0.5), -4);
+}

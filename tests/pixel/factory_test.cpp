@@ -1,0 +1,164 @@
+// Making drawing objects, counting their references, and the flat interface.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <thread>
+#include <vector>
+
+#include "platform/injection.h"
+#include "zrdraw/exports.h"
+#include "zrdraw/formats.h"
+
+extern "C" int flatInterfaceWorksInC(void);
+
+TEST(Factory, ServedCodesGetTheirClass) {
+    char frame[400];
+    for (unsigned int code = 1; code <= 6; ++code) {
+        ZRDraw* draw = nullptr;
+        ASSERT_EQ(GetDraw(code, 10, 10, 0, frame, draw), 0U);
+        EXPECT_EQ(draw->pixelType, code);
+        EXPECT_EQ(draw->refCount, 1);
+        EXPECT_EQ(draw->canvas, frame);
+        EXPECT_EQ(dynamic_cast<CDrawRGBA32*>(draw) != nullptr, code <= 4);
+        EXPECT_EQ(dynamic_cast<CDrawRGB24*>(draw) != nullptr, code > 4);
+        EXPECT_TRUE(draw->useDefaultFont) << "no font but the built-in one";
+        ReleaseDraw(draw);
+        EXPECT_EQ(draw, nullptr);
+    }
+}
+
+TEST(Factory, RefusedAndUnservedCodes) {
+    char frame[400], other[400];
+    ZRDraw* draw = nullptr;
+    EXPECT_EQ(GetDraw(ptNone, 10, 10, 0, frame, draw), 0xFFFFFFFFU);
+    for (const unsigned int code : {0U, 7U, 15U, 16U, 19U, 30U, 33U, 36U, 39U, 10002U}) {
+        EXPECT_EQ(GetDraw(code, 10, 10, 0, frame, draw), 0xFFFFFFFEU) << code;
+        EXPECT_EQ(draw, nullptr);
+    }
+    EXPECT_EQ(qtGetDraw(0, 10, 10, 0, frame), nullptr);
+    EXPECT_EQ(qtGetDraw(ptNone, 10, 10, 0, frame), nullptr);
+
+    ASSERT_EQ(GetDraw(2, 10, 10, 0, frame, draw), 0U);
+    ZRDraw* const made = draw;
+    EXPECT_EQ(GetDraw(ptNone, 5, 5, 0, other, draw), 0xFFFFFFFFU);
+    EXPECT_EQ(draw->canvas, frame) << "untouched";
+    EXPECT_EQ(GetDraw(15, 5, 4, 0, other, draw), 0U) << "moves the object";
+    EXPECT_EQ(draw, made);
+    EXPECT_EQ(draw->pixelType, 2U);
+    EXPECT_EQ(draw->canvas, other);
+    EXPECT_EQ(draw->width, 5U);
+    EXPECT_EQ(draw->height, 4U);
+    EXPECT_EQ(draw->pitch, 20U);
+    ReleaseDraw(draw);
+}
+
+TEST(Factory, ByBitmapHeader) {
+    char frame[400];
+    ZRDraw* draw = nullptr;
+    tagBITMAPINFO info{};
+    info.biWidth = 10;
+    info.biHeight = -10;
+    info.biBitCount = 24;
+    ASSERT_EQ(GetDraw(&info, frame, draw), 0U);
+    EXPECT_EQ(draw->pixelType, 6U);
+    EXPECT_FALSE(draw->flipped) << "the sign of the height is dropped";
+    EXPECT_EQ(draw->pitch, 30U);
+    EXPECT_EQ(info.biSizeImage, 300U);
+    ZRDraw* const kept = draw;
+
+    std::memcpy(&info.biCompression, "I420", 4);
+    EXPECT_EQ(GetDraw(&info, frame, draw), 0xFFFFFFFFU);
+    EXPECT_EQ(draw, nullptr);
+    draw = kept;
+    info = {};
+    info.biBitCount = 32;
+    EXPECT_EQ(GetDraw(&info, frame, draw), 0xFFFFFFFFU) << "no size";
+    EXPECT_EQ(draw, nullptr);
+    EXPECT_EQ(qtGetDrawBMI(&info, frame), nullptr);
+    draw = kept;
+    ReleaseDraw(draw);
+}
+
+TEST(References, LastOneDestroys) {
+    struct Counted : CDrawRGBA32 {
+        explicit Counted(int& alive) : ZRDraw(1), CDrawRGBA32(1), alive_(alive) { ++alive_; }
+        ~Counted() override { --alive_; }
+        int& alive_;
+    };
+    int alive = 0;
+    ZRDraw* draw = new Counted(alive);
+    EXPECT_EQ(AddRefDraw(draw), 0);
+    EXPECT_EQ(qtAddRefDraw(draw), 0);
+    EXPECT_EQ(draw->refCount, 3);
+    ZRDraw* const same = draw;
+    EXPECT_EQ(ReleaseDraw(draw), 0);
+    EXPECT_EQ(draw, same);
+    EXPECT_EQ(qtReleaseDraw(draw), 0);
+    EXPECT_EQ(alive, 1);
+    EXPECT_EQ(ReleaseDraw(draw), 0);
+    EXPECT_EQ(draw, nullptr);
+    EXPECT_EQ(alive, 0);
+
+    draw = new Counted(alive);
+    draw->refCount = -5;
+    ReleaseDraw(draw);
+    EXPECT_EQ(alive, 0) << "a count below 1 counts as the last";
+}
+
+TEST(References, ThreadsMayShareAnObject) {
+    char frame[4];
+    ZRDraw* draw = qtGetDraw(1, 1, 1, 0, frame);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i)
+        threads.emplace_back([draw] {
+            for (int turn = 0; turn < 2000; ++turn) {
+                qtAddRefDraw(draw);
+                qtReleaseDraw(draw);
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(draw->refCount, 1);
+    ReleaseDraw(draw);
+}
+
+TEST(FlatInterface, AnswersNullWithRefusal) {
+    EXPECT_EQ(qtZRPixelLock(nullptr, 0), -1);
+    EXPECT_EQ(qtZRPixelTryLock(nullptr), -1);
+    EXPECT_EQ(qtZRPixelUnlock(nullptr), -1);
+    EXPECT_EQ(qtZRPixelWaitForChangeEvent(nullptr, 0), -1);
+    EXPECT_EQ(qtZRPixelLastChange(nullptr, 3), -1);
+    EXPECT_EQ(qtZRPixelSetCanvas(nullptr, nullptr, 1, 1, 0), -1);
+    qtZRPixelSetChangeEvent(nullptr);
+}
+
+TEST(FlatInterface, WorksOnAnObject) {
+    char frame[400];
+    ZRDraw* draw = qtGetDraw(1, 10, 10, 0, frame);
+    ASSERT_NE(draw, nullptr);
+    EXPECT_EQ(qtZRPixelLastChange(draw, -1), 0);
+    EXPECT_EQ(qtZRPixelLastChange(draw, 7), 7);
+    EXPECT_EQ(qtZRPixelLastChange(draw, -1), 7);
+    EXPECT_EQ(qtZRPixelSetCanvas(draw, frame, 5, 20, 0), 0);
+    EXPECT_EQ(draw->height, 5U);
+    EXPECT_EQ(draw->width, 20U);
+    EXPECT_EQ(qtUseDefaultFont(draw, false), 0);
+    EXPECT_TRUE(draw->useDefaultFont);
+    EXPECT_EQ(qtSetFont(draw, frame), 0);
+    qtReleaseDraw(draw);
+}
+
+TEST(FlatInterface, WorksInC) {
+    EXPECT_EQ(flatInterfaceWorksInC(), 0);
+}
+
+TEST(Factory, ANullEventHandleSurvives) {
+    InjectionGuard guard;
+    injection().createEvent = [] { return nullptr; };
+    char frame[4];
+    ZRDraw* draw = qtGetDraw(1, 1, 1, 0, frame);
+    EXPECT_EQ(draw->changeEvent, nullptr);
+    draw->SetChangeEvent();
+    EXPECT_EQ(draw->PutPixel(0, 0, true), 0);
+    ReleaseDraw(draw);
+}

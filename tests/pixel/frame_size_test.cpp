@@ -1,0 +1,101 @@
+// Frame sizes by layout code, and what the catalogue holds of each layout.
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+
+#include "zrdraw/exports.h"
+#include "zrdraw/layouts.h"
+#include "zrdraw/span.h"
+#include "zrdraw/zrdraw.h"
+
+TEST(FrameSize, ByCode) {
+    struct Case {
+        unsigned int code;
+        int width, height, pitch;
+        unsigned int bytes;
+        const char* why;
+    };
+    const Case cases[] = {
+        {1, 100, 10, 0, 4000, "four bytes a pixel"},
+        {4, 100, -10, 0, 4000, "a negative height counts as positive"},
+        {5, 100, 10, 0, 3000, "three bytes a pixel"},
+        {5, 100, 10, 7, 70, "a pitch too small is taken at its word"},
+        {6, 100, 10, -7, 3000, "a negative pitch gives the natural line"},
+        {10, 101, 2, 0, 404, "packed 4:2:2 of odd width"},
+        {14, 1920, 1080, 0, 5529600, "v210, a multiple of 48"},
+        {14, 1280, 720, 0, 2488320, "v210, the last block begun"},
+        {14, 1000, 7, 0, 7 * 2688, "v210"},
+        {14, 1, 1, 0, 128, "v210, one block at least"},
+        {15, 720, 1, 0, 1920, "a v210 relative"},
+        {16, 48, 2, 0, 256, "a v210 relative"},
+        {20, 10, 10, 0, 400, "DPX words"},
+        {31, 10, 10, 0, 600, ""},
+        {37, 10, 10, 0, 600, ""},
+        {32, 10, 10, 0, 800, ""},
+        {38, 10, 10, 64, 640, ""},
+        {1, 65536, 16385, 0, 65536U * 4, "the product wraps at 32 bits"},
+        {1, 0, 10, 0, 0, "no width"},
+        {1, -5, 10, 0, 0, "negative width"},
+        {1, 10, 0, 0, 0, "no height"},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(GetDrawSize(c.code, c.width, c.height, c.pitch), c.bytes)
+            << c.code << " " << c.width << "x" << c.height << " pitch " << c.pitch << ": " << c.why;
+        EXPECT_EQ(qtGetDrawSize(c.code, c.width, c.height, c.pitch), c.bytes);
+    }
+}
+
+TEST(FrameSize, LayoutsWithoutASizeByCode) {
+    const unsigned int codes[] = {0,  7,  9,  17, 19, 21,    25,    28,
+                                  29, 30, 33, 36, 39, 10000, 10001, ptNone};
+    for (const unsigned int code : codes) {
+        EXPECT_EQ(GetDrawSize(code, 1920, 1080, 0), 0U) << code;
+        EXPECT_EQ(GetDrawSize(code, 1920, 1080, 64), 0U) << code << " with a pitch";
+    }
+}
+
+TEST(FrameSize, PackedPixelBytes) {
+    for (unsigned int code = 0; code < 10100; ++code) {
+        unsigned int expected = 0;
+        if (code == 5 || code == 6)
+            expected = 3;
+        else if (code == 20)
+            expected = 4;
+        else if (code == 31 || code == 37)
+            expected = 6;
+        else if (code == 32 || code == 38)
+            expected = 8;
+        ASSERT_EQ(zrdraw_packed_pixel_bytes(code), expected) << code;
+    }
+    EXPECT_EQ(zrdraw_packed_pixel_bytes(ptNone), 0U);
+}
+
+TEST(Catalogue, RowsAreWhole) {
+    std::set<unsigned int> codes;
+    std::set<std::string> names;
+    unsigned int last = 0;
+    for (const zrLayout& layout : zrLayouts) {
+        EXPECT_GT(layout.code, last) << "in order of codes: " << layout.name;
+        last = layout.code;
+        codes.insert(layout.code);
+        names.insert(layout.name);
+        EXPECT_EQ(zrFindLayout(layout.code), &layout);
+        if (layout.packedBytes != 0) {
+            EXPECT_EQ(layout.packedBytes, zrLineBytes(layout.line, 1)) << layout.name;
+        }
+        // The channels of an 8-bit pixel are a permutation of its bytes.
+        const zrByteOrder& order = layout.bytes;
+        if (order.r >= 0) {
+            std::set<int> places{order.r, order.g, order.b};
+            if (order.a >= 0)
+                places.insert(order.a);
+            EXPECT_EQ(places.size(), zrLineBytes(layout.line, 1)) << layout.name;
+            EXPECT_EQ(*places.rbegin() + 1, static_cast<int>(places.size())) << layout.name;
+        }
+    }
+    EXPECT_EQ(codes.size(), 26U);
+    EXPECT_EQ(names.size(), 26U);
+    EXPECT_EQ(zrFindLayout(0), nullptr);
+    EXPECT_EQ(zrLineBytes(zrFindLayout(ptBayerRGGB)->line, 1920), 2880U);
+}

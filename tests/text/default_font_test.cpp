@@ -1,0 +1,55 @@
+// Which default font file is looked for, and what comes of it.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/injection.h"
+#include "support/test_canvas.h"
+
+namespace {
+
+std::string fileName(const std::string& path) {
+    return path.substr(path.find_last_of("/\\") + 1);
+}
+
+} // namespace
+
+TEST(DefaultFont, TheFileGoesByTheWidthOfTheCanvas) {
+    struct Case {
+        unsigned int width;
+        const char* name;
+    };
+    for (const Case& c : {Case{720, "deffont_sd.bmp"}, Case{721, "deffont_720.bmp"},
+                          Case{1280, "deffont_720.bmp"}, Case{1281, "deffont_1080.bmp"}}) {
+        InjectionGuard guard;
+        std::vector<std::string> asked;
+        injection().fileExists = [&](const char* path) {
+            asked.emplace_back(path);
+            return 0;
+        };
+        TestCanvas canvas(1, 1, 1);
+        canvas->width = c.width;
+        canvas->useDefaultFont = false;
+        EXPECT_EQ(canvas->UseDefaultFont(false), 1);
+        EXPECT_TRUE(canvas->useDefaultFont);
+        ASSERT_EQ(asked.size(), 3U);
+        EXPECT_EQ(asked[0].front(), '/') << "the application's folder first";
+        EXPECT_EQ(fileName(asked[0]), c.name);
+        EXPECT_EQ(asked[1], std::string("E:\\zorvane\\bin\\") + c.name);
+        EXPECT_EQ(asked[2], std::string("C:\\Program Files (x86)\\Zorvane\\") + c.name);
+    }
+}
+
+TEST(DefaultFont, AFileFoundIsNotedButNeverActive) {
+    InjectionGuard guard;
+    int asked = 0;
+    injection().fileExists = [&](const char*) { return ++asked == 2 ? 1 : 0; };
+    TestCanvas canvas(1, 1, 1);
+    EXPECT_EQ(canvas->UseDefaultFont(false), 0);
+    EXPECT_FALSE(canvas->useDefaultFont);
+    EXPECT_EQ(asked, 2) << "the search ends at the file";
+    EXPECT_EQ(canvas->HaveFont(), 0);
+    EXPECT_EQ(canvas->UseDefaultFont(true), 1);
+    EXPECT_EQ(asked, 2) << "the built-in font needs no file";
+}

@@ -1,0 +1,94 @@
+// The glyphs of the built-in font.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <numeric>
+#include <string>
+#include <vector>
+
+#include "zrdraw/font.h"
+
+namespace {
+
+constexpr int glyphBytes = 10;
+
+std::vector<int> glyph(int code) {
+    const unsigned char* first = gFont8x10 + code * glyphBytes;
+    return {first, first + glyphBytes};
+}
+
+bool isBoxOrBlock(int code) {
+    return code >= 176 && code <= 223;
+}
+
+} // namespace
+
+TEST(Font, TellingGlyphs) {
+    const std::map<int, std::vector<int>> given = {
+        {1, {0x00, 0x7E, 0x81, 0x99, 0xBD, 0x81, 0x81, 0xA5, 0x81, 0x7E}},
+        {33, {0x00, 0x18, 0x18, 0x00, 0x18, 0x18, 0x3C, 0x3C, 0x3C, 0x18}},
+        {48, {0x00, 0x7C, 0xC6, 0xC6, 0xE6, 0xF6, 0xDE, 0xCE, 0xC6, 0x7C}},
+        {65, {0x00, 0xC6, 0xC6, 0xC6, 0xFE, 0xC6, 0xC6, 0x6C, 0x38, 0x10}},
+        {97, {0x00, 0x76, 0xCC, 0xCC, 0x7C, 0x0C, 0x78, 0x00, 0x00, 0x00}},
+        {127, {0x00, 0x00, 0xFE, 0xC6, 0xC6, 0x6C, 0x38, 0x10, 0x00, 0x00}},
+        {128, {0x06, 0x0C, 0x3C, 0x66, 0xC2, 0xC0, 0xC0, 0xC2, 0x66, 0x3C}},
+        {255, {0x00, 0x00, 0x00, 0x70, 0xDF, 0xDF, 0x70, 0x00, 0x00, 0x00}},
+    };
+    for (const auto& [code, rows] : given)
+        EXPECT_EQ(glyph(code), rows) << code;
+}
+
+TEST(Font, OnlyCodes0And32AreBlankAndNoTwoGlyphsAreAlike) {
+    std::map<std::vector<int>, int> seen;
+    for (int code = 0; code < 256; ++code) {
+        const std::vector<int> rows = glyph(code);
+        const bool blank = std::all_of(rows.begin(), rows.end(), [](int row) { return row == 0; });
+        EXPECT_EQ(blank, code == 0 || code == 32) << code;
+        if (blank)
+            continue;
+        const auto [same, fresh] = seen.emplace(rows, code);
+        EXPECT_TRUE(fresh) << code << " looks like " << same->second;
+    }
+}
+
+TEST(Font, TheBottomRowIsFreeButForDescendersAndBoxes) {
+    const std::string descenders = ",;_gjpqy";
+    for (int code = 32; code < 127; ++code) {
+        if (descenders.find(static_cast<char>(code)) == std::string::npos) {
+            EXPECT_EQ(glyph(code)[0], 0) << static_cast<char>(code);
+        }
+    }
+}
+
+TEST(Font, BoxPiecesJoin) {
+    // Single lines leave the cell at columns 3 and 4, and at one row.
+    const int vertical = 0xB3, horizontal = 0xC4, cross = 0xC5;
+    for (const int row : glyph(vertical))
+        EXPECT_EQ(row, 0x18);
+    const std::vector<int> line = glyph(horizontal);
+    EXPECT_EQ(std::count(line.begin(), line.end(), 0xFF), 1);
+    for (int row = 0; row < glyphBytes; ++row)
+        EXPECT_EQ(glyph(cross)[static_cast<std::size_t>(row)],
+                  glyph(vertical)[static_cast<std::size_t>(row)] |
+                      line[static_cast<std::size_t>(row)]);
+    // Every piece meets its neighbour above and below in the columns of a single or double line.
+    for (int code = 179; code <= 218; ++code) {
+        for (const int edge : {glyph(code).front(), glyph(code).back()})
+            EXPECT_TRUE(edge == 0 || edge == 0x18 || edge == 0x66) << code << ": " << edge;
+    }
+    EXPECT_TRUE(isBoxOrBlock(219));
+    for (const int row : glyph(219))
+        EXPECT_EQ(row, 0xFF) << "the full block";
+}
+
+TEST(FontMap, TenDigitsAndThenOnes) {
+    const int digitSums[] = {0x30 + 0x48 + 4 * 0x84 + 0x48 + 0x30,
+                             0x20 + 0x60 + 0xA0 + 4 * 0x20 + 0xF8};
+    for (int digit = 0; digit < 2; ++digit)
+        EXPECT_EQ(std::accumulate(fontmap + digit * 8, fontmap + digit * 8 + 8, 0),
+                  digitSums[digit]);
+    const std::vector<int> nine(fontmap + 72, fontmap + 80);
+    EXPECT_EQ(nine, (std::vector<int>{0x78, 0x84, 0x84, 0x84, 0x7C, 0x04, 0x08, 0x70}));
+    EXPECT_TRUE(std::all_of(fontmap + 80, fontmap + 128, [](int byte) { return byte == 0xFF; }));
+}

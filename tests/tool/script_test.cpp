@@ -1,0 +1,218 @@
+// The script language: what is refused with which words, and what good scripts leave on a canvas.
+#include "error.h"
+#include "script/parser.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace {
+
+// A black canvas with a white foreground and a red background colour.
+class Canvas {
+public:
+    Canvas(int width, int height)
+        : m_width(width), m_pixels(static_cast<std::size_t>(width * height), 0) {
+        GetDraw(ptBGRA32, width, height, 0, reinterpret_cast<char*>(m_pixels.data()), draw);
+        run("color 1 1 1; backcolor 1 0 0");
+    }
+    ~Canvas() { ReleaseDraw(draw); }
+    Canvas(const Canvas&) = delete;
+    Canvas& operator=(const Canvas&) = delete;
+
+    std::vector<int> run(const std::string& script) {
+        std::vector<int> results;
+        for (const Command& command : parseScript(script, "-e"))
+            results.push_back(command.run(*draw));
+        return results;
+    }
+
+    // '#' is foreground, 'o' any other colour, '.' untouched.
+    std::string art() const {
+        std::string text;
+        for (std::size_t i = 0; i < m_pixels.size(); ++i) {
+            text += m_pixels[i] == 0xFFFFFFFF ? '#' : m_pixels[i] != 0 ? 'o' : '.';
+            if ((i + 1) % static_cast<std::size_t>(m_width) == 0)
+                text += '\n';
+        }
+        return text;
+    }
+
+    const std::vector<std::uint32_t>& pixels() const { return m_pixels; }
+    ZRDraw* draw = nullptr;
+
+private:
+    int m_width;
+    std::vector<std::uint32_t> m_pixels;
+};
+
+std::string errorOf(const std::string& script) {
+    try {
+        parseScript(script, "-e");
+    } catch (const UsageError& error) {
+        return error.what();
+    }
+    return "no error";
+}
+
+TEST(ScriptTest, FaultsAreNamedWithTheirPlace) {
+    const struct {
+        std::string script, error;
+    } cases[] = {
+        {"line abc 0 5 5",
+         "-e:1:6: line: expected a whole number from -32767 to 32767 for x0, got \"abc\""},
+        {"line 0 0 5 32768",
+         "-e:1:12: line: expected a whole number from -32767 to 32767 for y1, got \"32768\""},
+        {"line 0 0 5 1.5",
+         "-e:1:12: line: expected a whole number from -32767 to 32767 for y1, got \"1.5\""},
+        {"line 0 0 5", "-e:1:1: line: y1 is missing; write line X0 Y0 X1 Y1"},
+        {"line 0 0 5 5 6", "-e:1:14: line: unexpected \"6\"; write line X0 Y0 X1 Y1"},
+        {"color 1 1 1.01", "-e:1:11: color: expected a number from 0 to 1 for b, got \"1.01\""},
+        {"color 1 1 nan", "-e:1:11: color: expected a number from 0 to 1 for b, got \"nan\""},
+        {"transparency on",
+         "-e:1:14: transparency: expected a number from 0 to 1 or off for t, got \"on\""},
+        {"additive 1", "-e:1:10: additive: expected one of off, on for switch, got \"1\""},
+        {"matrix rec1", "-e:1:8: matrix: expected one of rec601, rec601full, rec709, rec709full, "
+                        "rec2020, rec2020full, rec2020cl for name, got \"rec1\""},
+        {"polyline 1 2", "-e:1:1: polyline: a point is missing; write polyline X0 Y0 X1 Y1 ..."},
+        {"polyline 1 2 3 4 5", "-e:1:1: polyline: y2 is missing; write polyline X0 Y0 X1 Y1 ..."},
+        {"polyline 1 2 3 x",
+         "-e:1:16: polyline: expected a whole number from -32767 to 32767 for y1, got \"x\""},
+        {"scale 65", "-e:1:7: scale: expected a whole number from 1 to 64 for n, got \"65\""},
+        {"point 1 1 back back", "-e:1:16: point: unexpected \"back\"; write point X Y [back]"},
+        {"label 1 1 hi", "-e:1:11: label: expected a text in double quotes for text, got \"hi\""},
+        {"label 1 1 \"hi", "-e:1:11: the quote is not closed on its line"},
+        {"label 1 1 \"h\\i\"", R"(-e:1:13: a backslash in quotes must be \\ or \")"},
+        {"label 1 1 \"\\\"\u00e4\u00e9\"",
+         "-e:1:14: label: character 2 of text is \"\u00e4\"; only "
+         "the codes 1 to 127 can be drawn"},
+        {std::string("label 1 1 \"a\0\"", 14),
+         "-e:1:13: label: character 2 of text is code 0; only the codes 1 to 127 can be drawn"},
+        {"move 1 1\n  # comment\n\tpoint 2 x",
+         "-e:3:10: point: expected a whole number from -32767 to 32767 for y, got \"x\""},
+        {"# \u00e4\nmove 1 1; \u00e4\u00e9\u00e4\u00e9\u00e4 1",
+         "-e:2:11: unknown command \"\u00e4\u00e9\u00e4\u00e9\u00e4\"; the commands are "},
+        {"label 1 1 \"a;#\"; lime 0 0", "-e:1:18: unknown command \"lime\"; did you mean line?"},
+        {"point 1 1 \"back\"", "-e:1:11: point: unexpected \"back\"; write point X Y [back]"},
+        {"point\"1\"", "-e:1:6: a quote inside a word; put a blank before it"},
+        {"label 1 1 \"a\"b", "-e:1:14: put a blank after the closing quote"},
+    };
+    for (const auto& [script, error] : cases) {
+        const std::string got = errorOf(script);
+        // A list of all commands is compared up to its start.
+        EXPECT_EQ(error.ends_with(' ') ? got.substr(0, error.size()) : got, error) << script;
+    }
+}
+
+TEST(ScriptTest, UnknownCommandListsThemAll) {
+    const std::string error = errorOf("xyzzy");
+    for (const Operation& operation : operations())
+        EXPECT_NE(error.find(operation.name), std::string::npos) << operation.name;
+}
+
+TEST(ScriptTest, MarksOnTheCanvas) {
+    const struct {
+        std::string script, art;
+    } cases[] = {
+        {"", "..........\n..........\n..........\n"},
+        {"point 1 1; point 3 1 back", "..........\n.#.o......\n..........\n"},
+        {"move 1 0; lineto 4 0\nlineto 4 2", ".####.....\n....#.....\n....#.....\n"},
+        {"point 0 2\r\nlineto 3 2 # to the right", "..........\n..........\n####......\n"},
+        {"line 0 0 2 2;;line 9 0 7 2;", "#........#\n.#......#.\n..#....#..\n"},
+        {"horiz 2 1 5; vert 7 0 2", ".......#..\n..####.#..\n.......#..\n"},
+        {"dash 0 0 9 0 2 1", "##.##.##.#\n..........\n..........\n"},
+        {"polyline 0 0 3 0 3 2; lineto 0 2", "####......\n#..#......\n#..#......\n"},
+        {"polylineto 0 0 3 0 3 1; lineto 3 2", "####......\n...#......\n...#......\n"},
+        {"pixel 5 1 0 1 0 1; point 6 1", "..........\n.....oo...\n..........\n"},
+        {"transparency 0.5; point 1 1; transparency off; point 2 1",
+         "..........\n.o#.......\n..........\n"},
+    };
+    for (const auto& [script, art] : cases) {
+        Canvas canvas(10, 3);
+        canvas.run(script);
+        EXPECT_EQ(canvas.art(), art) << script;
+    }
+}
+
+TEST(ScriptTest, QuotesKeepWhatTheyHold) {
+    const Script script = parseScript(R"(label 1 2 "a\\\"; # b"; move 1 1 # ")", "-e");
+    ASSERT_EQ(script.size(), 2U);
+    EXPECT_EQ(script[0].arguments.text(2), R"(a\"; # b)");
+    EXPECT_EQ(script[1].place, "-e:1:25");
+}
+
+TEST(ScriptTest, TwoWaysToTheSameMarks) {
+    const struct {
+        std::string one, other;
+    } cases[] = {
+        {"line 1 1 30 8", "move 1 1; lineto 30 8"},
+        {"wu 1 1 30 8", "move 1 1; wuto 30 8"},
+        {"ycbcr 0.5 0.4 0.6; point 2 2", "backycbcr 0.5 0.4 0.6; point 2 2 back"},
+        {"label 0 0 \"A\" inverse opaque", "label 0 0 \"A\" opaque inverse"},
+        {"label 8 0 \"A\"", "label 0 0 \" A\""},
+    };
+    for (const auto& [one, other] : cases) {
+        Canvas first(40, 20);
+        Canvas second(40, 20);
+        first.run(one);
+        second.run(other);
+        EXPECT_EQ(first.pixels(), second.pixels()) << one;
+        EXPECT_NE(first.pixels(), Canvas(40, 20).pixels()) << one;
+    }
+}
+
+TEST(ScriptTest, LabelFlagsAndScale) {
+    const auto count = [](const std::string& script, char mark) {
+        Canvas canvas(40, 24);
+        canvas.run(script);
+        const std::string art = canvas.art();
+        return std::count(art.begin(), art.end(), mark);
+    };
+    const auto ink = count("label 0 0 \"A\"", '#');
+    EXPECT_GT(ink, 0);
+    EXPECT_EQ(count("label 0 0 \"A\"", 'o'), 0);
+    EXPECT_EQ(count("label 0 0 \"A\" opaque", 'o'), 80 - ink);
+    EXPECT_EQ(count("label 0 0 \"A\" opaque inverse", 'o'), ink);
+    // Foreground dots overhang their cell from scale 2 on, background ones keep to it.
+    EXPECT_EQ(count("scale 2; label 0 0 \"A\" opaque inverse", 'o'), 4 * ink);
+}
+
+TEST(ScriptTest, StateCommandsSetTheObject) {
+    const struct {
+        std::string script;
+        std::function<bool(const ZRDraw&)> holds;
+    } cases[] = {
+        {"additive on", [](const ZRDraw& d) { return d.alphaAdditive; }},
+        {"additive on; additive off", [](const ZRDraw& d) { return !d.alphaAdditive; }},
+        {"antialias on", [](const ZRDraw& d) { return d.antiAlias; }},
+        {"matrix rec709full", [](const ZRDraw& d) { return d.yCbCrMode == cmRec709Full; }},
+        {"matrix rec2020cl", [](const ZRDraw& d) { return d.yCbCrMode == cmRec2020CL; }},
+        {"transparency 0.25",
+         [](const ZRDraw& d) {
+             return d.transparency && d.foreTransparency == 0.25 && d.backTransparency == 0.25;
+         }},
+        {"transparency 1; transparency off", [](const ZRDraw& d) { return !d.transparency; }},
+        {"color 1 0 0 0", [](const ZRDraw& d) { return d.foreColor == 0x00FF0000; }},
+        {"move -5 7", [](const ZRDraw& d) { return d.currentX == -5 && d.currentY == 7; }},
+        {"polylineto 1 2 3 4", [](const ZRDraw& d) { return d.currentX == 3 && d.currentY == 4; }},
+    };
+    for (const auto& [script, holds] : cases) {
+        Canvas canvas(10, 10);
+        canvas.run(script);
+        EXPECT_TRUE(holds(*canvas.draw)) << script;
+    }
+}
+
+TEST(ScriptTest, OffTheCanvasIsRefused) {
+    const std::vector<int> expected = {0, -1, -1, -1, 0, 0};
+    Canvas canvas(10, 3);
+    EXPECT_EQ(canvas.run("horiz 0 0 9; horiz 5 0 50; vert 1 -1 1; point 20 0; move 99 99; "
+                         "line -5 -5 5 5"),
+              expected);
+}
+
+} // namespace

@@ -1,0 +1,267 @@
+#include "draw_command.h"
+
+#include "error.h"
+#include "layout_names.h"
+#include "media/frame_sink.h"
+#include "media/frame_source.h"
+#include "media/output_file.h"
+#include "media/working_frame.h"
+#include "progress.h"
+#include "script/parser.h"
+#include "zrdraw/zrdraw.h"
+
+extern "C" {
+#include <libavutil/parseutils.h>
+}
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <csignal>
+#include <cstdint>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string_view>
+#include <unistd.h>
+
+namespace {
+
+volatile std::sig_atomic_t interrupted = 0;
+
+// A second signal finds the default again, for work that hangs where nobody looks at the flag.
+void catchInterrupts() {
+    struct sigaction action {};
+    action.sa_handler = [](int) { interrupted = 1; };
+    action.sa_flags = static_cast<int>(SA_RESETHAND);
+    sigaction(SIGINT, &action, nullptr);
+    sigaction(SIGTERM, &action, nullptr);
+}
+
+void stopIfInterrupted() {
+    if (interrupted != 0)
+        throw Failure("interrupted");
+}
+
+std::string readFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::string text;
+    for (char part[4096]; file.read(part, sizeof part), file.gcount() > 0;)
+        text.append(part, static_cast<std::size_t>(file.gcount()));
+    if (!file.is_open() || file.bad())
+        throw Failure(fmt::format("cannot read script '{}': {}", path, std::strerror(errno)));
+    return text;
+}
+
+// The script file comes first, so that -e can add to it.
+Script readScripts(const DrawOptions& options) {
+    Script script;
+    const auto append = [&script](const std::string& text, const std::string& source) {
+        Script more = parseScript(text, source);
+        std::move(more.begin(), more.end(), std::back_inserter(script));
+    };
+    if (!options.scriptFile.empty())
+        append(readFile(options.scriptFile), options.scriptFile);
+    for (std::size_t i = 0; i < options.expressions.size(); ++i)
+        append(options.expressions[i], i == 0 ? "-e" : fmt::format("-e {}", i + 1));
+    return script;
+}
+
+// The frames from `first` up to but excluding `end`, counted from 0.
+struct FrameRange {
+    std::int64_t first = 0;
+    std::int64_t end = std::numeric_limits<std::int64_t>::max();
+};
+
+bool readFrameNumber(std::string_view text, std::int64_t& value) {
+    const char* const end = text.data() + text.size();
+    const auto [after, error] = std::from_chars(text.data(), end, value);
+    return error == std::errc{} && after == end && value >= 0 && value < FrameRange{}.end;
+}
+
+FrameRange parseFrameRange(std::string_view text) {
+    FrameRange range;
+    if (text.empty())
+        return range;
+    const std::size_t colon = text.find(':');
+    const std::string_view first = text.substr(0, colon);
+    const std::string_view end = colon == text.npos ? "" : text.substr(colon + 1);
+    const bool alone = colon == text.npos;
+    const bool valid = ((first.empty() && !alone) || readFrameNumber(first, range.first)) &&
+                       (end.empty() || readFrameNumber(end, range.end));
+    if (!valid)
+        throw UsageError(
+            fmt::format("--frames: expected A:B, A:, :B or N, counted from 0, got '{}'", text));
+    if (alone)
+        range.end = range.first + 1;
+    if (range.first >= range.end)
+        throw Failure(fmt::format("--frames {} selects no frame", text));
+    return range;
+}
+
+std::optional<RawFormat> parseRaw(const std::string& text, AVPixelFormat pixelFormat) {
+    if (text.empty())
+        return std::nullopt;
+    RawFormat raw;
+    raw.pixelFormat = pixelFormat;
+    const std::size_t at = text.find('@');
+    const bool valid =
+        av_parse_video_size(&raw.width, &raw.height, text.substr(0, at).c_str()) >= 0 &&
+        (at == text.npos || av_parse_video_rate(&raw.frameRate, text.substr(at + 1).c_str()) >= 0);
+    if (!valid)
+        throw UsageError(fmt::format(
+            "--raw: expected WIDTHxHEIGHT or WIDTHxHEIGHT@RATE such as 640x480@25, got '{}'",
+            text));
+    return raw;
+}
+
+struct DrawRelease {
+    void operator()(ZRDraw* draw) const { ReleaseDraw(draw); }
+};
+using DrawPtr = std::unique_ptr<ZRDraw, DrawRelease>;
+
+DrawPtr makeDraw(const zrLayout& layout, WorkingFrame& frame) {
+    ZRDraw* draw = nullptr;
+    if (GetDraw(layout.code, frame.width(), frame.height(), frame.pitch(), frame.data(), draw) != 0)
+        throw Failure(fmt::format("no drawing object for layout {}", layoutName(layout)));
+    return DrawPtr(draw);
+}
+
+// Runs the script on canvases. Each gets a drawing object of its own, so that no colour or position
+// passes from one frame to the next.
+class ScriptRunner {
+public:
+    ScriptRunner(const Script& script, const zrLayout& layout, bool quiet, Progress& progress)
+        : m_script(script), m_layout(layout), m_quiet(quiet), m_progress(progress) {}
+
+    void run(WorkingFrame& frame) {
+        const DrawPtr draw = makeDraw(m_layout, frame);
+        for (const Command& command : m_script) {
+            if (command.run(*draw) == -1 && m_refused.insert(&command).second && !m_quiet)
+                warn(command, frame);
+        }
+    }
+
+private:
+    void warn(const Command& command, const WorkingFrame& frame) {
+        m_progress.say(fmt::format(
+            "zrdraw: warning: {}: {} was refused: it does not lie wholly on the {}x{} canvas",
+            command.place, command.operation->name, frame.width(), frame.height()));
+    }
+
+    const Script& m_script;
+    const zrLayout& m_layout;
+    bool m_quiet;
+    Progress& m_progress;
+    std::set<const Command*> m_refused; // warned of already
+};
+
+Progress::Mode progressMode(const DrawOptions& options) {
+    if (options.progress)
+        return Progress::Mode::Blocks;
+    const bool watched = !options.quiet && isatty(STDERR_FILENO) != 0;
+    return watched ? Progress::Mode::Line : Progress::Mode::Silent;
+}
+
+// 0 when unknown.
+std::int64_t framesToCome(const StreamInfo& info, FrameRange range, bool onlyOne) {
+    if (onlyOne)
+        return 1;
+    if (info.frameCount == 0)
+        return range.end == FrameRange{}.end ? 0 : range.end - range.first;
+    return std::max<std::int64_t>(std::min(range.end, info.frameCount) - range.first, 0);
+}
+
+// Draws on every frame of the range and writes it. Returns how many those were.
+std::int64_t drawFrames(FrameSource& source, FrameSink& sink, FrameRange range,
+                        WorkingFrame& canvas, ScriptRunner& runner, Progress& progress) {
+    const FramePtr decoded(av_frame_alloc());
+    if (!decoded)
+        throw std::bad_alloc();
+    if (sink.takesOneFrame())
+        range.end = std::min(range.end, range.first + 1);
+    std::int64_t written = 0;
+    for (std::int64_t i = 0; i < range.end && source.read(*decoded); ++i) {
+        stopIfInterrupted();
+        if (i < range.first)
+            continue;
+        canvas.load(*decoded);
+        runner.run(canvas);
+        const FramePtr result = sink.makeFrame();
+        canvas.store(*result);
+        result->pts = written++;
+        sink.write(*result);
+        progress.advance(written);
+    }
+    stopIfInterrupted();
+    return written;
+}
+
+void drawClip(const DrawOptions& options, const Script& script, FrameRange range,
+              const zrLayout& layout, const std::optional<RawFormat>& raw) {
+    const AVPixelFormat working = workingPixelFormat(layout.code).value();
+    FrameSource source(options.input, raw);
+    const StreamInfo& info = source.info();
+    FrameSink sink(options.output, {options.format, options.codec, options.force}, info, working);
+    WorkingFrame canvas(working, info.width, info.height);
+    Progress progress(progressMode(options), framesToCome(info, range, sink.takesOneFrame()));
+    ScriptRunner runner(script, layout, options.quiet, progress);
+    if (drawFrames(source, sink, range, canvas, runner, progress) == 0)
+        throw Failure(fmt::format("'{}' has no frame {}", options.input,
+                                  options.frames.empty() ? "at all" : "in " + options.frames));
+    sink.finish();
+    progress.end();
+}
+
+} // namespace
+
+CLI::App* addDrawCommand(CLI::App& app, DrawOptions& options) {
+    CLI::App* draw = app.add_subcommand("draw", "Draw on a picture or on every frame of a clip");
+    draw->add_option("IN", options.input, "Picture or clip; - is standard input")->required();
+    draw->add_option("OUT", options.output, "Picture or clip; - is standard output")->required();
+    draw->add_option("-e", options.expressions, "Commands; may be given more than once")
+        ->allow_extra_args(false);
+    draw->add_option("--script", options.scriptFile, "File of commands, run before those of -e");
+    draw->add_option("--layout", options.layout, "Layout to draw in, see zrdraw types")
+        ->capture_default_str();
+    draw->add_option("--frames", options.frames,
+                     "Draw and write only the frames A up to but excluding B, counted from 0: "
+                     "A:B, A:, :B, or N alone");
+    draw->add_option("--format", options.format,
+                     "Output format instead of the name's: y4m, raw...");
+    draw->add_option("--codec", options.codec, "Encoder instead of the format's own");
+    draw->add_option("--raw", options.raw, "IN holds bare frames of the layout: WxH[@RATE]");
+    CLI::Option* progress = draw->add_flag("--progress", options.progress,
+                                           "Report as key=value lines on standard error");
+    draw->add_flag("--quiet", options.quiet, "Print nothing but errors")->excludes(progress);
+    draw->add_flag("--force", options.force, "Replace an existing output");
+    draw->footer(fmt::format("Commands, one a line or separated by ';', # starts a comment:\n{}",
+                             listOperations()));
+    return draw;
+}
+
+void runDraw(const DrawOptions& options) {
+    const Script script = readScripts(options);
+    const FrameRange range = parseFrameRange(options.frames);
+    const zrLayout& layout = drawableLayout(options.layout);
+    const std::optional<RawFormat> raw =
+        parseRaw(options.raw, workingPixelFormat(layout.code).value());
+    OutputFile::checkPath(options.output, options.force);
+
+    quietAv();
+    catchInterrupts();
+    try {
+        drawClip(options, script, range, layout, raw);
+    } catch (const Failure&) {
+        // The signal often stops the input's producer too, and then the input is not at fault.
+        stopIfInterrupted();
+        throw;
+    }
+}

@@ -1,0 +1,13 @@
+// The names by which the command line calls the layouts of the catalogue.
+#pragma once
+
+#include "zrdraw/layouts.h"
+
+#include <string>
+
+// The library's name in lower case without "pt", and without the depth of the 32-bit layouts:
+// bgra, rgb24, v210, rgbahalf.
+std::string layoutName(const zrLayout& layout);
+
+// A layout that frames can be drawn on in. Anything else is refused with the names to use.
+const zrLayout& drawableLayout(const std::string& name);

@@ -1,0 +1,71 @@
+// The command line tool: chooses the subcommand and turns every failure into one line.
+#include "draw_command.h"
+#include "error.h"
+#include "types_command.h"
+#include "zrdraw/version.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <new>
+#include <string>
+
+namespace {
+
+void print(const std::string& text) {
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
+        throw Failure(fmt::format("cannot write to standard output: {}", std::strerror(errno)));
+}
+
+int complain(ExitStatus status, std::string message) {
+    std::replace(message.begin(), message.end(), '\n', ' ');
+    std::fprintf(stderr, "zrdraw: %s\n", message.c_str());
+    return static_cast<int>(status);
+}
+
+void run(int argc, char** argv) {
+    CLI::App app("Draws into uncompressed video frames.", "zrdraw");
+    app.set_version_flag("--version", "zrdraw " ZRDRAW_VERSION_STRING);
+    app.require_subcommand(1);
+    TypesOptions typesOptions;
+    DrawOptions drawOptions;
+    const CLI::App* types = addTypesCommand(app, typesOptions);
+    addDrawCommand(app, drawOptions);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::CallForHelp&) {
+        return print(app.help());
+    } catch (const CLI::CallForVersion& version) {
+        return print(std::string(version.what()) + '\n');
+    } catch (const CLI::ParseError& error) {
+        throw UsageError(fmt::format("{}; see zrdraw --help", error.what()));
+    }
+    if (types->parsed())
+        print(runTypes(typesOptions));
+    else
+        runDraw(drawOptions);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    // A closed pipe and a file that may not grow are then errors of the write that meets them.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+    try {
+        run(argc, argv);
+    } catch (const ToolError& error) {
+        return complain(error.status, error.what());
+    } catch (const std::bad_alloc&) {
+        return complain(ExitStatus::Failed, "out of memory");
+    } catch (const std::exception& error) {
+        return complain(ExitStatus::Failed, error.what());
+    }
+    return static_cast<int>(ExitStatus::Done);
+}

@@ -1,0 +1,60 @@
+// Encodes frames and writes them to a picture, a clip or a pipe.
+#pragma once
+
+#include "media/av.h"
+#include "media/frame_source.h"
+#include "media/output_file.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+struct SinkOptions {
+    std::string format; // "y4m", "raw" or a muxer's name; empty: from the file's name
+    std::string codec;  // an encoder's name; empty: the format's own
+    bool force = false; // replace an existing file
+};
+
+class FrameSink {
+public:
+    // The path "-" is standard output. `working` is the layout that the format "raw" writes.
+    FrameSink(const std::string& path, const SinkOptions& options, const StreamInfo& source,
+              AVPixelFormat working);
+
+    // The format in which write() takes its frames.
+    AVPixelFormat pixelFormat() const { return m_encoder->pix_fmt; }
+    bool takesOneFrame() const { return m_picture; }
+
+    // A frame with buffers, ready for WorkingFrame::store() and write(): it has the sink's size,
+    // pixel format, colour space and range.
+    FramePtr makeFrame() const;
+
+    // The frame's pts is its number in the result, counted from 0.
+    void write(const AVFrame& frame);
+
+    // Completes the file and gives it its name. Without it nothing is left behind.
+    void finish();
+
+private:
+    struct MuxerFree {
+        void operator()(AVFormatContext* muxer) const { avformat_free_context(muxer); }
+    };
+
+    void describeFrames(const AVCodec& codec, const StreamInfo& source, AVPixelFormat working);
+    void describeColors(const AVCodec& codec, const StreamInfo& source);
+    void openEncoder(const AVCodec& codec);
+    void startMuxer();
+    void encode(const AVFrame* frame);
+    [[noreturn]] void fail(const std::string& action, int error);
+
+    std::string m_name; // as messages call it
+    const AVOutputFormat* m_format = nullptr;
+    bool m_picture = false;
+    CodecPtr m_encoder;
+    PacketPtr m_packet;
+    std::optional<OutputFile> m_file; // opened last, when nothing else can be refused
+    std::unique_ptr<AVFormatContext, MuxerFree> m_muxer;
+    AVStream* m_stream = nullptr;
+    std::int64_t m_framesWritten = 0;
+};

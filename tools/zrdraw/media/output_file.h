@@ -1,0 +1,51 @@
+// The file, or standard output, that a result goes to.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+extern "C" {
+#include <libavformat/avio.h>
+}
+
+// A result appears under its name only when it is complete: it is written beside that name and
+// renamed by commit(). Without commit() nothing is left behind and an older file stays untouched.
+class OutputFile {
+public:
+    // The path "-" is standard output.
+    OutputFile(const std::string& path, bool force);
+    ~OutputFile();
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+
+    // Refuses what can be known to fail before any work is done, and changes nothing.
+    static void checkPath(const std::string& path, bool force);
+
+    AVIOContext* io() const { return m_io.get(); }
+
+    // Throws the first write error that was met so far, if any.
+    void check();
+    void commit();
+
+private:
+    struct IoFree {
+        void operator()(AVIOContext* io) const;
+    };
+
+    void open();
+    void publish();
+    void discard();
+    [[noreturn]] void failWith(int systemError) const;
+    static int writePacket(void* self, std::uint8_t* bytes, int count);
+    static std::int64_t seek(void* self, std::int64_t offset, int whence);
+
+    std::string m_name; // as messages call it
+    std::filesystem::path m_path;
+    std::filesystem::path m_temporary; // empty: written in place, or renamed already
+    bool m_replace;
+    int m_descriptor = -1;
+    int m_error = 0; // errno of the first write that failed
+    std::unique_ptr<AVIOContext, IoFree> m_io;
+};

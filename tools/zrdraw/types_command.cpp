@@ -1,0 +1,136 @@
+#include "types_command.h"
+
+#include "error.h"
+#include "layout_names.h"
+#include "zrdraw/zrdraw.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include <charconv>
+#include <cstring>
+#include <iterator>
+#include <string_view>
+
+namespace {
+
+constexpr int widest = 1'000'000; // so that no line length comes near 32 bits
+
+std::string lineFormula(const zrLineRule& rule) {
+    if (rule.wholeGroups)
+        return fmt::format("{} per {} px", rule.groupBytes, rule.groupPixels);
+    if (rule.groupPixels == 1)
+        return fmt::format("{}W", rule.groupBytes);
+    return fmt::format("{}W/{}", rule.groupBytes, rule.groupPixels);
+}
+
+std::string catalogue(int width) {
+    const auto row = [width](const auto& code, const auto& name, const auto& layout,
+                             const auto& drawClass, const auto& line, const auto& bytes,
+                             const auto& memory) {
+        const std::string number = width == 0 ? "" : fmt::format("{:>10}  ", bytes);
+        return fmt::format("{:>5}  {:<13} {:<12} {:<15} {:<13}  {}{}\n", code, name, layout,
+                           drawClass, line, number, memory);
+    };
+    std::string text = row("CODE", "NAME", "LAYOUT", "CLASS", "LINE BYTES",
+                           fmt::format("W={}", width), "BYTES IN MEMORY");
+    for (const zrLayout& layout : zrLayouts)
+        text += row(layout.code, layout.name, layoutName(layout), layout.drawClass,
+                    lineFormula(layout.line),
+                    zrLineBytes(layout.line, static_cast<unsigned>(width)), layout.memory);
+    return text;
+}
+
+// Reads `count` numbers with a separator between them; nothing for any other text.
+template <class T, std::size_t count>
+bool readList(std::string_view text, char separator, int base, T (&values)[count]) {
+    const char* next = text.data();
+    const char* const end = next + text.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        if (i > 0 && (next == end || *next++ != separator))
+            return false;
+        const auto [after, error] = std::from_chars(next, end, values[i], base);
+        if (error != std::errc{})
+            return false;
+        next = after;
+    }
+    return next == end;
+}
+
+unsigned readCompression(const std::string& text) {
+    if (text == "0" || text == "3")
+        return text == "0" ? 0 : 3;
+    unsigned value = 0;
+    if (text.size() != sizeof value)
+        throw UsageError(fmt::format("--bitmap: expected four characters, 0 or 3, got '{}'", text));
+    std::memcpy(&value, text.data(), sizeof value);
+    return value;
+}
+
+tagBITMAPINFO makeHeader(const TypesOptions& options) {
+    tagBITMAPINFO info{};
+    int size[2] = {};
+    if (!readList(options.size, 'x', 10, size))
+        throw UsageError(
+            fmt::format("--size: expected WIDTHxHEIGHT such as 1920x1080, got '{}'", options.size));
+    if (!readList(options.mask, ',', 16, info.biMask))
+        throw UsageError(
+            fmt::format("--mask: expected four bytes such as 00,00,FF,00, got '{}'", options.mask));
+    info.biSize = offsetof(tagBITMAPINFO, biMask);
+    info.biWidth = size[0];
+    info.biHeight = size[1];
+    info.biPlanes = 1;
+    info.biBitCount = options.depth;
+    info.biCompression = readCompression(*options.bitmap);
+    info.biSizeImage = options.imageSize;
+    return info;
+}
+
+std::string describeCode(unsigned code, unsigned unanswered) {
+    if (code == unanswered)
+        return "unknown: the code was left alone";
+    if (code == ptNone)
+        return "none: no drawing class";
+    const zrLayout* layout = zrFindLayout(code);
+    return fmt::format("{} {}", code, layout != nullptr ? layout->name : "");
+}
+
+std::string becomes(const TypesOptions& options) {
+    constexpr unsigned unanswered = 0; // is no code
+    const tagBITMAPINFO before = makeHeader(options);
+    tagBITMAPINFO after = before;
+    unsigned code = unanswered;
+    const unsigned bytes = GetDrawSize(&after, &code);
+    return fmt::format("code         {}\n"
+                       "biBitCount   {} -> {}\n"
+                       "biSizeImage  {} -> {}\n"
+                       "frame bytes  {}\n",
+                       describeCode(code, unanswered), before.biBitCount, after.biBitCount,
+                       before.biSizeImage, after.biSizeImage, bytes);
+}
+
+} // namespace
+
+CLI::App* addTypesCommand(CLI::App& app, TypesOptions& options) {
+    CLI::App* types = app.add_subcommand("types", "List the layouts, or look up a bitmap header");
+    CLI::Option* width = types->add_option("--width", options.width, "Line bytes at this width")
+                             ->check(CLI::Range(1, widest));
+    CLI::Option* bitmap =
+        types
+            ->add_option("--bitmap", options.bitmap,
+                         "biCompression: four characters, 0 or 3; tells what the header becomes")
+            ->excludes(width);
+    types->add_option("--size", options.size, "biWidth and biHeight, WxH")
+        ->needs(bitmap)
+        ->capture_default_str();
+    types->add_option("--depth", options.depth, "biBitCount")->needs(bitmap);
+    types->add_option("--image-size", options.imageSize, "biSizeImage")->needs(bitmap);
+    types->add_option("--mask", options.mask, "The bytes of the red mask, HEX,HEX,HEX,HEX")
+        ->needs(bitmap)
+        ->capture_default_str();
+    return types;
+}
+
+std::string runTypes(const TypesOptions& options) {
+    return options.bitmap ? becomes(options) : catalogue(options.width);
+}
