@@ -71,6 +71,7 @@ public:
      */
     virtual int Dash(int x0, int y0, int x1, int y1, int on, int off);
 
+    /** Curves and the filled circle: not in this version, refused with -1. */
     virtual int Circle(int cx, int cy, int radius);
     virtual int Ellipse(int cx, int cy, int rx, int ry);
     virtual int FillCircle(int cx, int cy, int radius);
@@ -96,6 +97,7 @@ public:
      */
     virtual int PolylineTo(const _POINT* points, unsigned int count);
 
+    /** Areas, the pie among them: not in this version, refused with -1. */
     virtual int FillRect(const RECT* rect);
     virtual int Rectangle(int left, int top, int right, int bottom);
     virtual int RoundRect(int left, int top, int right, int bottom, int cornerWidth,
@@ -139,6 +141,7 @@ public:
     virtual int Filter(zrFilterType type, int left, int top, int right, int bottom);
     virtual int Scale(zrScaleType type, ZRDraw* to, RECT* toRect, ZRDraw* from, RECT* fromRect);
 
+    /** Metafiles: not in this version, refused with -1. */
     virtual int EMFOpen(const char* path);
     virtual int EMFGetSize(int& emfWidth, int& emfHeight);
     virtual int EMFDraw(int left, int top, int right, int bottom, bool keepAspect);
@@ -147,10 +150,12 @@ public:
     /** Does nothing. @return 0 */
     virtual int Arrow(int x0, int y0, int x1, int y1, bool filled);
 
+    /** Text in a rectangle: not in this version, refused with -1. */
     int DrawText(const char* text, int count, RECT* rect, unsigned int format);
     int ZRDrawText(const char* text, int count, RECT* rect, unsigned int format);
     /** Does nothing. @return 0 */
     int TextOut(int x, int y, const char* text, int count);
+    /** Font bitmaps: not in this version, refused with -1. */
     int ExtractBMPData(const char* path);
     int ExtractPNGData(const char* path);
     /** No font but the built-in one can be active: does nothing. @return 0 */

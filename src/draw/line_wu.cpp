@@ -14,9 +14,9 @@ double fractionOf(double value) {
 // Writes pixels in one colour, with their coverage as its alpha.
 class CoveragePen {
 public:
-    CoveragePen(ZRDraw& draw, bool tall) : draw_(draw), tall_(tall) {
+    CoveragePen(ZRDraw& draw, bool tall) : m_draw(draw), m_tall(tall) {
         double alpha = 0.0;
-        draw_.GetColorRGBA(r_, g_, b_, alpha, true);
+        m_draw.GetColorRGBA(m_r, m_g, m_b, alpha, true);
     }
 
     // The two pixels at `major` that share a position between them, scaled by the gap.
@@ -30,13 +30,13 @@ public:
 
 private:
     void putOne(int major, int minor, double coverage) {
-        draw_.SetColorRGBA(r_, g_, b_, coverage, true);
-        draw_.PutPixel(tall_ ? minor : major, tall_ ? major : minor, true);
+        m_draw.SetColorRGBA(m_r, m_g, m_b, coverage, true);
+        m_draw.PutPixel(m_tall ? minor : major, m_tall ? major : minor, true);
     }
 
-    ZRDraw& draw_;
-    bool tall_;
-    double r_ = 0.0, g_ = 0.0, b_ = 0.0;
+    ZRDraw& m_draw;
+    bool m_tall;
+    double m_r = 0.0, m_g = 0.0, m_b = 0.0;
 };
 
 } // namespace

@@ -81,9 +81,9 @@ TEST(Factory, ByBitmapHeader) {
 
 TEST(References, LastOneDestroys) {
     struct Counted : CDrawRGBA32 {
-        explicit Counted(int& alive) : ZRDraw(1), CDrawRGBA32(1), alive_(alive) { ++alive_; }
-        ~Counted() override { --alive_; }
-        int& alive_;
+        explicit Counted(int& alive) : ZRDraw(1), CDrawRGBA32(1), m_alive(alive) { ++m_alive; }
+        ~Counted() override { --m_alive; }
+        int& m_alive;
     };
     int alive = 0;
     ZRDraw* draw = new Counted(alive);

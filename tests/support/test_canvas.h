@@ -12,20 +12,21 @@
 class TestCanvas {
 public:
     TestCanvas(unsigned int code, int width, int height)
-        : width_(width), height_(height), pitch_(lineBytes(code, width) + linePadding),
-          memory_(frameStart + static_cast<std::size_t>(pitch_ * height) + frameStart, guardByte) {
+        : m_width(width), m_height(height), m_pitch(lineBytes(code, width) + linePadding),
+          m_memory(frameStart + static_cast<std::size_t>(m_pitch * height) + frameStart,
+                   guardByte) {
         for (int y = 0; y < height; ++y)
-            std::memset(frame() + y * pitch_, 0, static_cast<std::size_t>(pitch_ - linePadding));
+            std::memset(frame() + y * m_pitch, 0, static_cast<std::size_t>(m_pitch - linePadding));
         ZRDraw* made = nullptr;
-        GetDraw(code, width, height, pitch_, frame(), made);
-        draw_.reset(made);
+        GetDraw(code, width, height, m_pitch, frame(), made);
+        m_draw.reset(made);
     }
 
-    ZRDraw& draw() { return *draw_; }
-    ZRDraw* operator->() { return draw_.get(); }
-    char* frame() { return memory_.data() + frameStart; }
+    ZRDraw& draw() { return *m_draw; }
+    ZRDraw* operator->() { return m_draw.get(); }
+    char* frame() { return m_memory.data() + frameStart; }
     unsigned char byteAt(int x, int y) {
-        return static_cast<unsigned char>(frame()[y * pitch_ + x]);
+        return static_cast<unsigned char>(frame()[y * m_pitch + x]);
     }
     std::vector<unsigned char> bytesAt(int offset, int y, int count) {
         std::vector<unsigned char> bytes;
@@ -37,10 +38,10 @@ public:
     // A row of characters a line: '.' for a pixel of zeros, '#' for one of all ones, '+' others.
     std::string art() {
         std::string rows;
-        const int bytes = lineBytes(draw_->pixelType, 1);
-        for (int y = 0; y < height_; ++y) {
-            for (int x = 0; x < width_; ++x)
-                rows += characterOf(draw_->GetPixel(x, y), bytes);
+        const int bytes = lineBytes(m_draw->pixelType, 1);
+        for (int y = 0; y < m_height; ++y) {
+            for (int x = 0; x < m_width; ++x)
+                rows += characterOf(m_draw->GetPixel(x, y), bytes);
             rows += '\n';
         }
         return rows;
@@ -48,12 +49,12 @@ public:
 
     bool guardsIntact() {
         const auto isGuard = [](char byte) { return byte == guardByte; };
-        const char* const end = frame() + height_ * pitch_;
-        bool intact = std::all_of(memory_.data(), frame(), isGuard) &&
+        const char* const end = frame() + m_height * m_pitch;
+        bool intact = std::all_of(m_memory.data(), frame(), isGuard) &&
                       std::all_of(static_cast<const char*>(end), end + frameStart, isGuard);
-        for (int y = 1; y <= height_; ++y)
-            intact = intact &&
-                     std::all_of(frame() + y * pitch_ - linePadding, frame() + y * pitch_, isGuard);
+        for (int y = 1; y <= m_height; ++y)
+            intact = intact && std::all_of(frame() + y * m_pitch - linePadding,
+                                           frame() + y * m_pitch, isGuard);
         return intact;
     }
 
@@ -75,7 +76,7 @@ private:
         return all('\0') ? '.' : all('\xFF') ? '#' : '+';
     }
 
-    int width_, height_, pitch_;
-    std::vector<char> memory_;
-    std::unique_ptr<ZRDraw, Release> draw_;
+    int m_width, m_height, m_pitch;
+    std::vector<char> m_memory;
+    std::unique_ptr<ZRDraw, Release> m_draw;
 };

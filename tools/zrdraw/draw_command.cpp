@@ -36,7 +36,8 @@ namespace {
 
 volatile std::sig_atomic_t interrupted = 0;
 
-// A second signal finds the default again, for work that hangs where nobody looks at the flag.
+// Without SA_RESTART, so that a blocked read ends. A second signal finds the default again, for
+// work that hangs where nobody looks at the flag.
 void catchInterrupts() {
     struct sigaction action {};
     action.sa_handler = [](int) { interrupted = 1; };
@@ -44,6 +45,9 @@ void catchInterrupts() {
     sigaction(SIGINT, &action, nullptr);
     sigaction(SIGTERM, &action, nullptr);
 }
+
+// Ends a read that waits for more of a pipe.
+constexpr AVIOInterruptCB interruptReads{[](void*) -> int { return interrupted; }, nullptr};
 
 void stopIfInterrupted() {
     if (interrupted != 0)
@@ -207,7 +211,7 @@ std::int64_t drawFrames(FrameSource& source, FrameSink& sink, FrameRange range,
 void drawClip(const DrawOptions& options, const Script& script, FrameRange range,
               const zrLayout& layout, const std::optional<RawFormat>& raw) {
     const AVPixelFormat working = workingPixelFormat(layout.code).value();
-    FrameSource source(options.input, raw);
+    FrameSource source(options.input, raw, interruptReads);
     const StreamInfo& info = source.info();
     FrameSink sink(options.output, {options.format, options.codec, options.force}, info, working);
     WorkingFrame canvas(working, info.width, info.height);

@@ -101,21 +101,22 @@ std::int64_t frameCountOf(const AVFormatContext& input, const AVStream& stream, 
 
 } // namespace
 
-FrameSource::FrameSource(const std::string& path, const std::optional<RawFormat>& raw)
+FrameSource::FrameSource(const std::string& path, const std::optional<RawFormat>& raw,
+                         const AVIOInterruptCB& interrupt)
     : m_path(path), m_name(path == "-" ? "standard input" : fmt::format("'{}'", path)),
       m_packet(av_packet_alloc()), m_first(av_frame_alloc()) {
     if (!m_packet || !m_first)
         throw std::bad_alloc();
     if (m_path != "-")
         requireReadable(m_path);
-    open(raw);
+    open(raw, interrupt);
     openDecoder();
     if (!decode(*m_first))
         throw Failure(fmt::format("{} holds no picture", m_name));
     describe(*m_first);
 }
 
-void FrameSource::open(const std::optional<RawFormat>& raw) {
+void FrameSource::open(const std::optional<RawFormat>& raw, const AVIOInterruptCB& interrupt) {
     Options options;
     options.set("protocol_whitelist", "file,pipe"); // a playlist must not reach for the network
     const AVInputFormat* format = nullptr;
@@ -129,7 +130,10 @@ void FrameSource::open(const std::optional<RawFormat>& raw) {
         options.set("framerate", fmt::format("{}/{}", raw->frameRate.num, raw->frameRate.den));
     }
     const std::string url = m_path == "-" ? "pipe:0" : "file:" + m_path;
-    AVFormatContext* input = nullptr;
+    AVFormatContext* input = avformat_alloc_context();
+    if (!input)
+        throw std::bad_alloc();
+    input->interrupt_callback = interrupt;
     const int opened = avformat_open_input(&input, url.c_str(), format, options.get());
     m_input.reset(input);
     // Any text passes for "tty" media, a picture of a terminal, which nobody means.

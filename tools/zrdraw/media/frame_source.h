@@ -35,9 +35,11 @@ struct RawFormat {
 
 class FrameSource {
 public:
-    // The path "-" is standard input.
+    // The path "-" is standard input. The callback is asked while a read waits; by an answer other
+    // than 0 the read fails.
     explicit FrameSource(const std::string& path,
-                         const std::optional<RawFormat>& raw = std::nullopt);
+                         const std::optional<RawFormat>& raw = std::nullopt,
+                         const AVIOInterruptCB& interrupt = {});
 
     const StreamInfo& info() const { return m_info; }
 
@@ -46,7 +48,7 @@ public:
     bool read(AVFrame& frame);
 
 private:
-    void open(const std::optional<RawFormat>& raw);
+    void open(const std::optional<RawFormat>& raw, const AVIOInterruptCB& interrupt);
     void openDecoder();
     void describe(const AVFrame& first);
     bool decode(AVFrame& frame);

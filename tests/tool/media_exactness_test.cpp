@@ -1,0 +1,176 @@
+// Media go in and come out as they are where the format is exact.
+#include "tool/media_fixture.h"
+#include "zrdraw/layouts.h"
+
+#include <cstdio>
+
+namespace {
+
+TEST_F(Media, LosslessFormatsReturnEveryByte) {
+    const struct {
+        const char* name;
+        AVPixelFormat source;
+        const char* codec;
+        int frames;
+        bool alpha;
+    } rows[] = {
+        {"rgb.png", AV_PIX_FMT_RGB24, "", 1, false},  {"rgba.png", AV_PIX_FMT_RGBA, "", 1, true},
+        {"bgra.png", AV_PIX_FMT_BGRA, "", 1, true},   {"palette.png", AV_PIX_FMT_PAL8, "", 1, true},
+        {"grey.png", AV_PIX_FMT_GRAY8, "", 1, false}, {"a.bmp", AV_PIX_FMT_BGR24, "", 1, false},
+        {"a.tif", AV_PIX_FMT_RGB24, "", 1, false},    {"a.ppm", AV_PIX_FMT_RGB24, "", 1, false},
+        {"a.mkv", AV_PIX_FMT_BGRA, "ffv1", 3, true},  {"a.mov", AV_PIX_FMT_RGB24, "png", 3, false},
+        {"a.avi", AV_PIX_FMT_BGR0, "ffv1", 3, false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const StreamInfo info = infoOf(row.source, 61, 47);
+        writeNoise(at(row.name), info, row.frames, {"", row.codec, false});
+        const std::vector<Bytes> frames = readAll(at(row.name));
+        ASSERT_EQ(frames.size(), static_cast<std::size_t>(row.frames));
+        for (unsigned i = 0; i < frames.size(); ++i)
+            EXPECT_EQ(frames[i], noiseAsBgra(i, info, row.alpha)) << "seed " << i;
+        EXPECT_EQ(FrameSource(at(row.name)).info().picture, row.frames == 1);
+    }
+}
+
+TEST_F(Media, EveryWorkingLayoutHasItsChannelsInPlace) {
+    writeNoise(at("in.png"), infoOf(AV_PIX_FMT_RGB24), 1);
+    const Bytes expected = readAll(at("in.png")).at(0);
+    int served = 0;
+    for (const zrLayout& layout : zrLayouts) {
+        const std::optional<AVPixelFormat> format = workingPixelFormat(layout.code);
+        if (!format)
+            continue;
+        ++served;
+        SCOPED_TRACE(layout.name);
+        FrameSource source(at("in.png"));
+        const FramePtr frame(av_frame_alloc());
+        ASSERT_TRUE(source.read(*frame));
+        WorkingFrame canvas(*format, 64, 48);
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(canvas.data()) % 64, 0u);
+        canvas.load(*frame);
+        const int size = layout.bytes.a < 0 ? 3 : 4;
+        const Bytes pixels = pixelsOf(canvas, size);
+        for (std::size_t i = 0; i < expected.size() / 4; ++i) {
+            const unsigned char* pixel = &pixels[i * static_cast<std::size_t>(size)];
+            ASSERT_EQ(pixel[layout.bytes.b], expected[4 * i]);
+            ASSERT_EQ(pixel[layout.bytes.g], expected[4 * i + 1]);
+            ASSERT_EQ(pixel[layout.bytes.r], expected[4 * i + 2]);
+            ASSERT_EQ(size == 4 ? pixel[layout.bytes.a] : 255, 255);
+        }
+    }
+    EXPECT_GE(served, 6);
+}
+
+FramePtr flatFrame(AVPixelFormat format, int width, int height, int y, int cb, int cr) {
+    FramePtr frame(av_frame_alloc());
+    frame->format = format;
+    frame->width = width;
+    frame->height = height;
+    if (av_frame_get_buffer(frame.get(), 0) < 0)
+        throw std::bad_alloc();
+    const int samples[3] = {y, cb, cr};
+    for (int plane = 0; plane < 3; ++plane) {
+        const int lines = plane == 0 ? height : height / 2;
+        std::fill_n(frame->data[plane], frame->linesize[plane] * lines,
+                    static_cast<unsigned char>(samples[plane]));
+    }
+    return frame;
+}
+
+TEST_F(Media, MatrixAndRangeFollowTheFrameAndComeBack) {
+    const struct {
+        AVColorSpace space;
+        AVColorRange range;
+        int height;
+        double kr, kb; // of the matrix that must be used
+        bool full;
+    } rows[] = {
+        {AVCOL_SPC_UNSPECIFIED, AVCOL_RANGE_UNSPECIFIED, 576, 0.299, 0.114, false},
+        {AVCOL_SPC_UNSPECIFIED, AVCOL_RANGE_UNSPECIFIED, 720, 0.2126, 0.0722, false},
+        {AVCOL_SPC_BT709, AVCOL_RANGE_MPEG, 576, 0.2126, 0.0722, false},
+        {AVCOL_SPC_SMPTE170M, AVCOL_RANGE_JPEG, 720, 0.299, 0.114, true},
+        {AVCOL_SPC_BT2020_NCL, AVCOL_RANGE_MPEG, 720, 0.2627, 0.0593, false},
+    };
+    constexpr int y = 110, cb = 140, cr = 170;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::Message() << row.space << " " << row.range << " " << row.height);
+        const FramePtr in = flatFrame(AV_PIX_FMT_YUV420P, 64, row.height, y, cb, cr);
+        in->colorspace = row.space;
+        in->color_range = row.range;
+        in->interlaced_frame = in->top_field_first = 1;
+        WorkingFrame canvas(AV_PIX_FMT_RGB24, 64, row.height);
+        canvas.load(*in);
+
+        const double luma = row.full ? y : (y - 16) * 255.0 / 219;
+        const double chroma = row.full ? 1 : 255.0 / 224;
+        const double red = luma + (cr - 128) * chroma * 2 * (1 - row.kr);
+        const double blue = luma + (cb - 128) * chroma * 2 * (1 - row.kb);
+        const double green = (luma - row.kr * red - row.kb * blue) / (1 - row.kr - row.kb);
+        const auto* pixel = reinterpret_cast<const unsigned char*>(canvas.data());
+        EXPECT_NEAR(pixel[0], red, 1.5);
+        EXPECT_NEAR(pixel[1], green, 1.5);
+        EXPECT_NEAR(pixel[2], blue, 1.5);
+
+        const FramePtr out = flatFrame(AV_PIX_FMT_YUV420P, 64, row.height, 0, 0, 0);
+        canvas.store(*out);
+        EXPECT_NEAR(out->data[0][0], y, 1);
+        EXPECT_NEAR(out->data[1][0], cb, 1);
+        EXPECT_NEAR(out->data[2][0], cr, 1);
+        EXPECT_TRUE(out->interlaced_frame && out->top_field_first);
+    }
+}
+
+TEST_F(Media, StreamPropertiesPassThroughAClip) {
+    StreamInfo info = infoOf(AV_PIX_FMT_YUV422P);
+    info.frameRate = {30000, 1001};
+    info.sampleAspect = {12, 11};
+    info.colorSpace = AVCOL_SPC_BT709;
+    info.colorRange = AVCOL_RANGE_MPEG;
+    info.colorPrimaries = AVCOL_PRI_BT709;
+    info.colorTransfer = AVCOL_TRC_BT709;
+    info.chromaLocation = AVCHROMA_LOC_LEFT;
+    info.fieldOrder = AV_FIELD_TT;
+    writeNoise(at("a.mkv"), info, 4, {"", "ffv1", false});
+    const StreamInfo found = FrameSource(at("a.mkv")).info();
+    EXPECT_EQ(av_cmp_q(found.frameRate, info.frameRate), 0);
+    EXPECT_EQ(av_cmp_q(found.sampleAspect, info.sampleAspect), 0);
+    EXPECT_EQ(found.pixelFormat, info.pixelFormat);
+    EXPECT_EQ(found.colorSpace, info.colorSpace);
+    EXPECT_EQ(found.colorRange, info.colorRange);
+    EXPECT_EQ(found.colorPrimaries, info.colorPrimaries);
+    EXPECT_EQ(found.colorTransfer, info.colorTransfer);
+    EXPECT_EQ(found.chromaLocation, info.chromaLocation);
+    EXPECT_EQ(found.fieldOrder, info.fieldOrder);
+    EXPECT_EQ(found.frameCount, 4);
+}
+
+TEST_F(Media, StandardInputGivesWhatTheFileGives) {
+    writeNoise(at("a.y4m"), infoOf(AV_PIX_FMT_YUV420P), 5);
+    const std::vector<Bytes> expected = readAll(at("a.y4m"));
+    ASSERT_EQ(expected.size(), 5u);
+    const int kept = ::dup(STDIN_FILENO);
+    FILE* pipe = ::popen(("cat '" + at("a.y4m") + "'").c_str(), "r");
+    ASSERT_NE(pipe, nullptr);
+    ::dup2(::fileno(pipe), STDIN_FILENO);
+    EXPECT_EQ(readAll("-"), expected);
+    ::dup2(kept, STDIN_FILENO);
+    ::close(kept);
+    ::pclose(pipe);
+}
+
+TEST_F(Media, RawFramesAreTheLayoutsBytes) {
+    const StreamInfo info = infoOf(AV_PIX_FMT_YUV420P, 61, 47);
+    writeNoise(at("a.raw"), info, 2, {}, AV_PIX_FMT_BGRA);
+    const Bytes first = noiseAsBgra(0, info, true);
+    const std::string content = readFile(at("a.raw"));
+    ASSERT_EQ(content.size(), 2 * first.size());
+    EXPECT_TRUE(
+        std::equal(first.begin(), first.end(), content.begin(),
+                   [](unsigned char a, char b) { return a == static_cast<unsigned char>(b); }));
+    const auto frames = readAll(at("a.raw"), RawFormat{AV_PIX_FMT_BGRA, 61, 47, {25, 1}});
+    ASSERT_EQ(frames.size(), 2u);
+    EXPECT_EQ(frames[1], noiseAsBgra(1, info, true));
+}
+
+} // namespace
