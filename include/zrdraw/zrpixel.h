@@ -67,9 +67,9 @@ public:
                            double& cr, double& aOut);
 
     /**
-     * RGB on a scale of 0 to 255 to YCbCr on a scale of 0 to 1023, in studio range. BT.601 and
-     * BT.709 studio modes share one matrix, the BT.2020 modes another; in any other mode nothing
-     * is written. `aOut` is never written.
+     * RGB on a scale of 0 to 255 to YCbCr on a scale of 0 to 1023, in studio range. The BT.601 and
+     * BT.709 studio modes share one matrix, the BT.2020 modes 5 and 6 another; in any other mode
+     * nothing is written. `aOut` is never written.
      * @return 0, always
      */
     virtual int RGBToYCbCr10(double r, double g, double b, double a, double& y, double& cb,
@@ -127,7 +127,11 @@ public:
     /** Reads a pixel. Off the canvas all outputs are 0.0. @return 0, or -1 off the canvas */
     virtual int GetPixelRGBA(int x, int y, double& r, double& g, double& b, double& a);
 
-    /** Reads a pixel and converts it by the matrix mode in force. @return as GetPixelRGBA */
+    /**
+     * Reads a pixel and converts it by the matrix mode in force. Some format classes do not test
+     * the coordinate in this form and so in the two below, as they tell.
+     * @return as GetPixelRGBA
+     */
     virtual int GetPixelYCbCr(int x, int y, double& cy, double& cb, double& cr, double& a);
 
     /** GetPixelYCbCr on a scale of 255, truncated to 8 bits. */

@@ -49,11 +49,13 @@ int ZRDraw::Line(int x0, int y0, int x1, int y1) {
     if (antiAlias && dx != 0 && dy != 0 && magnitude(dx) != dy)
         return drawWeightedLine(*this, p, q);
 
+    // The virtual base is looked up once, not for each pixel.
+    ZRPixel& pixel = *this;
     if (dy > magnitude(dx)) {
         const int step = fixed::slope(dx, dy);
         int f = fixed::fromInt(p.x) + fixed::half;
-        walk(p.y, q.y, 1, [&](int y) {
-            PutPixel(fixed::floorToInt(f), y, true);
+        walk(p.y, q.y, 1, [&, step](int y) {
+            pixel.PutPixel(fixed::floorToInt(f), y, true);
             f += step;
         });
         return 0;
@@ -61,8 +63,8 @@ int ZRDraw::Line(int x0, int y0, int x1, int y1) {
     const int direction = dx < 0 ? -1 : 1;
     const int step = direction * fixed::slope(dy, dx);
     int f = fixed::fromInt(p.y) + fixed::half;
-    walk(p.x, q.x, direction, [&](int x) {
-        PutPixel(x, fixed::floorToInt(f), true);
+    walk(p.x, q.x, direction, [&, step](int x) {
+        pixel.PutPixel(x, fixed::floorToInt(f), true);
         f += step;
     });
     return 0;

@@ -1,6 +1,5 @@
 // Runs of one pattern. A pattern of 4 or 8 bytes is read once, so that it may lie directly before
 // the run; other widths are read anew for each element where pattern and run overlap.
-#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <immintrin.h>
@@ -36,15 +35,30 @@ bool overlaps(const unsigned char* dst, const unsigned char* pattern, unsigned i
 constexpr unsigned long blockBytes = 96;
 constexpr unsigned long vectorBytes = sizeof(__m256i);
 
+// Repeats a pattern over a block. Copies of a width known here are plain stores, which matters for
+// short runs.
+template <unsigned int width>
+void repeatPattern(unsigned char* block, const unsigned char* pattern) {
+    for (unsigned long at = 0; at < blockBytes; at += width)
+        std::memcpy(block + at, pattern, width);
+}
+
+void makeBlock(unsigned char* block, const unsigned char* pattern, unsigned int patternBytes) {
+    if (patternBytes == 3)
+        return repeatPattern<3>(block, pattern);
+    if (patternBytes == 6)
+        return repeatPattern<6>(block, pattern);
+    for (unsigned long at = 0; at < blockBytes; at += patternBytes)
+        std::memcpy(block + at, pattern, patternBytes);
+}
+
 // Fills by 96-byte blocks held in three registers. The run is a whole number of patterns and so is
 // a block, so a last block that ends with the run has the same phase and may overlap the one
 // before.
 void fillBlocks(unsigned char* dst, const unsigned char* pattern, unsigned int patternBytes,
                 unsigned long count) {
     alignas(vectorBytes) unsigned char block[blockBytes];
-    std::memcpy(block, pattern, patternBytes);
-    for (unsigned long filled = patternBytes; filled < blockBytes; filled *= 2)
-        std::memcpy(block + filled, block, std::min(filled, blockBytes - filled));
+    makeBlock(block, pattern, patternBytes);
     const unsigned long bytes = patternBytes * count;
     if (bytes < blockBytes) {
         std::memcpy(dst, block, bytes);

@@ -11,9 +11,10 @@ unsigned int naturalLine(const ZRPixel& pixel, unsigned int code) {
 }
 
 // By contract: no test of the address, unlike ZRPixel's own form.
-int readYCbCr(ZRPixel& pixel, int x, int y, double& cy, double& cb, double& cr, double& a) {
+int readYCbCr(ZRPixel& pixel, unsigned int code, int x, int y, double& cy, double& cb, double& cr,
+              double& a) {
     const auto* address = reinterpret_cast<const unsigned char*>(pixel.GetPixel(x, y));
-    const Rgba rgba = unpackRgba(address, byteOrderOf(pixel.pixelType));
+    const Rgba rgba = unpackRgba(address, byteOrderOf(code));
     a = rgba.a;
     pixel.RGBToYCbCr(rgba.r, rgba.g, rgba.b, a, cy, cb, cr, a);
     return 0;
@@ -43,7 +44,7 @@ unsigned int CDrawRGBA32::GetPitch() {
 }
 
 int CDrawRGBA32::GetPixelYCbCr(int x, int y, double& cy, double& cb, double& cr, double& a) {
-    return readYCbCr(*this, x, y, cy, cb, cr, a);
+    return readYCbCr(*this, pixelType, x, y, cy, cb, cr, a);
 }
 
 int CDrawRGBA32::GetPixelHSV(int x, int y, double& h, double& s, double& v, double& a) {
@@ -61,7 +62,7 @@ unsigned int CDrawRGB24::GetPitch() {
 }
 
 int CDrawRGB24::GetPixelYCbCr(int x, int y, double& cy, double& cb, double& cr, double& a) {
-    return readYCbCr(*this, x, y, cy, cb, cr, a);
+    return readYCbCr(*this, pixelType == ptBGR24 ? ptBGR24 : ptRGB24, x, y, cy, cb, cr, a);
 }
 
 int CDrawRGB24::GetPixelHSV(int x, int y, double& h, double& s, double& v, double& a) {

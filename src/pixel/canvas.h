@@ -8,9 +8,9 @@
 inline bool pullOntoCanvas(const ZRPixel& pixel, int& x, int& y) {
     const int columns = static_cast<int>(pixel.width);
     const int lines = static_cast<int>(pixel.height);
-    if (pixel.canvas == nullptr || x < 0 || y < 0 || columns == 0 || lines == 0)
+    if (pixel.canvas == nullptr || x < 0 || y < 0 || columns == 0 || lines == 0) [[unlikely]]
         return false;
-    if (x >= columns || y >= lines) {
+    if (x >= columns || y >= lines) [[unlikely]] {
         if (x > columns || y > lines)
             return false;
         x = x == columns ? columns - 1 : x;

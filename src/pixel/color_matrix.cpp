@@ -1,7 +1,7 @@
 // RGB to YCbCr and back in every matrix mode of BT.601, BT.709 and BT.2020.
-#include <array>
+#include "pixel/color_matrix.h"
 
-#include "zrdraw/zrpixel.h"
+#include <array>
 
 namespace {
 
@@ -105,6 +105,10 @@ constexpr Forward rec2020In10{
     {13954, 44416, 3840, 64}, {-4584, -19992, 24576, 512}, {24576, -30144, -2624, 512}};
 
 } // namespace
+
+bool isKnownMatrix(cmYCbCr mode) {
+    return rowOf(mode) >= 0;
+}
 
 int ZRPixel::RGBToYCbCr(double r, double g, double b, double, double& y, double& cb, double& cr,
                         double&) {

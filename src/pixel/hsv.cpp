@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "zrdraw/zrpixel.h"
+#include "pixel/color_matrix.h"
 
 Hsv toHsv(double r, double g, double b, double greyHue) {
     const double v = std::max({r, g, b});
@@ -34,6 +34,8 @@ int ZRPixel::RGBToHSV(double r, double g, double b, double a, double& h, double&
 
 int ZRPixel::YCbCrToHSV(double y, double cb, double cr, double a, double& h, double& s, double& v,
                         double& aOut) {
+    if (!isKnownMatrix(yCbCrMode))
+        return 0;
     double r = 0.0, g = 0.0, b = 0.0, alpha = 0.0;
     YCbCrToRGB(y, cb, cr, a, r, g, b, alpha);
     return RGBToHSV(r, g, b, alpha, h, s, v, aOut);

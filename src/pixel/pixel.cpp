@@ -89,12 +89,12 @@ int ZRPixel::PutPixel(int x, int y, bool selector) {
         return -1;
     // By contract: only the plain foreground write knows 24-bit pixels; all others address the
     // canvas as if its pixels had four bytes.
-    if (selector) {
-        if (alphaAdditive)
+    if (selector) [[likely]] {
+        if (alphaAdditive) [[unlikely]]
             addWord(wordAddress(*this, x, y), foreColor);
-        else if (transparency && foreTransparency > 0.0)
+        else if (transparency && foreTransparency > 0.0) [[unlikely]]
             blendWord(wordAddress(*this, x, y), foreColor, foreTransparency);
-        else if (isRgb24(pixelType))
+        else if (isRgb24(pixelType)) [[unlikely]]
             std::memcpy(rgb24Address(*this, x, y), &foreColor, 3);
         else
             storeWord(wordAddress(*this, x, y), foreColor);

@@ -136,6 +136,9 @@ TEST(ColourModes, UnknownOnesLeaveOutputsAlone) {
         Converter converter(mode);
         expectNear(converter.toRgb(0.5, 0.5, 0.5), sentinel, sentinel, sentinel);
         expectNear(converter.toYCbCr(0.5, 0.5, 0.5), sentinel, sentinel, sentinel);
+        Triple hsv{sentinel, sentinel, sentinel};
+        converter.YCbCrToHSV(0.5, 0.5, 0.5, 1, hsv.c0, hsv.c1, hsv.c2, converter.alpha);
+        expectNear(hsv, sentinel, sentinel, sentinel);
         EXPECT_EQ(converter.alpha, sentinel);
         cmYCbCr stored{};
         EXPECT_EQ(converter.GetYCbCrMode(stored), 0);

@@ -1,0 +1,32 @@
+// Other libraries that do comparable work. Each has a file peer_NAME.cpp, built only where the
+// library is found, which puts itself on one of these lists before main starts.
+#pragma once
+
+#include "comparison.h"
+#include "fixtures.h"
+
+// Lays a whole picture over a frame.
+struct BlendPeer {
+    const char* name;
+    Job (*over)(Frame& dst, Frame& src);
+};
+
+struct DrawPeer {
+    const char* line;
+    const char* smoothLine;
+    const char* label;
+    Job (*drawLine)(Frame& frame, _POINT from, _POINT to, bool smooth);
+    Job (*drawLabel)(Frame& frame, _POINT bottomLeft, const char* text, int scale);
+};
+
+template <typename Peer>
+std::vector<Peer>& peers() {
+    static std::vector<Peer> list;
+    return list;
+}
+
+// Exists to be constructed: adds a peer to its list.
+template <typename Peer>
+struct AddPeer {
+    explicit AddPeer(Peer peer) { peers<Peer>().push_back(peer); }
+};

@@ -1,0 +1,5 @@
+// One function a subsystem, which registers its comparisons.
+#pragma once
+
+void addSpanComparisons();
+void addLineComparisons();
