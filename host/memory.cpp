@@ -7,6 +7,7 @@
 
 #include "zrdraw/types.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstdlib>
@@ -24,6 +25,9 @@ constexpr std::size_t turn = 128;
 
 /** From here on the string store wins: it takes cache lines over without reading them first. */
 constexpr std::size_t stringStoreFrom = 512 * 1024;
+
+/** A string much longer than the caches may be written past them, at half the speed. */
+constexpr std::size_t pieceWords = 32 * 1024;
 
 /** The word as it reads for a store that starts this many bytes into the run. */
 Word wordAt(Word value, std::size_t distance) {
@@ -69,9 +73,13 @@ void fillEnds(Byte* run, Word value, std::size_t bytes) {
 
 /** Fills whole 8-byte words up to `end` and at most 7 bytes beyond. */
 void fillByStringStore(Byte* at, const Byte* end, Word word) {
-    auto count = (static_cast<std::size_t>(end - at) + 7) / 8;
+    auto left = (static_cast<std::size_t>(end - at) + 7) / 8;
     const auto pattern = repeat<std::uint64_t>(word);
-    asm volatile("rep stosq" : "+D"(at), "+c"(count) : "a"(pattern) : "memory");
+    while (left != 0) {
+        auto count = std::min(left, pieceWords);
+        left -= count;
+        asm volatile("rep stosq" : "+D"(at), "+c"(count) : "a"(pattern) : "memory");
+    }
 }
 
 /** Fills 128 bytes or more; the body is stored by whole cache lines. */

@@ -75,7 +75,10 @@ WorkingFrame::WorkingFrame(AVPixelFormat format, int width, int height)
                              format, 0, nullptr) < 0)
         throw Failure(fmt::format("pictures of {}x{} cannot be drawn on", width, height));
     m_pitch = roundedUp(lineBytes);
-    const std::size_t bytes = static_cast<std::size_t>(m_pitch) * static_cast<std::size_t>(height);
+    // The scaler writes a byte behind the last pixel of layouts whose alpha comes first.
+    constexpr std::size_t overrun = alignment;
+    const std::size_t bytes =
+        static_cast<std::size_t>(m_pitch) * static_cast<std::size_t>(height) + overrun;
     m_pixels.reset(static_cast<std::uint8_t*>(std::aligned_alloc(alignment, bytes)));
     if (!m_pixels)
         throw std::bad_alloc();
