@@ -29,6 +29,7 @@ constexpr std::size_t textBytes = Line().size() - prefix.size() - newlineAndZero
 
 /** Formats a message into `text`. @return its length without a newline at its end */
 std::size_t formatText(char* text, const char* format, std::va_list arguments) {
+    // The caller has started it. NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized)
     int wanted = std::vsnprintf(text, textBytes + 1, format, arguments);
     if (wanted < 0) { // an argument that cannot be shown; the format still tells what happened
         wanted = std::snprintf(text, textBytes + 1, "%s", format);

@@ -47,6 +47,7 @@ int drawWeightedLine(ZRDraw& draw, const _POINT& p, const _POINT& q) {
     const int sideways = dx > 0 ? 1 : -1;
     const bool tall = columns < lines;
     const unsigned int major = tall ? lines : columns;
+    // Both differences are non-zero here. NOLINTNEXTLINE(clang-analyzer-core.DivideZero)
     const unsigned int step = ((tall ? columns : lines) << 16) / major;
     unsigned int position = 0;
     for (unsigned int i = 1; i < major; ++i) {
