@@ -1,5 +1,6 @@
 /**
- * The built-in font as exported data. Compiles as C.
+ * Exported data: the built-in font, and what some operations leave behind for callers. The
+ * variables belong to the process; nothing guards them between threads. Compiles as C.
  */
 #ifndef ZRDRAW_FONT_H
 #define ZRDRAW_FONT_H
@@ -19,8 +20,37 @@ ZRDRAW_API extern const unsigned char gFont8x10[2560];
 /** Ten digits of eight rows each from the top down, then 48 bytes of FF. Nothing reads it. */
 ZRDRAW_API extern const unsigned char fontmap[128];
 
+/** The header of a bitmap file, as it stands in the file after its size field. */
+typedef struct zrBitmapHeader {
+    int width;
+    int height;
+    unsigned short planes;
+    unsigned short bitsPerPixel;
+    unsigned int compression;
+    unsigned int imageSize; /**< bytes of the pixels */
+    int xResolution;
+    int yResolution;
+    unsigned int colorsUsed;
+    unsigned int colorsImportant;
+} zrBitmapHeader;
+
+/** Pixels and header of the last bitmap that ZRDraw::ExtractBMPData read. */
+ZRDRAW_API extern unsigned char data[1048576];
+ZRDRAW_API extern zrBitmapHeader pImgHdr;
+
+/** The first and the last point of the last arc that ZRDraw::Arc drew, on any object. */
+ZRDRAW_API extern int xStartArc;
+ZRDRAW_API extern int yStartArc;
+ZRDRAW_API extern int xEndArc;
+ZRDRAW_API extern int yEndArc;
+
+/** Kept as names; nothing reads or writes them. */
+ZRDRAW_API extern void* mpEdgeBuffer;
+ZRDRAW_API extern unsigned int fp[3];
+
 #ifdef __cplusplus
 }
+static_assert(sizeof(zrBitmapHeader) == 36);
 #endif
 
 #endif

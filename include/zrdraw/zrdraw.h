@@ -6,6 +6,14 @@
 
 #include "zrdraw/zrpixel.h"
 
+/** The bits of ZRDraw::DrawText's `format`. Others are ignored. */
+enum zrTextFormat : unsigned int {
+    zrTextCentre = 0x001,     /**< wins over the next two */
+    zrTextRight = 0x002,      /**< align to the right edge */
+    zrTextKeepBottom = 0x008, /**< the text stands on the rectangle's bottom, not below its top */
+    zrTextReport = 0x400 /**< put the text's rectangle into the caller's; it is drawn as well */
+};
+
 /**
  * The primitives. They know no layouts: every pixel goes through the virtual PutPixel, in the
  * foreground slot unless told otherwise, and there is no clipper, so each pixel off the canvas is
@@ -71,18 +79,50 @@ public:
      */
     virtual int Dash(int x0, int y0, int x1, int y1, int on, int off);
 
-    /** Curves and the filled circle: not in this version, refused with -1. */
+    /**
+     * A circle's outline by the integer midpoint rule, eight pixels a step.
+     * @return 0; -1 for a negative radius; for radius 0, which is one pixel, what PutPixel answers
+     */
     virtual int Circle(int cx, int cy, int radius);
+    /** An ellipse by centre and radii; the current position becomes (cx + rx, cy). @return 0 */
     virtual int Ellipse(int cx, int cy, int rx, int ry);
+    /**
+     * A filled circle of 2 * radius + 1 horizontal runs. A run over the left or right edge of the
+     * canvas is refused whole.
+     * @return 0, always
+     */
     virtual int FillCircle(int cx, int cy, int radius);
+    /**
+     * Part of the ellipse inscribed in a box, counter-clockwise from the angle of one point to that
+     * of another, as chords of one degree. The ends go to xStartArc and so on of zrdraw/font.h.
+     * @return 0; -1 for an empty box or a point that is its centre
+     */
     virtual int Arc(int left, int top, int right, int bottom, int xStart, int yStart, int xEnd,
                     int yEnd);
+    /**
+     * Arc with the two coordinates of the start point exchanged; (xEnd, yEnd) becomes the current
+     * position.
+     * @return 0, always
+     */
     virtual int ArcTo(int left, int top, int right, int bottom, int xStart, int yStart, int xEnd,
                       int yEnd);
+    /**
+     * An arc by centre and angles in whole degrees, counter-clockwise with 0 at the right. The
+     * second angle is the end, not the sweep.
+     * @return 0, always
+     */
     virtual int AngleArc(int cx, int cy, unsigned int radius, float startAngle, float endAngle);
+    /** AngleArc with two radii; its end becomes the current position. */
     virtual int AngleArcTo(int cx, int cy, int rx, int ry, float startAngle, float endAngle);
+    /**
+     * A cubic Bezier curve by subdivision on whole coordinates. The current position becomes the
+     * start of its last piece.
+     * @return 0; -1 when its ends coincide
+     */
     virtual int Bezier(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4);
+    /** Bezier curves end to end: 3n + 1 points. @return 0; -1 for null or another count */
     virtual int PolyBezier(const _POINT* points, unsigned int count);
+    /** PolyBezier from points[0]; the last point becomes the current position. */
     virtual int PolyBezierTo(const _POINT* points, unsigned int count);
 
     /**
@@ -97,15 +137,43 @@ public:
      */
     virtual int PolylineTo(const _POINT* points, unsigned int count);
 
-    /** Areas, the pie among them: not in this version, refused with -1. */
+    /**
+     * Fills a rectangle: its right column belongs to it, its bottom row does not. Rows that lie
+     * partly off the canvas are refused whole. On 32-bit RGB a rectangle of the canvas' size is one
+     * fill of the buffer, wherever it stands and whatever the pitch.
+     * @return 0, always
+     */
     virtual int FillRect(const RECT* rect);
+    /** The outline of a rectangle, corners included. @return 0 */
     virtual int Rectangle(int left, int top, int right, int bottom);
+    /**
+     * An outline with elliptic corners.
+     * @param cornerWidth both corners of a side together, pixels; cornerHeight likewise
+     * @return 0; -1 when the corners do not fit
+     */
     virtual int RoundRect(int left, int top, int right, int bottom, int cornerWidth,
                           int cornerHeight);
+    /** ArcTo's arc and the lines from its ends to the middle of the box. @return 0 */
     virtual int Pie(int left, int top, int right, int bottom, int xStart, int yStart, int xEnd,
                     int yEnd);
+    /**
+     * Paints the whole canvas in a slot's colour: the background when `useBackground` is true. On
+     * 32-bit RGB one opaque fill of the buffer, whatever the pitch.
+     * @return 0, always
+     */
     virtual int EraseCanvas(bool useBackground);
+    /**
+     * Flood fill, four-connected, of the pixels whose r, g and b each differ by at most `tolerance`
+     * (0.0 to 1.0) from those of (x, y). Takes a byte a pixel of the canvas while it runs, and the
+     * frontier; an allocation failure leaves as the allocator's exception.
+     * @return 0; -1 without a canvas or off it
+     */
     virtual int Fill(int x, int y, double tolerance);
+    /**
+     * A linear blend from the foreground to the background colour at an angle in degrees: 0 from
+     * left to right, 90 from top to bottom. The foreground colour is left as the last pixel's.
+     * @return 0; -1 without a canvas
+     */
     virtual int GradientRect(int left, int top, int right, int bottom, int angle);
 
     /** These six do nothing, with any arguments, and answer 0. */
@@ -141,22 +209,49 @@ public:
     virtual int Filter(zrFilterType type, int left, int top, int right, int bottom);
     virtual int Scale(zrScaleType type, ZRDraw* to, RECT* toRect, ZRDraw* from, RECT* fromRect);
 
-    /** Metafiles: not in this version, refused with -1. */
+    /**
+     * Opens a 16-bit Windows metafile and reads its headers into the two buffers that the caller
+     * has set as `metaHeader` (18 bytes) and `placeableHeader` (22 bytes). A file opened before is
+     * closed; the destructor closes none.
+     * @return 0; -1 when it cannot be opened, or its placeable header has a wrong checksum or no
+     *         buffer to go to, and then it stays open
+     */
     virtual int EMFOpen(const char* path);
+    /** Right and bottom of the placeable header. @return 0; -1 without a buffer for it */
     virtual int EMFGetSize(int& emfWidth, int& emfHeight);
+    /** Does nothing. @return 0 */
     virtual int EMFDraw(int left, int top, int right, int bottom, bool keepAspect);
     virtual int EMFClose();
 
     /** Does nothing. @return 0 */
     virtual int Arrow(int x0, int y0, int x1, int y1, bool filled);
 
-    /** Text in a rectangle: not in this version, refused with -1. */
+    /**
+     * Lays a string out in a rectangle, in the built-in font at a scale of 1 to 20, a tenth of the
+     * rectangle's height. Nothing is wrapped or clipped, and the whole string is drawn. With
+     * `textTransparent` false the cells are painted in the background slot.
+     * @param count  characters that alignment to the right and the report count with
+     * @param rect   updated by the placement: top and left when centred, left when aligned to the
+     *               right, else bottom; with zrTextReport it becomes the text's rectangle
+     * @param format bits of zrTextFormat
+     * @return 0, always
+     */
     int DrawText(const char* text, int count, RECT* rect, unsigned int format);
+    /** DrawText by a second name. */
     int ZRDrawText(const char* text, int count, RECT* rect, unsigned int format);
     /** Does nothing. @return 0 */
     int TextOut(int x, int y, const char* text, int count);
-    /** Font bitmaps: not in this version, refused with -1. */
+    /**
+     * Reads a 24-bit uncompressed bitmap file into `data` and `pImgHdr` of zrdraw/font.h. Pixels of
+     * more than `data` holds end the process.
+     * @return 0; -1 for a file that cannot be read or is another kind, and then it stays open
+     */
     int ExtractBMPData(const char* path);
+    /**
+     * Walks the chunks of a PNG file and keeps nothing. More than 65,535 bytes of picture data end
+     * the process; a file without an end chunk is read for ever.
+     * @return as ExtractBMPData
+     */
     int ExtractPNGData(const char* path);
     /** No font but the built-in one can be active: does nothing. @return 0 */
     int SetFont(char* path);

@@ -1,11 +1,10 @@
 // The choice of a default font file. No font but the built-in one can be active, so a file is only
 // looked for and noted.
 #include <array>
-#include <cstdio>
-#include <cstdlib>
 #include <string_view>
 
 #include "platform/files.h"
+#include "text/fatal.h"
 #include "zrdraw/zrdraw.h"
 
 namespace {
@@ -22,10 +21,8 @@ const char* fontFileFor(unsigned int width) {
 // Appends a name to a path. One that does not fit is a fatal fault.
 void append(PathBuffer& path, std::string_view name) {
     const std::size_t used = std::string_view(path.data()).size();
-    if (used + name.size() >= path.size()) {
-        std::fputs("zrdraw: a font path does not fit its buffer\n", stderr);
-        std::abort();
-    }
+    if (used + name.size() >= path.size())
+        fatalBounds("the path of a font file");
     name.copy(path.data() + used, name.size());
     path[used + name.size()] = '\0';
 }

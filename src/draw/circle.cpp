@@ -1,0 +1,42 @@
+// Circles by the integer midpoint rule, and filled ones as horizontal runs.
+#include <cmath>
+
+#include "pixel/truncate.h"
+#include "zrdraw/zrdraw.h"
+
+int ZRDraw::Circle(int cx, int cy, int radius) {
+    if (radius < 0)
+        return -1;
+    if (radius == 0)
+        return PutPixel(cx, cy, true);
+    int y = radius;
+    int d = 1 - radius;
+    // By contract: pixels on the axes and the diagonals are written twice.
+    for (int x = 0; x <= y;) {
+        PutPixel(cx + y, cy + x, true);
+        PutPixel(cx + x, cy + y, true);
+        PutPixel(cx - x, cy + y, true);
+        PutPixel(cx - y, cy + x, true);
+        PutPixel(cx - y, cy - x, true);
+        PutPixel(cx - x, cy - y, true);
+        PutPixel(cx + x, cy - y, true);
+        PutPixel(cx + y, cy - x, true);
+        ++x;
+        if (d > 0) {
+            --y;
+            d += 2 * (x - y) + 1;
+        } else {
+            d += 2 * x + 1;
+        }
+    }
+    return 0;
+}
+
+int ZRDraw::FillCircle(int cx, int cy, int radius) {
+    // By contract: a row that reaches over the left or right edge is lost whole.
+    for (int i = -radius; i <= radius; ++i) {
+        const int half = truncateToInt(std::sqrt(static_cast<double>(radius * radius - i * i)));
+        LineHoriz(cx - half, cy + i, cx + half);
+    }
+    return 0;
+}

@@ -1,0 +1,89 @@
+// Text laid out in a rectangle, in the built-in font at a scale that the rectangle's height gives.
+#include <algorithm>
+#include <cstring>
+
+#include "zrdraw/font.h"
+#include "zrdraw/zrdraw.h"
+
+namespace {
+
+constexpr int glyphWidth = 8;
+constexpr int glyphHeight = 10;
+constexpr int largestScale = 20;
+
+int scaleFor(const RECT& rect) {
+    if (rect.bottom == 0 || rect.top < 0)
+        return 1;
+    const int height = rect.bottom - rect.top;
+    return std::clamp((height < 0 ? -height : height) / glyphHeight, 1, largestScale);
+}
+
+// By contract: the width of a character is estimated as ten units although it advances by eight,
+// and vertical centring moves only the top, while glyphs stand on the bottom.
+void centre(RECT& rect, int cellHeight, std::size_t length) {
+    const auto spare = static_cast<unsigned int>(rect.bottom - rect.top - cellHeight);
+    if (static_cast<unsigned int>(cellHeight) < static_cast<unsigned int>(rect.bottom - rect.top))
+        rect.top += static_cast<int>(spare >> 1);
+    const long halfWidth = (rect.right - rect.left) / 2;
+    const long halfText = static_cast<long>(static_cast<std::size_t>(cellHeight) * length >> 1);
+    if (halfText < halfWidth)
+        rect.left += static_cast<int>(halfWidth - halfText);
+}
+
+void place(RECT& rect, int scale, int count, std::size_t length, unsigned int format) {
+    const int cellHeight = scale * glyphHeight;
+    if ((format & zrTextCentre) != 0)
+        centre(rect, cellHeight, length);
+    else if ((format & zrTextRight) != 0)
+        rect.left = rect.right - scale * count * glyphWidth;
+    else if ((format & zrTextKeepBottom) == 0)
+        rect.bottom = rect.top + cellHeight;
+}
+
+// One line of a cell: eight bits, each `scale` columns wide.
+void drawCellLine(ZRDraw& draw, int column, int row, int scale, unsigned int bits, bool opaque) {
+    for (int bit = glyphWidth - 1; bit >= 0; --bit, column += scale) {
+        const bool ink = ((bits >> bit) & 1U) != 0;
+        for (int k = 0; k < scale && (ink || opaque); ++k)
+            draw.PutPixel(column + k, row, ink);
+    }
+}
+
+// A cell from its bottom line up. By contract: it has one line more than its height, which is
+// never inked; the bottom row of the glyph takes one line and each higher row `scale` lines, so
+// from scale 2 up the topmost lines are the first row of the next glyph.
+void drawCell(ZRDraw& draw, int column, int bottom, int scale, const unsigned char* glyph,
+              bool opaque) {
+    const int cellHeight = scale * glyphHeight;
+    for (int line = 0; line <= cellHeight; ++line) {
+        const unsigned int bits = line == cellHeight ? 0U : *glyph;
+        if (bits != 0 || opaque)
+            drawCellLine(draw, column, bottom - line, scale, bits, opaque);
+        if (line % scale == 0)
+            ++glyph;
+    }
+}
+
+} // namespace
+
+int ZRDraw::DrawText(const char* text, int count, RECT* rect, unsigned int format) {
+    const int scale = scaleFor(*rect);
+    const std::size_t length = std::strlen(text);
+    place(*rect, scale, count, length, format);
+    int column = rect->left;
+    for (std::size_t i = 0; i < length; ++i, column += scale * glyphWidth) {
+        const auto code = static_cast<signed char>(text[i]);
+        drawCell(*this, column, rect->bottom, scale, gFont8x10 + code * glyphHeight,
+                 !textTransparent);
+    }
+    if ((format & zrTextReport) != 0) {
+        // By contract: `count` makes the width, not the length of the text.
+        rect->right = rect->left + count * scale * glyphWidth;
+        rect->bottom = rect->top + scale * glyphHeight;
+    }
+    return 0;
+}
+
+int ZRDraw::ZRDrawText(const char* text, int count, RECT* rect, unsigned int format) {
+    return DrawText(text, count, rect, format);
+}

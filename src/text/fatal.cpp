@@ -1,0 +1,9 @@
+#include "text/fatal.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+void fatalBounds(const char* what) {
+    std::fprintf(stderr, "zrdraw: %s does not fit its buffer\n", what);
+    std::abort();
+}
