@@ -3,26 +3,8 @@
 
 #include <utility>
 
+#include "support/recorder.h"
 #include "support/test_canvas.h"
-#include "zrdraw/formats.h"
-
-namespace {
-
-// Notes every pixel it is asked for, in order.
-struct Recorder : CDrawRGBA32 {
-    Recorder() : ZRDraw(1), CDrawRGBA32(1) {}
-    int PutPixel(int x, int y, bool selector) override {
-        pixels.emplace_back(x, y);
-        colors.push_back(foreColor);
-        selectors.push_back(selector);
-        return 0;
-    }
-    std::vector<std::pair<int, int>> pixels;
-    std::vector<unsigned int> colors;
-    std::vector<bool> selectors;
-};
-
-} // namespace
 
 TEST(Line, Shapes) {
     struct Case {

@@ -1,0 +1,200 @@
+// Filled and outlined areas, erases and gradients.
+#include <gtest/gtest.h>
+
+#include "platform/injection.h"
+#include "support/recorder.h"
+#include "support/test_canvas.h"
+
+TEST(FillRect, TheRightColumnBelongsToItAndTheBottomRowDoesNot) {
+    struct Case {
+        RECT rect;
+        const char* art;
+        const char* why;
+    };
+    const Case cases[] = {
+        {{1, 1, 3, 3}, ".....\n.###.\n.###.\n.....\n", ""},
+        {{2, 1, 2, 3}, ".....\n..#..\n..#..\n.....\n", "no width is one column"},
+        {{1, 2, 3, 2}, ".....\n.....\n.....\n.....\n", "no height is nothing"},
+        {{-1, 0, 3, 2}, ".....\n.....\n.....\n.....\n", "over the left edge: no row at all"},
+        {{0, 0, 6, 2}, ".....\n.....\n.....\n.....\n", "over the right edge: no row at all"},
+        {{1, -2, 2, 1}, ".##..\n.....\n.....\n.....\n", "over the top: only the outside rows"},
+        {{3, 3, 5, 9}, ".....\n.....\n.....\n...##\n", "over the bottom: only the outside rows"},
+    };
+    for (const unsigned int code : {3U, 6U}) {
+        for (const Case& c : cases) {
+            TestCanvas canvas(code, 5, 4);
+            EXPECT_EQ(canvas->FillRect(&c.rect), 0);
+            EXPECT_EQ(canvas.art(), c.art) << code << ": " << c.why;
+            EXPECT_TRUE(canvas.guardsIntact());
+        }
+    }
+}
+
+// A canvas of contiguous rows, and the fills that reach the platform.
+struct WholeCanvas {
+    explicit WholeCanvas(unsigned int code) {
+        GetDraw(code, 4, 3, 0, memory, draw);
+        injection().watchSetMemory = [this](void* dst, unsigned int value, unsigned long bytes) {
+            ++fills;
+            EXPECT_EQ(dst, memory);
+            lastValue = value;
+            EXPECT_EQ(bytes, 48U);
+        };
+    }
+    ~WholeCanvas() { ReleaseDraw(draw); }
+    InjectionGuard guard;
+    char memory[64] = {};
+    ZRDraw* draw = nullptr;
+    int fills = 0;
+    unsigned int lastValue = 0;
+};
+
+TEST(FillRect, ARectangleOfTheCanvasSizeIsOneFillWhereverItStands) {
+    const RECT away{100, -50, 104, -47};
+    WholeCanvas rgb32(2);
+    rgb32.draw->SetTransparency(true);
+    rgb32.draw->SetTransparency(0.5, true);
+    EXPECT_EQ(rgb32.draw->FillRect(&away), 0);
+    EXPECT_EQ(rgb32.fills, 1);
+    EXPECT_EQ(rgb32.lastValue, 0xFFFFFFFFU) << "opaque";
+    TestCanvas rgb24(5, 4, 3);
+    rgb24->FillRect(&away);
+    EXPECT_EQ(rgb24.art(), "....\n....\n....\n") << "row by row in other layouts";
+}
+
+TEST(EraseCanvas, PaintsTheSlotThatItsArgumentNames) {
+    WholeCanvas rgb32(3);
+    rgb32.draw->SetTransparency(true);
+    rgb32.draw->SetTransparency(0.5, false);
+    rgb32.draw->backColor = 0x01020304U;
+    EXPECT_EQ(rgb32.draw->EraseCanvas(true), 0);
+    EXPECT_EQ(rgb32.lastValue, 0x01020304U);
+    rgb32.draw->EraseCanvas(false);
+    EXPECT_EQ(rgb32.lastValue, 0xFFFFFFFFU);
+    EXPECT_EQ(rgb32.fills, 2);
+}
+
+TEST(EraseCanvas, PackedLayoutsFillEachRowAndKeepThePadding) {
+    TestCanvas canvas(5, 4, 3);
+    canvas->SetColorRGBA(1 / 255.0, 2 / 255.0, 3 / 255.0, 1, true);
+    canvas->EraseCanvas(false);
+    const std::vector<unsigned char> row{1, 2, 3, 1, 2, 3, 1, 2, 3, 1, 2, 3};
+    for (int y = 0; y < 3; ++y)
+        EXPECT_EQ(canvas.bytesAt(0, y, 12), row);
+    EXPECT_TRUE(canvas.guardsIntact());
+}
+
+TEST(EraseCanvas, TransparentPackedLayoutsGoPixelByPixel) {
+    Recorder draw;
+    draw.pixelType = ptRGB48; // packed, and its pixels are only recorded
+    char memory[8 * 6 * 2] = {};
+    draw.SetCanvas(memory, 2, 3, 0);
+    draw.SetTransparency(true);
+    draw.SetTransparency(0.5, false);
+    draw.EraseCanvas(true);
+    EXPECT_EQ(draw.pixels,
+              (std::vector<std::pair<int, int>>{{0, 0}, {1, 0}, {2, 0}, {0, 1}, {1, 1}, {2, 1}}));
+    draw.pixels.clear();
+    draw.EraseCanvas(false);
+    EXPECT_EQ(draw.pixels.size(), 1U) << "the foreground is opaque: one pixel, then fills";
+}
+
+TEST(Rectangle, FourLinesThatShareTheirCorners) {
+    TestCanvas canvas(1, 6, 5);
+    EXPECT_EQ(canvas->Rectangle(1, 1, 4, 3), 0);
+    EXPECT_EQ(canvas.art(), "......\n.####.\n.#..#.\n.####.\n......\n");
+    EXPECT_EQ(canvas->currentX, 0);
+    Recorder draw;
+    draw.Rectangle(0, 0, 2, 2);
+    EXPECT_EQ(draw.pixels.size(), 12U) << "four corners twice";
+}
+
+TEST(RoundRect, CornersAreQuartersOfAnEllipse) {
+    TestCanvas canvas(1, 17, 11);
+    EXPECT_EQ(canvas->RoundRect(1, 1, 15, 9, 8, 6), 0);
+    EXPECT_EQ(canvas.art(), ".................\n"
+                            "..############...\n"
+                            ".#............#..\n"
+                            ".#............#..\n"
+                            ".#.............#.\n"
+                            ".#.............#.\n"
+                            ".#............##.\n"
+                            ".#............#..\n"
+                            "..###.....####...\n"
+                            ".....#######.....\n"
+                            ".................\n");
+    TestCanvas square(1, 6, 5), plain(1, 6, 5);
+    square->RoundRect(1, 1, 4, 3, 0, 0);
+    plain->Rectangle(1, 1, 4, 3);
+    EXPECT_EQ(square.art(), plain.art()) << "no corners";
+    EXPECT_EQ(square->RoundRect(1, 1, 4, 3, 4, 0), -1);
+    EXPECT_EQ(square->RoundRect(1, 1, 4, 3, 0, 3), -1);
+    EXPECT_EQ(square.art(), plain.art()) << "refused, nothing drawn";
+}
+
+namespace {
+
+// The red byte of each pixel as a digit, a quarter of the range each, a row a line.
+std::string shades(TestCanvas& canvas) {
+    std::string rows;
+    for (int y = 0; y < static_cast<int>(canvas->height); ++y) {
+        for (int x = 0; x < static_cast<int>(canvas->width); ++x)
+            rows += static_cast<char>('0' + canvas.byteAt(4 * x, y) / 64);
+        rows += '\n';
+    }
+    return rows;
+}
+
+} // namespace
+
+TEST(GradientRect, Angles) {
+    struct Case {
+        int angle;
+        const char* shades;
+        const char* why;
+    };
+    const Case cases[] = {
+        {0, "00123\n00123\n00123\n00123\n00123\n", "from left to right"},
+        {90, "00000\n00000\n11111\n22222\n33333\n", "from top to bottom"},
+        {45, "00011\n00112\n01122\n11223\n12233\n", "along the diagonal"},
+        {180, "00000\n00000\n00000\n00000\n00000\n", "backwards saturates at once"},
+        {270, "00000\n00000\n00000\n00000\n00000\n", "backwards saturates at once"},
+    };
+    for (const Case& c : cases) {
+        TestCanvas canvas(1, 5, 5);
+        canvas->SetColorRGBA(0, 0, 0, 1, true);
+        canvas->SetColorRGBA(1, 1, 1, 1, false);
+        EXPECT_EQ(canvas->GradientRect(0, 0, 5, 5, c.angle), 0);
+        EXPECT_EQ(shades(canvas), c.shades) << c.angle << ": " << c.why;
+        EXPECT_TRUE(canvas.guardsIntact());
+    }
+}
+
+TEST(GradientRect, LimitsItsCornersAndLeavesTheColour) {
+    TestCanvas canvas(1, 4, 2);
+    canvas->SetColorRGBA(0, 0, 0, 1, true);
+    canvas->SetColorRGBA(1, 0, 0, 1, false);
+    EXPECT_EQ(canvas->GradientRect(2, 1, -9, -9, 0), 0) << "corners in any order";
+    EXPECT_EQ(shades(canvas), "0130\n0130\n") << "negative ones count as 0";
+    EXPECT_EQ(canvas->foreColor, 0xFF0000FFU) << "the last pixel's colour";
+    canvas->SetCanvas(canvas.frame(), 0, 4, 0);
+    EXPECT_EQ(canvas->GradientRect(0, 0, 3, 1, 0), -1);
+}
+
+TEST(EmptyOperations, AnswerZeroAndTouchNothing) {
+    Recorder draw;
+    EXPECT_EQ(draw.SetBrush(nullptr, 1, 1), 0);
+    EXPECT_EQ(draw.SymGradientRect(0, 0, 9, 9, 0), 0);
+    EXPECT_EQ(draw.CornerGradientRect(0, 0, 9, 9, 0), 0);
+    EXPECT_EQ(draw.CenterGradientRect(0, 0, 9, 9), 0);
+    EXPECT_EQ(draw.RadialGradientFill(0, 0, 9, 9, 4, 4), 0);
+    EXPECT_EQ(draw.PatternFill(0, 0, 9, 9, 1, 1, nullptr), 0);
+    EXPECT_EQ(draw.RoundRectButton(0, 0, 9, 9, 2, 2), 0);
+    EXPECT_EQ(draw.CopyRect(nullptr, nullptr, nullptr), 0);
+    EXPECT_EQ(draw.Filter(ZRDraw::zrFilterNone, 0, 0, 9, 9), 0);
+    EXPECT_EQ(draw.Scale(ZRDraw::zrScaleNone, nullptr, nullptr, nullptr, nullptr), 0);
+    EXPECT_EQ(draw.Arrow(0, 0, 9, 9, true), 0);
+    EXPECT_EQ(draw.TextOut(0, 0, nullptr, 0), 0);
+    EXPECT_TRUE(draw.pixels.empty());
+    EXPECT_EQ(draw.foreColor, 0xFFFFFFFFU);
+}

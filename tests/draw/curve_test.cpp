@@ -1,0 +1,221 @@
+// Circles, arcs and Bezier curves as text art.
+#include <gtest/gtest.h>
+
+#include <utility>
+#include <vector>
+
+#include "support/recorder.h"
+#include "support/test_canvas.h"
+#include "zrdraw/font.h"
+
+using Pixels = std::vector<std::pair<int, int>>;
+
+TEST(Circle, SmallRadii) {
+    const char* const arts[] = {
+        "...........\n...........\n...........\n...........\n...........\n.....#.....\n"
+        "...........\n...........\n...........\n...........\n...........\n",
+        "...........\n...........\n...........\n...........\n....###....\n....#.#....\n"
+        "....###....\n...........\n...........\n...........\n...........\n",
+        "...........\n...........\n...........\n....###....\n...#...#...\n...#...#...\n"
+        "...#...#...\n....###....\n...........\n...........\n...........\n",
+        "...........\n...........\n....###....\n...#...#...\n..#.....#..\n..#.....#..\n"
+        "..#.....#..\n...#...#...\n....###....\n...........\n...........\n",
+        "...........\n...#####...\n..#.....#..\n.#.......#.\n.#.......#.\n.#.......#.\n"
+        ".#.......#.\n.#.......#.\n..#.....#..\n...#####...\n...........\n",
+        "...#####...\n..#.....#..\n.#.......#.\n#.........#\n#.........#\n#.........#\n"
+        "#.........#\n#.........#\n.#.......#.\n..#.....#..\n...#####...\n",
+    };
+    for (int radius = 0; radius <= 5; ++radius) {
+        TestCanvas canvas(1, 11, 11);
+        EXPECT_EQ(canvas->Circle(5, 5, radius), 0);
+        EXPECT_EQ(canvas.art(), arts[radius]) << "radius " << radius;
+    }
+    TestCanvas canvas(1, 11, 11);
+    EXPECT_EQ(canvas->Circle(5, 5, -1), -1);
+    EXPECT_EQ(canvas->Circle(50, 5, 0), -1) << "what PutPixel answered";
+    EXPECT_EQ(canvas->Circle(50, 5, 3), 0);
+    EXPECT_EQ(canvas.art().find('#'), std::string::npos);
+}
+
+TEST(Circle, EightPixelsAStepInOrder) {
+    Recorder draw;
+    draw.Circle(0, 0, 1);
+    EXPECT_EQ(draw.pixels, (Pixels{{1, 0},
+                                   {0, 1},
+                                   {0, 1},
+                                   {-1, 0},
+                                   {-1, 0},
+                                   {0, -1},
+                                   {0, -1},
+                                   {1, 0},
+                                   {1, 1},
+                                   {1, 1},
+                                   {-1, 1},
+                                   {-1, 1},
+                                   {-1, -1},
+                                   {-1, -1},
+                                   {1, -1},
+                                   {1, -1}}));
+}
+
+TEST(FillCircle, RowsOverAnEdgeAreLostWhole) {
+    struct Case {
+        int cx, cy, radius;
+        const char* art;
+    };
+    const Case cases[] = {
+        {3, 3, 3, "...#...\n.#####.\n.#####.\n#######\n.#####.\n.#####.\n...#...\n"},
+        {2, 3, 3, "..#....\n#####..\n#####..\n.......\n#####..\n#####..\n..#....\n"},
+        {0, 0, 5, ".......\n.......\n.......\n.......\n.......\n#......\n.......\n"},
+        {3, 3, 0, ".......\n.......\n.......\n...#...\n.......\n.......\n.......\n"},
+        {3, 3, -1, ".......\n.......\n.......\n.......\n.......\n.......\n.......\n"},
+    };
+    for (const Case& c : cases) {
+        TestCanvas canvas(1, 7, 7);
+        EXPECT_EQ(canvas->FillCircle(c.cx, c.cy, c.radius), 0);
+        EXPECT_EQ(canvas.art(), c.art) << c.cx << "," << c.cy << " radius " << c.radius;
+    }
+}
+
+TEST(AngleArc, RunsCounterClockwiseInWholeDegrees) {
+    struct Case {
+        float start, end;
+        const char* art;
+    };
+    const char* const quarter = "....###..\n......##.\n.......#.\n.......#.\n........#\n";
+    const char* const lower = "\n.........\n.........\n.........\n.........\n";
+    const Case cases[] = {
+        {0.0F, 90.9F, quarter},
+        {360.0F, 450.0F, quarter},
+        {720.0F, 90.0F, quarter},
+        {0.99F, 90.0F, quarter},
+    };
+    for (const Case& c : cases) {
+        TestCanvas canvas(1, 9, 9);
+        EXPECT_EQ(canvas->AngleArc(4, 4, 4, c.start, c.end), 0);
+        EXPECT_EQ(canvas.art(), std::string(c.art) + (lower + 1)) << c.start << " to " << c.end;
+        EXPECT_EQ(canvas->currentX, 0);
+    }
+    TestCanvas canvas(1, 9, 9);
+    EXPECT_EQ(canvas->AngleArcTo(4, 4, 4, 2, 0.0F, 90.0F), 0);
+    EXPECT_EQ(canvas->currentX, 4);
+    EXPECT_EQ(canvas->currentY, 2);
+    EXPECT_EQ(canvas->Ellipse(4, 4, 3, 2), 0);
+    EXPECT_EQ(canvas->currentX, 7) << "the point of 360 degrees";
+    EXPECT_EQ(canvas->currentY, 4);
+}
+
+TEST(Ellipse, IsClosed) {
+    TestCanvas canvas(1, 17, 11);
+    canvas->Ellipse(8, 5, 7, 4);
+    EXPECT_EQ(canvas.art(), ".................\n"
+                            "...##########....\n"
+                            ".###........###..\n"
+                            ".#............#..\n"
+                            ".#............#..\n"
+                            ".#............##.\n"
+                            ".#............#..\n"
+                            ".###........###..\n"
+                            "...##########....\n"
+                            ".................\n"
+                            ".................\n");
+}
+
+TEST(Arc, AnglesOfItsPoints) {
+    // A box around the centre (100, 100); where an arc starts tells the angle of its start point.
+    struct Case {
+        int x, y;
+        int startX, startY;
+        const char* why;
+    };
+    const Case cases[] = {
+        {300, 100, 200, 100, "right is 0 degrees"},
+        {0, 100, 0, 99, "left is 180, with pi taken as 3.14"},
+        {100, 300, 100, 0, "straight below counts as 90, which is drawn at the top"},
+        {100, -300, 99, 199, "straight above counts as 270, drawn at the bottom"},
+        {200, 0, 170, 29, "above to the right: 45 degrees, as 405"},
+        {200, 200, 170, 170, "below to the right: -45 degrees"},
+        {0, 0, 29, 28, "above to the left: 135 degrees"},
+    };
+    for (const Case& c : cases) {
+        Recorder draw;
+        ASSERT_EQ(draw.Arc(0, 0, 200, 200, c.x, c.y, 300, 100), 0);
+        EXPECT_NEAR(xStartArc, c.startX, 2) << c.why;
+        EXPECT_NEAR(yStartArc, c.startY, 2) << c.why;
+        EXPECT_NEAR(xEndArc, 200, 1);
+    }
+    Recorder draw;
+    EXPECT_EQ(draw.Arc(0, 0, 200, 200, 100, 100, 0, 0), -1) << "the centre has no angle";
+    EXPECT_EQ(draw.Arc(0, 0, 200, 200, 0, 0, 100, 100), -1);
+    EXPECT_EQ(draw.Arc(0, 10, 10, 10, 0, 0, 5, 5), -1) << "no height";
+    EXPECT_EQ(draw.Arc(10, 0, 10, 10, 0, 0, 5, 5), -1) << "no width";
+    EXPECT_TRUE(draw.pixels.empty());
+}
+
+TEST(Arc, ArcToAndPieExchangeTheStartPoint) {
+    TestCanvas arc(1, 17, 17), arcTo(1, 17, 17), pie(1, 17, 17);
+    arc->Arc(0, 0, 16, 16, 16, 8, 0, 8);
+    EXPECT_EQ(arcTo->ArcTo(0, 0, 16, 16, 8, 16, 0, 8), 0);
+    EXPECT_EQ(arcTo.art(), arc.art());
+    EXPECT_EQ(arcTo->currentX, 0);
+    EXPECT_EQ(arcTo->currentY, 8);
+    EXPECT_EQ(pie->Pie(0, 0, 16, 16, 8, 16, 0, 8), 0);
+    EXPECT_EQ(pie.art(), "....########.....\n"
+                         "..###......###...\n"
+                         ".##..........##..\n"
+                         ".#............#..\n"
+                         "##............##.\n"
+                         "#..............#.\n"
+                         "#..............#.\n"
+                         "####...........#.\n"
+                         "....#############\n"
+                         ".................\n.................\n.................\n"
+                         ".................\n.................\n.................\n"
+                         ".................\n.................\n");
+}
+
+TEST(Arc, APieAfterARefusedArcHasTheRadiiOfTheOneBefore) {
+    Recorder draw;
+    draw.Arc(0, 0, 20, 20, 20, 10, 20, 10);
+    draw.pixels.clear();
+    EXPECT_EQ(draw.Pie(0, 0, 0, 0, 1, 1, 2, 2), 0);
+    EXPECT_EQ(draw.pixels.front(), (std::pair{0, 0}));
+    EXPECT_EQ(draw.pixels.back(), (std::pair{20, 10}));
+}
+
+TEST(Bezier, FlatCurvesAreOneLineAndOthersSplit) {
+    TestCanvas flat(1, 17, 11), line(1, 17, 11), curve(1, 17, 11);
+    EXPECT_EQ(flat->Bezier(0, 0, 5, 3, 10, 6, 16, 10), 0);
+    line->Line(0, 0, 16, 10);
+    EXPECT_EQ(flat.art(), line.art());
+    EXPECT_EQ(flat->currentX + flat->currentY, 0) << "the position is the start of the piece";
+
+    EXPECT_EQ(curve->Bezier(0, 10, 0, -4, 16, -4, 16, 10), 0);
+    EXPECT_EQ(curve.art(), ".....######......\n"
+                           "...##......##....\n"
+                           "..#..........#...\n"
+                           "..#...........#..\n"
+                           "..#...........#..\n"
+                           ".#.............#.\n"
+                           ".#.............#.\n"
+                           ".#.............#.\n"
+                           ".#..............#\n"
+                           "#...............#\n"
+                           "#...............#\n");
+    EXPECT_EQ(curve->Bezier(3, 3, 9, 9, 0, 0, 3, 3), -1) << "ends that coincide";
+}
+
+TEST(Bezier, Chains) {
+    const _POINT points[] = {{0, 0}, {1, 0}, {2, 0}, {4, 0}, {4, 1}, {4, 2}, {4, 3}};
+    TestCanvas canvas(1, 5, 4);
+    EXPECT_EQ(canvas->PolyBezier(points, 7), 0);
+    EXPECT_EQ(canvas.art(), "#####\n....#\n....#\n....#\n");
+    EXPECT_EQ(canvas->PolyBezierTo(points, 7), 0);
+    EXPECT_EQ(canvas->currentX, 4);
+    EXPECT_EQ(canvas->currentY, 3) << "the last point";
+    for (const unsigned int count : {0U, 3U, 5U, 6U}) {
+        EXPECT_EQ(canvas->PolyBezier(points, count), -1) << count;
+        EXPECT_EQ(canvas->PolyBezierTo(points, count), -1) << count;
+    }
+    EXPECT_EQ(canvas->PolyBezier(nullptr, 4), -1);
+}

@@ -1,0 +1,117 @@
+// The readers of font bitmaps.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <fstream>
+#include <string>
+#include <unistd.h>
+
+#include "support/recorder.h"
+#include "zrdraw/font.h"
+
+namespace {
+
+std::string fileOf(const std::string& content) {
+    const std::string path = testing::TempDir() + "zrdraw_font_file_" + std::to_string(getpid());
+    std::ofstream(path, std::ios::binary) << content;
+    return path;
+}
+
+template <typename Number>
+void put(std::string& bytes, std::size_t offset, Number number) {
+    std::memcpy(bytes.data() + offset, &number, sizeof number);
+}
+
+std::string bitmap(int width, int height, unsigned short bits, unsigned int imageSize,
+                   const std::string& pixels) {
+    std::string file(54, '\0');
+    file[0] = 'B';
+    file[1] = 'M';
+    put(file, 10, 54);
+    put(file, 14, 40);
+    put(file, 18, width);
+    put(file, 22, height);
+    put(file, 28, bits);
+    put(file, 34, imageSize);
+    return file + pixels;
+}
+
+std::string chunk(const std::string& type, const std::string& content) {
+    std::string bytes{0, 0, static_cast<char>(content.size() >> 8),
+                      static_cast<char>(content.size())};
+    return bytes + type + content + "crc.";
+}
+
+const std::string pngHead = "\x89PNG\r\n\x1A\n" + chunk("IHDR", std::string(13, 'h'));
+
+int readBitmap(const std::string& content) {
+    Recorder draw;
+    return draw.ExtractBMPData(fileOf(content).c_str());
+}
+
+int readPng(const std::string& content) {
+    Recorder draw;
+    return draw.ExtractPNGData(fileOf(content).c_str());
+}
+
+} // namespace
+
+TEST(BitmapFile, PixelsAndHeaderAreKept) {
+    EXPECT_EQ(readBitmap(bitmap(2, 1, 24, 0, "abcdef")), 0);
+    EXPECT_EQ(std::memcmp(data, "abcdef", 6), 0);
+    EXPECT_EQ(pImgHdr.width, 2);
+    EXPECT_EQ(pImgHdr.bitsPerPixel, 24);
+    EXPECT_EQ(pImgHdr.imageSize, 6U) << "worked out and stored";
+    EXPECT_EQ(readBitmap(bitmap(9, 9, 24, 3, "xyz")), 0);
+    EXPECT_EQ(std::memcmp(data, "xyzdef", 6), 0) << "the size field wins";
+    std::string farPixels = bitmap(1, 1, 24, 3, "\1\2\3");
+    put(farPixels, 10, 256 + 54);
+    EXPECT_EQ(readBitmap(farPixels), 0);
+    EXPECT_EQ(std::memcmp(data, "\1\2\3", 3), 0) << "only the low byte of the offset counts";
+}
+
+TEST(BitmapFile, OtherKindsAreRefused) {
+    EXPECT_EQ(readBitmap(bitmap(2, 1, 24, 0, "abcdef")), 0);
+    std::string wrongName = bitmap(5, 5, 24, 0, "");
+    wrongName[1] = 'N';
+    std::string wrongHeader = bitmap(5, 5, 24, 0, "");
+    wrongHeader[14] = 12;
+    std::string compressed = bitmap(6, 5, 24, 0, "");
+    compressed[30] = 1;
+    EXPECT_EQ(readBitmap(wrongName), -1);
+    EXPECT_EQ(readBitmap(wrongHeader), -1);
+    EXPECT_EQ(readBitmap(""), -1);
+    EXPECT_EQ(pImgHdr.width, 2) << "the header of the last file that was a bitmap";
+    EXPECT_EQ(readBitmap(compressed), -1);
+    EXPECT_EQ(pImgHdr.width, 6) << "the header is kept before the rest is judged";
+    EXPECT_EQ(readBitmap(bitmap(7, 5, 32, 0, "ABCDEF")), -1);
+    EXPECT_EQ(pImgHdr.width, 7);
+    EXPECT_EQ(std::memcmp(data, "abcdef", 6), 0) << "the pixels stay";
+    Recorder draw;
+    EXPECT_EQ(draw.ExtractBMPData("/no/such/file"), -1);
+}
+
+TEST(BitmapFileDeathTest, MorePixelsThanTheBufferEndTheProcess) {
+    EXPECT_DEATH(readBitmap(bitmap(1, 1, 24, 1048577, "")), "does not fit its buffer");
+    EXPECT_DEATH(readBitmap(bitmap(1, -1, 24, 0, "")), "does not fit its buffer");
+    EXPECT_EQ(readBitmap(bitmap(1, 1, 24, 1048576, "")), 0) << "the last size that fits";
+}
+
+TEST(PngFile, IsWalkedToItsEnd) {
+    const std::string end = chunk("IEND", "");
+    EXPECT_EQ(readPng(pngHead + end), 0);
+    EXPECT_EQ(readPng(pngHead + chunk("tEXt", "words") + chunk("IDAT", "data") + end), 0);
+    EXPECT_EQ(readPng(pngHead + chunk("IDAT", std::string(65535, 'd')) + end), 0);
+    EXPECT_EQ(readPng("\x89PNG\r\n\x1A\r" + pngHead.substr(8) + end), -1) << "the signature";
+    EXPECT_EQ(readPng("\x89PNG\r\n\x1A\n" + chunk("IHDR", std::string(12, 'h')) + end), -1);
+    EXPECT_EQ(readPng("\x89PNG\r\n\x1A\n" + chunk("IDAT", std::string(13, 'h')) + end), -1);
+    EXPECT_EQ(readPng(""), -1);
+    Recorder draw;
+    EXPECT_EQ(draw.ExtractPNGData("/no/such/file"), -1);
+}
+
+TEST(PngFileDeathTest, MoreDataThanTheBufferEndsTheProcess) {
+    const std::string most = chunk("IDAT", std::string(65535, 'd'));
+    EXPECT_DEATH(readPng(pngHead + most + chunk("IDAT", "d") + chunk("IEND", "")),
+                 "does not fit its buffer");
+}
