@@ -1,6 +1,7 @@
 // Circles by the integer midpoint rule, and filled ones as horizontal runs.
 #include <cmath>
 
+#include "draw/plotter.h"
 #include "pixel/truncate.h"
 #include "zrdraw/zrdraw.h"
 
@@ -9,18 +10,19 @@ int ZRDraw::Circle(int cx, int cy, int radius) {
         return -1;
     if (radius == 0)
         return PutPixel(cx, cy, true);
+    const Plotter plotter(*this);
     int y = radius;
     int d = 1 - radius;
     // By contract: pixels on the axes and the diagonals are written twice.
     for (int x = 0; x <= y;) {
-        PutPixel(cx + y, cy + x, true);
-        PutPixel(cx + x, cy + y, true);
-        PutPixel(cx - x, cy + y, true);
-        PutPixel(cx - y, cy + x, true);
-        PutPixel(cx - y, cy - x, true);
-        PutPixel(cx - x, cy - y, true);
-        PutPixel(cx + x, cy - y, true);
-        PutPixel(cx + y, cy - x, true);
+        plotter.put(cx + y, cy + x);
+        plotter.put(cx + x, cy + y);
+        plotter.put(cx - x, cy + y);
+        plotter.put(cx - y, cy + x);
+        plotter.put(cx - y, cy - x);
+        plotter.put(cx - x, cy - y);
+        plotter.put(cx + x, cy - y);
+        plotter.put(cx + y, cy - x);
         ++x;
         if (d > 0) {
             --y;

@@ -3,6 +3,7 @@
 
 #include "draw/fixed_point.h"
 #include "draw/line_weighted.h"
+#include "draw/plotter.h"
 #include "draw/span_route.h"
 #include "platform/memory.h"
 #include "zrdraw/zrdraw.h"
@@ -49,13 +50,12 @@ int ZRDraw::Line(int x0, int y0, int x1, int y1) {
     if (antiAlias && dx != 0 && dy != 0 && magnitude(dx) != dy)
         return drawWeightedLine(*this, p, q);
 
-    // The virtual base is looked up once, not for each pixel.
-    ZRPixel& pixel = *this;
+    const Plotter plotter(*this);
     if (dy > magnitude(dx)) {
         const int step = fixed::slope(dx, dy);
         int f = fixed::fromInt(p.x) + fixed::half;
         walk(p.y, q.y, 1, [&, step](int y) {
-            pixel.PutPixel(fixed::floorToInt(f), y, true);
+            plotter.put(fixed::floorToInt(f), y);
             f += step;
         });
         return 0;
@@ -64,7 +64,7 @@ int ZRDraw::Line(int x0, int y0, int x1, int y1) {
     const int step = direction * fixed::slope(dy, dx);
     int f = fixed::fromInt(p.y) + fixed::half;
     walk(p.x, q.x, direction, [&, step](int x) {
-        pixel.PutPixel(x, fixed::floorToInt(f), true);
+        plotter.put(x, fixed::floorToInt(f));
         f += step;
     });
     return 0;
@@ -83,8 +83,9 @@ int ZRDraw::LineVert(int x, int y0, int y1) {
     x = pullBack(x, width);
     const int top = pullBack(std::min(y0, y1), height);
     const int bottom = pullBack(std::max(y0, y1), height);
+    const Plotter plotter(*this);
     for (int y = top; y <= bottom; ++y)
-        PutPixel(x, y, true);
+        plotter.put(x, y);
     return 0;
 }
 
@@ -141,12 +142,13 @@ int ZRDraw::Dash(int x0, int y0, int x1, int y1, int on, int off) {
             f += direction * step;
         });
     };
+    const Plotter plotter(*this);
     if (magnitude(y0 - y1) <= magnitude(x0 - x1))
         dashes(x0, x1, y0, fixed::slope(y1 - y0, x1 - x0),
-               [&](int x, int y) { PutPixel(x, y, true); });
+               [&](int x, int y) { plotter.put(x, y); });
     else
         dashes(y0, y1, x0, fixed::slope(x1 - x0, y1 - y0),
-               [&](int y, int x) { PutPixel(x, y, true); });
+               [&](int y, int x) { plotter.put(x, y); });
     return 0;
 }
 

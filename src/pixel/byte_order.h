@@ -1,6 +1,8 @@
 // Byte orders of the 8-bit RGB layouts, by code.
 #pragma once
 
+#include <array>
+
 #include "zrdraw/layouts.h"
 
 // The order of a code from 1 to 6; every other code has that of ptRGBA32.
@@ -10,12 +12,20 @@ inline const zrByteOrder& byteOrderOf(unsigned int pixelType) {
     return zrLayouts[rgb8 ? pixelType - ptRGBA32 : 0].bytes;
 }
 
+// The 256 values of a channel byte / 255, as a division would give them.
+inline constexpr auto unitValues = [] {
+    std::array<double, 256> values{};
+    for (unsigned int byte = 0; byte < values.size(); ++byte)
+        values[byte] = byte / 255.0;
+    return values;
+}();
+
 // The channels of a pixel, each byte / 255; alpha is 1.0 in layouts without one.
 struct Rgba {
     double r, g, b, a;
 };
 
 inline Rgba unpackRgba(const unsigned char* bytes, const zrByteOrder& order) {
-    const auto channel = [bytes](signed char at) { return at < 0 ? 1.0 : bytes[at] / 255.0; };
+    const auto channel = [bytes](signed char at) { return at < 0 ? 1.0 : unitValues[bytes[at]]; };
     return {channel(order.r), channel(order.g), channel(order.b), channel(order.a)};
 }

@@ -1,22 +1,21 @@
 // Where a pixel of the RGB layouts stands. Every writer and reader of them goes through here.
 #pragma once
 
+#include <cstring>
+
 #include "zrdraw/zrpixel.h"
+
+// The part of pullOntoCanvas that pixels inside the canvas do not need.
+__attribute__((noinline, cold)) bool pullEdgeOntoCanvas(const ZRPixel& pixel, int& x, int& y);
 
 // Whether (x, y) is on the canvas. A coordinate equal to the width or the height is pulled back
 // onto the last pixel or line. Signed numbers: a height that is negative as one refuses all.
 inline bool pullOntoCanvas(const ZRPixel& pixel, int& x, int& y) {
-    const int columns = static_cast<int>(pixel.width);
-    const int lines = static_cast<int>(pixel.height);
-    if (pixel.canvas == nullptr || x < 0 || y < 0 || columns == 0 || lines == 0) [[unlikely]]
-        return false;
-    if (x >= columns || y >= lines) [[unlikely]] {
-        if (x > columns || y > lines)
-            return false;
-        x = x == columns ? columns - 1 : x;
-        y = y == lines ? lines - 1 : y;
-    }
-    return true;
+    const bool inside = pixel.canvas != nullptr && x < static_cast<int>(pixel.width) &&
+                        y < static_cast<int>(pixel.height) && (x | y) >= 0;
+    if (inside) [[likely]]
+        return true;
+    return pullEdgeOntoCanvas(pixel, x, y);
 }
 
 inline bool isRgb32(unsigned int pixelType) {
@@ -24,7 +23,7 @@ inline bool isRgb32(unsigned int pixelType) {
 }
 
 inline bool isRgb24(unsigned int pixelType) {
-    return pixelType == ptRGB24 || pixelType == ptBGR24;
+    return pixelType - ptRGB24 <= ptBGR24 - ptRGB24;
 }
 
 // Offset of a line, a product that wraps at 32 bits.
@@ -40,4 +39,14 @@ inline char* wordAddress(const ZRPixel& pixel, int x, int y) {
 
 inline char* rgb24Address(const ZRPixel& pixel, int x, int y) {
     return pixel.canvas + lineOffset(pixel, y) + 3 * static_cast<unsigned long>(x);
+}
+
+inline unsigned int loadWord(const char* address) {
+    unsigned int word;
+    std::memcpy(&word, address, sizeof word);
+    return word;
+}
+
+inline void storeWord(char* address, unsigned int word) {
+    std::memcpy(address, &word, sizeof word);
 }

@@ -14,16 +14,6 @@ unsigned int magnitude(int value) {
     return static_cast<unsigned int>(value < 0 ? -value : value);
 }
 
-unsigned int loadWord(const char* address) {
-    unsigned int word;
-    std::memcpy(&word, address, sizeof word);
-    return word;
-}
-
-void storeWord(char* address, unsigned int word) {
-    std::memcpy(address, &word, sizeof word);
-}
-
 // By contract: the blend treats the word as one number, so carries run from one channel into the
 // next.
 void blendWord(char* address, unsigned int color, double weight) {
@@ -40,6 +30,13 @@ void addWord(char* address, unsigned int color) {
         address[i] = static_cast<char>(truncateToByte(alpha * bytes[i] + old));
     }
     address[3] = static_cast<char>(0xFF);
+}
+
+inline void putPlain(const ZRPixel& pixel, int x, int y) {
+    if (isRgb24(pixel.pixelType)) [[unlikely]]
+        std::memcpy(rgb24Address(pixel, x, y), &pixel.foreColor, 3);
+    else
+        storeWord(wordAddress(pixel, x, y), pixel.foreColor);
 }
 
 } // namespace
@@ -84,20 +81,31 @@ char* ZRPixel::GetPixel(int x, int y) {
     return isRgb24(pixelType) ? rgb24Address(*this, x, y) : wordAddress(*this, x, y);
 }
 
+bool pullEdgeOntoCanvas(const ZRPixel& pixel, int& x, int& y) {
+    const int columns = static_cast<int>(pixel.width);
+    const int lines = static_cast<int>(pixel.height);
+    if (pixel.canvas == nullptr || columns == 0 || lines == 0 || (x | y) < 0 || x > columns ||
+        y > lines)
+        return false;
+    x = x == columns ? columns - 1 : x;
+    y = y == lines ? lines - 1 : y;
+    return true;
+}
+
 int ZRPixel::PutPixel(int x, int y, bool selector) {
     if (!pullOntoCanvas(*this, x, y))
         return -1;
     // By contract: only the plain foreground write knows 24-bit pixels; all others address the
     // canvas as if its pixels had four bytes.
     if (selector) [[likely]] {
-        if (alphaAdditive) [[unlikely]]
+        if (static_cast<int>(transparency) + static_cast<int>(alphaAdditive) == 0) [[likely]]
+            putPlain(*this, x, y);
+        else if (alphaAdditive)
             addWord(wordAddress(*this, x, y), foreColor);
-        else if (transparency && foreTransparency > 0.0) [[unlikely]]
+        else if (foreTransparency > 0.0)
             blendWord(wordAddress(*this, x, y), foreColor, foreTransparency);
-        else if (isRgb24(pixelType)) [[unlikely]]
-            std::memcpy(rgb24Address(*this, x, y), &foreColor, 3);
         else
-            storeWord(wordAddress(*this, x, y), foreColor);
+            putPlain(*this, x, y);
     } else if (transparency && backTransparency > 0.0) {
         blendWord(wordAddress(*this, x, y), backColor, backTransparency);
     } else {

@@ -1,7 +1,9 @@
 // Text laid out in a rectangle, in the built-in font at a scale that the rectangle's height gives.
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
+#include "draw/plotter.h"
 #include "zrdraw/font.h"
 #include "zrdraw/zrdraw.h"
 
@@ -40,25 +42,34 @@ void place(RECT& rect, int scale, int count, std::size_t length, unsigned int fo
         rect.bottom = rect.top + cellHeight;
 }
 
-// One line of a cell: eight bits, each `scale` columns wide.
-void drawCellLine(ZRDraw& draw, int column, int row, int scale, unsigned int bits, bool opaque) {
-    for (int bit = glyphWidth - 1; bit >= 0; --bit, column += scale) {
-        const bool ink = ((bits >> bit) & 1U) != 0;
-        for (int k = 0; k < scale && (ink || opaque); ++k)
-            draw.PutPixel(column + k, row, ink);
+// One line of a cell: eight bits, each `scale` columns wide, from run to run of like bits.
+void drawCellLine(ZRPixel& pixel, const Plotter& plotter, int column, int row, int scale,
+                  unsigned char bits, bool opaque) {
+    for (int at = 0; at < glyphWidth;) {
+        const auto rest = static_cast<unsigned char>(bits << at);
+        const int ink = std::countl_one(rest);
+        const int run = ink != 0 ? ink : std::min(std::countl_zero(rest), glyphWidth - at);
+        if (ink != 0) {
+            plotter.putRun(column + at * scale, row, run * scale);
+        } else if (opaque) {
+            for (int k = 0; k < run * scale; ++k)
+                pixel.PutPixel(column + at * scale + k, row, false);
+        }
+        at += run;
     }
 }
 
 // A cell from its bottom line up. By contract: it has one line more than its height, which is
 // never inked; the bottom row of the glyph takes one line and each higher row `scale` lines, so
 // from scale 2 up the topmost lines are the first row of the next glyph.
-void drawCell(ZRDraw& draw, int column, int bottom, int scale, const unsigned char* glyph,
+void drawCell(ZRPixel& pixel, int column, int bottom, int scale, const unsigned char* glyph,
               bool opaque) {
+    const Plotter plotter(pixel);
     const int cellHeight = scale * glyphHeight;
     for (int line = 0; line <= cellHeight; ++line) {
-        const unsigned int bits = line == cellHeight ? 0U : *glyph;
+        const unsigned char bits = line == cellHeight ? 0 : *glyph;
         if (bits != 0 || opaque)
-            drawCellLine(draw, column, bottom - line, scale, bits, opaque);
+            drawCellLine(pixel, plotter, column, bottom - line, scale, bits, opaque);
         if (line % scale == 0)
             ++glyph;
     }

@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <cstring>
 #include <fcntl.h>
-#include <fstream>
 #include <string>
 
+#include "support/temp_file.h"
 #include "zrdraw/formats.h"
 
 namespace {
@@ -18,12 +18,6 @@ struct MetafileOwner : CDrawRGBA32 {
     unsigned char meta[18] = {};
 };
 
-std::string fileOf(const std::string& content) {
-    const std::string path = testing::TempDir() + "zrdraw_metafile_" + std::to_string(getpid());
-    std::ofstream(path, std::ios::binary) << content;
-    return path;
-}
-
 bool isOpen(int file) {
     return fcntl(file, F_GETFD) != -1;
 }
@@ -33,7 +27,7 @@ bool isOpen(int file) {
 TEST(Metafile, WithoutAPlaceableHeader) {
     MetafileOwner draw;
     EXPECT_EQ(draw.EMFClose(), 0);
-    ASSERT_EQ(draw.EMFOpen(fileOf("0123456789abcdefghijkl").c_str()), 0);
+    ASSERT_EQ(draw.EMFOpen(TempFile("0123456789abcdefghijkl").path()), 0);
     EXPECT_EQ(std::memcmp(draw.meta, "0123456789abcdefgh", 18), 0);
     const int file = draw.metaFile;
     EXPECT_TRUE(isOpen(file));
@@ -44,17 +38,17 @@ TEST(Metafile, WithoutAPlaceableHeader) {
     EXPECT_EQ(draw.EMFClose(), 0);
     EXPECT_EQ(draw.metaFile, 0);
     EXPECT_FALSE(isOpen(file));
-    EXPECT_EQ(draw.EMFOpen(fileOf("").c_str()), 0) << "a short read is not looked at";
+    EXPECT_EQ(draw.EMFOpen(TempFile("").path()), 0) << "a short read is not looked at";
 }
 
 TEST(Metafile, MissingFileAndMissingBuffers) {
     MetafileOwner draw;
     EXPECT_EQ(draw.EMFOpen("/no/such/file"), -1);
     EXPECT_EQ(draw.metaFile, -1);
-    EXPECT_EQ(draw.EMFOpen(fileOf("\xD7 and more than twenty-two bytes").c_str()), -1);
+    EXPECT_EQ(draw.EMFOpen(TempFile("\xD7 and more than twenty-two bytes").path()), -1);
     EXPECT_TRUE(isOpen(draw.metaFile)) << "stays open until the next open or close";
     draw.metaHeader = nullptr;
-    EXPECT_EQ(draw.EMFOpen(fileOf("0123").c_str()), 0) << "nothing to read into is harmless";
+    EXPECT_EQ(draw.EMFOpen(TempFile("0123").path()), 0) << "nothing to read into is harmless";
 }
 
 TEST(Metafile, PlaceableHeader) {
@@ -69,14 +63,14 @@ TEST(Metafile, PlaceableHeader) {
     const std::int16_t right = 640, bottom = -480;
     std::memcpy(header.data() + 10, &right, 2);
     std::memcpy(header.data() + 12, &bottom, 2);
-    ASSERT_EQ(owner.draw.EMFOpen(fileOf(header + "0123456789abcdefgh").c_str()), 0);
+    ASSERT_EQ(owner.draw.EMFOpen(TempFile(header + "0123456789abcdefgh").path()), 0);
     EXPECT_EQ(std::memcmp(owner.draw.meta, "0123456789abcdefgh", 18), 0);
     int width = 0, height = 0;
     EXPECT_EQ(owner.draw.EMFGetSize(width, height), 0);
     EXPECT_EQ(width, 640);
     EXPECT_EQ(height, -480);
     header[20] = 1;
-    EXPECT_EQ(owner.draw.EMFOpen(fileOf(header + "0123456789abcdefgh").c_str()), -1)
+    EXPECT_EQ(owner.draw.EMFOpen(TempFile(header + "0123456789abcdefgh").path()), -1)
         << "a wrong checksum";
     EXPECT_TRUE(isOpen(owner.draw.metaFile));
 }

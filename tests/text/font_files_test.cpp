@@ -2,20 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <fstream>
 #include <string>
-#include <unistd.h>
 
 #include "support/recorder.h"
+#include "support/temp_file.h"
 #include "zrdraw/font.h"
 
 namespace {
-
-std::string fileOf(const std::string& content) {
-    const std::string path = testing::TempDir() + "zrdraw_font_file_" + std::to_string(getpid());
-    std::ofstream(path, std::ios::binary) << content;
-    return path;
-}
 
 template <typename Number>
 void put(std::string& bytes, std::size_t offset, Number number) {
@@ -46,12 +39,12 @@ const std::string pngHead = "\x89PNG\r\n\x1A\n" + chunk("IHDR", std::string(13, 
 
 int readBitmap(const std::string& content) {
     Recorder draw;
-    return draw.ExtractBMPData(fileOf(content).c_str());
+    return draw.ExtractBMPData(TempFile(content).path());
 }
 
 int readPng(const std::string& content) {
     Recorder draw;
-    return draw.ExtractPNGData(fileOf(content).c_str());
+    return draw.ExtractPNGData(TempFile(content).path());
 }
 
 } // namespace
