@@ -40,7 +40,7 @@ int ZRDraw::Bezier(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y
     const double d3 = a * x3 + b * y3 + c;
     if (length > d2 * d2 && length > d3 * d3) {
         // By contract: the position becomes the start of the last piece drawn.
-        MoveTo(x1, y1);
+        ZRDraw::MoveTo(x1, y1);
         Line(x1, y1, x4, y4);
         return 0;
     }
@@ -61,6 +61,6 @@ int ZRDraw::PolyBezier(const _POINT* points, unsigned int count) {
 int ZRDraw::PolyBezierTo(const _POINT* points, unsigned int count) {
     const int status = PolyBezier(points, count);
     if (status == 0)
-        MoveTo(points[count - 1].x, points[count - 1].y);
+        ZRDraw::MoveTo(points[count - 1].x, points[count - 1].y);
     return status;
 }

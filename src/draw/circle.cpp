@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "draw/plotter.h"
+#include "draw/walk.h"
 #include "pixel/truncate.h"
 #include "zrdraw/zrdraw.h"
 
@@ -35,10 +36,12 @@ int ZRDraw::Circle(int cx, int cy, int radius) {
 }
 
 int ZRDraw::FillCircle(int cx, int cy, int radius) {
+    if (radius < 0)
+        return 0;
     // By contract: a row that reaches over the left or right edge is lost whole.
-    for (int i = -radius; i <= radius; ++i) {
+    walk(-radius, radius, 1, [&](int i) {
         const int half = truncateToInt(std::sqrt(static_cast<double>(radius * radius - i * i)));
         LineHoriz(cx - half, cy + i, cx + half);
-    }
+    });
     return 0;
 }

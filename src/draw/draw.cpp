@@ -22,7 +22,7 @@ ZRDraw::ZRDraw(unsigned int)
 ZRDraw::~ZRDraw() = default;
 
 int ZRDraw::Point(int x, int y, bool selector) {
-    MoveTo(x, y);
+    ZRDraw::MoveTo(x, y);
     return PutPixel(x, y, selector);
 }
 
@@ -35,7 +35,7 @@ int ZRDraw::MoveTo(int x, int y) {
 int ZRDraw::MoveTo(int x, int y, _POINT* previous) {
     if (previous != nullptr)
         *previous = {currentX, currentY};
-    return MoveTo(x, y);
+    return ZRDraw::MoveTo(x, y);
 }
 
 int ZRDraw::SetBrush(unsigned char*, int, int) {

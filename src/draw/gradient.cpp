@@ -3,6 +3,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "draw/walk.h"
 #include "zrdraw/zrdraw.h"
 
 namespace {
@@ -22,8 +23,10 @@ int ontoCanvas(int coordinate, unsigned int extent) {
 int ZRDraw::GradientRect(int left, int top, int right, int bottom, int angle) {
     if (static_cast<int>(width) < 1 || static_cast<int>(height) < 1)
         return -1;
-    const auto [xMin, xMax] = std::minmax({ontoCanvas(left, width), ontoCanvas(right, width)});
-    const auto [yMin, yMax] = std::minmax({ontoCanvas(top, height), ontoCanvas(bottom, height)});
+    const int x0 = ontoCanvas(left, width), x1 = ontoCanvas(right, width);
+    const int y0 = ontoCanvas(top, height), y1 = ontoCanvas(bottom, height);
+    const int xMin = std::min(x0, x1), xMax = std::max(x0, x1);
+    const int yMin = std::min(y0, y1), yMax = std::max(y0, y1);
     Channels from{}, to{};
     if (GetColorRGBA(from.r, from.g, from.b, from.a, true) != 0 ||
         GetColorRGBA(to.r, to.g, to.b, to.a, false) != 0)
@@ -38,15 +41,15 @@ int ZRDraw::GradientRect(int left, int top, int right, int bottom, int angle) {
     // blend saturates at once.
     const double projected = xMax * c + yMax * s - low;
     const double range = projected <= 0 ? 1.0 : projected;
-    for (int y = yMin; y <= yMax; ++y) {
+    walk(yMin, yMax, 1, [&](int y) {
         const double row = y * s;
-        for (int x = xMin; x <= xMax; ++x) {
+        walk(xMin, xMax, 1, [&](int x) {
             const double t = std::clamp((x * c + row - low) / range, 0.0, 1.0);
             // By contract: the foreground is left as the last pixel's colour.
             SetColorRGBA(span.r * t + from.r, span.g * t + from.g, span.b * t + from.b,
                          span.a * t + from.a, true);
             PutPixel(x, y, true);
-        }
-    }
+        });
+    });
     return 0;
 }

@@ -5,6 +5,7 @@
 #include "draw/line_weighted.h"
 #include "draw/plotter.h"
 #include "draw/span_route.h"
+#include "draw/walk.h"
 #include "platform/memory.h"
 #include "zrdraw/zrdraw.h"
 
@@ -12,17 +13,6 @@ namespace {
 
 int magnitude(int value) {
     return value < 0 ? -value : value;
-}
-
-// Walks the major coordinate from `first` to `last`, both included, one by one in either
-// direction. Written so that an end at the limit of int ends the walk as well.
-template <typename Visit>
-void walk(int first, int last, int direction, Visit visit) {
-    for (int at = first;; at += direction) {
-        visit(at);
-        if (at == last)
-            return;
-    }
 }
 
 bool isOffCanvas(const ZRPixel& pixel, int low, int high, unsigned int extent) {
@@ -72,7 +62,7 @@ int ZRDraw::Line(int x0, int y0, int x1, int y1) {
 
 int ZRDraw::LineTo(int x, int y) {
     const int status = Line(currentX, currentY, x, y);
-    MoveTo(x, y);
+    ZRDraw::MoveTo(x, y);
     return status;
 }
 
@@ -165,6 +155,6 @@ int ZRDraw::PolylineTo(const _POINT* points, unsigned int count) {
     const int status = Polyline(points, count);
     // By contract: the element after the last vertex becomes the current position.
     if (status == 0)
-        MoveTo(points[count].x, points[count].y);
+        ZRDraw::MoveTo(points[count].x, points[count].y);
     return status;
 }

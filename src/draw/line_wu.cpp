@@ -61,15 +61,15 @@ int ZRDraw::LineWu(int x0, int y0, int x1, int y1) {
     const double lastEnd = std::floor(a1 + 0.5);
     pen.put(truncateToInt(lastEnd), b1 + (lastEnd - a1) * gradient, fractionOf(a1 + 0.5));
 
-    for (int major = truncateToInt(firstEnd) + 1; major < truncateToInt(lastEnd); ++major) {
+    for (double major = firstEnd + 1; major < lastEnd; ++major) {
         minor += gradient;
-        pen.put(major, minor, 1.0);
+        pen.put(truncateToInt(major), minor, 1.0);
     }
     return 0;
 }
 
 int ZRDraw::LineWuTo(int x, int y) {
     const int status = LineWu(currentX, currentY, x, y);
-    MoveTo(x, y);
+    ZRDraw::MoveTo(x, y);
     return status;
 }

@@ -26,8 +26,9 @@ public:
     }
 
     void putRun(int x, int y, int count) const {
-        const bool inside = (x | y) >= 0 && x < static_cast<int>(m_pixel.width) - count &&
-                            y < static_cast<int>(m_pixel.height) && m_pixel.canvas != nullptr;
+        const int columns = static_cast<int>(m_pixel.width);
+        const bool inside = m_pixel.canvas != nullptr && (x | y) >= 0 && columns >= count &&
+                            x <= columns - count && y < static_cast<int>(m_pixel.height);
         if (m_storesWords && inside) {
             const unsigned int color = m_pixel.foreColor;
             char* const first = wordAddress(m_pixel, x, y);

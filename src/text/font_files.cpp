@@ -69,7 +69,7 @@ int ZRDraw::ExtractBMPData(const char* path) {
     if (pImgHdr.compression != 0)
         return -1;
     // By contract: only the low bytes of the pixels' offset and of the depth are looked at.
-    sound = lseek(file, start[pixelOffsetAt], SEEK_SET) >= 0 && sound;
+    lseek(file, start[pixelOffsetAt], SEEK_SET);
     if (start[bitsPerPixelAt] != servedBits)
         return -1;
     if (pImgHdr.imageSize == 0)

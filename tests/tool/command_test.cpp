@@ -1,7 +1,10 @@
 // The tool as a process: its outputs, its exit statuses and what it leaves behind.
+#include "zrdraw/font.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
@@ -270,6 +273,93 @@ TEST_F(CommandTest, RefusedCommandsWarnOnce) {
               "zrdraw: warning: -e:1:2: horiz was refused: it does not lie wholly on the "
               "320x240 canvas\n");
     EXPECT_EQ(shell(draw + " --quiet").err, "");
+    const Result reason = shell("$Z draw $M/picture.png out.png -e 'roundrect 0 0 9 9 10 0'");
+    EXPECT_EQ(reason.err,
+              "zrdraw: warning: -e:1:1: roundrect was refused: its corners do not fit\n");
+}
+
+// The frames of 32-bit layouts have to be contiguous for that, whatever their width.
+TEST_F(CommandTest, ErasePaintsPicturesOfAnyWidth) {
+    for (const std::string layout : {"bgra", "rgb24"}) {
+        const Result result =
+            shell("ffmpeg -v error -y -f lavfi -i color=gray:s=101x37 -frames:v 1 in.png && "
+                  "$Z draw in.png out.png --force -e 'erase' --layout " +
+                  layout);
+        ASSERT_EQ(result.status, 0) << result.err;
+        EXPECT_TRUE(decode("out.png") == Pixels(101 * 37, white)) << layout;
+    }
+}
+
+// Counts the pixels of a cell that differ from the one in its top left corner.
+std::ptrdiff_t inkOf(const Pixels& sheet, std::size_t sheetWidth, std::size_t left, std::size_t top,
+                     std::size_t columns, std::size_t rows) {
+    std::ptrdiff_t ink = 0;
+    for (std::size_t y = top; y < top + rows; ++y) {
+        const auto row = sheet.begin() + static_cast<std::ptrdiff_t>(y * sheetWidth + left);
+        ink += std::count_if(row, row + static_cast<std::ptrdiff_t>(columns),
+                             [ground = sheet[top * sheetWidth + left]](std::uint32_t pixel) {
+                                 return pixel != ground;
+                             });
+    }
+    return ink;
+}
+
+TEST_F(CommandTest, GalleryFillsItsCells) {
+    const Result result = shell("$Z gallery new/folder");
+    ASSERT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.out + result.err, "");
+    const Pixels operations = decode("new/folder/operations.png");
+    ASSERT_EQ(operations.size(), 1200U * 900U);
+    for (std::size_t cell = 0; cell < 36; ++cell) {
+        const std::size_t left = cell % 6 * 200;
+        const std::size_t top = cell / 6 * 150;
+        EXPECT_GE(inkOf(operations, 1200, left, top, 200, 22), 40) << "title " << cell;
+        EXPECT_GE(inkOf(operations, 1200, left + 4, top + 22, 192, 124), 18) << "cell " << cell;
+    }
+    const Pixels font = decode("new/folder/font.png");
+    ASSERT_EQ(font.size(), 596U * 692U);
+    for (std::size_t code = 0; code < 256; ++code) {
+        const std::size_t left = 52 + code % 16 * 34;
+        const std::size_t top = 52 + code / 16 * 40;
+        std::ptrdiff_t dots = 0;
+        for (std::size_t row = 0; row < 10; ++row)
+            dots += std::popcount(gFont8x10[code * 10 + row]);
+        // The corner of the gap beside the glyph is ground.
+        EXPECT_EQ(inkOf(font, 596, left - 5, top - 5, 34, 40), 9 * dots) << code;
+    }
+}
+
+TEST_F(CommandTest, GalleryInSeveralLayouts) {
+    ASSERT_EQ(shell("$Z gallery . --layout rgb24 --layout argb").status, 0);
+    EXPECT_EQ(left(), (Names{"font-argb.png", "font-rgb24.png", "operations-argb.png",
+                             "operations-rgb24.png"}));
+    EXPECT_TRUE(decode("font-argb.png") == decode("font-rgb24.png"));
+    ASSERT_EQ(shell("$Z gallery . --layout argb").status, 0);
+    EXPECT_TRUE(decode("font.png") == decode("font-argb.png"));
+}
+
+TEST_F(CommandTest, GalleryFailures) {
+    const struct {
+        std::string commands;
+        int status;
+        std::string part;
+        Names left;
+    } cases[] = {
+        {"$Z gallery", 2, "DIR", {}},
+        {"$Z gallery new --layout bgr", 2, "there is no layout 'bgr'", {}},
+        {"$Z gallery $M/clip.mkv/new", 1, "cannot make the folder", {}},
+        {"$Z gallery $M/clip.mkv", 1, "clip.mkv", {}},
+        {"$Z gallery /proc", 1, "cannot write '/proc/operations.png'", {}},
+        {"ulimit -f 8; $Z gallery .", 1, "File too large", {}},
+        {"touch font.png; $Z gallery .", 2, "'./font.png' exists; use --force", {"font.png"}},
+    };
+    for (const auto& [commands, status, part, names] : cases) {
+        SCOPED_TRACE(commands);
+        expectError(shell(commands), status, part);
+        EXPECT_EQ(left(), names);
+    }
+    EXPECT_EQ(shell("$Z gallery . --force").status, 0);
+    EXPECT_GT(fs::file_size(m_folder / "font.png"), 0U);
 }
 
 TEST_F(CommandTest, ProgressBlocks) {
@@ -317,7 +407,7 @@ TEST_F(CommandTest, TypesTellsWhatHeadersBecome) {
 }
 
 TEST_F(CommandTest, HelpAtEveryLevel) {
-    for (const std::string level : {"", "types ", "draw "}) {
+    for (const std::string level : {"", "types ", "draw ", "gallery "}) {
         const Result result = shell("$Z " + level + "--help");
         EXPECT_EQ(result.status, 0) << level;
         EXPECT_EQ(result.err, "") << level;

@@ -1,5 +1,6 @@
 // The script language: what is refused with which words, and what good scripts leave on a canvas.
 #include "error.h"
+#include "gallery/cells.h"
 #include "script/parser.h"
 
 #include <gtest/gtest.h>
@@ -7,7 +8,9 @@
 #include <algorithm>
 #include <cstdint>
 #include <functional>
+#include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -100,6 +103,27 @@ TEST(ScriptTest, FaultsAreNamedWithTheirPlace) {
         {"point 1 1 \"back\"", "-e:1:11: point: unexpected \"back\"; write point X Y [back]"},
         {"point\"1\"", "-e:1:6: a quote inside a word; put a blank before it"},
         {"label 1 1 \"a\"b", "-e:1:14: put a blank after the closing quote"},
+        {"circle 5 5", "-e:1:1: circle: r is missing; write circle CX CY R"},
+        {"circle 5 5 -1",
+         "-e:1:12: circle: expected a whole number from 0 to 32767 for r, got \"-1\""},
+        {"ellipse -5 9 3 32759", "-e:1:1: ellipse: its edge lies beyond the largest coordinate"},
+        {"anglearc -9 5 32759 0 9",
+         "-e:1:1: anglearc: its edge lies beyond the largest coordinate"},
+        {"anglearc 5 5 4 0 3601",
+         "-e:1:18: anglearc: expected a number from -3600 to 3600 for end, got \"3601\""},
+        {"arc 0 0 9 9 9 4 0", "-e:1:1: arc: ye is missing; write arc L T R B XS YS XE YE"},
+        {"bezier 0 0 1 1 2 2 3", "-e:1:1: bezier: y4 is missing; write bezier X1 Y1 X2 Y2 X3 Y3 "
+                                 "X4 Y4"},
+        {"polybezier 0 0 1 1 2 2 3 3 4 4",
+         "-e:1:1: polybezier: expected 4, 7, 10 or another 3n + 1 points, got 5"},
+        {"move 1 1; polybezierto 0 0 1 1 2 2",
+         "-e:1:11: polybezierto: expected 4, 7, 10 or another 3n + 1 points, got 3"},
+        {"fill 1 1 1.5", "-e:1:10: fill: expected a number from 0 to 1 for tolerance, got \"1.5\""},
+        {"gradient 0 0 9 9 4.5",
+         "-e:1:18: gradient: expected a whole number from -3600 to 3600 for angle, got \"4.5\""},
+        {"erase front", "-e:1:7: erase: unexpected \"front\"; write erase [back]"},
+        {"text 0 0 9 9 \"h\u00e4\" right", "-e:1:16: text: character 2 of text is \"\u00e4\"; only "
+                                           "the codes 1 to 127 can be drawn"},
     };
     for (const auto& [script, error] : cases) {
         const std::string got = errorOf(script);
@@ -130,6 +154,21 @@ TEST(ScriptTest, MarksOnTheCanvas) {
         {"pixel 5 1 0 1 0 1; point 6 1", "..........\n.....oo...\n..........\n"},
         {"transparency 0.5; point 1 1; transparency off; point 2 1",
          "..........\n.o#.......\n..........\n"},
+        {"circle 4 1 1", "....#.....\n...#.#....\n....#.....\n"},
+        {"fillcircle 4 1 1", "....#.....\n...###....\n....#.....\n"},
+        {"ellipse 4 1 3 0", "..........\n.#######..\n..........\n"},
+        {"anglearcto 4 1 3 0 180 0; lineto 8 0", "........#.\n.#######..\n..........\n"},
+        {"bezier 1 1 2 1 5 1 7 1", "..........\n.#######..\n..........\n"},
+        {"polybezierto 0 0 1 0 2 0 3 0 3 1 3 1 3 2; lineto 6 2",
+         "####......\n...#......\n...####...\n"},
+        {"rect 1 0 5 2", ".#####....\n.#...#....\n.#####....\n"},
+        {"fillrect 1 0 5 2", ".#####....\n.#####....\n..........\n"},
+        {"roundrect 1 0 7 2 2 0", ".#######..\n.#.....#..\n.#######..\n"},
+        {"horiz 2 1 5; vert 7 0 2; fill 8 0; fill 9 2", ".......###\n..####.###\n.......###\n"},
+        {"pixel 0 0 0.1 0 0 1; color 1 1 1; fill 1 0 0.2", "##########\n##########\n##########\n"},
+        {"erase back", "oooooooooo\noooooooooo\noooooooooo\n"},
+        {"erase", "##########\n##########\n##########\n"},
+        {"gradient 1 0 3 1 0", ".#oo......\n.#oo......\n..........\n"},
     };
     for (const auto& [script, art] : cases) {
         Canvas canvas(10, 3);
@@ -181,6 +220,69 @@ TEST(ScriptTest, LabelFlagsAndScale) {
     EXPECT_EQ(count("scale 2; label 0 0 \"A\" opaque inverse", 'o'), 4 * ink);
 }
 
+TEST(ScriptTest, TextFlagsPlaceTheText) {
+    // Two characters of 8 columns in the rectangle of 40 by 16: the first and last inked column,
+    // and the first and last inked row.
+    const auto edges = [](const std::string& flags) {
+        Canvas canvas(48, 24);
+        canvas.run("text 4 2 44 18 \"HH\" " + flags);
+        const std::string art = canvas.art();
+        std::vector<std::size_t> columns;
+        for (std::size_t i = 0; i < art.size(); ++i) {
+            if (art[i] == '#')
+                columns.push_back(i % 49);
+        }
+        EXPECT_FALSE(columns.empty()) << flags;
+        const auto [low, high] = std::minmax_element(columns.begin(), columns.end());
+        return std::vector<std::size_t>{*low, *high, art.find('#') / 49, art.rfind('#') / 49};
+    };
+    const auto plain = edges("");
+    const auto moved = [&plain](std::size_t right, std::size_t down) {
+        return std::vector<std::size_t>{plain[0] + right, plain[1] + right, plain[2] + down,
+                                        plain[3] + down};
+    };
+    // Aligned or centred text stands on the bottom; plain text on the tenth row below the top.
+    EXPECT_EQ(edges("bottom"), moved(0, 6));
+    EXPECT_EQ(edges("right"), moved(24, 6));
+    EXPECT_EQ(edges("centre"), moved(10, 6));
+    EXPECT_EQ(edges("opaque"), plain);
+    Canvas canvas(48, 24);
+    canvas.run("text 4 2 44 18 \"HH\" opaque; erase; text 4 2 44 18 \"HH\"");
+    EXPECT_EQ(canvas.art().find('o'), std::string::npos);
+}
+
+TEST(ScriptTest, ArcsLeaveTheirMarks) {
+    // The box of radius 10 about (20, 20), seen from right to left.
+    const struct {
+        std::string one, other;
+    } cases[] = {
+        {"arc 10 10 30 30 40 20 0 20", "anglearc 20 20 10 0 180"},
+        {"arcto 10 10 30 30 20 40 0 20; lineto 9 9", "anglearc 20 20 10 0 180; line 0 20 9 9"},
+        {"pie 10 10 30 30 20 40 0 20", "anglearc 20 20 10 0 180; line 10 20 20 20; "
+                                       "line 30 20 20 20"},
+        {"polybezier 0 0 9 0 9 9 18 9 30 9 9 30 1 30",
+         "bezier 0 0 9 0 9 9 18 9; bezier 18 9 30 9 9 30 1 30"},
+    };
+    for (const auto& [one, other] : cases) {
+        Canvas first(40, 40);
+        Canvas second(40, 40);
+        first.run(one);
+        second.run(other);
+        EXPECT_EQ(first.art(), second.art()) << one;
+        EXPECT_NE(first.art().find('#'), std::string::npos) << one;
+    }
+}
+
+TEST(ScriptTest, GalleryShowsEveryCommand) {
+    std::set<std::string_view> shown;
+    for (const Cell& cell : galleryCells()) {
+        for (const Command& command : parseScript(cell.script, cell.title))
+            shown.insert(command.operation->name);
+    }
+    for (const Operation& operation : operations())
+        EXPECT_TRUE(shown.contains(operation.name)) << operation.name;
+}
+
 TEST(ScriptTest, StateCommandsSetTheObject) {
     const struct {
         std::string script;
@@ -208,10 +310,11 @@ TEST(ScriptTest, StateCommandsSetTheObject) {
 }
 
 TEST(ScriptTest, OffTheCanvasIsRefused) {
-    const std::vector<int> expected = {0, -1, -1, -1, 0, 0};
+    const std::vector<int> expected = {0, -1, -1, -1, 0, 0, -1, -1, -1, -1};
     Canvas canvas(10, 3);
     EXPECT_EQ(canvas.run("horiz 0 0 9; horiz 5 0 50; vert 1 -1 1; point 20 0; move 99 99; "
-                         "line -5 -5 5 5"),
+                         "line -5 -5 5 5; arc 5 5 5 9 0 0 9 9; bezier 1 1 5 5 2 2 1 1; "
+                         "roundrect 0 0 9 2 10 0; fill 3 -1"),
               expected);
 }
 
