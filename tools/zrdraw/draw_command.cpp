@@ -1,5 +1,6 @@
 #include "draw_command.h"
 
+#include "drawing.h"
 #include "error.h"
 #include "layout_names.h"
 #include "media/frame_sink.h"
@@ -8,7 +9,6 @@
 #include "media/working_frame.h"
 #include "progress.h"
 #include "script/parser.h"
-#include "zrdraw/zrdraw.h"
 
 extern "C" {
 #include <libavutil/parseutils.h>
@@ -26,7 +26,6 @@ extern "C" {
 #include <fstream>
 #include <iterator>
 #include <limits>
-#include <memory>
 #include <optional>
 #include <set>
 #include <string_view>
@@ -126,18 +125,6 @@ std::optional<RawFormat> parseRaw(const std::string& text, AVPixelFormat pixelFo
     return raw;
 }
 
-struct DrawRelease {
-    void operator()(ZRDraw* draw) const { ReleaseDraw(draw); }
-};
-using DrawPtr = std::unique_ptr<ZRDraw, DrawRelease>;
-
-DrawPtr makeDraw(const zrLayout& layout, WorkingFrame& frame) {
-    ZRDraw* draw = nullptr;
-    if (GetDraw(layout.code, frame.width(), frame.height(), frame.pitch(), frame.data(), draw) != 0)
-        throw Failure(fmt::format("no drawing object for layout {}", layoutName(layout)));
-    return DrawPtr(draw);
-}
-
 // Runs the script on canvases. Each gets a drawing object of its own, so that no colour or position
 // passes from one frame to the next.
 class ScriptRunner {
@@ -155,9 +142,13 @@ public:
 
 private:
     void warn(const Command& command, const WorkingFrame& frame) {
-        m_progress.say(fmt::format(
-            "zrdraw: warning: {}: {} was refused: it does not lie wholly on the {}x{} canvas",
-            command.place, command.operation->name, frame.width(), frame.height()));
+        const Operation& operation = *command.operation;
+        std::string reason(operation.refusal);
+        if (reason.empty())
+            reason = fmt::format("it does not lie wholly on the {}x{} canvas", frame.width(),
+                                 frame.height());
+        m_progress.say(fmt::format("zrdraw: warning: {}: {} was refused: {}", command.place,
+                                   operation.name, reason));
     }
 
     const Script& m_script;

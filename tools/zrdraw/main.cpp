@@ -1,6 +1,7 @@
 // The command line tool: chooses the subcommand and turns every failure into one line.
 #include "draw_command.h"
 #include "error.h"
+#include "gallery_command.h"
 #include "types_command.h"
 #include "zrdraw/version.h"
 
@@ -36,7 +37,9 @@ void run(int argc, char** argv) {
     TypesOptions typesOptions;
     DrawOptions drawOptions;
     const CLI::App* types = addTypesCommand(app, typesOptions);
+    GalleryOptions galleryOptions;
     addDrawCommand(app, drawOptions);
+    const CLI::App* gallery = addGalleryCommand(app, galleryOptions);
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
@@ -48,6 +51,8 @@ void run(int argc, char** argv) {
     }
     if (types->parsed())
         print(runTypes(typesOptions));
+    else if (gallery->parsed())
+        runGallery(galleryOptions);
     else
         runDraw(drawOptions);
 }

@@ -16,6 +16,7 @@ extern "C" {
 namespace {
 
 constexpr int alignment = 64;
+constexpr int wordBytes = 4;
 
 struct Converter {
     unsigned code;
@@ -43,8 +44,8 @@ bool isGray(AVPixelFormat format) {
     return description && description->nb_components <= 2;
 }
 
-int roundedUp(int bytes) {
-    return (bytes + alignment - 1) / alignment * alignment;
+int roundedUp(int bytes, int unit) {
+    return (bytes + unit - 1) / unit * unit;
 }
 
 SwsContext* converter(SwsPtr& cached, int width, int height, AVPixelFormat from, AVPixelFormat to) {
@@ -74,11 +75,13 @@ WorkingFrame::WorkingFrame(AVPixelFormat format, int width, int height)
         av_image_check_size2(static_cast<unsigned>(width), static_cast<unsigned>(height), INT64_MAX,
                              format, 0, nullptr) < 0)
         throw Failure(fmt::format("pictures of {}x{} cannot be drawn on", width, height));
-    m_pitch = roundedUp(lineBytes);
-    // The scaler writes a byte behind the last pixel of layouts whose alpha comes first.
-    constexpr std::size_t overrun = alignment;
-    const std::size_t bytes =
-        static_cast<std::size_t>(m_pitch) * static_cast<std::size_t>(height) + overrun;
+    // Whole words and no more: operations that fill the whole canvas take its lines for contiguous.
+    m_pitch = roundedUp(lineBytes, wordBytes);
+    // The scaler writes behind the last pixel, and in 24-bit layouts the library addresses all but
+    // plain foreground pixels as if they had four bytes.
+    const int overrun = alignment + wordBytes * width;
+    const std::size_t bytes = static_cast<std::size_t>(m_pitch) * static_cast<std::size_t>(height) +
+                              static_cast<std::size_t>(roundedUp(overrun, alignment));
     m_pixels.reset(static_cast<std::uint8_t*>(std::aligned_alloc(alignment, bytes)));
     if (!m_pixels)
         throw std::bad_alloc();

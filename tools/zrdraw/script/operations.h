@@ -58,6 +58,10 @@ struct Operation {
     std::vector<Parameter> parameters;
     std::string help;
     int (*run)(ZRDraw& draw, const Arguments& arguments); // -1: refused, nothing was drawn
+    std::string_view refusal = {}; // why run() answers -1; empty: it is not wholly on the canvas
+    // What is wrong with arguments that are right one by one; empty for nothing. Null: no such
+    // rule.
+    std::string (*fault)(const Arguments& arguments) = nullptr;
 };
 
 // Positions of the library are 16.16 fixed point, so larger coordinates would overflow.

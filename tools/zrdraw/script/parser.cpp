@@ -42,7 +42,8 @@ std::string unknownCommand(const std::string& name) {
     std::vector<std::string_view> near;
     for (const Operation& operation : operations()) {
         all.push_back(operation.name);
-        if (distance(name, operation.name) <= (name.size() < 4 ? 1U : 2U))
+        const std::size_t shorter = std::min(name.size(), operation.name.size());
+        if (distance(name, operation.name) <= (shorter < 4 ? 1U : 2U))
             near.push_back(operation.name);
     }
     if (near.empty())
@@ -86,7 +87,9 @@ public:
                 arguments.push_back(readParameter(parameter));
         }
         readFlags(arguments);
-        return Arguments(std::move(arguments));
+        Arguments result(std::move(arguments));
+        requireSound(result);
+        return result;
     }
 
 private:
@@ -94,6 +97,14 @@ private:
 
     [[noreturn]] void fail(Position position, const std::string& message) const {
         failAt(m_source, position, fmt::format("{}: {}", m_operation.name, message));
+    }
+
+    void requireSound(const Arguments& arguments) const {
+        if (m_operation.fault == nullptr)
+            return;
+        const std::string fault = m_operation.fault(arguments);
+        if (!fault.empty())
+            fail(m_words.front().position, fault);
     }
 
     [[noreturn]] void failMissing(const std::string& what) const {

@@ -1,0 +1,13 @@
+#include "drawing.h"
+
+#include "error.h"
+#include "layout_names.h"
+
+#include <fmt/format.h>
+
+DrawPtr makeDraw(const zrLayout& layout, WorkingFrame& frame) {
+    ZRDraw* draw = nullptr;
+    if (GetDraw(layout.code, frame.width(), frame.height(), frame.pitch(), frame.data(), draw) != 0)
+        throw Failure(fmt::format("no drawing object for layout {}", layoutName(layout)));
+    return DrawPtr(draw);
+}

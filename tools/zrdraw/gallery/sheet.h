@@ -1,0 +1,24 @@
+// A picture that is put together from labels and smaller pictures.
+#pragma once
+
+#include "drawing.h"
+
+#include <string>
+
+class Sheet {
+public:
+    // Begins in one colour; the drawing object has a light foreground.
+    Sheet(const zrLayout& layout, int width, int height);
+
+    ZRDraw& draw() { return *m_draw; }
+
+    // Copies a picture of the sheet's layout in; it must fit.
+    void paste(WorkingFrame& picture, int x, int y);
+
+    void writePng(const std::string& path, bool force);
+
+private:
+    const zrLayout& m_layout;
+    WorkingFrame m_frame;
+    DrawPtr m_draw;
+};

@@ -1,0 +1,10 @@
+// The pictures of the gallery.
+#pragma once
+
+#include "gallery/sheet.h"
+
+// Every row of galleryCells(), drawn on a canvas of its own under its title.
+Sheet makeOperationsSheet(const zrLayout& layout);
+
+// The 256 glyphs of the built-in font by the two digits of their hexadecimal code.
+Sheet makeFontSheet(const zrLayout& layout);

@@ -1,0 +1,42 @@
+// Commands for rectangles and filled areas.
+#include "script/operation_rows.h"
+
+using namespace rows;
+
+namespace {
+
+int fillRect(ZRDraw& draw, const Arguments& a) {
+    const RECT rect{a.whole(0), a.whole(1), a.whole(2), a.whole(3)};
+    return draw.FillRect(&rect);
+}
+
+int fill(ZRDraw& draw, const Arguments& a) {
+    return draw.Fill(a.whole(0), a.whole(1), a.numberOr(2, 0.0));
+}
+
+int erase(ZRDraw& draw, const Arguments& a) {
+    return draw.EraseCanvas(a.given(0));
+}
+
+} // namespace
+
+std::vector<Operation> areaOperations() {
+    return {
+        {"fillcircle",
+         with(coordinates({"cx", "cy"}), {length("r")}),
+         "filled circle",
+         call<&ZRDraw::FillCircle>,
+         {},
+         edgeFault<2>},
+        {"rect", box(), "outline of a rectangle", call<&ZRDraw::Rectangle>},
+        {"fillrect", box(), "filled rectangle with column R, without row B", fillRect},
+        {"roundrect", with(box(), {length("cw"), length("ch")}),
+         "outline; CW by CH is the size of two corners", call<&ZRDraw::RoundRect>,
+         "its corners do not fit"},
+        {"gradient", with(box(), {whole("angle", -angleLimit, angleLimit)}),
+         "blend from foreground to background colour", call<&ZRDraw::GradientRect>},
+        {"fill", with(onePoint(), {optionalComponent("tolerance")}),
+         "flood what has the colour at X Y", fill, "its start is off the canvas"},
+        {"erase", {flag("back")}, "paint the whole canvas", erase},
+    };
+}
