@@ -87,7 +87,7 @@ void addLabel(int scale) {
                      {}};
     const _POINT bottomLeft{topLeft.x, topLeft.y + draw->LabelGetFontHeight()};
     for (const DrawPeer& peer : peers<DrawPeer>())
-        label.rivals.push_back({peer.label, peer.drawLabel(target(), bottomLeft, text, scale)});
+        label.rivals.push_back({peer.label, peer.drawLabel(target(), bottomLeft, text, scale, 1)});
     addComparison(label);
 }
 

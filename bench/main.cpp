@@ -22,6 +22,7 @@ int main(int argc, char** argv) {
         return 1;
     addSpanComparisons();
     addLineComparisons();
+    addAreaComparisons();
     TableReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();

@@ -17,13 +17,43 @@ Job drawLine(Frame& frame, _POINT from, _POINT to, bool smooth) {
                      type]() mutable { cv::line(matrix, p, q, color, 1, type); });
 }
 
-Job drawLabel(Frame& frame, _POINT bottomLeft, const char* text, int scale) {
+Job drawLabel(Frame& frame, _POINT bottomLeft, const char* text, int scale, int stroke) {
     return repeated([matrix = matrixOn(frame), at = cv::Point(bottomLeft.x, bottomLeft.y),
-                     string = std::string(text), scale]() mutable {
-        cv::putText(matrix, string, at, cv::FONT_HERSHEY_PLAIN, scale, color);
+                     string = std::string(text), scale, stroke]() mutable {
+        cv::putText(matrix, string, at, cv::FONT_HERSHEY_PLAIN, scale, color, stroke);
     });
 }
 
-const AddPeer opencv(DrawPeer{"cv::line", "cv::line AA", "cv::putText", drawLine, drawLabel});
+Job drawCircle(Frame& frame, _POINT centre, int radius, Ink ink) {
+    const int thickness = ink == Ink::Filled ? cv::FILLED : 1;
+    return repeated([matrix = matrixOn(frame), at = cv::Point(centre.x, centre.y), radius,
+                     thickness]() mutable { cv::circle(matrix, at, radius, color, thickness); });
+}
+
+Job drawEllipse(Frame& frame, _POINT centre, int rx, int ry) {
+    return repeated(
+        [matrix = matrixOn(frame), at = cv::Point(centre.x, centre.y),
+         axes = cv::Size(rx, ry)]() mutable { cv::ellipse(matrix, at, axes, 0, 0, 360, color); });
+}
+
+Job fillRectangle(Frame& frame, const RECT& rect) {
+    return repeated([matrix = matrixOn(frame), from = cv::Point(rect.left, rect.top),
+                     to = cv::Point(rect.right, rect.bottom)]() mutable {
+        cv::rectangle(matrix, from, to, color, cv::FILLED);
+    });
+}
+
+// Whole words, as it serves no pixels of four channels.
+Job floodFrame(Frame& frame, _POINT seed) {
+    return repeated([words = cv::Mat(frameHeight, frameWidth, CV_32SC1, frame.bytes(), framePitch),
+                     at = cv::Point(seed.x, seed.y), word = 1]() mutable {
+        cv::floodFill(words, at, cv::Scalar(word));
+        word = 3 - word;
+    });
+}
+
+const AddPeer drawing(DrawPeer{"cv::line", "cv::line AA", "cv::putText", drawLine, drawLabel});
+const AddPeer areas(AreaPeer{"cv::circle", "cv::ellipse", "cv::rectangle", "cv::floodFill",
+                             drawCircle, drawEllipse, fillRectangle, floodFrame});
 
 } // namespace

@@ -16,7 +16,21 @@ struct DrawPeer {
     const char* smoothLine;
     const char* label;
     Job (*drawLine)(Frame& frame, _POINT from, _POINT to, bool smooth);
-    Job (*drawLabel)(Frame& frame, _POINT bottomLeft, const char* text, int scale);
+    Job (*drawLabel)(Frame& frame, _POINT bottomLeft, const char* text, int scale, int stroke);
+};
+
+enum class Ink { Outline, Filled };
+
+// Shapes and areas on a frame of 32-bit pixels.
+struct AreaPeer {
+    const char* circle;
+    const char* ellipse;
+    const char* rectangle;
+    const char* flood;
+    Job (*drawCircle)(Frame& frame, _POINT centre, int radius, Ink ink);
+    Job (*drawEllipse)(Frame& frame, _POINT centre, int rx, int ry);
+    Job (*fillRectangle)(Frame& frame, const RECT& rect); // both corners belong to it
+    Job (*floodFrame)(Frame& frame, _POINT seed);         // in two colours by turns
 };
 
 template <typename Peer>

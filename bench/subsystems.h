@@ -3,3 +3,4 @@
 
 void addSpanComparisons();
 void addLineComparisons();
+void addAreaComparisons();

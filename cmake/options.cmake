@@ -9,7 +9,8 @@ if(ZRDRAW_SANITIZE)
                       -fno-sanitize-recover=undefined)
   add_link_options(-fsanitize=${ZRDRAW_SANITIZE})
   # What the sanitizers insert makes g++ 12 lose sight of what std::regex initialises.
-  target_compile_options(zrdraw_options INTERFACE -Wno-maybe-uninitialized)
+  target_compile_options(zrdraw_options INTERFACE
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 endif()
 
 # What the library's exact arithmetic rests on: 32-bit sums wrap, products are not fused, and AVX

@@ -42,20 +42,6 @@ TEST(Events, WaitFindsTheStateTheEventWasMadeWith) {
     }
 }
 
-TEST(Events, SetBeforeWaitIsKept) {
-    const Event once = makeEvent(false, false);
-    EXPECT_EQ(1, zrOSSetEvent(once.get()));
-    EXPECT_EQ(1, zrOSSetEvent(once.get())); // a flag, not a count
-    EXPECT_EQ(0, zrOSWaitForEvent(once.get(), withoutBound));
-    EXPECT_EQ(timedOut, zrOSWaitForEvent(once.get(), 0));
-}
-
-TEST(Events, NamesAreNotShared) {
-    const Event set = makeEvent(true, true);
-    const Event other = makeEvent(true, false);
-    EXPECT_EQ(timedOut, zrOSWaitForEvent(other.get(), 0));
-}
-
 TEST(Events, NullHandlesAreRefused) {
     EXPECT_EQ(0, zrOSCloseEvent(nullptr));
     EXPECT_EQ(0, zrOSSetEvent(nullptr));

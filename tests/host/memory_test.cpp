@@ -58,22 +58,6 @@ TEST(SetMemoryFast, FillsOnBothSidesOfHalfAMegabyte) {
     }
 }
 
-TEST(CopyMemory, CopiesTheRunAndNothingElse) {
-    for (const auto copy : {CopyMemoryFast, zrOSCopyMemory}) {
-        for (const std::size_t bytes : {0U, 1U, 7U, 32U, 4097U}) {
-            Bytes source(bytes + 1);
-            for (std::size_t i = 0; i < source.size(); ++i) {
-                source[i] = static_cast<unsigned char>(i * 7 + 1);
-            }
-            Bytes target(bytes + 2, guard);
-            EXPECT_EQ(target.data() + 1, copy(target.data() + 1, source.data(), bytes));
-            EXPECT_EQ(0, std::memcmp(target.data() + 1, source.data(), bytes));
-            EXPECT_EQ(guard, target.front());
-            EXPECT_EQ(guard, target.back());
-        }
-    }
-}
-
 TEST(ZRAlloc, GivesAlignedMemoryOfItsOwn) {
     std::vector<void*> blocks;
     for (const unsigned int bytes : {0U, 1U, 63U, 64U, 65U, 100'000U}) {

@@ -82,32 +82,11 @@ TEST(Threads, HandleNumberNameAndPriorityAreThoseOfTheThread) {
     zrOSCloseEvent(seen.go);
 }
 
-TEST(Threads, AThreadOfTheProgramHasAHandleOfItsOwn) {
-    void* const self = zrOSGetCurrentThread();
-    ASSERT_NE(nullptr, self);
-    EXPECT_EQ(self, zrOSGetCurrentThread());
-    const int before = zrOSGetThreadPriority(self);
-    EXPECT_EQ(1, zrOSSetThreadPriority(self, -1));
-    EXPECT_EQ(-1, zrOSGetThreadPriority(self));
-    zrOSSetThreadPriority(self, before);
-    EXPECT_EQ(0, before);
-    EXPECT_EQ(0, zrOSCloseThread(self, nullptr)); // not to be closed: nothing happens
-    EXPECT_EQ(self, zrOSGetCurrentThread());
-}
-
 TEST(Threads, NullHandlesAreRefused) {
     EXPECT_EQ(0, zrOSCloseThread(nullptr, nullptr));
     EXPECT_EQ(0, zrOSSetThreadPriority(nullptr, 1));
     EXPECT_EQ(0, zrOSGetThreadPriority(nullptr));
     EXPECT_EQ(nullptr, start(nullptr, nullptr));
-}
-
-TEST(InterlockedCounts, GiveTheNewValue) {
-    int count = -1;
-    EXPECT_EQ(0, zrOSInterlockedIncrement(&count));
-    EXPECT_EQ(1, zrOSInterlockedIncrement(&count));
-    EXPECT_EQ(0, zrOSInterlockedDecrement(&count));
-    EXPECT_EQ(-1, zrOSInterlockedDecrement(&count));
 }
 
 TEST(InterlockedCounts, LoseNothingBetweenFourThreads) {

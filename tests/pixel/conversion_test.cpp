@@ -11,11 +11,10 @@ struct Triple {
     double c0, c1, c2;
 };
 
-void expectNear(const Triple& actual, double c0, double c1, double c2) {
-    constexpr double exact = 1e-15;
-    EXPECT_NEAR(actual.c0, c0, exact);
-    EXPECT_NEAR(actual.c1, c1, exact);
-    EXPECT_NEAR(actual.c2, c2, exact);
+void expectNear(const Triple& actual, double c0, double c1, double c2, double error = 1e-15) {
+    EXPECT_NEAR(actual.c0, c0, error);
+    EXPECT_NEAR(actual.c1, c1, error);
+    EXPECT_NEAR(actual.c2, c2, error);
 }
 
 constexpr double sentinel = -77.0;
@@ -37,87 +36,41 @@ struct Converter : ZRPixel {
 
 } // namespace
 
-TEST(RgbToYCbCr, EveryMatrixByItsCorners) {
-    // Red, green and blue alone pick out the columns of a matrix, black its offsets.
+TEST(Matrices, OneColourInEveryMode) {
+    // Worked out by hand for R = 1, G = 0.5, B = 0.25, and for Y = 0.5, Cb = 0.6, Cr = 0.45.
     struct Case {
         unsigned int mode;
-        Triple red, green, blue, black;
+        Triple yCbCr, rgb;
     };
-    const Triple studio{0.0625, 0.5, 0.5};
-    const Triple full{0.0, 0.5, 0.5};
-    const Triple none{0.0, 0.0, 0.0};
-    const Triple clRed{0.2627, -0.2627 / 1.9404, (1 - 0.2627) / 0.9936};
-    const Triple clGreen{0.678, -0.678 / 1.9404, -0.678 / 1.7184};
-    const Triple clBlue{0.0593, (1 - 0.0593) / 1.5816, -0.0593 / 1.7184};
+    const Triple rec601Forward{0.596, 0.31625, 0.73725};
+    const Triple rec601Back{0.42945, 0.5108, 0.71095};
+    const Triple clForward{0.616525, -0.1888914657, 0.3859450483};
+    const Triple rec2020FullBack{0.42627, 0.51211, 0.68815};
+    const Triple uncentred{1.16357, 0.1441592168, 1.62884};
     const Case cases[] = {
-        {0, {0.257, -0.148, 0.439}, {0.504, -0.291, -0.368}, {0.098, 0.439, -0.071}, studio},
-        {1, {0.257, -0.148, 0.439}, {0.504, -0.291, -0.368}, {0.098, 0.439, -0.071}, studio},
-        {2, {0.299, -0.172, 0.511}, {0.587, -0.339, -0.428}, {0.114, 0.511, -0.083}, full},
-        {3, {0.183, -0.101, 0.439}, {0.614, -0.338, -0.399}, {0.062, 0.439, -0.04}, studio},
-        {4,
-         {0.212585, -0.117188, 0.511414},
-         {0.71521, -0.394226, -0.464508},
-         {0.072205, 0.511414, -0.046906},
-         full},
-        {5,
-         {0.2256, -0.1226, 0.4392},
-         {0.5823, -0.3166, -0.4039},
-         {0.0509, 0.4392, -0.0353},
-         studio},
-        {6, {0.2627, -0.1396, 0.5}, {0.678, -0.3604, -0.4598}, {0.0593, 0.5, -0.0402}, none},
-        {7, clRed, clGreen, clBlue, none},
-        {8, clRed, clGreen, clBlue, none},
-    };
-    for (const Case& c : cases) {
-        for (const unsigned int mode : {c.mode, c.mode + 1000}) {
-            SCOPED_TRACE(mode);
-            Converter converter(mode);
-            const auto offset = [&](const Triple& t) {
-                return Triple{t.c0 + c.black.c0, t.c1 + c.black.c1, t.c2 + c.black.c2};
-            };
-            const Triple red = offset(c.red), green = offset(c.green), blue = offset(c.blue);
-            expectNear(converter.toYCbCr(1, 0, 0), red.c0, red.c1, red.c2);
-            expectNear(converter.toYCbCr(0, 1, 0), green.c0, green.c1, green.c2);
-            expectNear(converter.toYCbCr(0, 0, 1), blue.c0, blue.c1, blue.c2);
-            expectNear(converter.toYCbCr(0, 0, 0), c.black.c0, c.black.c1, c.black.c2);
-            EXPECT_EQ(converter.alpha, sentinel) << "the alpha is not written";
-        }
-    }
-}
-
-TEST(YCbCrToRgb, EveryMatrix) {
-    // One value per matrix: Y = 0.5, Cb = 0.6, Cr = 0.45, so c = 0.1 and d = -0.05.
-    struct Case {
-        unsigned int mode;
-        double r, g, b;
-    };
-    const double y601 = (0.5 - 0.0625) * 1.164;
-    const double y709 = (0.5 - 0.0625) * 1.168932;
-    const double r6 = 0.5 - 1.4746 * 0.05, g6 = 0.5 + 0.5714 * 0.05 - 0.1646 * 0.1,
-                 b6 = 0.5 + 1.8815 * 0.1;
-    const double r8 = 0.5 + 1.4746 * 0.45,
-                 g8 = 0.5 - 0.16455312684366 * 0.6 - 0.57135312684366 * 0.45,
-                 b8 = 0.5 + 1.8814 * 0.6;
-    const Case cases[] = {
-        {0, y601 - 1.596 * 0.05, y601 + 0.813 * 0.05 - 0.391 * 0.1, y601 + 2.017 * 0.1},
-        {1, y601 - 1.596 * 0.05, y601 + 0.813 * 0.05 - 0.391 * 0.1, y601 + 2.017 * 0.1},
-        {2, 0.5 - 1.371 * 0.05, 0.5 + 0.698 * 0.05 - 0.336 * 0.1, 0.5 + 1.732 * 0.1},
-        {3, y709 - 1.799744 * 0.05, y709 + 0.534991 * 0.05 - 0.214082 * 0.1, y709 + 2.120653 * 0.1},
-        {4, 0.5 - 1.5748 * 0.05, 0.5 + 0.468124 * 0.05 - 0.187324 * 0.1, 0.5 + 1.8556 * 0.1},
-        {5, y601 - 1.6786 * 0.05, y601 + 0.6504 * 0.05 - 0.1873 * 0.1, y601 + 2.1417 * 0.1},
-        {6, r6, g6, b6},
-        {7, r6, g6, b6},
-        {8, 1.0, g8, 1.0},
-        {1006, r6, g6, b6},
-        {1007, r8, g8, b8},
-        {1008, r8, g8, b8},
+        {0, rec601Forward, rec601Back},
+        {1, rec601Forward, rec601Back},
+        {2, {0.621, 0.28625, 0.77625}, {0.43145, 0.5013, 0.6732}},
+        {3, {0.568, 0.33975, 0.7295}, {0.42142055, 0.51674910, 0.72347305}},
+        {4, {0.58824125, 0.3135525, 0.7674335}, {0.42126, 0.5046738, 0.68556}},
+        {5, {0.591975, 0.3289, 0.728425}, {0.42532, 0.52304, 0.72342}},
+        {6, {0.616525, -0.1948, 0.26005}, rec2020FullBack},
+        {7, clForward, rec2020FullBack},
+        {8, clForward, {1.0, uncentred.c1, 1.0}},
+        {1006, {0.616525, -0.1948, 0.26005}, rec2020FullBack},
+        {1007, clForward, uncentred},
+        {1008, clForward, uncentred},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.mode);
         Converter converter(c.mode);
-        expectNear(converter.toRgb(0.5, 0.6, 0.45), c.r, c.g, c.b);
-        EXPECT_EQ(converter.alpha, 0.0) << "the alpha is always 0";
+        expectNear(converter.toYCbCr(1, 0.5, 0.25), c.yCbCr.c0, c.yCbCr.c1, c.yCbCr.c2, 1e-9);
+        EXPECT_EQ(converter.alpha, sentinel) << "towards YCbCr the alpha is not written";
+        expectNear(converter.toRgb(0.5, 0.6, 0.45), c.rgb.c0, c.rgb.c1, c.rgb.c2, 1e-9);
+        EXPECT_EQ(converter.alpha, 0.0) << "towards RGB it is 0 always";
     }
+    // Constant luminance has a second slope for differences above 0.
+    expectNear(Converter(7).toYCbCr(0, 0, 1), 0.0593, 0.5947774406, -0.0345088454, 1e-9);
 }
 
 TEST(YCbCrToRgb, OnlyModesBelow1000Clamp) {
@@ -147,35 +100,23 @@ TEST(ColourModes, UnknownOnesLeaveOutputsAlone) {
 }
 
 TEST(RgbToYCbCr10, SharesRowsBetweenModes) {
-    struct Case {
-        unsigned int mode;
-        double y, cb, cr; // of R = 100, G = 50, B = 200
-    };
-    const double y = (11914.0 * 100 + 40095.0 * 50 + 4050.0 * 200) / 16384 + 64;
-    const double cb = (-6388.0 * 100 - 21595.0 * 50 + 28073.0 * 200) / 16384 + 512;
-    const double cr = (28017.0 * 100 + 25349.0 * 50 + 2566.0 * 200) / 16384 + 512;
-    const double y2 = (13954.0 * 100 + 44416.0 * 50 + 3840.0 * 200) / 16384 + 64;
-    const double cb2 = (-4584.0 * 100 - 19992.0 * 50 + 24576.0 * 200) / 16384 + 512;
-    const double cr2 = (24576.0 * 100 - 30144.0 * 50 - 2624.0 * 200) / 16384 + 512;
-    const Case cases[] = {
-        {0, y, cb, cr},       {1, y, cb, cr},       {3, y, cb, cr},    {1000, y, cb, cr},
-        {1001, y, cb, cr},    {1003, y, cb, cr},    {5, y2, cb2, cr2}, {6, y2, cb2, cr2},
-        {1005, y2, cb2, cr2}, {1006, y2, cb2, cr2},
-    };
-    for (const Case& c : cases) {
-        Converter converter(c.mode);
-        Triple out{};
-        converter.RGBToYCbCr10(100, 50, 200, 255, out.c0, out.c1, out.c2, converter.alpha);
-        SCOPED_TRACE(c.mode);
-        expectNear(out, c.y, c.cb, c.cr);
-        EXPECT_EQ(converter.alpha, sentinel);
-    }
-    for (const unsigned int mode : {2U, 4U, 7U, 8U, 9U, 1002U}) {
-        Converter converter(mode);
+    // Of R = 100, G = 50, B = 200.
+    const Triple studio{308.5159912109, 749.7960205078, 791.6844482422};
+    const Triple rec2020{331.5903320312, 723.0107421875, 537.9765625};
+    const auto convert = [](unsigned int mode) {
         Triple out{sentinel, sentinel, sentinel};
-        converter.RGBToYCbCr10(100, 50, 200, 255, out.c0, out.c1, out.c2, converter.alpha);
-        expectNear(out, sentinel, sentinel, sentinel);
-    }
+        Converter converter(mode);
+        EXPECT_EQ(
+            converter.RGBToYCbCr10(100, 50, 200, 255, out.c0, out.c1, out.c2, converter.alpha), 0);
+        EXPECT_EQ(converter.alpha, sentinel);
+        return out;
+    };
+    for (const unsigned int mode : {0U, 1U, 3U, 1000U, 1001U, 1003U})
+        expectNear(convert(mode), studio.c0, studio.c1, studio.c2, 1e-9);
+    for (const unsigned int mode : {5U, 6U, 1005U, 1006U})
+        expectNear(convert(mode), rec2020.c0, rec2020.c1, rec2020.c2, 1e-9);
+    for (const unsigned int mode : {2U, 4U, 7U, 8U, 9U, 1002U})
+        expectNear(convert(mode), sentinel, sentinel, sentinel);
 }
 
 TEST(Hsv, FromRgb) {

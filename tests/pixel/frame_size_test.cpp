@@ -55,22 +55,6 @@ TEST(FrameSize, LayoutsWithoutASizeByCode) {
     }
 }
 
-TEST(FrameSize, PackedPixelBytes) {
-    for (unsigned int code = 0; code < 10100; ++code) {
-        unsigned int expected = 0;
-        if (code == 5 || code == 6)
-            expected = 3;
-        else if (code == 20)
-            expected = 4;
-        else if (code == 31 || code == 37)
-            expected = 6;
-        else if (code == 32 || code == 38)
-            expected = 8;
-        ASSERT_EQ(zrdraw_packed_pixel_bytes(code), expected) << code;
-    }
-    EXPECT_EQ(zrdraw_packed_pixel_bytes(ptNone), 0U);
-}
-
 TEST(Catalogue, RowsAreWhole) {
     std::set<unsigned int> codes;
     std::set<std::string> names;

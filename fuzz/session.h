@@ -1,0 +1,48 @@
+// What one input of the draw fuzzer works on: a drawing object and its frame of the moment.
+#pragma once
+
+#include "guarded_frame.h"
+#include "input.h"
+#include "zrdraw/zrdraw.h"
+
+#include <memory>
+
+class Session {
+public:
+    Session(const zrLayout& layout, Input choices);
+
+    Input input;
+    ZRDraw& draw() { return *m_draw; }
+
+    // Moves the object to a new frame of another size or, one time in eight, to none.
+    void changeFrame();
+
+    // A colour slot for an operation to write in; the foreground is true.
+    bool slot();
+
+    // A switch that makes foreground writes look at what is there.
+    bool mixing();
+
+    // What paints a whole canvas of 32-bit pixels writes without a test of the address.
+    bool mayPaintWhole() const { return m_draw->canvas != nullptr || !is32(); }
+    void notePaintedWhole();
+
+    // A pixel on the canvas, for reads that do not test it; false without a canvas.
+    bool pixelOnCanvas(_POINT& at);
+
+    void checkFrame() { m_frame->check(m_linesApart); }
+
+private:
+    struct Release {
+        void operator()(ZRDraw* draw) const { ReleaseDraw(draw); }
+    };
+
+    bool is32() const { return m_layout.code <= ptABGR32; }
+    bool is24() const { return m_layout.code == ptRGB24 || m_layout.code == ptBGR24; }
+    void makeFrame();
+
+    const zrLayout& m_layout;
+    std::unique_ptr<GuardedFrame> m_frame;
+    std::unique_ptr<ZRDraw, Release> m_draw;
+    bool m_linesApart = true; // nothing so far may write behind the end of a line
+};
