@@ -37,27 +37,6 @@ TEST(Circle, SmallRadii) {
     EXPECT_EQ(canvas.art().find('#'), std::string::npos);
 }
 
-TEST(Circle, EightPixelsAStepInOrder) {
-    Recorder draw;
-    draw.Circle(0, 0, 1);
-    EXPECT_EQ(draw.pixels, (Pixels{{1, 0},
-                                   {0, 1},
-                                   {0, 1},
-                                   {-1, 0},
-                                   {-1, 0},
-                                   {0, -1},
-                                   {0, -1},
-                                   {1, 0},
-                                   {1, 1},
-                                   {1, 1},
-                                   {-1, 1},
-                                   {-1, 1},
-                                   {-1, -1},
-                                   {-1, -1},
-                                   {1, -1},
-                                   {1, -1}}));
-}
-
 TEST(FillCircle, RowsOverAnEdgeAreLostWhole) {
     struct Case {
         int cx, cy, radius;

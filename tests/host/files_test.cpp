@@ -77,24 +77,4 @@ TEST_F(Log, StandardErrorTakesOneLineAMessage) {
     EXPECT_TRUE(messages_.empty());
 }
 
-TEST_F(Log, LinesOfSeveralThreadsDoNotMix) {
-    constexpr int lines = 200;
-    const std::string text(300, 'x');
-    const auto work = [&] {
-        for (int i = 0; i < lines; ++i) {
-            ErrOut("%s", text.c_str());
-        }
-    };
-    testing::internal::CaptureStderr();
-    std::thread first(work);
-    std::thread second(work);
-    first.join();
-    second.join();
-    std::string expected;
-    for (int i = 0; i < 2 * lines; ++i) {
-        expected += "zrdraw: " + text + "\n";
-    }
-    EXPECT_TRUE(expected == testing::internal::GetCapturedStderr());
-}
-
 } // namespace

@@ -34,13 +34,6 @@ TEST(Canvas, SetCanvasSettlesThePitch) {
     }
 }
 
-TEST(Canvas, OtherCodesKeepTheirPitch) {
-    char frame[64];
-    CDrawRGBA32 draw(20);
-    draw.SetCanvas(frame, 2, 4, 3);
-    EXPECT_EQ(draw.pitch, 3U) << "the pitch of DPX words is not raised";
-}
-
 TEST(Canvas, NegativeHeightOnlySetsTheFlag) {
     char frame[64];
     ZRDraw* draw = nullptr;
@@ -54,13 +47,6 @@ TEST(Canvas, NegativeHeightOnlySetsTheFlag) {
     EXPECT_EQ(draw->GetPixel(0, 0), nullptr) << "negative as a signed number";
     EXPECT_EQ(draw->PutPixel(0, 0, true), -1);
     ReleaseDraw(draw);
-}
-
-TEST(Canvas, GetPitchIsTheNaturalLine) {
-    TestCanvas rgb32(3, 7, 1);
-    TestCanvas rgb24(6, 7, 1);
-    EXPECT_EQ(rgb32->GetPitch(), 28U);
-    EXPECT_EQ(rgb24->GetPitch(), 21U);
 }
 
 TEST(Canvas, AddressesAndTheEdgeRule) {

@@ -9,8 +9,6 @@
 #include "zrdraw/exports.h"
 #include "zrdraw/formats.h"
 
-extern "C" int flatInterfaceWorksInC(void);
-
 TEST(Factory, ServedCodesGetTheirClass) {
     char frame[400];
     for (unsigned int code = 1; code <= 6; ++code) {
@@ -146,10 +144,6 @@ TEST(FlatInterface, WorksOnAnObject) {
     EXPECT_TRUE(draw->useDefaultFont);
     EXPECT_EQ(qtSetFont(draw, frame), 0);
     qtReleaseDraw(draw);
-}
-
-TEST(FlatInterface, WorksInC) {
-    EXPECT_EQ(flatInterfaceWorksInC(), 0);
 }
 
 TEST(Factory, ANullEventHandleSurvives) {

@@ -329,15 +329,6 @@ TEST_F(CommandTest, GalleryFillsItsCells) {
     }
 }
 
-TEST_F(CommandTest, GalleryInSeveralLayouts) {
-    ASSERT_EQ(shell("$Z gallery . --layout rgb24 --layout argb").status, 0);
-    EXPECT_EQ(left(), (Names{"font-argb.png", "font-rgb24.png", "operations-argb.png",
-                             "operations-rgb24.png"}));
-    EXPECT_TRUE(decode("font-argb.png") == decode("font-rgb24.png"));
-    ASSERT_EQ(shell("$Z gallery . --layout argb").status, 0);
-    EXPECT_TRUE(decode("font.png") == decode("font-argb.png"));
-}
-
 TEST_F(CommandTest, GalleryFailures) {
     const struct {
         std::string commands;

@@ -145,32 +145,4 @@ TEST_F(Media, StreamPropertiesPassThroughAClip) {
     EXPECT_EQ(found.frameCount, 4);
 }
 
-TEST_F(Media, StandardInputGivesWhatTheFileGives) {
-    writeNoise(at("a.y4m"), infoOf(AV_PIX_FMT_YUV420P), 5);
-    const std::vector<Bytes> expected = readAll(at("a.y4m"));
-    ASSERT_EQ(expected.size(), 5u);
-    const int kept = ::dup(STDIN_FILENO);
-    FILE* pipe = ::popen(("cat '" + at("a.y4m") + "'").c_str(), "r");
-    ASSERT_NE(pipe, nullptr);
-    ::dup2(::fileno(pipe), STDIN_FILENO);
-    EXPECT_EQ(readAll("-"), expected);
-    ::dup2(kept, STDIN_FILENO);
-    ::close(kept);
-    ::pclose(pipe);
-}
-
-TEST_F(Media, RawFramesAreTheLayoutsBytes) {
-    const StreamInfo info = infoOf(AV_PIX_FMT_YUV420P, 61, 47);
-    writeNoise(at("a.raw"), info, 2, {}, AV_PIX_FMT_BGRA);
-    const Bytes first = noiseAsBgra(0, info, true);
-    const std::string content = readFile(at("a.raw"));
-    ASSERT_EQ(content.size(), 2 * first.size());
-    EXPECT_TRUE(
-        std::equal(first.begin(), first.end(), content.begin(),
-                   [](unsigned char a, char b) { return a == static_cast<unsigned char>(b); }));
-    const auto frames = readAll(at("a.raw"), RawFormat{AV_PIX_FMT_BGRA, 61, 47, {25, 1}});
-    ASSERT_EQ(frames.size(), 2u);
-    EXPECT_EQ(frames[1], noiseAsBgra(1, info, true));
-}
-
 } // namespace

@@ -1,29 +1,7 @@
 // Results are complete or not there at all, and every failure names its file.
 #include "tool/media_fixture.h"
 
-#include <csignal>
-#include <cstdio>
-
-#include <fcntl.h>
-#include <sys/resource.h>
-
 namespace {
-
-TEST_F(Media, AnExistingFileIsReplacedOnlyByForce) {
-    writeFile(at("a.png"), "precious");
-    const StreamInfo info = infoOf(AV_PIX_FMT_RGB24);
-    EXPECT_EQ(errorOf([&] { writeNoise(at("a.png"), info, 1); }, ExitStatus::BadUsage),
-              "'" + at("a.png") + "' exists; use --force to replace it");
-    EXPECT_EQ(readFile(at("a.png")), "precious");
-    EXPECT_EQ(errorOf([&] {
-                  writeNoise(at("a.png"), info, 2, {"", "", true});
-              }),
-              "'" + at("a.png") + "' takes one picture only");
-    EXPECT_EQ(readFile(at("a.png")), "precious");
-    writeNoise(at("a.png"), info, 1, {"", "", true});
-    EXPECT_EQ(readAll(at("a.png")).at(0), noiseAsBgra(0, info, false));
-    EXPECT_EQ(fileCount(), 1u);
-}
 
 TEST_F(Media, AnUnfinishedResultLeavesNothing) {
     {
@@ -139,32 +117,6 @@ TEST_F(Media, AChangeOfSizeIsReported) {
     const std::string error = errorOf([&] { readAll(at("ab.m2v")); });
     EXPECT_NE(error.find("from 64x48 yuv420p to 96x64 yuv420p at frame"), std::string::npos)
         << error;
-}
-
-using MediaDeathTest = Media;
-
-TEST_F(MediaDeathTest, AFullDiskIsNamedAndLeavesNothing) {
-    const auto writeTooMuch = [&] {
-        std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{1000, 1000};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-        const std::string error =
-            errorOf([&] { writeNoise(at("a.mkv"), infoOf(AV_PIX_FMT_YUV420P), 10); });
-        std::fputs(error.c_str(), stderr);
-        std::_Exit(fileCount() == 0 ? 0 : 1);
-    };
-    EXPECT_EXIT(writeTooMuch(), testing::ExitedWithCode(0), "cannot write '.*a.mkv': File too");
-}
-
-TEST_F(MediaDeathTest, AFullStandardOutputIsNamed) {
-    const auto writeToFull = [&] {
-        ::dup2(::open("/dev/full", O_WRONLY), STDOUT_FILENO);
-        const std::string error = errorOf([&] { writeNoise("-", infoOf(AV_PIX_FMT_YUV420P), 3); });
-        std::fputs(error.c_str(), stderr);
-        std::_Exit(0);
-    };
-    EXPECT_EXIT(writeToFull(), testing::ExitedWithCode(0),
-                "^cannot write standard output: No space left on device$");
 }
 
 } // namespace

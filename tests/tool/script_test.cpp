@@ -132,12 +132,6 @@ TEST(ScriptTest, FaultsAreNamedWithTheirPlace) {
     }
 }
 
-TEST(ScriptTest, UnknownCommandListsThemAll) {
-    const std::string error = errorOf("xyzzy");
-    for (const Operation& operation : operations())
-        EXPECT_NE(error.find(operation.name), std::string::npos) << operation.name;
-}
-
 TEST(ScriptTest, MarksOnTheCanvas) {
     const struct {
         std::string script, art;
@@ -204,22 +198,6 @@ TEST(ScriptTest, TwoWaysToTheSameMarks) {
     }
 }
 
-TEST(ScriptTest, LabelFlagsAndScale) {
-    const auto count = [](const std::string& script, char mark) {
-        Canvas canvas(40, 24);
-        canvas.run(script);
-        const std::string art = canvas.art();
-        return std::count(art.begin(), art.end(), mark);
-    };
-    const auto ink = count("label 0 0 \"A\"", '#');
-    EXPECT_GT(ink, 0);
-    EXPECT_EQ(count("label 0 0 \"A\"", 'o'), 0);
-    EXPECT_EQ(count("label 0 0 \"A\" opaque", 'o'), 80 - ink);
-    EXPECT_EQ(count("label 0 0 \"A\" opaque inverse", 'o'), ink);
-    // Foreground dots overhang their cell from scale 2 on, background ones keep to it.
-    EXPECT_EQ(count("scale 2; label 0 0 \"A\" opaque inverse", 'o'), 4 * ink);
-}
-
 TEST(ScriptTest, TextFlagsPlaceTheText) {
     // Two characters of 8 columns in the rectangle of 40 by 16: the first and last inked column,
     // and the first and last inked row.
@@ -249,29 +227,6 @@ TEST(ScriptTest, TextFlagsPlaceTheText) {
     Canvas canvas(48, 24);
     canvas.run("text 4 2 44 18 \"HH\" opaque; erase; text 4 2 44 18 \"HH\"");
     EXPECT_EQ(canvas.art().find('o'), std::string::npos);
-}
-
-TEST(ScriptTest, ArcsLeaveTheirMarks) {
-    // The upper half of the circle of radius 10 about (20, 20). Its left end is a row higher, as
-    // pi is 3.14.
-    const struct {
-        std::string one, other;
-    } cases[] = {
-        {"arc 10 10 30 30 40 20 0 20", "anglearc 20 20 10 0 180"},
-        {"arcto 10 10 30 30 20 40 0 20; lineto 9 9", "anglearc 20 20 10 0 180; line 0 20 9 9"},
-        {"pie 10 10 30 30 20 40 0 20", "anglearc 20 20 10 0 180; line 10 19 20 20; "
-                                       "line 30 20 20 20"},
-        {"polybezier 0 0 9 0 9 9 18 9 30 9 9 30 1 30",
-         "bezier 0 0 9 0 9 9 18 9; bezier 18 9 30 9 9 30 1 30"},
-    };
-    for (const auto& [one, other] : cases) {
-        Canvas first(40, 40);
-        Canvas second(40, 40);
-        first.run(one);
-        second.run(other);
-        EXPECT_EQ(first.art(), second.art()) << one;
-        EXPECT_NE(first.art().find('#'), std::string::npos) << one;
-    }
 }
 
 TEST(ScriptTest, GalleryShowsEveryCommand) {

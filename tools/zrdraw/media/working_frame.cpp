@@ -44,7 +44,8 @@ bool isGray(AVPixelFormat format) {
     return description && description->nb_components <= 2;
 }
 
-int roundedUp(int bytes, int unit) {
+template <typename Number>
+Number roundedUp(Number bytes, Number unit) {
     return (bytes + unit - 1) / unit * unit;
 }
 
@@ -80,8 +81,10 @@ WorkingFrame::WorkingFrame(AVPixelFormat format, int width, int height)
     // The scaler writes behind the last pixel, and in 24-bit layouts the library addresses all but
     // plain foreground pixels as if they had four bytes.
     const int overrun = alignment + wordBytes * width;
-    const std::size_t bytes = static_cast<std::size_t>(m_pitch) * static_cast<std::size_t>(height) +
-                              static_cast<std::size_t>(roundedUp(overrun, alignment));
+    const std::size_t bytes = roundedUp<std::size_t>(static_cast<std::size_t>(m_pitch) *
+                                                             static_cast<std::size_t>(height) +
+                                                         static_cast<std::size_t>(overrun),
+                                                     alignment);
     m_pixels.reset(static_cast<std::uint8_t*>(std::aligned_alloc(alignment, bytes)));
     if (!m_pixels)
         throw std::bad_alloc();
