@@ -248,6 +248,9 @@ TEST_F(CommandTest, FailuresAreOneLineAndLeaveNothing) {
         {"$Z types --bitmap YUY2 --size 10", 2, "--size: expected"},
         {"$Z types --bitmap 3 --mask 1,2,3", 2, "--mask: expected"},
         {"$Z types --width 0", 2, "--width"},
+        {"$Z font $M/picture.png", 1, "picture.png' is no font bitmap: save it as a 24-bit"},
+        {"$Z font none.bmp", 1, "'none.bmp' for reading and updating: No such file"},
+        {"$Z font $M", 1, "is a folder"},
     };
     const std::string picture = contents(s_root / "media/picture.png");
     for (const auto& [commands, status, part] : cases) {
@@ -395,6 +398,15 @@ TEST_F(CommandTest, TypesTellsWhatHeadersBecome) {
     };
     for (const auto& [options, out] : cases)
         EXPECT_EQ(shell("$Z types --bitmap " + options).out, out) << options;
+}
+
+TEST_F(CommandTest, FontTellsWhatABitmapHolds) {
+    const Result result = shell("ffmpeg -v error -i $M/picture.png -pix_fmt bgr24 font.bmp && "
+                                "$Z font font.bmp");
+    EXPECT_EQ(result.out, "width   320\nheight  240\nbits    24\npixels  230400 bytes\n");
+    expectError(shell("ffmpeg -v error -f lavfi -i color=s=720x576 -frames:v 1 -pix_fmt bgr24 "
+                      "large.bmp; $Z font large.bmp"),
+                1, "holds 1244160 bytes of pixels; at most 1048576 can be read");
 }
 
 TEST_F(CommandTest, HelpAtEveryLevel) {

@@ -1,6 +1,7 @@
 // The command line tool: chooses the subcommand and turns every failure into one line.
 #include "draw_command.h"
 #include "error.h"
+#include "font_command.h"
 #include "gallery_command.h"
 #include "types_command.h"
 #include "zrdraw/version.h"
@@ -40,6 +41,8 @@ void run(int argc, char** argv) {
     GalleryOptions galleryOptions;
     addDrawCommand(app, drawOptions);
     const CLI::App* gallery = addGalleryCommand(app, galleryOptions);
+    std::string fontFile;
+    const CLI::App* font = addFontCommand(app, fontFile);
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
@@ -51,6 +54,8 @@ void run(int argc, char** argv) {
     }
     if (types->parsed())
         print(runTypes(typesOptions));
+    else if (font->parsed())
+        print(runFont(fontFile));
     else if (gallery->parsed())
         runGallery(galleryOptions);
     else
