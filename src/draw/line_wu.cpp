@@ -61,9 +61,10 @@ int ZRDraw::LineWu(int x0, int y0, int x1, int y1) {
     const double lastEnd = std::floor(a1 + 0.5);
     pen.put(truncateToInt(lastEnd), b1 + (lastEnd - a1) * gradient, fractionOf(a1 + 0.5));
 
-    for (double major = firstEnd + 1; major < lastEnd; ++major) {
+    const int last = truncateToInt(lastEnd);
+    for (int major = truncateToInt(firstEnd); major < last && ++major < last;) {
         minor += gradient;
-        pen.put(truncateToInt(major), minor, 1.0);
+        pen.put(major, minor, 1.0);
     }
     return 0;
 }

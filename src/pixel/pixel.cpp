@@ -98,14 +98,13 @@ int ZRPixel::PutPixel(int x, int y, bool selector) {
     // By contract: only the plain foreground write knows 24-bit pixels; all others address the
     // canvas as if its pixels had four bytes.
     if (selector) [[likely]] {
-        if (static_cast<int>(transparency) + static_cast<int>(alphaAdditive) == 0) [[likely]]
+        const bool blends = transparency && foreTransparency > 0.0;
+        if (!alphaAdditive && !blends) [[likely]]
             putPlain(*this, x, y);
         else if (alphaAdditive)
             addWord(wordAddress(*this, x, y), foreColor);
-        else if (foreTransparency > 0.0)
-            blendWord(wordAddress(*this, x, y), foreColor, foreTransparency);
         else
-            putPlain(*this, x, y);
+            blendWord(wordAddress(*this, x, y), foreColor, foreTransparency);
     } else if (transparency && backTransparency > 0.0) {
         blendWord(wordAddress(*this, x, y), backColor, backTransparency);
     } else {

@@ -1,8 +1,7 @@
 // Frame sizes by layout code, and what the catalogue holds of each layout.
 #include <gtest/gtest.h>
 
-#include <set>
-#include <string>
+#include <iterator>
 
 #include "zrdraw/exports.h"
 #include "zrdraw/layouts.h"
@@ -56,30 +55,19 @@ TEST(FrameSize, LayoutsWithoutASizeByCode) {
 }
 
 TEST(Catalogue, RowsAreWhole) {
-    std::set<unsigned int> codes;
-    std::set<std::string> names;
     unsigned int last = 0;
     for (const zrLayout& layout : zrLayouts) {
         EXPECT_GT(layout.code, last) << "in order of codes: " << layout.name;
         last = layout.code;
-        codes.insert(layout.code);
-        names.insert(layout.name);
         EXPECT_EQ(zrFindLayout(layout.code), &layout);
+        EXPECT_EQ(zrdraw_packed_pixel_bytes(layout.code), layout.packedBytes);
         if (layout.packedBytes != 0) {
             EXPECT_EQ(layout.packedBytes, zrLineBytes(layout.line, 1)) << layout.name;
         }
-        // The channels of an 8-bit pixel are a permutation of its bytes.
-        const zrByteOrder& order = layout.bytes;
-        if (order.r >= 0) {
-            std::set<int> places{order.r, order.g, order.b};
-            if (order.a >= 0)
-                places.insert(order.a);
-            EXPECT_EQ(places.size(), zrLineBytes(layout.line, 1)) << layout.name;
-            EXPECT_EQ(*places.rbegin() + 1, static_cast<int>(places.size())) << layout.name;
-        }
     }
-    EXPECT_EQ(codes.size(), 26U);
-    EXPECT_EQ(names.size(), 26U);
+    EXPECT_EQ(std::size(zrLayouts), 26U);
     EXPECT_EQ(zrFindLayout(0), nullptr);
+    for (const unsigned int code : {0U, 1U, 4U, 14U, 30U, 39U, 10000U, ptNone})
+        EXPECT_EQ(zrdraw_packed_pixel_bytes(code), 0U) << code;
     EXPECT_EQ(zrLineBytes(zrFindLayout(ptBayerRGGB)->line, 1920), 2880U);
 }

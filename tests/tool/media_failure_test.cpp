@@ -109,14 +109,4 @@ TEST_F(Media, AFileThatIsCutOffIsReported) {
     }
 }
 
-TEST_F(Media, AChangeOfSizeIsReported) {
-    const SinkOptions options{"mpeg2video", "", false};
-    writeNoise(at("a.m2v"), infoOf(AV_PIX_FMT_YUV420P, 64, 48), 3, options);
-    writeNoise(at("b.m2v"), infoOf(AV_PIX_FMT_YUV420P, 96, 64), 3, options);
-    writeFile(at("ab.m2v"), readFile(at("a.m2v")) + readFile(at("b.m2v")));
-    const std::string error = errorOf([&] { readAll(at("ab.m2v")); });
-    EXPECT_NE(error.find("from 64x48 yuv420p to 96x64 yuv420p at frame"), std::string::npos)
-        << error;
-}
-
 } // namespace

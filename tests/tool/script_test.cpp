@@ -178,26 +178,6 @@ TEST(ScriptTest, QuotesKeepWhatTheyHold) {
     EXPECT_EQ(script[1].place, "-e:1:25");
 }
 
-TEST(ScriptTest, TwoWaysToTheSameMarks) {
-    const struct {
-        std::string one, other;
-    } cases[] = {
-        {"line 1 1 30 8", "move 1 1; lineto 30 8"},
-        {"wu 1 1 30 8", "move 1 1; wuto 30 8"},
-        {"ycbcr 0.5 0.4 0.6; point 2 2", "backycbcr 0.5 0.4 0.6; point 2 2 back"},
-        {"label 0 0 \"A\" inverse opaque", "label 0 0 \"A\" opaque inverse"},
-        {"label 8 0 \"A\"", "label 0 0 \" A\""},
-    };
-    for (const auto& [one, other] : cases) {
-        Canvas first(40, 20);
-        Canvas second(40, 20);
-        first.run(one);
-        second.run(other);
-        EXPECT_EQ(first.pixels(), second.pixels()) << one;
-        EXPECT_NE(first.pixels(), Canvas(40, 20).pixels()) << one;
-    }
-}
-
 TEST(ScriptTest, TextFlagsPlaceTheText) {
     // Two characters of 8 columns in the rectangle of 40 by 16: the first and last inked column,
     // and the first and last inked row.
