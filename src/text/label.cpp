@@ -60,8 +60,8 @@ int ZRDraw::LabelGetFontHeight() {
 
 int ZRDraw::Label(int x, int y, const char* text, bool inverse, bool opaque) {
     const CellStyle style{static_cast<int>(labelScale), inverse, opaque};
-    const int cellHeight = LabelGetFontHeight();
-    const int advance = LabelGetFontWidth();
+    const int cellHeight = labelHeight * style.scale;
+    const int advance = labelWidth * style.scale;
     // By contract: as unsigned numbers, which drops labels that start above the canvas while their
     // cells reach onto it, and those of scale 0.
     if (static_cast<unsigned int>(y) >= static_cast<unsigned int>(y + cellHeight))
