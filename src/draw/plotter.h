@@ -1,4 +1,4 @@
-// Many pixels of one object, one call of PutPixel or GetPixelRGBA each.
+// Shortcuts past PutPixel and GetPixelRGBA, where an object has nothing to say of its own.
 #pragma once
 
 #include <typeinfo>
