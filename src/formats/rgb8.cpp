@@ -1,14 +1,9 @@
 // The 8-bit RGB layouts. Almost everything of theirs is what ZRPixel does; the byte orders differ
 // by code in the table of layouts.
+#include "formats/readers.h"
 #include "pixel/byte_order.h"
-#include "pixel/hsv.h"
-#include "zrdraw/formats.h"
 
 namespace {
-
-unsigned int naturalLine(const ZRPixel& pixel, unsigned int code) {
-    return zrLineBytes(zrFindLayout(code)->line, pixel.width);
-}
 
 // By contract: no test of the address, unlike ZRPixel's own form.
 int readYCbCr(ZRPixel& pixel, unsigned int code, int x, int y, double& cy, double& cb, double& cr,
@@ -17,17 +12,6 @@ int readYCbCr(ZRPixel& pixel, unsigned int code, int x, int y, double& cy, doubl
     const Rgba rgba = unpackRgba(address, byteOrderOf(code));
     a = rgba.a;
     pixel.RGBToYCbCr(rgba.r, rgba.g, rgba.b, a, cy, cb, cr, a);
-    return 0;
-}
-
-// By contract: grey has hue -1.0 here, and the answer is 0 even off the canvas.
-int readHsv(ZRPixel& pixel, int x, int y, double& h, double& s, double& v, double& a) {
-    double r = 0.0, g = 0.0, b = 0.0;
-    pixel.GetPixelRGBA(x, y, r, g, b, a);
-    const Hsv hsv = toHsv(r, g, b, noHue);
-    h = hsv.h;
-    s = hsv.s;
-    v = hsv.v;
     return 0;
 }
 
@@ -48,7 +32,8 @@ int CDrawRGBA32::GetPixelYCbCr(int x, int y, double& cy, double& cb, double& cr,
 }
 
 int CDrawRGBA32::GetPixelHSV(int x, int y, double& h, double& s, double& v, double& a) {
-    return readHsv(*this, x, y, h, s, v, a);
+    // By contract: black off the canvas too, with an answer of 0.
+    return readHsv(*this, x, y, h, s, v, a, noHue);
 }
 
 CDrawRGB24::CDrawRGB24(unsigned int code) : ZRDraw(code) {
@@ -66,5 +51,5 @@ int CDrawRGB24::GetPixelYCbCr(int x, int y, double& cy, double& cb, double& cr, 
 }
 
 int CDrawRGB24::GetPixelHSV(int x, int y, double& h, double& s, double& v, double& a) {
-    return readHsv(*this, x, y, h, s, v, a);
+    return readHsv(*this, x, y, h, s, v, a, noHue);
 }

@@ -20,6 +20,36 @@ ZRDraw* makeDraw(unsigned int code) {
     case ptRGB24:
     case ptBGR24:
         return new CDrawRGB24(code);
+    case ptYUYV:
+    case ptUYVY:
+    case ptYVYU:
+    case ptVYUY:
+        return new CDrawYCbCrYUYV(code);
+    case ptV210:
+        return new CDrawYCbCr10(code);
+    case ptRGB30DPX:
+        return new CDrawRGB30DPX(code);
+    case ptBayerBGGR:
+    case ptBayerRGGB:
+    case ptBayerGBRG:
+    case ptBayerGRBG:
+    case ptBayerBGGRc:
+    case ptBayerRGGBc:
+    case ptBayerGBRGc:
+    case ptBayerGRBGc:
+        return new CDrawBayer(code);
+    case ptRGB48:
+        return new CDrawRGB48(code);
+    case ptARGB64:
+        return new CDrawARGB64(code);
+    case ptRGBHalf48:
+        return new CDrawRGBHalf48(code);
+    case ptRGBAHalf:
+        return new CDrawRGBAHalf(code);
+    case ptUV8:
+        return new CDrawUV8(code);
+    case ptUV16:
+        return new CDrawUV16(code);
     default:
         return nullptr;
     }

@@ -1,0 +1,192 @@
+// The v210 layout: three 10-bit samples in each 32-bit word, six pixels in four words.
+#include <array>
+
+#include "formats/readers.h"
+#include "pixel/truncate.h"
+
+namespace {
+
+constexpr int groupPixels = 6;
+constexpr int groupBytes = 16;
+constexpr double per1024 = 1.0 / 1024;
+constexpr unsigned int sampleBits = 0x3FF;
+
+// A sample of a group: its word, and the bit of it where the sample begins.
+struct Place {
+    unsigned int word, bit;
+};
+
+struct PixelPlaces {
+    Place y, cb, cr;
+};
+
+constexpr Place cb0{0, 0}, y0{0, 10}, cr0{0, 20}, y1{1, 0}, cb2{1, 10}, y2{1, 20};
+constexpr Place cr2{2, 0}, y3{2, 10}, cb4{2, 20}, y4{3, 0}, cr4{3, 10}, y5{3, 20};
+
+constexpr PixelPlaces written[groupPixels] = {{y0, cb0, cr0}, {y1, cb0, cr0}, {y2, cb2, cr2},
+                                              {y3, cb2, cr2}, {y4, cb4, cr4}, {y5, cb4, cr4}};
+// By contract: the last pixel of a group reads the luma of the third.
+constexpr PixelPlaces read[groupPixels] = {{y0, cb0, cr0}, {y1, cb0, cr0}, {y2, cb2, cr2},
+                                           {y3, cb2, cr2}, {y4, cb4, cr4}, {y2, cb4, cr4}};
+
+// The samples of a pixel never lie more than a word apart, so that one load and one store of two
+// words write them. All but the samples themselves is kept, bits 30 and 31 of a word too.
+struct Window {
+    unsigned int byte; // where the two words begin in the group
+    unsigned int y, cb, cr;
+    unsigned long kept;
+};
+
+constexpr auto windows = [] {
+    std::array<Window, groupPixels> all{};
+    for (int i = 0; i < groupPixels; ++i) {
+        const PixelPlaces& places = written[i];
+        const unsigned int first = std::min({places.y.word, places.cb.word, places.cr.word, 2U});
+        const auto bitOf = [first](Place place) { return 32 * (place.word - first) + place.bit; };
+        Window& window = all[static_cast<std::size_t>(i)];
+        window = {4 * first, bitOf(places.y), bitOf(places.cb), bitOf(places.cr), 0};
+        for (const unsigned int bit : {window.y, window.cb, window.cr})
+            window.kept |= static_cast<unsigned long>(sampleBits) << bit;
+        window.kept = ~window.kept;
+    }
+    return all;
+}();
+
+char* groupAddress(const ZRPixel& pixel, int x, int y) {
+    return byteAddress(pixel, y, groupBytes * (x / groupPixels));
+}
+
+unsigned int sampleAt(const char* group, Place place) {
+    return loadWord(group + 4 * place.word) >> place.bit & sampleBits;
+}
+
+struct Samples {
+    unsigned int y, cb, cr;
+};
+
+// By contract: the position in the group is that of x as given, so one past the edge reads by the
+// row behind that of the last pixel.
+Samples readGroup(const char* group, int x) {
+    const PixelPlaces& places = read[static_cast<unsigned int>(x) % groupPixels];
+    return {sampleAt(group, places.y), sampleAt(group, places.cb), sampleAt(group, places.cr)};
+}
+
+} // namespace
+
+CDrawYCbCr10::CDrawYCbCr10(unsigned int code)
+    : ZRDraw(code), yOffset(64.0), yScale(940.0), cbOffset(64.0), cbScale(876.0), crOffset(64.0),
+      crScale(876.0), foreWord(0x3AC1F63AC1F6), backWord(0x401F60401F6), reservedWord(0) {
+    constexpr unsigned int sibling1 = 15, sibling2 = 16;
+    pixelType = code == sibling1 || code == sibling2 ? code : ptV210;
+}
+
+CDrawYCbCr10::~CDrawYCbCr10() = default;
+
+int CDrawYCbCr10::SetCanvas(char* newCanvas, int newHeight, int newWidth, int newPitch) {
+    constexpr int leastHighDefinition = 721;
+    ZRPixel::SetCanvas(newCanvas, newHeight, newWidth, newPitch);
+    flipped = false;
+    // By contract: a negative pitch is above any line as an unsigned number, and so is not raised.
+    const unsigned int natural = naturalLine(*this, ptV210);
+    if (static_cast<unsigned int>(newPitch) < natural)
+        pitch = natural;
+    yCbCrMode = newWidth < leastHighDefinition ? cmRec601 : cmRec709;
+    return 0;
+}
+
+unsigned int CDrawYCbCr10::GetPitch() {
+    return naturalLine(*this, ptV210);
+}
+
+char* CDrawYCbCr10::GetPixel(int x, int y) {
+    return pullOntoCanvas(*this, x, y) ? groupAddress(*this, x, y) : nullptr;
+}
+
+int CDrawYCbCr10::PutPixel(int x, int y, bool selector) {
+    if (!pullOntoCanvas(*this, x, y))
+        return -1;
+    const Window& window = windows[static_cast<unsigned int>(x) % groupPixels];
+    const unsigned long color = selector ? foreWord : backWord;
+    char* const words = groupAddress(*this, x, y) + window.byte;
+    unsigned long value;
+    std::memcpy(&value, words, sizeof value);
+    value = (value & window.kept) | (color & sampleBits) << window.y |
+            (color >> 10 & sampleBits) << window.cb | (color >> 20 & sampleBits) << window.cr;
+    std::memcpy(words, &value, sizeof value);
+    return 0;
+}
+
+int CDrawYCbCr10::GetPixelRGBA(int x, int y, double& r, double& g, double& b, double& a) {
+    const char* group = GetPixel(x, y);
+    if (group == nullptr)
+        return 0;
+    const Samples samples = readGroup(group, x);
+    a = 0.0;
+    return YCbCrToRGB(samples.y * per1024, samples.cb * per1024, samples.cr * per1024, 0.0, r, g, b,
+                      a);
+}
+
+// By contract: this form and the two below answer 0 off the canvas too, and write nothing there.
+int CDrawYCbCr10::GetPixelYCbCr(int x, int y, double& cy, double& cb, double& cr, double& a) {
+    const char* group = GetPixel(x, y);
+    if (group == nullptr)
+        return 0;
+    const Samples samples = readGroup(group, x);
+    cy = samples.y * per1024;
+    cb = samples.cb * per1024;
+    cr = samples.cr * per1024;
+    a = 1.0;
+    return 0;
+}
+
+int CDrawYCbCr10::GetPixelYCbCr8(int x, int y, unsigned char& cy, unsigned char& cb,
+                                 unsigned char& cr, unsigned char& a) {
+    const char* group = GetPixel(x, y);
+    if (group == nullptr)
+        return 0;
+    const Samples samples = readGroup(group, x);
+    cy = static_cast<unsigned char>(samples.y >> 2);
+    cb = static_cast<unsigned char>(samples.cb >> 2);
+    // By contract: the first pixel of a group gives the low eight bits of its Cr.
+    cr = static_cast<unsigned char>(x % groupPixels == 0 ? samples.cr : samples.cr >> 2);
+    a = 1; // by contract, not full scale
+    return 0;
+}
+
+int CDrawYCbCr10::GetPixelYCbCr10(int x, int y, unsigned int& cy, unsigned int& cb,
+                                  unsigned int& cr, unsigned int& a) {
+    const char* group = GetPixel(x, y);
+    if (group == nullptr)
+        return 0;
+    const Samples samples = readGroup(group, x);
+    cy = samples.y;
+    cb = samples.cb;
+    cr = samples.cr;
+    a = 1;
+    return 0;
+}
+
+int CDrawYCbCr10::GetPixelHSV(int, int, double&, double&, double&, double&) {
+    return -1;
+}
+
+double CDrawYCbCr10::GetLuma(int x, int y) {
+    return readGroup(GetPixel(x, y), x).y * per1024;
+}
+
+int CDrawYCbCr10::SetColorYCbCr(double y, double cb, double cr, double, bool selector) {
+    constexpr double full = 1023.0;
+    return CDrawYCbCr10::SetColorYCbCr10(truncateToWord(y * full), truncateToWord(cb * full),
+                                         truncateToWord(cr * full), 0, selector);
+}
+
+int CDrawYCbCr10::SetColorRGBA(double r, double g, double b, double, bool selector) {
+    return setColorByMatrix(*this, r, g, b, selector);
+}
+
+// By contract: added without masks, so that a sample above 1023 runs into the next.
+int CDrawYCbCr10::SetColorYCbCr10(unsigned int y, unsigned int cb, unsigned int cr, unsigned int,
+                                  bool selector) {
+    (selector ? foreWord : backWord) = y + (cb << 10) + (cr << 20);
+    return 0;
+}
