@@ -23,6 +23,7 @@ int main(int argc, char** argv) {
     addSpanComparisons();
     addLineComparisons();
     addAreaComparisons();
+    addFormatComparisons();
     TableReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();

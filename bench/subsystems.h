@@ -4,3 +4,4 @@
 void addSpanComparisons();
 void addLineComparisons();
 void addAreaComparisons();
+void addFormatComparisons();

@@ -55,6 +55,8 @@ void callChain(Session& s) {
 }
 
 void readAnywhere(Session& s) {
+    if (!s.mayReadAnywhere())
+        return;
     const _POINT p = s.input.point();
     double a = 0, b = 0, c = 0, d = 0;
     s.draw().GetPixelRGBA(p.x, p.y, a, b, c, d);

@@ -28,7 +28,7 @@ void Session::makeFrame() {
     m_frame = std::make_unique<GuardedFrame>(shape);
     // By contract: lines of 32-bit layouts start at a multiple of four bytes, which may lie in the
     // padding of the line before.
-    if (is32() && shape.pitch() % 4 != 0)
+    if ((is32() && shape.pitch() % 4 != 0) || writesBehindLines(width))
         m_linesApart = false;
 }
 
@@ -39,10 +39,11 @@ void Session::changeFrame() {
         !is24() || (!m_draw->transparency && !m_draw->alphaAdditive && m_draw->textTransparent);
     makeFrame();
     const FrameShape& shape = m_frame->shape();
-    char* canvas = input.below(8) == 7 ? nullptr : m_frame->bytes();
-    // The signs say nothing about where the pixels are, and 0 is the natural line.
+    char* canvas = input.below(8) == 7 && !readsUntested() ? nullptr : m_frame->bytes();
+    // The signs say nothing about where the pixels are, or that there are none; 0 is the natural
+    // line.
     const int height = input.flag() ? -shape.height : shape.height;
-    const int pitch = input.flag() ? -shape.pitch() : shape.pitch();
+    const int pitch = input.flag() && !keepsSigns() ? -shape.pitch() : shape.pitch();
     const bool natural = shape.padding == 0 && input.flag();
     m_draw->SetCanvas(canvas, height, shape.width, natural ? 0 : pitch);
 }
@@ -70,7 +71,10 @@ void Session::notePaintedWhole() {
 }
 
 bool Session::pixelOnCanvas(_POINT& at) {
+    const int lines = static_cast<int>(m_draw->height);
+    if (m_draw->canvas == nullptr || lines < 0)
+        return false;
     at.x = input.between(0, static_cast<int>(m_draw->width));
-    at.y = input.between(0, static_cast<int>(m_draw->height));
-    return m_draw->canvas != nullptr;
+    at.y = input.between(0, lines);
+    return true;
 }

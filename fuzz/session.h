@@ -27,6 +27,9 @@ public:
     bool mayPaintWhole() const { return m_draw->canvas != nullptr || !is32(); }
     void notePaintedWhole();
 
+    // Readers of these layouts test no coordinate.
+    bool mayReadAnywhere() const { return !readsUntested(); }
+
     // A pixel on the canvas, for reads that do not test it; false without a canvas.
     bool pixelOnCanvas(_POINT& at);
 
@@ -39,6 +42,11 @@ private:
 
     bool is32() const { return m_layout.code <= ptABGR32; }
     bool is24() const { return m_layout.code == ptRGB24 || m_layout.code == ptBGR24; }
+    bool readsUntested() const { return m_layout.mosaic[0] != '\0' || m_layout.code == ptRGB30DPX; }
+    bool hasPairs() const { return m_layout.pair.y0 >= 0; }
+    // By contract: these take height, width and pitch with their signs.
+    bool keepsSigns() const { return hasPairs() || m_layout.code >= ptUV8; }
+    bool writesBehindLines(int width) const { return hasPairs() && width % 2 != 0; }
     void makeFrame();
 
     const zrLayout& m_layout;

@@ -33,7 +33,7 @@ ZRDRAW_API int qtAddRefDraw(ZRDraw* draw);
 /** One reference less; after the last one the caller's pointer dangles. @return 0 */
 ZRDRAW_API int qtReleaseDraw(ZRDraw* draw);
 
-/** As the free functions SetFont and UseDefaultFont. @return 0 */
+/** As the free functions SetFont and UseDefaultFont, with their answers. */
 ZRDRAW_API int qtSetFont(ZRDraw* draw, char* name);
 ZRDRAW_API int qtUseDefaultFont(ZRDraw* draw, bool builtIn);
 

@@ -87,7 +87,8 @@ public:
  * pair decides them. A write is opaque, and leaves bits 30 and 31 of each word alone.
  *
  * SetCanvas raises a pitch below the natural line, which is 128 bytes for each started 48 pixels,
- * and sets the matrix mode: BT.601 below a width of 721, else BT.709.
+ * but not a negative one, whose magnitude stands; and it sets the matrix mode: BT.601 below a width
+ * of 721, else BT.709.
  *
  * Colours: SetColorYCbCr takes fractions of 1023, SetColorYCbCr10 samples as they are, unmasked.
  *
@@ -232,8 +233,11 @@ public:
  * opaque. SetColorRGBA stores into the members below, and GetColorRGBA does not read them.
  *
  * Readers take the 2 x 2 cell that the pixel is in, with the first green of it, as 8-bit values;
- * alpha is 1.0. They need the line below, so an odd height is the caller's care. No coordinate is
- * tested. GetLuma averages three raw bytes from the line as given, not from the cell's first.
+ * alpha is 1.0. No coordinate is tested, and they read beyond what they are given: GetLuma reads
+ * the line below the given one, GetPixelRGBA that below an even one and that below the last for a
+ * coordinate equal to the height, and in the last column of an odd width both read a byte behind
+ * the natural line. GetLuma averages three raw bytes from the line as given, not from the cell's
+ * first.
  */
 class ZRDRAW_API CDrawBayer : public virtual ZRDraw {
 public:

@@ -221,9 +221,6 @@ TEST_F(CommandTest, FailuresAreOneLineAndLeaveNothing) {
         {"$Z draw $M/clip.mkv out.mkv -e 'lien 0 0 1 1'", 2, "did you mean line?"},
         {"$Z draw $M/clip.mkv out.mkv --script none.txt", 1, "'none.txt': No such file"},
         {"$Z draw $M/clip.mkv out.mkv --script .", 1, "'.': Is a directory"},
-        {"$Z draw $M/clip.mkv out.mkv --layout v210", 1,
-         "layout v210 cannot be drawn on by this version; use one of: rgba, argb, bgra, abgr, "
-         "rgb24, bgr24"},
         {"$Z draw $M/clip.mkv out.mkv --layout bgr", 2, "there is no layout 'bgr'"},
         {"$Z draw $M/clip.mkv out.mkv --frames 5-6", 2, "--frames: expected"},
         {"$Z draw $M/clip.mkv out.mkv --frames -1", 2, "--frames: expected"},

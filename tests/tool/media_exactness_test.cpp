@@ -29,24 +29,21 @@ TEST_F(Media, LosslessFormatsReturnEveryByte) {
         ASSERT_EQ(frames.size(), static_cast<std::size_t>(row.frames));
         for (unsigned i = 0; i < frames.size(); ++i)
             EXPECT_EQ(frames[i], noiseAsBgra(i, info, row.alpha)) << "seed " << i;
-        EXPECT_EQ(FrameSource(at(row.name)).info().picture, row.frames == 1);
+        EXPECT_EQ(FrameSource(at(row.name), bgra).info().picture, row.frames == 1);
     }
 }
 
-TEST_F(Media, EveryWorkingLayoutHasItsChannelsInPlace) {
+TEST_F(Media, RgbLayoutsHaveTheirChannelsInPlace) {
     writeNoise(at("in.png"), infoOf(AV_PIX_FMT_RGB24), 1);
     const Bytes expected = readAll(at("in.png")).at(0);
-    int served = 0;
     for (const zrLayout& layout : zrLayouts) {
-        const std::optional<AVPixelFormat> format = workingPixelFormat(layout.code);
-        if (!format)
+        if (layout.bytes.r < 0)
             continue;
-        ++served;
         SCOPED_TRACE(layout.name);
-        FrameSource source(at("in.png"));
+        FrameSource source(at("in.png"), layout);
         const FramePtr frame(av_frame_alloc());
         ASSERT_TRUE(source.read(*frame));
-        WorkingFrame canvas(*format, 64, 48);
+        WorkingFrame canvas(layout, 64, 48);
         EXPECT_EQ(reinterpret_cast<std::uintptr_t>(canvas.data()) % 64, 0u);
         canvas.load(*frame);
         const int size = layout.bytes.a < 0 ? 3 : 4;
@@ -59,16 +56,10 @@ TEST_F(Media, EveryWorkingLayoutHasItsChannelsInPlace) {
             ASSERT_EQ(size == 4 ? pixel[layout.bytes.a] : 255, 255);
         }
     }
-    EXPECT_GE(served, 6);
 }
 
 FramePtr flatFrame(AVPixelFormat format, int width, int height, int y, int cb, int cr) {
-    FramePtr frame(av_frame_alloc());
-    frame->format = format;
-    frame->width = width;
-    frame->height = height;
-    if (av_frame_get_buffer(frame.get(), 0) < 0)
-        throw std::bad_alloc();
+    FramePtr frame = makeFrame(format, width, height);
     const int samples[3] = {y, cb, cr};
     for (int plane = 0; plane < 3; ++plane) {
         const int lines = plane == 0 ? height : height / 2;
@@ -99,7 +90,7 @@ TEST_F(Media, MatrixAndRangeFollowTheFrameAndComeBack) {
         in->colorspace = row.space;
         in->color_range = row.range;
         in->interlaced_frame = in->top_field_first = 1;
-        WorkingFrame canvas(AV_PIX_FMT_RGB24, 64, row.height);
+        WorkingFrame canvas(*zrFindLayout(ptRGB24), 64, row.height);
         canvas.load(*in);
 
         const double luma = row.full ? y : (y - 16) * 255.0 / 219;
@@ -132,7 +123,7 @@ TEST_F(Media, StreamPropertiesPassThroughAClip) {
     info.chromaLocation = AVCHROMA_LOC_LEFT;
     info.fieldOrder = AV_FIELD_TT;
     writeNoise(at("a.mkv"), info, 4, {"", "ffv1", false});
-    const StreamInfo found = FrameSource(at("a.mkv")).info();
+    const StreamInfo found = FrameSource(at("a.mkv"), bgra).info();
     EXPECT_EQ(av_cmp_q(found.frameRate, info.frameRate), 0);
     EXPECT_EQ(av_cmp_q(found.sampleAspect, info.sampleAspect), 0);
     EXPECT_EQ(found.pixelFormat, info.pixelFormat);

@@ -5,11 +5,11 @@ namespace {
 
 TEST_F(Media, AnUnfinishedResultLeavesNothing) {
     {
-        FrameSink sink(at("a.mkv"), {}, infoOf(AV_PIX_FMT_YUV420P), AV_PIX_FMT_BGRA);
+        FrameSink sink(at("a.mkv"), {}, infoOf(AV_PIX_FMT_YUV420P), bgra);
         EXPECT_EQ(fileCount(), 1u);
         EXPECT_FALSE(fs::exists(at("a.mkv")));
         const FramePtr frame = sink.makeFrame();
-        WorkingFrame(AV_PIX_FMT_BGRA, 64, 48).store(*frame);
+        WorkingFrame(bgra, 64, 48).store(*frame);
         frame->pts = 0;
         sink.write(*frame);
     }
@@ -77,7 +77,7 @@ TEST_F(Media, InputsThatAreNoMediaAreNamed) {
     }
     EXPECT_NE(errorOf(
                   [&] {
-                      readAll(at("text"), RawFormat{AV_PIX_FMT_BGRA, 0, 4, {25, 1}});
+                      readAll(at("text"), RawFormat{0, 4, {25, 1}});
                   },
                   ExitStatus::BadUsage)
                   .find("0x4"),

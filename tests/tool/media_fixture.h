@@ -44,12 +44,24 @@ protected:
     fs::path m_folder;
 };
 
+inline const zrLayout& bgra = *zrFindLayout(ptBGRA32);
+
 inline StreamInfo infoOf(AVPixelFormat format, int width = 64, int height = 48) {
     StreamInfo info;
     info.pixelFormat = format;
     info.width = width;
     info.height = height;
     return info;
+}
+
+inline FramePtr makeFrame(AVPixelFormat format, int width, int height) {
+    FramePtr frame(av_frame_alloc());
+    frame->format = format;
+    frame->width = width;
+    frame->height = height;
+    if (av_frame_get_buffer(frame.get(), 0) < 0)
+        throw std::bad_alloc();
+    return frame;
 }
 
 inline std::string readFile(const std::string& path) {
@@ -78,9 +90,9 @@ inline Bytes pixelsOf(WorkingFrame& canvas, int bytesPerPixel) {
 
 // Writes frames of noise, the seeds of which are the frames' numbers.
 inline void writeNoise(const std::string& path, const StreamInfo& info, int frames,
-                       const SinkOptions& options = {}, AVPixelFormat working = AV_PIX_FMT_BGRA) {
-    FrameSink sink(path, options, info, working);
-    WorkingFrame canvas(working, info.width, info.height);
+                       const SinkOptions& options = {}, const zrLayout& layout = bgra) {
+    FrameSink sink(path, options, info, layout);
+    WorkingFrame canvas(layout, info.width, info.height);
     for (int i = 0; i < frames; ++i) {
         fillNoise(canvas, static_cast<unsigned>(i));
         const FramePtr frame = sink.makeFrame();
@@ -93,8 +105,8 @@ inline void writeNoise(const std::string& path, const StreamInfo& info, int fram
 
 inline std::vector<Bytes> readAll(const std::string& path,
                                   const std::optional<RawFormat>& raw = std::nullopt) {
-    FrameSource source(path, raw);
-    WorkingFrame canvas(AV_PIX_FMT_BGRA, source.info().width, source.info().height);
+    FrameSource source(path, bgra, raw);
+    WorkingFrame canvas(bgra, source.info().width, source.info().height);
     const FramePtr frame(av_frame_alloc());
     std::vector<Bytes> frames;
     while (source.read(*frame)) {
@@ -116,7 +128,7 @@ inline std::string errorOf(const std::function<void()>& action,
 }
 
 inline Bytes noiseAsBgra(unsigned seed, const StreamInfo& info, bool alpha) {
-    WorkingFrame canvas(AV_PIX_FMT_BGRA, info.width, info.height);
+    WorkingFrame canvas(bgra, info.width, info.height);
     fillNoise(canvas, seed);
     Bytes pixels = pixelsOf(canvas, 4);
     for (std::size_t i = 3; i < pixels.size() && !alpha; i += 4)

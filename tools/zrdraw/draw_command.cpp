@@ -109,11 +109,10 @@ FrameRange parseFrameRange(std::string_view text) {
     return range;
 }
 
-std::optional<RawFormat> parseRaw(const std::string& text, AVPixelFormat pixelFormat) {
+std::optional<RawFormat> parseRaw(const std::string& text) {
     if (text.empty())
         return std::nullopt;
     RawFormat raw;
-    raw.pixelFormat = pixelFormat;
     const std::size_t at = text.find('@');
     const bool valid =
         av_parse_video_size(&raw.width, &raw.height, text.substr(0, at).c_str()) >= 0 &&
@@ -129,11 +128,11 @@ std::optional<RawFormat> parseRaw(const std::string& text, AVPixelFormat pixelFo
 // passes from one frame to the next.
 class ScriptRunner {
 public:
-    ScriptRunner(const Script& script, const zrLayout& layout, bool quiet, Progress& progress)
-        : m_script(script), m_layout(layout), m_quiet(quiet), m_progress(progress) {}
+    ScriptRunner(const Script& script, bool quiet, Progress& progress)
+        : m_script(script), m_quiet(quiet), m_progress(progress) {}
 
     void run(WorkingFrame& frame) {
-        const DrawPtr draw = makeDraw(m_layout, frame);
+        const DrawPtr draw = makeDraw(frame);
         for (const Command& command : m_script) {
             if (command.run(*draw) == -1 && m_refused.insert(&command).second && !m_quiet)
                 warn(command, frame);
@@ -152,7 +151,6 @@ private:
     }
 
     const Script& m_script;
-    const zrLayout& m_layout;
     bool m_quiet;
     Progress& m_progress;
     std::set<const Command*> m_refused; // warned of already
@@ -201,13 +199,12 @@ std::int64_t drawFrames(FrameSource& source, FrameSink& sink, FrameRange range,
 
 void drawClip(const DrawOptions& options, const Script& script, FrameRange range,
               const zrLayout& layout, const std::optional<RawFormat>& raw) {
-    const AVPixelFormat working = workingPixelFormat(layout.code).value();
-    FrameSource source(options.input, raw, interruptReads);
+    FrameSource source(options.input, layout, raw, interruptReads);
     const StreamInfo& info = source.info();
-    FrameSink sink(options.output, {options.format, options.codec, options.force}, info, working);
-    WorkingFrame canvas(working, info.width, info.height);
+    WorkingFrame canvas(layout, info.width, info.height);
+    FrameSink sink(options.output, {options.format, options.codec, options.force}, info, layout);
     Progress progress(progressMode(options), framesToCome(info, range, sink.takesOneFrame()));
-    ScriptRunner runner(script, layout, options.quiet, progress);
+    ScriptRunner runner(script, options.quiet, progress);
     if (drawFrames(source, sink, range, canvas, runner, progress) == 0)
         throw Failure(fmt::format("'{}' has no frame {}", options.input,
                                   options.frames.empty() ? "at all" : "in " + options.frames));
@@ -245,9 +242,8 @@ CLI::App* addDrawCommand(CLI::App& app, DrawOptions& options) {
 void runDraw(const DrawOptions& options) {
     const Script script = readScripts(options);
     const FrameRange range = parseFrameRange(options.frames);
-    const zrLayout& layout = drawableLayout(options.layout);
-    const std::optional<RawFormat> raw =
-        parseRaw(options.raw, workingPixelFormat(layout.code).value());
+    const zrLayout& layout = layoutNamed(options.layout);
+    const std::optional<RawFormat> raw = parseRaw(options.raw);
     OutputFile::checkPath(options.output, options.force);
 
     quietAv();

@@ -5,9 +5,12 @@
 
 #include <fmt/format.h>
 
-DrawPtr makeDraw(const zrLayout& layout, WorkingFrame& frame) {
+DrawPtr makeDraw(WorkingFrame& frame) {
+    const zrLayout& layout = frame.layout();
     ZRDraw* draw = nullptr;
     if (GetDraw(layout.code, frame.width(), frame.height(), frame.pitch(), frame.data(), draw) != 0)
         throw Failure(fmt::format("no drawing object for layout {}", layoutName(layout)));
+    if (const std::optional<cmYCbCr> mode = frame.matrixMode())
+        draw->SetYCbCrMode(*mode);
     return DrawPtr(draw);
 }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "media/working_frame.h"
-#include "zrdraw/layouts.h"
 #include "zrdraw/zrdraw.h"
 
 #include <memory>
@@ -12,5 +11,6 @@ struct DrawRelease {
 };
 using DrawPtr = std::unique_ptr<ZRDraw, DrawRelease>;
 
-// A new object, in the state of every new object, that draws on the frame.
-DrawPtr makeDraw(const zrLayout& layout, WorkingFrame& frame);
+// A new object that draws on the frame. It is in the state of every new object, but that on
+// canvases in Y, Cb and Cr its matrix mode is that of the picture.
+DrawPtr makeDraw(WorkingFrame& frame);

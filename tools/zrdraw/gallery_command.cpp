@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 
 #include <filesystem>
+#include <functional>
 #include <set>
 #include <system_error>
 
@@ -17,8 +18,7 @@ namespace fs = std::filesystem;
 namespace {
 
 struct Picture {
-    Sheet (*make)(const zrLayout& layout);
-    const zrLayout& layout;
+    std::function<Sheet()> make;
     std::string path;
 };
 
@@ -27,15 +27,16 @@ std::vector<Picture> listPictures(const GalleryOptions& options) {
     const std::set<std::string> layouts(options.layouts.begin(), options.layouts.end());
     std::vector<Picture> pictures;
     for (const std::string& name : layouts) {
-        const zrLayout& layout = drawableLayout(name);
+        const zrLayout& layout = layoutNamed(name);
         const auto pathOf = [&](const char* stem) {
             const std::string file = layouts.size() == 1 ? fmt::format("{}.png", stem)
                                                          : fmt::format("{}-{}.png", stem, name);
             return (fs::path(options.folder) / file).string();
         };
-        pictures.push_back({makeOperationsSheet, layout, pathOf("operations")});
-        pictures.push_back({makeFontSheet, layout, pathOf("font")});
+        pictures.push_back({[&] { return makeOperationsSheet(layout); }, pathOf("operations")});
+        pictures.push_back({[&] { return makeFontSheet(layout); }, pathOf("font")});
     }
+    pictures.push_back({makeLayoutsSheet, (fs::path(options.folder) / "layouts.png").string()});
     return pictures;
 }
 
@@ -50,7 +51,8 @@ void makeFolder(const std::string& folder) {
 
 CLI::App* addGalleryCommand(CLI::App& app, GalleryOptions& options) {
     CLI::App* gallery = app.add_subcommand(
-        "gallery", "Draw every operation and the built-in font: operations.png and font.png");
+        "gallery", "Draw every operation, the built-in font, and one picture in every layout: "
+                   "operations.png, font.png and layouts.png");
     gallery->add_option("DIR", options.folder, "Folder for the pictures, made if missing")
         ->required();
     gallery
@@ -70,5 +72,5 @@ void runGallery(const GalleryOptions& options) {
         OutputFile::checkPath(picture.path, options.force);
     quietAv();
     for (const Picture& picture : pictures)
-        picture.make(picture.layout).writePng(picture.path, options.force);
+        picture.make().writePng(picture.path, options.force);
 }

@@ -1,4 +1,4 @@
-// `zrdraw gallery`: pictures of every operation and of the built-in font.
+// `zrdraw gallery`: pictures of every operation, of the built-in font and of every layout.
 #pragma once
 
 #include <CLI/App.hpp>

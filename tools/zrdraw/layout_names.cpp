@@ -1,8 +1,6 @@
 #include "layout_names.h"
 
 #include "error.h"
-#include "media/working_frame.h"
-#include "zrdraw/zrdraw.h"
 
 #include <fmt/format.h>
 
@@ -14,23 +12,10 @@
 
 namespace {
 
-// Both the library must draw on the layout and the media side convert to it.
-bool isDrawable(const zrLayout& layout) {
-    if (!workingPixelFormat(layout.code))
-        return false;
-    ZRDraw* draw = nullptr;
-    const bool served = GetDraw(layout.code, 1, 1, 0, nullptr, draw) == 0;
-    if (draw != nullptr)
-        ReleaseDraw(draw);
-    return served;
-}
-
-std::string namesOfDrawable() {
+std::string allNames() {
     std::vector<std::string> names;
-    for (const zrLayout& layout : zrLayouts) {
-        if (isDrawable(layout))
-            names.push_back(layoutName(layout));
-    }
+    for (const zrLayout& layout : zrLayouts)
+        names.push_back(layoutName(layout));
     return fmt::format("{}", fmt::join(names, ", "));
 }
 
@@ -47,16 +32,10 @@ std::string layoutName(const zrLayout& layout) {
     return result;
 }
 
-const zrLayout& drawableLayout(const std::string& name) {
+const zrLayout& layoutNamed(const std::string& name) {
     for (const zrLayout& layout : zrLayouts) {
-        if (layoutName(layout) != name)
-            continue;
-        if (!isDrawable(layout))
-            throw Failure(
-                fmt::format("layout {} cannot be drawn on by this version; use one of: {}", name,
-                            namesOfDrawable()));
-        return layout;
+        if (layoutName(layout) == name)
+            return layout;
     }
-    throw UsageError(
-        fmt::format("there is no layout '{}'; use one of: {}", name, namesOfDrawable()));
+    throw UsageError(fmt::format("there is no layout '{}'; use one of: {}", name, allNames()));
 }

@@ -9,5 +9,5 @@
 // bgra, rgb24, v210, rgbahalf.
 std::string layoutName(const zrLayout& layout);
 
-// A layout that frames can be drawn on in. Anything else is refused with the names to use.
-const zrLayout& drawableLayout(const std::string& name);
+// The layout of a name. Any other name is refused with the names to use.
+const zrLayout& layoutNamed(const std::string& name);

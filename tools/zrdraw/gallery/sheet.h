@@ -1,4 +1,4 @@
-// A picture that is put together from labels and smaller pictures.
+// A picture that is put together from labels, marks and smaller pictures.
 #pragma once
 
 #include "drawing.h"
@@ -12,13 +12,12 @@ public:
 
     ZRDraw& draw() { return *m_draw; }
 
-    // Copies a picture of the sheet's layout in; it must fit.
+    // Copies a picture of any layout onto a sheet in BGRA; it must fit.
     void paste(WorkingFrame& picture, int x, int y);
 
     void writePng(const std::string& path, bool force);
 
 private:
-    const zrLayout& m_layout;
     WorkingFrame m_frame;
     DrawPtr m_draw;
 };

@@ -8,3 +8,6 @@ Sheet makeOperationsSheet(const zrLayout& layout);
 
 // The 256 glyphs of the built-in font by the two digits of their hexadecimal code.
 Sheet makeFontSheet(const zrLayout& layout);
+
+// One drawing on one picture in each of the layouts.
+Sheet makeLayoutsSheet();

@@ -2,6 +2,8 @@
 
 #include "error.h"
 #include "media/output_format.h"
+#include "media/packing.h"
+#include "media/pixel_formats.h"
 
 #include <fmt/format.h>
 
@@ -10,7 +12,6 @@
 
 extern "C" {
 #include <libavutil/dict.h>
-#include <libavutil/pixdesc.h>
 }
 
 namespace {
@@ -54,7 +55,7 @@ std::string sizeRemark(AVPixelFormat format, int width, int height) {
 } // namespace
 
 FrameSink::FrameSink(const std::string& path, const SinkOptions& options, const StreamInfo& source,
-                     AVPixelFormat working)
+                     const zrLayout& layout)
     : m_name(path == "-" ? "standard output" : fmt::format("'{}'", path)),
       m_packet(av_packet_alloc()) {
     if (!m_packet)
@@ -67,8 +68,13 @@ FrameSink::FrameSink(const std::string& path, const SinkOptions& options, const 
     m_encoder.reset(avcodec_alloc_context3(&codec));
     if (!m_encoder)
         throw std::bad_alloc();
-    describeFrames(codec, source, working);
+    describeFrames(codec, source, pixelFormatOf(layout));
     openEncoder(codec);
+    // Bare frames, and streams that hold the layout's own bytes, are written without the encoder.
+    const bool rawFrames =
+        std::string_view(m_format->name) == "rawvideo" && codec.id == AV_CODEC_ID_RAWVIDEO;
+    if (rawFrames || (codec.id == AV_CODEC_ID_V210 && layout.code == ptV210))
+        m_bareLine = wholeLineBytes(layout, source.width);
     m_file.emplace(path, options.force);
     startMuxer();
 }
@@ -103,7 +109,7 @@ void FrameSink::describeColors(const AVCodec& codec, const StreamInfo& source) {
     encoder.colorspace = source.colorSpace;
     encoder.color_range = source.colorRange;
     if (countsAsRgb(source.pixelFormat)) {
-        encoder.colorspace = source.height >= 720 ? AVCOL_SPC_BT709 : AVCOL_SPC_SMPTE170M;
+        encoder.colorspace = usualSpace(source.height);
         encoder.color_range = AVCOL_RANGE_MPEG;
     }
     // JPEG files cannot say how their numbers stand for colours: every reader takes them like this.
@@ -166,6 +172,16 @@ FramePtr FrameSink::makeFrame() const {
     frame->color_range = m_encoder->color_range;
     frame->color_primaries = m_encoder->color_primaries;
     frame->color_trc = m_encoder->color_trc;
+    if (m_bareLine != 0) {
+        frame->format = barePixels;
+        frame->linesize[0] = m_bareLine;
+        frame->buf[0] = av_buffer_alloc(static_cast<std::size_t>(m_bareLine) *
+                                        static_cast<std::size_t>(frame->height));
+        if (!frame->buf[0])
+            throw std::bad_alloc();
+        frame->data[0] = frame->buf[0]->data;
+        return frame;
+    }
     if (av_frame_get_buffer(frame.get(), 0) < 0)
         throw std::bad_alloc();
     return frame;
@@ -174,7 +190,10 @@ FramePtr FrameSink::makeFrame() const {
 void FrameSink::write(const AVFrame& frame) {
     if (m_picture && m_framesWritten > 0)
         throw Failure(fmt::format("{} takes one picture only", m_name));
-    encode(&frame);
+    if (frame.format == barePixels)
+        writeBare(frame);
+    else
+        encode(&frame);
     ++m_framesWritten;
 }
 
@@ -188,6 +207,18 @@ void FrameSink::finish() {
     m_file->commit();
 }
 
+void FrameSink::writeBare(const AVFrame& frame) {
+    av_packet_unref(m_packet.get());
+    m_packet->buf = av_buffer_ref(frame.buf[0]);
+    if (!m_packet->buf)
+        throw std::bad_alloc();
+    m_packet->data = frame.data[0];
+    m_packet->size = frame.linesize[0] * frame.height;
+    m_packet->pts = m_packet->dts = frame.pts;
+    m_packet->flags |= AV_PKT_FLAG_KEY;
+    writePacket();
+}
+
 void FrameSink::encode(const AVFrame* frame) {
     const int sent = avcodec_send_frame(m_encoder.get(), frame);
     if (sent < 0)
@@ -198,13 +229,17 @@ void FrameSink::encode(const AVFrame* frame) {
             return;
         if (received < 0)
             fail(fmt::format("encode frame {} of", m_framesWritten), received);
-        m_packet->stream_index = m_stream->index;
-        m_packet->duration = 1;
-        av_packet_rescale_ts(m_packet.get(), m_encoder->time_base, m_stream->time_base);
-        const int written = av_interleaved_write_frame(m_muxer.get(), m_packet.get());
-        if (written < 0)
-            fail("write", written);
+        writePacket();
     }
+}
+
+void FrameSink::writePacket() {
+    m_packet->stream_index = m_stream->index;
+    m_packet->duration = 1;
+    av_packet_rescale_ts(m_packet.get(), m_encoder->time_base, m_stream->time_base);
+    const int written = av_interleaved_write_frame(m_muxer.get(), m_packet.get());
+    if (written < 0)
+        fail("write", written);
 }
 
 // A full disk or a closed pipe is the better reason, when there is one.

@@ -4,6 +4,7 @@
 #include "media/av.h"
 #include "media/frame_source.h"
 #include "media/output_file.h"
+#include "zrdraw/layouts.h"
 
 #include <cstdint>
 #include <memory>
@@ -18,16 +19,15 @@ struct SinkOptions {
 
 class FrameSink {
 public:
-    // The path "-" is standard output. `working` is the layout that the format "raw" writes.
+    // The path "-" is standard output. `layout` is that of the canvas that frames come from, and
+    // the one that the format "raw" writes.
     FrameSink(const std::string& path, const SinkOptions& options, const StreamInfo& source,
-              AVPixelFormat working);
+              const zrLayout& layout);
 
-    // The format in which write() takes its frames.
-    AVPixelFormat pixelFormat() const { return m_encoder->pix_fmt; }
     bool takesOneFrame() const { return m_picture; }
 
     // A frame with buffers, ready for WorkingFrame::store() and write(): it has the sink's size,
-    // pixel format, colour space and range.
+    // pixel format, colour space and range, or is bare.
     FramePtr makeFrame() const;
 
     // The frame's pts is its number in the result, counted from 0.
@@ -46,11 +46,14 @@ private:
     void openEncoder(const AVCodec& codec);
     void startMuxer();
     void encode(const AVFrame* frame);
+    void writeBare(const AVFrame& frame);
+    void writePacket();
     [[noreturn]] void fail(const std::string& action, int error);
 
     std::string m_name; // as messages call it
     const AVOutputFormat* m_format = nullptr;
     bool m_picture = false;
+    int m_bareLine = 0; // bytes of a line of bare frames; 0: frames are encoded
     CodecPtr m_encoder;
     PacketPtr m_packet;
     std::optional<OutputFile> m_file; // opened last, when nothing else can be refused

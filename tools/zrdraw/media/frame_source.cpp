@@ -2,6 +2,7 @@
 
 #include "error.h"
 #include "media/completeness.h"
+#include "media/packing.h"
 
 #include <fmt/format.h>
 
@@ -12,6 +13,7 @@
 #include <new>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include <unistd.h>
 
@@ -101,33 +103,38 @@ std::int64_t frameCountOf(const AVFormatContext& input, const AVStream& stream, 
 
 } // namespace
 
-FrameSource::FrameSource(const std::string& path, const std::optional<RawFormat>& raw,
-                         const AVIOInterruptCB& interrupt)
+FrameSource::FrameSource(const std::string& path, const zrLayout& layout,
+                         const std::optional<RawFormat>& raw, const AVIOInterruptCB& interrupt)
     : m_path(path), m_name(path == "-" ? "standard input" : fmt::format("'{}'", path)),
-      m_packet(av_packet_alloc()), m_first(av_frame_alloc()) {
+      m_layout(layout), m_raw(raw), m_packet(av_packet_alloc()), m_first(av_frame_alloc()) {
     if (!m_packet || !m_first)
         throw std::bad_alloc();
     if (m_path != "-")
         requireReadable(m_path);
-    open(raw, interrupt);
-    openDecoder();
-    if (!decode(*m_first))
+    open(interrupt);
+    findStream();
+    if (!m_raw && !holdsBareFrames())
+        openDecoder();
+    if (!next(*m_first))
         throw Failure(fmt::format("{} holds no picture", m_name));
     describe(*m_first);
 }
 
-void FrameSource::open(const std::optional<RawFormat>& raw, const AVIOInterruptCB& interrupt) {
+void FrameSource::open(const AVIOInterruptCB& interrupt) {
     Options options;
     options.set("protocol_whitelist", "file,pipe"); // a playlist must not reach for the network
     const AVInputFormat* format = nullptr;
-    if (raw) {
-        if (raw->width <= 0 || raw->height <= 0)
+    if (m_raw) {
+        if (m_raw->width <= 0 || m_raw->height <= 0)
             throw UsageError(fmt::format("raw frames of {}x{} do not exist: use a size from 1x1 on",
-                                         raw->width, raw->height));
+                                         m_raw->width, m_raw->height));
+        requireFit(m_layout, m_raw->width, m_raw->height);
+        // The library knows few of the layouts, so it reads lines of bytes.
         format = av_find_input_format("rawvideo");
-        options.set("pixel_format", av_get_pix_fmt_name(raw->pixelFormat));
-        options.set("video_size", fmt::format("{}x{}", raw->width, raw->height));
-        options.set("framerate", fmt::format("{}/{}", raw->frameRate.num, raw->frameRate.den));
+        options.set("pixel_format", "gray");
+        options.set("video_size",
+                    fmt::format("{}x{}", wholeLineBytes(m_layout, m_raw->width), m_raw->height));
+        options.set("framerate", fmt::format("{}/{}", m_raw->frameRate.num, m_raw->frameRate.den));
     }
     const std::string url = m_path == "-" ? "pipe:0" : "file:" + m_path;
     AVFormatContext* input = avformat_alloc_context();
@@ -150,12 +157,26 @@ void FrameSource::open(const std::optional<RawFormat>& raw, const AVIOInterruptC
         throw Failure(fmt::format("cannot read {}: {}", m_name, avErrorText(probed)));
 }
 
-void FrameSource::openDecoder() {
+void FrameSource::findStream() {
     const int index = av_find_best_stream(m_input.get(), AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
     if (index >= 0)
         m_stream = m_input->streams[index];
     if (!m_stream || (m_stream->disposition & AV_DISPOSITION_ATTACHED_PIC))
         throw Failure(fmt::format("{} holds no video stream and no picture", m_name));
+}
+
+// Whether the stream's packets are pictures in the layout, byte for byte. Some v210 files have
+// lines of another length, which the decoder understands.
+bool FrameSource::holdsBareFrames() {
+    const AVCodecParameters& header = *m_stream->codecpar;
+    if (header.codec_id != AV_CODEC_ID_V210 || m_layout.code != ptV210)
+        return false;
+    m_packetWaits = readPacket();
+    return m_packetWaits &&
+           m_packet->size == wholeLineBytes(m_layout, header.width) * header.height;
+}
+
+void FrameSource::openDecoder() {
     const AVCodecParameters& parameters = *m_stream->codecpar;
     const AVCodec* codec = avcodec_find_decoder(parameters.codec_id);
     if (!codec)
@@ -181,7 +202,8 @@ void FrameSource::describe(const AVFrame& first) {
     m_info.height = first.height;
     m_info.timeBase = m_stream->time_base;
     m_info.sampleAspect = av_guess_sample_aspect_ratio(m_input.get(), m_stream, m_first.get());
-    m_info.pixelFormat = static_cast<AVPixelFormat>(first.format);
+    m_info.pixelFormat = first.format == barePixels ? pixelFormatOf(m_layout)
+                                                    : static_cast<AVPixelFormat>(first.format);
     m_info.colorSpace = known(first.colorspace, header.color_space, AVCOL_SPC_UNSPECIFIED);
     m_info.colorRange = known(first.color_range, header.color_range, AVCOL_RANGE_UNSPECIFIED);
     m_info.colorPrimaries =
@@ -203,9 +225,38 @@ bool FrameSource::read(AVFrame& frame) {
         m_first.reset();
         return true;
     }
-    if (!decode(frame))
+    if (!next(frame))
         return false;
     requireSameFormat(frame);
+    return true;
+}
+
+bool FrameSource::next(AVFrame& frame) {
+    return m_decoder ? decode(frame) : takeBare(frame);
+}
+
+bool FrameSource::takeBare(AVFrame& frame) {
+    if (!readPacket())
+        return false;
+    const AVCodecParameters& header = *m_stream->codecpar;
+    frame.format = barePixels;
+    frame.width = m_raw ? m_raw->width : header.width;
+    frame.height = m_raw ? m_raw->height : header.height;
+    frame.linesize[0] = wholeLineBytes(m_layout, frame.width);
+    if (m_packet->size != frame.linesize[0] * frame.height)
+        failAtFrame(fmt::format("it has {} bytes and not {}", m_packet->size,
+                                frame.linesize[0] * frame.height));
+    frame.buf[0] = av_buffer_ref(m_packet->buf);
+    if (!frame.buf[0])
+        throw std::bad_alloc();
+    frame.data[0] = m_packet->data;
+    frame.colorspace = header.color_space;
+    frame.color_range = header.color_range;
+    frame.sample_aspect_ratio = av_guess_sample_aspect_ratio(m_input.get(), m_stream, nullptr);
+    frame.interlaced_frame =
+        header.field_order != AV_FIELD_UNKNOWN && header.field_order != AV_FIELD_PROGRESSIVE;
+    frame.top_field_first = header.field_order == AV_FIELD_TT || header.field_order == AV_FIELD_TB;
+    ++m_framesRead;
     return true;
 }
 
@@ -216,7 +267,7 @@ bool FrameSource::decode(AVFrame& frame) {
             return false;
         if (received == 0) {
             requireSound(frame);
-            ++m_framesDecoded;
+            ++m_framesRead;
             return true;
         }
         if (received != AVERROR(EAGAIN))
@@ -226,6 +277,17 @@ bool FrameSource::decode(AVFrame& frame) {
 }
 
 void FrameSource::feedDecoder() {
+    if (!readPacket())
+        av_packet_unref(m_packet.get()); // without data it asks the decoder for what it holds back
+    const int sent = avcodec_send_packet(m_decoder.get(), m_packet.get());
+    if (sent < 0)
+        failAtFrame(avErrorText(sent));
+}
+
+// The next packet of the stream; false at the end.
+bool FrameSource::readPacket() {
+    if (std::exchange(m_packetWaits, false))
+        return true;
     int status = 0;
     do {
         av_packet_unref(m_packet.get());
@@ -235,18 +297,16 @@ void FrameSource::feedDecoder() {
     } while (status >= 0 && m_packet->stream_index != m_stream->index);
     if (status == AVERROR_EOF) {
         requireWholeFile();
-        av_packet_unref(m_packet.get()); // without data it asks the decoder for what it holds back
-    } else if (status < 0) {
-        failAtFrame(avErrorText(status));
-    } else if (m_packet->flags & AV_PKT_FLAG_CORRUPT) {
-        failAtFrame("the file is cut off or damaged");
-    } else if (m_decoder->codec_id == AV_CODEC_ID_MJPEG && readsPictures(*m_input) &&
-               !jpegReachesItsEnd({m_packet->data, static_cast<std::size_t>(m_packet->size)})) {
-        failAtFrame("the file is cut off");
+        return false;
     }
-    const int sent = avcodec_send_packet(m_decoder.get(), m_packet.get());
-    if (sent < 0)
-        failAtFrame(avErrorText(sent));
+    if (status < 0)
+        failAtFrame(avErrorText(status));
+    if (m_packet->flags & AV_PKT_FLAG_CORRUPT)
+        failAtFrame("the file is cut off or damaged");
+    if (m_stream->codecpar->codec_id == AV_CODEC_ID_MJPEG && readsPictures(*m_input) &&
+        !jpegReachesItsEnd({m_packet->data, static_cast<std::size_t>(m_packet->size)}))
+        failAtFrame("the file is cut off");
+    return true;
 }
 
 void FrameSource::notePacket() {
@@ -282,13 +342,13 @@ void FrameSource::requireSound(const AVFrame& frame) const {
 
 void FrameSource::requireSameFormat(const AVFrame& frame) const {
     if (frame.width != m_info.width || frame.height != m_info.height ||
-        frame.format != m_info.pixelFormat)
+        (m_decoder && frame.format != m_info.pixelFormat))
         throw Failure(fmt::format("{} changes from {} to {} at frame {}", m_name,
                                   describeFormat(m_info.width, m_info.height, m_info.pixelFormat),
                                   describeFormat(frame.width, frame.height, frame.format),
-                                  m_framesDecoded - 1));
+                                  m_framesRead - 1));
 }
 
 void FrameSource::failAtFrame(const std::string& reason) const {
-    throw Failure(fmt::format("cannot read frame {} of {}: {}", m_framesDecoded, m_name, reason));
+    throw Failure(fmt::format("cannot read frame {} of {}: {}", m_framesRead, m_name, reason));
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "media/av.h"
+#include "zrdraw/layouts.h"
 
 #include <cstdint>
 #include <optional>
@@ -27,7 +28,6 @@ struct StreamInfo {
 
 // How to read a file of bare frames, which says nothing about itself.
 struct RawFormat {
-    AVPixelFormat pixelFormat = AV_PIX_FMT_NONE;
     int width = 0;
     int height = 0;
     AVRational frameRate{25, 1};
@@ -35,24 +35,31 @@ struct RawFormat {
 
 class FrameSource {
 public:
-    // The path "-" is standard input. The callback is asked while a read waits; by an answer other
-    // than 0 the read fails.
-    explicit FrameSource(const std::string& path,
-                         const std::optional<RawFormat>& raw = std::nullopt,
-                         const AVIOInterruptCB& interrupt = {});
+    // The path "-" is standard input. `layout` is that of the canvas that frames go to, and of the
+    // frames in a raw file. The callback is asked while a read waits; by an answer other than 0 the
+    // read fails.
+    FrameSource(const std::string& path, const zrLayout& layout,
+                const std::optional<RawFormat>& raw = std::nullopt,
+                const AVIOInterruptCB& interrupt = {});
 
     const StreamInfo& info() const { return m_info; }
 
-    // Fills the frame with the next picture; false at the end. Anything missing or damaged is a
-    // Failure: a result is never silently shorter than its source.
+    // Fills the frame with the next picture; false at the end. Where the stream holds the layout's
+    // own bytes the frame is bare: nothing is decoded. Anything missing or damaged is a Failure: a
+    // result is never silently shorter than its source.
     bool read(AVFrame& frame);
 
 private:
-    void open(const std::optional<RawFormat>& raw, const AVIOInterruptCB& interrupt);
+    void open(const AVIOInterruptCB& interrupt);
+    void findStream();
+    bool holdsBareFrames();
     void openDecoder();
     void describe(const AVFrame& first);
+    bool next(AVFrame& frame);
+    bool takeBare(AVFrame& frame);
     bool decode(AVFrame& frame);
     void feedDecoder();
+    bool readPacket();
     void notePacket();
     void requireWholeFile();
     void requireSound(const AVFrame& frame) const;
@@ -61,13 +68,16 @@ private:
 
     std::string m_path;
     std::string m_name; // as messages call it
+    const zrLayout& m_layout;
+    std::optional<RawFormat> m_raw;
     InputPtr m_input;
     AVStream* m_stream = nullptr;
-    CodecPtr m_decoder;
+    CodecPtr m_decoder; // null: frames are bare
     PacketPtr m_packet;
-    FramePtr m_first; // decoded early, because it says more than the file's header
+    bool m_packetWaits = false; // it was read to look at, and is still to be used
+    FramePtr m_first;           // decoded early, because it says more than the file's header
     StreamInfo m_info;
-    std::int64_t m_framesDecoded = 0;
+    std::int64_t m_framesRead = 0;
     std::int64_t m_bytesEnd = 0; // where the last packet ended in the file
     std::int64_t m_timeEnd = 0;  // and in time, in AV_TIME_BASE units
 };

@@ -1,16 +1,13 @@
 #include "media/output_format.h"
 
 #include "error.h"
+#include "media/pixel_formats.h"
 
 #include <fmt/format.h>
 
 #include <filesystem>
 #include <string_view>
 #include <vector>
-
-extern "C" {
-#include <libavutil/pixdesc.h>
-}
 
 namespace {
 
@@ -33,14 +30,10 @@ constexpr AVPixelFormat y4mFormats[] = {
 };
 // clang-format on
 
-bool hasFlag(AVPixelFormat format, unsigned flag) {
-    return av_pix_fmt_desc_get(format)->flags & flag;
-}
-
 // Marks are drawn in colour, so a source in grey or with a palette is written like one in RGB.
 AVPixelFormat withColors(AVPixelFormat format) {
     const AVPixFmtDescriptor* description = av_pix_fmt_desc_get(format);
-    if (!hasFlag(format, AV_PIX_FMT_FLAG_PAL) && description->nb_components > 2)
+    if (!hasFlag(format, AV_PIX_FMT_FLAG_PAL) && !isGray(format))
         return format;
     const bool deep = description->comp[0].depth > 8;
     if (hasFlag(format, AV_PIX_FMT_FLAG_ALPHA))
@@ -145,8 +138,4 @@ AVPixelFormat chooseFramePixels(const AVCodec& codec, AVPixelFormat source, AVPi
     if (codec.id == AV_CODEC_ID_WRAPPED_AVFRAME)
         return bestFormat(y4mFormats, source);
     return codec.pix_fmts ? bestFormat(codec.pix_fmts, source) : working;
-}
-
-bool countsAsRgb(AVPixelFormat format) {
-    return hasFlag(withColors(format), AV_PIX_FMT_FLAG_RGB);
 }

@@ -19,6 +19,3 @@ OutputFormat chooseOutputFormat(const std::string& path, const std::string& form
 // The encoder's kind of frame that loses least of the source, or AV_PIX_FMT_NONE. Bare frames are
 // written in the working layout.
 AVPixelFormat chooseFramePixels(const AVCodec& codec, AVPixelFormat source, AVPixelFormat working);
-
-// Whether the source's kind of frame is RGB, or is treated like it because it has few colours.
-bool countsAsRgb(AVPixelFormat format);

@@ -1,7 +1,7 @@
 #include "media/working_frame.h"
 
 #include "error.h"
-#include "zrdraw/layouts.h"
+#include "media/pixel_formats.h"
 
 #include <fmt/format.h>
 
@@ -10,7 +10,6 @@
 
 extern "C" {
 #include <libavutil/imgutils.h>
-#include <libavutil/pixdesc.h>
 }
 
 namespace {
@@ -18,30 +17,10 @@ namespace {
 constexpr int alignment = 64;
 constexpr int wordBytes = 4;
 
-struct Converter {
-    unsigned code;
-    AVPixelFormat format;
-};
-
-constexpr Converter converters[] = {
-    {ptRGBA32, AV_PIX_FMT_RGBA}, {ptARGB32, AV_PIX_FMT_ARGB}, {ptBGRA32, AV_PIX_FMT_BGRA},
-    {ptABGR32, AV_PIX_FMT_ABGR}, {ptRGB24, AV_PIX_FMT_RGB24}, {ptBGR24, AV_PIX_FMT_BGR24},
-};
-
-bool hasFlag(AVPixelFormat format, unsigned flag) {
-    const AVPixFmtDescriptor* description = av_pix_fmt_desc_get(format);
-    return description && (description->flags & flag);
-}
-
 bool isFullRangeByName(AVPixelFormat format) {
     return format == AV_PIX_FMT_YUVJ420P || format == AV_PIX_FMT_YUVJ422P ||
            format == AV_PIX_FMT_YUVJ444P || format == AV_PIX_FMT_YUVJ440P ||
            format == AV_PIX_FMT_YUVJ411P;
-}
-
-bool isGray(AVPixelFormat format) {
-    const AVPixFmtDescriptor* description = av_pix_fmt_desc_get(format);
-    return description && description->nb_components <= 2;
 }
 
 template <typename Number>
@@ -61,23 +40,16 @@ SwsContext* converter(SwsPtr& cached, int width, int height, AVPixelFormat from,
 
 } // namespace
 
-std::optional<AVPixelFormat> workingPixelFormat(unsigned code) {
-    for (const Converter& row : converters) {
-        if (row.code == code)
-            return row.format;
-    }
-    return std::nullopt;
-}
-
-WorkingFrame::WorkingFrame(AVPixelFormat format, int width, int height)
-    : m_format(format), m_width(width), m_height(height) {
-    const int lineBytes = av_image_get_linesize(format, width, 0);
-    if (lineBytes <= 0 || height <= 0 ||
+WorkingFrame::WorkingFrame(const zrLayout& layout, int width, int height)
+    : m_layout(layout), m_format(pixelFormatOf(layout)), m_width(width), m_height(height),
+      m_lineBytes(wholeLineBytes(layout, width)), m_picture(av_frame_alloc()) {
+    if (width <= 0 || height <= 0 ||
         av_image_check_size2(static_cast<unsigned>(width), static_cast<unsigned>(height), INT64_MAX,
-                             format, 0, nullptr) < 0)
+                             m_format, 0, nullptr) < 0)
         throw Failure(fmt::format("pictures of {}x{} cannot be drawn on", width, height));
+    requireFit(layout, width, height);
     // Whole words and no more: operations that fill the whole canvas take its lines for contiguous.
-    m_pitch = roundedUp(lineBytes, wordBytes);
+    m_pitch = roundedUp(m_lineBytes, wordBytes);
     // The scaler writes behind the last pixel, and in 24-bit layouts the library addresses all but
     // plain foreground pixels as if they had four bytes.
     const int overrun = alignment + wordBytes * width;
@@ -86,62 +58,120 @@ WorkingFrame::WorkingFrame(AVPixelFormat format, int width, int height)
                                                          static_cast<std::size_t>(overrun),
                                                      alignment);
     m_pixels.reset(static_cast<std::uint8_t*>(std::aligned_alloc(alignment, bytes)));
-    if (!m_pixels)
+    if (!m_pixels || !m_picture)
         throw std::bad_alloc();
     std::memset(m_pixels.get(), 0, bytes);
+    m_packer = makePacker(layout, width, height);
+    m_picture->format = m_format;
+    m_picture->width = width + width % 2; // some codecs take even widths only
+    m_picture->height = height;
+    if (!m_packer) {
+        m_picture->data[0] = m_pixels.get();
+        m_picture->linesize[0] = m_pitch;
+        return;
+    }
+    if (av_frame_get_buffer(m_picture.get(), 0) < 0)
+        throw std::bad_alloc();
+    // Mid grey, which is the luma of a chroma plane that no picture was loaded into.
+    for (const AVBufferRef* plane : m_picture->buf) {
+        if (plane)
+            std::memset(plane->data, 0x80, plane->size);
+    }
+}
+
+std::optional<cmYCbCr> WorkingFrame::matrixMode() const {
+    if (!isYCbCr(m_layout))
+        return std::nullopt;
+    const bool full = m_colors.range == AVCOL_RANGE_JPEG;
+    switch (m_colors.space) {
+    case AVCOL_SPC_BT709:
+        return full ? cmRec709Full : cmRec709;
+    case AVCOL_SPC_BT470BG:
+    case AVCOL_SPC_SMPTE170M:
+        return full ? cmRec601Full : cmRec601;
+    case AVCOL_SPC_BT2020_NCL:
+        return full ? cmRec2020Full : cmRec2020;
+    default:
+        return std::nullopt;
+    }
 }
 
 void WorkingFrame::load(const AVFrame& decoded) {
     requireSameSize(decoded);
     m_loaded = propertiesOf(decoded, {});
-    const Planes canvas = planes();
-    const auto format = static_cast<AVPixelFormat>(decoded.format);
-    if (format == m_format) {
-        av_image_copy_plane(canvas.data[0], m_pitch, decoded.data[0], decoded.linesize[0],
-                            av_image_get_linesize(m_format, m_width, 0), m_height);
+    m_colors = colorsFor(decoded);
+    if (decoded.format == barePixels) {
+        av_image_copy_plane(m_pixels.get(), m_pitch, decoded.data[0], decoded.linesize[0],
+                            m_lineBytes, m_height);
         return;
     }
-    SwsContext* sws = converter(m_loader, m_width, m_height, format, m_format);
-    const int* matrix = sws_getCoefficients(m_loaded.space);
-    sws_setColorspaceDetails(sws, matrix, m_loaded.range == AVCOL_RANGE_JPEG, matrix, 1, 0, 1 << 16,
-                             1 << 16);
-    sws_scale(sws, decoded.data, decoded.linesize, 0, m_height, canvas.data, canvas.pitch);
+    if (decoded.format == m_format)
+        copyPlanes(decoded, *m_picture);
+    else
+        convertIn(decoded);
+    if (m_packer)
+        m_packer->pack(*m_picture, lines());
+}
+
+void WorkingFrame::convertIn(const AVFrame& decoded) {
+    SwsContext* sws = converter(m_loader, m_width, m_height,
+                                static_cast<AVPixelFormat>(decoded.format), m_format);
+    sws_setColorspaceDetails(sws, sws_getCoefficients(m_loaded.space),
+                             m_loaded.range == AVCOL_RANGE_JPEG,
+                             sws_getCoefficients(m_colors.space),
+                             m_colors.range == AVCOL_RANGE_JPEG, 0, 1 << 16, 1 << 16);
+    sws_scale(sws, decoded.data, decoded.linesize, 0, m_height, m_picture->data,
+              m_picture->linesize);
 }
 
 void WorkingFrame::store(AVFrame& target) {
     requireSameSize(target);
-    if ((target.buf[0] ? av_frame_make_writable(&target) : av_frame_get_buffer(&target, 0)) < 0)
-        throw std::bad_alloc();
-    const Properties wanted = propertiesOf(target, m_loaded);
     target.interlaced_frame = m_loaded.interlaced;
     target.top_field_first = m_loaded.topFieldFirst;
     target.sample_aspect_ratio = m_loaded.sampleAspect;
-    const Planes canvas = planes();
-    const auto format = static_cast<AVPixelFormat>(target.format);
-    if (format == m_format) {
-        av_image_copy_plane(target.data[0], target.linesize[0], canvas.data[0], m_pitch,
-                            av_image_get_linesize(m_format, m_width, 0), m_height);
+    if (target.format == barePixels) {
+        av_image_copy_plane(target.data[0], target.linesize[0], m_pixels.get(), m_pitch,
+                            m_lineBytes, m_height);
         return;
     }
-    SwsContext* sws = converter(m_storer, m_width, m_height, m_format, format);
-    const int* matrix = sws_getCoefficients(wanted.space);
-    sws_setColorspaceDetails(sws, matrix, 1, matrix, wanted.range == AVCOL_RANGE_JPEG, 0, 1 << 16,
-                             1 << 16);
-    sws_scale(sws, canvas.data, canvas.pitch, 0, m_height, target.data, target.linesize);
+    if ((target.buf[0] ? av_frame_make_writable(&target) : av_frame_get_buffer(&target, 0)) < 0)
+        throw std::bad_alloc();
+    if (m_packer)
+        m_packer->unpack(lines(), *m_picture);
+    if (target.format == m_format)
+        copyPlanes(*m_picture, target);
+    else
+        convertOut(target);
+}
+
+void WorkingFrame::convertOut(AVFrame& target) {
+    const Properties wanted = propertiesOf(target, m_loaded);
+    SwsContext* sws =
+        converter(m_storer, m_width, m_height, m_format, static_cast<AVPixelFormat>(target.format));
+    const AVColorSpace space = isYCbCr(m_layout) ? m_colors.space : wanted.space;
+    sws_setColorspaceDetails(sws, sws_getCoefficients(space), m_colors.range == AVCOL_RANGE_JPEG,
+                             sws_getCoefficients(wanted.space), wanted.range == AVCOL_RANGE_JPEG, 0,
+                             1 << 16, 1 << 16);
+    sws_scale(sws, m_picture->data, m_picture->linesize, 0, m_height, target.data, target.linesize);
+}
+
+void WorkingFrame::copyPlanes(const AVFrame& from, AVFrame& to) const {
+    const std::uint8_t* planes[4] = {from.data[0], from.data[1], from.data[2], from.data[3]};
+    av_image_copy(to.data, to.linesize, planes, from.linesize, m_format, m_width, m_height);
 }
 
 WorkingFrame::Properties WorkingFrame::propertiesOf(const AVFrame& frame,
                                                     const Properties& otherwise) const {
-    const auto format = static_cast<AVPixelFormat>(frame.format);
+    const auto format =
+        frame.format == barePixels ? m_format : static_cast<AVPixelFormat>(frame.format);
     Properties result{frame.colorspace, frame.color_range, frame.sample_aspect_ratio,
                       frame.interlaced_frame, frame.top_field_first};
     if (hasFlag(format, AV_PIX_FMT_FLAG_RGB))
         return result;
     if (result.space == AVCOL_SPC_UNSPECIFIED)
         result.space = otherwise.space;
-    // Custom, where nobody says: large pictures are BT.709, small ones BT.601.
     if (result.space == AVCOL_SPC_UNSPECIFIED || result.space == AVCOL_SPC_RGB)
-        result.space = m_height >= 720 ? AVCOL_SPC_BT709 : AVCOL_SPC_SMPTE170M;
+        result.space = usualSpace(m_height);
     if (isFullRangeByName(format))
         result.range = AVCOL_RANGE_JPEG;
     if (result.range == AVCOL_RANGE_UNSPECIFIED)
@@ -149,12 +179,17 @@ WorkingFrame::Properties WorkingFrame::propertiesOf(const AVFrame& frame,
     return result;
 }
 
+WorkingFrame::Colors WorkingFrame::colorsFor(const AVFrame& loaded) const {
+    if (!isYCbCr(m_layout))
+        return {m_loaded.space, AVCOL_RANGE_JPEG};
+    const bool kept =
+        loaded.format == barePixels || !countsAsRgb(static_cast<AVPixelFormat>(loaded.format));
+    return kept ? Colors{m_loaded.space, m_loaded.range}
+                : Colors{usualSpace(m_height), AVCOL_RANGE_MPEG};
+}
+
 void WorkingFrame::requireSameSize(const AVFrame& frame) const {
     if (frame.width != m_width || frame.height != m_height)
         throw Failure(fmt::format("a picture of {}x{} does not fit the canvas of {}x{}",
                                   frame.width, frame.height, m_width, m_height));
-}
-
-WorkingFrame::Planes WorkingFrame::planes() {
-    return {{m_pixels.get(), nullptr, nullptr, nullptr}, {m_pitch, 0, 0, 0}};
 }

@@ -2,32 +2,36 @@
 #pragma once
 
 #include "media/av.h"
+#include "media/packing.h"
+#include "zrdraw/types.h"
 
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <optional>
 
-// The pixel format whose memory is that of a layout of the catalogue, if there is a converter.
-std::optional<AVPixelFormat> workingPixelFormat(unsigned code);
-
 class WorkingFrame {
 public:
-    WorkingFrame(AVPixelFormat format, int width, int height);
+    // A size that the layout cannot hold is a Failure.
+    WorkingFrame(const zrLayout& layout, int width, int height);
 
     char* data() { return reinterpret_cast<char*>(m_pixels.get()); }
     int pitch() const { return m_pitch; }
     int width() const { return m_width; }
     int height() const { return m_height; }
-    AVPixelFormat pixelFormat() const { return m_format; }
+    const zrLayout& layout() const { return m_layout; }
 
-    // Converts a decoded picture of the same size into the canvas. A picture without alpha becomes
-    // opaque.
+    // The library's matrix mode for the colours of the canvas, where it is in Y, Cb and Cr.
+    std::optional<cmYCbCr> matrixMode() const;
+
+    // Converts a decoded picture of the same size into the canvas, or copies a bare one. A picture
+    // without alpha becomes opaque.
     void load(const AVFrame& decoded);
 
-    // Converts the canvas into a target that has format and size, with or without buffers. A target
-    // that leaves its colour space or range unspecified gets those of the picture loaded last; the
-    // interlace flags and the sample aspect always come from there.
+    // Converts the canvas into a target that has format and size, with or without buffers, or
+    // copies it into a bare one. A target that leaves its colour space or range unspecified gets
+    // those of the picture loaded last; the interlace flags and the sample aspect always come from
+    // there.
     void store(AVFrame& target);
 
 private:
@@ -40,25 +44,35 @@ private:
         int topFieldFirst = 0;
     };
 
-    struct Planes {
-        std::uint8_t* data[4];
-        int pitch[4];
-    };
-
     struct Free {
         void operator()(std::uint8_t* bytes) const { std::free(bytes); }
     };
 
-    Properties propertiesOf(const AVFrame& frame, const Properties& otherwise) const;
-    void requireSameSize(const AVFrame& frame) const;
-    Planes planes();
+    // How the numbers of the canvas stand for colours.
+    struct Colors {
+        AVColorSpace space = AVCOL_SPC_UNSPECIFIED;
+        AVColorRange range = AVCOL_RANGE_JPEG;
+    };
 
-    AVPixelFormat m_format;
+    Properties propertiesOf(const AVFrame& frame, const Properties& otherwise) const;
+    Colors colorsFor(const AVFrame& loaded) const;
+    void requireSameSize(const AVFrame& frame) const;
+    CanvasLines lines() const { return {m_pixels.get(), m_pitch}; }
+    void copyPlanes(const AVFrame& from, AVFrame& to) const;
+    void convertIn(const AVFrame& decoded);
+    void convertOut(AVFrame& target);
+
+    const zrLayout& m_layout;
+    AVPixelFormat m_format; // of m_picture
     int m_width;
     int m_height;
+    int m_lineBytes;
     int m_pitch;
     std::unique_ptr<std::uint8_t, Free> m_pixels;
+    std::unique_ptr<Packer> m_packer; // null: m_picture is the canvas itself
+    FramePtr m_picture;               // the canvas as the media libraries know it
     Properties m_loaded;
+    Colors m_colors;
     SwsPtr m_loader;
     SwsPtr m_storer;
 };

@@ -1,0 +1,221 @@
+// Layouts against the media libraries' pixel formats, and streams that are not decoded at all.
+#include "drawing.h"
+#include "tool/media_fixture.h"
+
+#include <cstring>
+
+namespace {
+
+const zrLayout& layoutOf(unsigned code) {
+    return *zrFindLayout(code);
+}
+
+using Words = std::vector<unsigned>;
+
+// Each plane full of its samples, in turns: the three of a packed format, or one of a planar one.
+FramePtr flatFrame(AVPixelFormat format, const std::vector<Words>& planes, int sampleBytes) {
+    FramePtr frame = makeFrame(format, 64, 48);
+    for (std::size_t i = 0; i < planes.size(); ++i) {
+        const auto count =
+            static_cast<std::size_t>(frame->linesize[i] * frame->height / sampleBytes);
+        for (std::size_t k = 0; k < count; ++k) {
+            const unsigned value = planes[i][k % planes[i].size()];
+            std::memcpy(frame->data[i] + k * static_cast<std::size_t>(sampleBytes), &value,
+                        static_cast<std::size_t>(sampleBytes));
+        }
+    }
+    return frame;
+}
+
+TEST(Packing, SamplesStandWhereTheLayoutHasThem) {
+    const std::vector<Words> orange{{0xFFFF, 0x8080, 0x0000}};
+    const std::vector<Words> opaque{{0xFFFF, 0x8080, 0x0000, 0xFFFF}};
+    const std::vector<Words> bytes{{0x64}, {0x96}, {0xC8}};
+    const std::vector<Words> words{{0x6401}, {0x9602}, {0xC803}};
+    const std::vector<Words> tens{{0x155}, {0x2AA}, {0x3FB}};
+    const struct {
+        unsigned code;
+        AVPixelFormat format;
+        const std::vector<Words>& samples;
+        int sampleBytes;
+        Bytes first, below; // of the first line and of the one below
+    } rows[] = {
+        {ptRGB30DPX, AV_PIX_FMT_RGB48LE, orange, 2, {0xFF, 0xE0, 0x20, 0x00}, {}},
+        {ptARGB64, AV_PIX_FMT_RGBA64LE, opaque, 2, {0xFF, 0xFF, 0xFF, 0xFF, 0x80, 0x80, 0, 0}, {}},
+        {ptRGBHalf48, AV_PIX_FMT_RGB48LE, orange, 2, {0x00, 0x3C, 0x04, 0x38, 0, 0}, {}},
+        {ptRGBAHalf, AV_PIX_FMT_RGBA64LE, opaque, 2, {0, 0x3C, 4, 0x38, 0, 0, 0, 0x3C}, {}},
+        {ptBayerRGGB, AV_PIX_FMT_RGB48LE, orange, 2, {0xFF, 0xF8, 0x08}, {0x80, 0x80, 0x00}},
+        {ptBayerGBRGc, AV_PIX_FMT_RGB48LE, orange, 2, {0x80, 0x80, 0x00}, {0xFF, 0xF8, 0x08}},
+        {ptUV8, AV_PIX_FMT_YUV444P, bytes, 1, {0x96, 0xC8, 0x96, 0xC8}, {}},
+        {ptUV16, AV_PIX_FMT_YUV444P16LE, words, 2, {0x02, 0x96, 0x03, 0xC8}, {}},
+        {ptV210,
+         AV_PIX_FMT_YUV422P10LE,
+         tens,
+         2,
+         {0xAA, 0x56, 0xB5, 0x3F, 0x55, 0xA9, 0x5A, 0x15},
+         {}},
+    };
+    for (const auto& row : rows) {
+        const zrLayout& layout = layoutOf(row.code);
+        SCOPED_TRACE(layout.name);
+        ASSERT_EQ(pixelFormatOf(layout), row.format);
+        WorkingFrame canvas(layout, 64, 48);
+        canvas.load(*flatFrame(row.format, row.samples, row.sampleBytes));
+        const auto lineIs = [&](int y, const Bytes& expected) {
+            return std::equal(expected.begin(), expected.end(),
+                              reinterpret_cast<unsigned char*>(canvas.data() + y * canvas.pitch()));
+        };
+        EXPECT_TRUE(lineIs(0, row.first));
+        EXPECT_TRUE(lineIs(1, row.below.empty() ? row.first : row.below));
+    }
+}
+
+TEST(Packing, ChromaChangesPlacesBetweenTheTwoLumaSecondLayouts) {
+    const FramePtr frame = makeFrame(AV_PIX_FMT_UYVY422, 5, 1);
+    for (int i = 0; i < 12; ++i)
+        frame->data[0][i] = static_cast<unsigned char>(i);
+    WorkingFrame canvas(layoutOf(ptVYUY), 5, 1);
+    canvas.load(*frame);
+    const Bytes expected{2, 1, 0, 3, 6, 5, 4, 7, 10, 9, 8, 11};
+    EXPECT_EQ(Bytes(canvas.data(), canvas.data() + 12), expected) << "half a pair is a whole one";
+}
+
+// What 8-bit pictures lose on the way into a layout and back.
+TEST_F(Media, EveryLayoutShowsThePictureThatWentIn) {
+    writeNoise(at("in.png"), infoOf(AV_PIX_FMT_RGB24), 1);
+    const Bytes noise = readAll(at("in.png")).at(0);
+    for (const zrLayout& layout : zrLayouts) {
+        SCOPED_TRACE(layout.name);
+        const bool exact = !isYCbCr(layout) && layout.mosaic[0] == '\0';
+        const FramePtr in = makeFrame(AV_PIX_FMT_BGRA, 64, 48);
+        for (int y = 0; y < 48; ++y) {
+            for (int x = 0; x < 64; ++x) {
+                const unsigned char flat[] = {200, 90, 30, 255};
+                std::memcpy(in->data[0] + y * in->linesize[0] + 4 * x,
+                            exact ? &noise[static_cast<std::size_t>(4 * (64 * y + x))] : flat, 4);
+            }
+        }
+        WorkingFrame canvas(layout, 64, 48);
+        canvas.load(*in);
+        const FramePtr out = makeFrame(AV_PIX_FMT_BGRA, 64, 48);
+        canvas.store(*out);
+        for (int i = 0; i < 48 * 64 * 4; ++i) {
+            const int y = i / 256, at = i % 256;
+            ASSERT_NEAR(out->data[0][y * out->linesize[0] + at],
+                        in->data[0][y * in->linesize[0] + at], exact ? 0 : 3)
+                << "line " << y << ", byte " << at;
+        }
+    }
+}
+
+TEST_F(Media, BareFramesOfEveryLayoutKeepEveryByte) {
+    for (const zrLayout& layout : zrLayouts) {
+        SCOPED_TRACE(layout.name);
+        const int width = layout.mosaic[0] != '\0' ? 34 : 35;
+        std::string frames(static_cast<std::size_t>(wholeLineBytes(layout, width) * 6 * 2), '\0');
+        std::mt19937 random(layout.code);
+        std::generate(frames.begin(), frames.end(), [&] { return static_cast<char>(random()); });
+        writeFile(at("in.raw"), frames);
+        FrameSource source(at("in.raw"), layout, RawFormat{width, 6, {25, 1}});
+        FrameSink sink(at("out.raw"), {"", "", true}, source.info(), layout);
+        WorkingFrame canvas(layout, width, 6);
+        const FramePtr in(av_frame_alloc());
+        for (int i = 0; source.read(*in); ++i) {
+            canvas.load(*in);
+            const FramePtr out = sink.makeFrame();
+            canvas.store(*out);
+            out->pts = i;
+            sink.write(*out);
+        }
+        sink.finish();
+        EXPECT_TRUE(readFile(at("out.raw")) == frames);
+    }
+}
+
+// Packets of v210 with every bit in use, those that the layout leaves free and the padding too.
+class V210Stream : public Media {
+protected:
+    static constexpr int width = 50, height = 4, lineBytes = 256;
+
+    Bytes write(const std::string& path, int pixelX, const Bytes* drawnOn) {
+        const zrLayout& layout = layoutOf(ptV210);
+        StreamInfo info = infoOf(AV_PIX_FMT_YUV422P10, width, height);
+        FrameSink sink(path, {"", "v210", true}, info, layout);
+        const FramePtr frame = sink.makeFrame();
+        EXPECT_EQ(frame->linesize[0], lineBytes);
+        if (drawnOn) {
+            WorkingFrame canvas(layout, width, height);
+            FrameSource source(at("in.mov"), layout);
+            const FramePtr in(av_frame_alloc());
+            EXPECT_TRUE(source.read(*in));
+            canvas.load(*in);
+            const DrawPtr draw = makeDraw(canvas);
+            draw->SetColorYCbCr10(1000, 600, 500, 0, true);
+            draw->PutPixel(pixelX, 2, true);
+            canvas.store(*frame);
+        } else {
+            std::mt19937 random(7);
+            std::generate_n(frame->data[0], lineBytes * height,
+                            [&] { return static_cast<unsigned char>(random()); });
+        }
+        frame->pts = 0;
+        sink.write(*frame);
+        sink.finish();
+        return {frame->data[0], frame->data[0] + lineBytes * height};
+    }
+};
+
+TEST_F(V210Stream, IsDrawnOnWithoutDecoding) {
+    const Bytes before = write(at("in.mov"), 0, nullptr);
+    // The last pixel of a group: its luma in the last word, its chroma in that and the one before.
+    const Bytes after = write(at("out.mov"), 11, &before);
+    int changed = 0;
+    for (std::size_t word = 0; word < before.size() / 4; ++word) {
+        std::uint32_t was = 0, is = 0;
+        std::memcpy(&was, &before[4 * word], 4);
+        std::memcpy(&is, &after[4 * word], 4);
+        const std::size_t group = 2 * lineBytes / 4 + 4;
+        const std::uint32_t free = word == group + 2   ? 0xC00FFFFF
+                                   : word == group + 3 ? 0xC00003FF
+                                                       : 0xFFFFFFFF;
+        EXPECT_EQ(was & free, is & free) << "word " << word;
+        changed += was != is;
+    }
+    EXPECT_EQ(changed, 2);
+    // The file holds what was handed to the sink.
+    FrameSource source(at("out.mov"), layoutOf(ptV210));
+    const FramePtr read(av_frame_alloc());
+    ASSERT_TRUE(source.read(*read));
+    ASSERT_EQ(read->format, barePixels);
+    EXPECT_EQ(Bytes(read->data[0], read->data[0] + after.size()), after);
+    EXPECT_FALSE(source.read(*read));
+}
+
+TEST_F(V210Stream, DrawsInTheMatrixOfThePicture) {
+    const struct {
+        AVColorSpace space;
+        AVColorRange range;
+        cmYCbCr mode;
+    } rows[] = {
+        {AVCOL_SPC_BT709, AVCOL_RANGE_MPEG, cmRec709},
+        {AVCOL_SPC_SMPTE170M, AVCOL_RANGE_JPEG, cmRec601Full},
+        {AVCOL_SPC_BT2020_NCL, AVCOL_RANGE_MPEG, cmRec2020},
+        {AVCOL_SPC_UNSPECIFIED, AVCOL_RANGE_MPEG, cmRec601},
+    };
+    for (const auto& row : rows) {
+        const FramePtr in = makeFrame(AV_PIX_FMT_YUV422P10LE, 1000, 48);
+        in->colorspace = row.space;
+        in->color_range = row.range;
+        WorkingFrame canvas(layoutOf(ptV210), 1000, 48);
+        canvas.load(*in);
+        EXPECT_EQ(makeDraw(canvas)->yCbCrMode, row.mode);
+    }
+}
+
+TEST_F(Media, MosaicsNeedWholeCells) {
+    EXPECT_EQ(errorOf([] { WorkingFrame(layoutOf(ptBayerRGGB), 61, 48); }),
+              "layout bayerrggb needs an even width and height, and the pictures are 61x48: crop "
+              "them, or draw in another --layout such as rgb48");
+}
+
+} // namespace

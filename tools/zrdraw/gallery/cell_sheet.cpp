@@ -1,0 +1,25 @@
+#include "gallery/cell_sheet.h"
+
+namespace {
+
+constexpr int cellsPerLine = 6;
+constexpr int margin = 4; // about each cell
+constexpr int titleHeight = 18;
+constexpr int strideX = cellWidth + 2 * margin;
+constexpr int strideY = titleHeight + cellHeight + 2 * margin;
+
+} // namespace
+
+CellSheet::CellSheet(int count)
+    : m_sheet(*zrFindLayout(ptBGRA32), cellsPerLine * strideX,
+              (count + cellsPerLine - 1) / cellsPerLine * strideY) {
+    m_sheet.draw().LabelFont(0U, 1);
+}
+
+void CellSheet::add(const std::string& title, WorkingFrame& picture) {
+    const int x = m_next % cellsPerLine * strideX + margin;
+    const int y = m_next / cellsPerLine * strideY + margin;
+    m_sheet.draw().Label(x, y + 3, title.c_str(), false, false);
+    m_sheet.paste(picture, x, y + titleHeight);
+    ++m_next;
+}

@@ -1,0 +1,22 @@
+// A sheet of small pictures of one size, each under its title.
+#pragma once
+
+#include "gallery/sheet.h"
+
+// The canvas of a cell, pixels.
+inline constexpr int cellWidth = 192;
+inline constexpr int cellHeight = 124;
+
+class CellSheet {
+public:
+    explicit CellSheet(int count);
+
+    // Puts a picture of a cell's size, in any layout, into the next cell.
+    void add(const std::string& title, WorkingFrame& picture);
+
+    Sheet take() { return std::move(m_sheet); }
+
+private:
+    Sheet m_sheet;
+    int m_next = 0;
+};

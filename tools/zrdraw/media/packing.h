@@ -1,0 +1,40 @@
+// How the memory of each layout comes from and goes to the pixel formats of the media libraries.
+#pragma once
+
+#include "media/av.h"
+#include "zrdraw/layouts.h"
+
+#include <cstdint>
+#include <memory>
+
+// The pixel format of frames that hold a layout's own bytes, line by line in one plane.
+inline constexpr AVPixelFormat barePixels = AV_PIX_FMT_NONE;
+
+struct CanvasLines {
+    std::uint8_t* data;
+    int pitch;
+    std::uint8_t* line(int y) const { return data + static_cast<std::ptrdiff_t>(y) * pitch; }
+};
+
+// Converts between a canvas in a layout and pictures in the pixel format that stands for it.
+class Packer {
+public:
+    virtual ~Packer() = default;
+    virtual void pack(const AVFrame& picture, CanvasLines canvas) = 0;
+    // Writes what the layout holds and no more: beside a chroma plane the luma stays as it is.
+    virtual void unpack(CanvasLines canvas, AVFrame& picture) = 0;
+};
+
+// The pixel format that stands for a layout: its own, or the nearest one that holds all of it.
+AVPixelFormat pixelFormatOf(const zrLayout& layout);
+
+// Null where a picture in that pixel format has the memory of the layout.
+std::unique_ptr<Packer> makePacker(const zrLayout& layout, int width, int height);
+
+// Bytes of a line, whole pixel pairs at the end of an odd width included.
+int wholeLineBytes(const zrLayout& layout, int width);
+
+// Refuses sizes that the layout cannot hold.
+void requireFit(const zrLayout& layout, int width, int height);
+
+bool isYCbCr(const zrLayout& layout);

@@ -1,0 +1,28 @@
+// What is to be known of the media libraries' pixel formats.
+#pragma once
+
+#include "media/av.h"
+
+extern "C" {
+#include <libavutil/pixdesc.h>
+}
+
+inline bool hasFlag(AVPixelFormat format, unsigned flag) {
+    const AVPixFmtDescriptor* description = av_pix_fmt_desc_get(format);
+    return description && (description->flags & flag);
+}
+
+inline bool isGray(AVPixelFormat format) {
+    const AVPixFmtDescriptor* description = av_pix_fmt_desc_get(format);
+    return description && description->nb_components <= 2;
+}
+
+// Whether a frame is RGB, or is treated like it because it has few colours.
+inline bool countsAsRgb(AVPixelFormat format) {
+    return isGray(format) || hasFlag(format, AV_PIX_FMT_FLAG_RGB | AV_PIX_FMT_FLAG_PAL);
+}
+
+// Custom, where nobody says: large pictures are BT.709, small ones BT.601.
+inline AVColorSpace usualSpace(int height) {
+    return height >= 720 ? AVCOL_SPC_BT709 : AVCOL_SPC_SMPTE170M;
+}
