@@ -17,9 +17,7 @@ constexpr int height = 32;
 void drawScene(ZRDraw& draw) {
     draw.SetColorRGBA(0.2, 0.3, 0.4, 1.0, false);
     draw.EraseCanvas(true);
-    const auto color = [&](double r, double g, double b) {
-        draw.SetColorRGBA(r, g, b, 1.0, true);
-    };
+    const auto color = [&](double r, double g, double b) { draw.SetColorRGBA(r, g, b, 1.0, true); };
     color(1.0, 1.0, 1.0);
     draw.Label(1, 1, "A7", false, false);
     draw.Label(18, 1, "b", true, true);
@@ -92,8 +90,8 @@ public:
 private:
     double shadeAt(int x, int y) {
         const bool chroma = m_layout.code == ptUV8 || m_layout.code == ptUV16;
-        const bool constants = m_layout.packedBytes != 0 && m_layout.code > ptRGB30DPX &&
-                               m_layout.code != ptRGBAHalf;
+        const bool constants =
+            m_layout.packedBytes != 0 && m_layout.code > ptRGB30DPX && m_layout.code != ptRGBAHalf;
         if (!chroma)
             return std::min(1.0, m_draw->GetLuma(x, y) * (constants ? 256 : 1));
         double luma = 0.0, cb = 0.0, cr = 0.0, a = 0.0;
@@ -125,12 +123,15 @@ TEST_P(EveryLayout, DrawsTheScene) {
 }
 
 constexpr Scene scenes[] = {
-    {ptRGBA32, 0xC3E38FAA},     {ptARGB32, 0xFD73F7E8},     {ptBGRA32, 0xE3263326},     {ptABGR32, 0x4E02B854},     {ptRGB24, 0xFDBC571C},
-    {ptBGR24, 0x40C831AB},      {ptYUYV, 0x8C8D5085},       {ptUYVY, 0x42CFB7DD},       {ptYVYU, 0x22D70C41},       {ptVYUY, 0xF274ED39},
-    {ptV210, 0x3CE55B6E},       {ptRGB30DPX, 0x638601DE},   {ptBayerBGGR, 0xB454907E},  {ptBayerRGGB, 0x484DFDA2},  {ptBayerGBRG, 0xA687E325},
-    {ptBayerGRBG, 0xA86DF9A5},  {ptBayerBGGRc, 0xB454907E}, {ptBayerRGGBc, 0x484DFDA2}, {ptBayerGBRGc, 0xA687E325}, {ptBayerGRBGc, 0xA86DF9A5},
-    {ptRGB48, 0x1CCEC1D2},      {ptARGB64, 0x369B8FB5},     {ptRGBHalf48, 0x1CCEC1D2},  {ptRGBAHalf, 0x72C57376},   {ptUV8, 0x5691FE96},
-    {ptUV16, 0x633F4314},
+    {ptRGBA32, 0xC3E38FAA},     {ptARGB32, 0xFD73F7E8},     {ptBGRA32, 0xE3263326},
+    {ptABGR32, 0x4E02B854},     {ptRGB24, 0xFDBC571C},      {ptBGR24, 0x40C831AB},
+    {ptYUYV, 0x8C8D5085},       {ptUYVY, 0x42CFB7DD},       {ptYVYU, 0x22D70C41},
+    {ptVYUY, 0xF274ED39},       {ptV210, 0x3CE55B6E},       {ptRGB30DPX, 0x638601DE},
+    {ptBayerBGGR, 0xB454907E},  {ptBayerRGGB, 0x484DFDA2},  {ptBayerGBRG, 0xA687E325},
+    {ptBayerGRBG, 0xA86DF9A5},  {ptBayerBGGRc, 0xB454907E}, {ptBayerRGGBc, 0x484DFDA2},
+    {ptBayerGBRGc, 0xA687E325}, {ptBayerGRBGc, 0xA86DF9A5}, {ptRGB48, 0x1CCEC1D2},
+    {ptARGB64, 0x369B8FB5},     {ptRGBHalf48, 0x1CCEC1D2},  {ptRGBAHalf, 0x72C57376},
+    {ptUV8, 0x5691FE96},        {ptUV16, 0x633F4314},
 };
 
 INSTANTIATE_TEST_SUITE_P(Layouts, EveryLayout, testing::ValuesIn(scenes),
