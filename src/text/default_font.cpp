@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "platform/files.h"
-#include "text/fatal.h"
+#include "pixel/fatal.h"
 #include "zrdraw/zrdraw.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <unistd.h>
 #include <vector>
 
-#include "text/fatal.h"
+#include "pixel/fatal.h"
 #include "zrdraw/font.h"
 #include "zrdraw/zrdraw.h"
 

@@ -1,4 +1,4 @@
-#include "text/fatal.h"
+#include "pixel/fatal.h"
 
 #include <cstdio>
 #include <cstdlib>

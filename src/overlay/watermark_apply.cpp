@@ -1,0 +1,126 @@
+// Laying the watermark on a frame, in one of three layouts.
+#include <algorithm>
+
+#include "overlay/watermark.h"
+#include "platform/files.h"
+#include "zrdraw/layouts.h"
+#include "zrdraw/span.h"
+#include "zrdraw/zroverlay.h"
+
+namespace {
+
+// The frame's size as unsigned numbers; a height that is not positive ends the work at once.
+struct Area {
+    explicit Area(const CZrOverlay& overlay)
+        : width(static_cast<unsigned int>(overlay.video.header.biWidth)),
+          height(static_cast<unsigned int>(std::max(0, overlay.video.header.biHeight))) {}
+    unsigned int width, height;
+};
+
+// An entry of a pair: Y, Cb, Y, Cr, A. By contract: quotients round down.
+void blendPair(unsigned char* pair, const unsigned char* entry) {
+    constexpr unsigned int full = 255;
+    constexpr int order[] = {1, 0, 3, 2}; // of the entry, as the bytes stand in the frame
+    const unsigned int alpha = entry[4];
+    for (int i = 0; i < 4; ++i)
+        pair[i] =
+            static_cast<unsigned char>((alpha * entry[order[i]] + (full - alpha) * pair[i]) / full);
+}
+
+void applyYuv2(const CZrOverlay& overlay, unsigned char* frame) {
+    constexpr unsigned int faintest = 8; // up to here a pair is left alone
+    constexpr unsigned int pixelBytes = 2, pairBytes = 4;
+    if (overlay.wmYuv2 == nullptr)
+        return;
+    const Area area(overlay);
+    const unsigned int pairs = overlay.wmWidth / 2;
+    const unsigned char* entry = overlay.wmYuv2;
+    for (unsigned int row = 0; row < overlay.wmHeight; ++row) {
+        const unsigned int y = overlay.WatermarkY + row;
+        if (y >= area.height)
+            return;
+        // Offsets are 32-bit numbers that wrap.
+        const unsigned int offset = (y * area.width + overlay.WatermarkX) * pixelBytes;
+        unsigned char* pair = frame + offset;
+        // By contract: pairs are counted against pixels, so an overhang runs into the next line.
+        const unsigned int shown =
+            overlay.WatermarkX < area.width ? std::min(pairs, area.width - overlay.WatermarkX) : 0;
+        for (unsigned int i = 0; i < shown; ++i, pair += pairBytes) {
+            const unsigned char* source = entry + watermarkPairEntries * i;
+            if (source[4] > faintest)
+                blendPair(pair, source);
+        }
+        entry += watermarkPairEntries * pairs;
+    }
+}
+
+// By contract: an object is made for each frame, and its pixels are opaque: alpha only decides
+// whether one is drawn.
+void applyV210(const CZrOverlay& overlay, char* frame) {
+    constexpr unsigned int faintest = 10;
+    if (overlay.wmV210 == nullptr || overlay.wmHeight == 0)
+        return;
+    const Area area(overlay);
+    const auto pitch = zrLineBytes(zrFindLayout(ptV210)->line, area.width);
+    ZRDraw* target = nullptr;
+    GetDraw(ptV210, static_cast<int>(area.width), overlay.video.header.biHeight,
+            static_cast<int>(pitch), frame, target);
+    if (target == nullptr)
+        return;
+    const unsigned int pairs = overlay.wmWidth / 2;
+    for (unsigned int row = 0; row < overlay.wmHeight; ++row) {
+        const unsigned int y = overlay.WatermarkY + row;
+        if (y >= area.height)
+            break;
+        for (unsigned int column = 0; column < overlay.wmWidth; ++column) {
+            const unsigned int x = overlay.WatermarkX + column;
+            if (x >= area.width)
+                break;
+            const unsigned int* entry =
+                overlay.wmV210 + watermarkPairEntries * (pairs * row + column / 2);
+            target->SetColorYCbCr10(entry[column % 2 * 2], entry[1], entry[3], entry[4], true);
+            if (entry[4] > faintest)
+                target->PutPixel(static_cast<int>(x), static_cast<int>(y), true);
+        }
+    }
+    ReleaseDraw(target);
+}
+
+// By contract: lines have 4 bytes a pixel and no more.
+void applyBgra(const CZrOverlay& overlay, unsigned char* frame) {
+    if (overlay.wmBgra == nullptr)
+        return;
+    const Area area(overlay);
+    for (unsigned int row = 0; row < overlay.wmHeight; ++row) {
+        const unsigned int y = overlay.WatermarkY + row;
+        if (y >= area.height)
+            return;
+        if (overlay.WatermarkX >= area.width)
+            continue;
+        const unsigned int offset = (y * area.width + overlay.WatermarkX) * watermarkBgraBytes;
+        zrdraw_blend_bgra_over(frame + offset,
+                               overlay.wmBgra + row * overlay.wmWidth * watermarkBgraBytes,
+                               std::min(area.width - overlay.WatermarkX, overlay.wmWidth));
+    }
+}
+
+} // namespace
+
+int CZrOverlay::ApplyWatermark(DFRAME* frame) {
+    auto* const bytes = reinterpret_cast<unsigned char*>(frame->videoData);
+    switch (wmLayout) {
+    case watermarkYuv2:
+        applyYuv2(*this, bytes);
+        break;
+    case watermarkV210:
+        applyV210(*this, frame->videoData);
+        break;
+    case watermarkBgra:
+        applyBgra(*this, bytes);
+        break;
+    default:
+        ErrOut("Error: No colourspace for watermark ");
+        break;
+    }
+    return 0;
+}
