@@ -7,12 +7,7 @@
 #include "media/frame_source.h"
 #include "media/output_file.h"
 #include "media/working_frame.h"
-#include "progress.h"
 #include "script/parser.h"
-
-extern "C" {
-#include <libavutil/parseutils.h>
-}
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -20,7 +15,6 @@ extern "C" {
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
-#include <csignal>
 #include <cstdint>
 #include <cstring>
 #include <fstream>
@@ -29,29 +23,8 @@ extern "C" {
 #include <optional>
 #include <set>
 #include <string_view>
-#include <unistd.h>
 
 namespace {
-
-volatile std::sig_atomic_t interrupted = 0;
-
-// Without SA_RESTART, so that a blocked read ends. A second signal finds the default again, for
-// work that hangs where nobody looks at the flag.
-void catchInterrupts() {
-    struct sigaction action {};
-    action.sa_handler = [](int) { interrupted = 1; };
-    action.sa_flags = static_cast<int>(SA_RESETHAND);
-    sigaction(SIGINT, &action, nullptr);
-    sigaction(SIGTERM, &action, nullptr);
-}
-
-// Ends a read that waits for more of a pipe.
-constexpr AVIOInterruptCB interruptReads{[](void*) -> int { return interrupted; }, nullptr};
-
-void stopIfInterrupted() {
-    if (interrupted != 0)
-        throw Failure("interrupted");
-}
 
 std::string readFile(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
@@ -109,21 +82,6 @@ FrameRange parseFrameRange(std::string_view text) {
     return range;
 }
 
-std::optional<RawFormat> parseRaw(const std::string& text) {
-    if (text.empty())
-        return std::nullopt;
-    RawFormat raw;
-    const std::size_t at = text.find('@');
-    const bool valid =
-        av_parse_video_size(&raw.width, &raw.height, text.substr(0, at).c_str()) >= 0 &&
-        (at == text.npos || av_parse_video_rate(&raw.frameRate, text.substr(at + 1).c_str()) >= 0);
-    if (!valid)
-        throw UsageError(fmt::format(
-            "--raw: expected WIDTHxHEIGHT or WIDTHxHEIGHT@RATE such as 640x480@25, got '{}'",
-            text));
-    return raw;
-}
-
 // Runs the script on canvases. Each gets a drawing object of its own, so that no colour or position
 // passes from one frame to the next.
 class ScriptRunner {
@@ -156,20 +114,9 @@ private:
     std::set<const Command*> m_refused; // warned of already
 };
 
-Progress::Mode progressMode(const DrawOptions& options) {
-    if (options.progress)
-        return Progress::Mode::Blocks;
-    const bool watched = !options.quiet && isatty(STDERR_FILENO) != 0;
-    return watched ? Progress::Mode::Line : Progress::Mode::Silent;
-}
-
-// 0 when unknown.
-std::int64_t framesToCome(const StreamInfo& info, FrameRange range, bool onlyOne) {
-    if (onlyOne)
-        return 1;
-    if (info.frameCount == 0)
-        return range.end == FrameRange{}.end ? 0 : range.end - range.first;
-    return std::max<std::int64_t>(std::min(range.end, info.frameCount) - range.first, 0);
+void passAudio(FrameSource& source, FrameSink& sink) {
+    while (const PacketPtr packet = source.takeAudio())
+        sink.writeAudio(*packet);
 }
 
 // Draws on every frame of the range and writes it. Returns how many those were.
@@ -191,8 +138,10 @@ std::int64_t drawFrames(FrameSource& source, FrameSink& sink, FrameRange range,
         canvas.store(*result);
         result->pts = written++;
         sink.write(*result);
+        passAudio(source, sink);
         progress.advance(written);
     }
+    passAudio(source, sink);
     stopIfInterrupted();
     return written;
 }
@@ -202,8 +151,16 @@ void drawClip(const DrawOptions& options, const Script& script, FrameRange range
     FrameSource source(options.input, layout, raw, interruptReads);
     const StreamInfo& info = source.info();
     WorkingFrame canvas(layout, info.width, info.height);
-    FrameSink sink(options.output, {options.format, options.codec, options.force}, info, layout);
-    Progress progress(progressMode(options), framesToCome(info, range, sink.takesOneFrame()));
+    // A part of a clip would need a part of its sound.
+    SinkOptions wanted{options.format, options.codec, options.force};
+    if (options.frames.empty())
+        wanted.audio = source.keepAudio();
+    else
+        source.dropAudio();
+    FrameSink sink(options.output, wanted, info, layout);
+    const std::int64_t frames =
+        sink.takesOneFrame() ? 1 : framesToCome(info, range.first, range.end);
+    Progress progress(progressMode(options), frames);
     ScriptRunner runner(script, options.quiet, progress);
     if (drawFrames(source, sink, range, canvas, runner, progress) == 0)
         throw Failure(fmt::format("'{}' has no frame {}", options.input,
@@ -216,8 +173,7 @@ void drawClip(const DrawOptions& options, const Script& script, FrameRange range
 
 CLI::App* addDrawCommand(CLI::App& app, DrawOptions& options) {
     CLI::App* draw = app.add_subcommand("draw", "Draw on a picture or on every frame of a clip");
-    draw->add_option("IN", options.input, "Picture or clip; - is standard input")->required();
-    draw->add_option("OUT", options.output, "Picture or clip; - is standard output")->required();
+    addClipOptions(*draw, options);
     draw->add_option("-e", options.expressions, "Commands; may be given more than once")
         ->allow_extra_args(false);
     draw->add_option("--script", options.scriptFile, "File of commands, run before those of -e");
@@ -226,14 +182,6 @@ CLI::App* addDrawCommand(CLI::App& app, DrawOptions& options) {
     draw->add_option("--frames", options.frames,
                      "Draw and write only the frames A up to but excluding B, counted from 0: "
                      "A:B, A:, :B, or N alone");
-    draw->add_option("--format", options.format,
-                     "Output format instead of the name's: y4m, raw...");
-    draw->add_option("--codec", options.codec, "Encoder instead of the format's own");
-    draw->add_option("--raw", options.raw, "IN holds bare frames of the layout: WxH[@RATE]");
-    CLI::Option* progress = draw->add_flag("--progress", options.progress,
-                                           "Report as key=value lines on standard error");
-    draw->add_flag("--quiet", options.quiet, "Print nothing but errors")->excludes(progress);
-    draw->add_flag("--force", options.force, "Replace an existing output");
     draw->footer(fmt::format("Commands, one a line or separated by ';', # starts a comment:\n{}",
                              listOperations()));
     return draw;
@@ -246,13 +194,5 @@ void runDraw(const DrawOptions& options) {
     const std::optional<RawFormat> raw = parseRaw(options.raw);
     OutputFile::checkPath(options.output, options.force);
 
-    quietAv();
-    catchInterrupts();
-    try {
-        drawClip(options, script, range, layout, raw);
-    } catch (const Failure&) {
-        // The signal often stops the input's producer too, and then the input is not at fault.
-        stopIfInterrupted();
-        throw;
-    }
+    runInterruptible([&] { drawClip(options, script, range, layout, raw); });
 }

@@ -1,8 +1,10 @@
 // The command line tool: chooses the subcommand and turns every failure into one line.
+#include "config_command.h"
 #include "draw_command.h"
 #include "error.h"
 #include "font_command.h"
 #include "gallery_command.h"
+#include "overlay_command.h"
 #include "types_command.h"
 #include "zrdraw/version.h"
 
@@ -41,6 +43,10 @@ void run(int argc, char** argv) {
     GalleryOptions galleryOptions;
     addDrawCommand(app, drawOptions);
     const CLI::App* gallery = addGalleryCommand(app, galleryOptions);
+    OverlayOptions overlayOptions;
+    const CLI::App* overlay = addOverlayCommand(app, overlayOptions);
+    ConfigOptions configOptions;
+    const CLI::App* config = addConfigCommand(app, configOptions);
     std::string fontFile;
     const CLI::App* font = addFontCommand(app, fontFile);
     try {
@@ -56,6 +62,10 @@ void run(int argc, char** argv) {
         print(runTypes(typesOptions));
     else if (font->parsed())
         print(runFont(fontFile));
+    else if (config->parsed())
+        print(runConfig(*config, configOptions));
+    else if (overlay->parsed())
+        runOverlay(overlayOptions);
     else if (gallery->parsed())
         runGallery(galleryOptions);
     else

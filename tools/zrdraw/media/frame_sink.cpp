@@ -76,7 +76,7 @@ FrameSink::FrameSink(const std::string& path, const SinkOptions& options, const 
     if (rawFrames || (codec.id == AV_CODEC_ID_V210 && layout.code == ptV210))
         m_bareLine = wholeLineBytes(layout, source.width);
     m_file.emplace(path, options.force);
-    startMuxer();
+    startMuxer(options);
 }
 
 void FrameSink::describeFrames(const AVCodec& codec, const StreamInfo& source,
@@ -141,7 +141,7 @@ void FrameSink::openEncoder(const AVCodec& codec) {
             sizeRemark(encoder.pix_fmt, encoder.width, encoder.height), avErrorText(opened)));
 }
 
-void FrameSink::startMuxer() {
+void FrameSink::startMuxer(const SinkOptions& options) {
     AVFormatContext* muxer = nullptr;
     avformat_alloc_output_context2(&muxer, m_format, nullptr, nullptr);
     if (!muxer)
@@ -156,9 +156,32 @@ void FrameSink::startMuxer() {
     m_stream->time_base = m_encoder->time_base;
     m_stream->avg_frame_rate = m_encoder->framerate;
     m_stream->sample_aspect_ratio = m_encoder->sample_aspect_ratio;
+    if (!options.timeCode.empty())
+        av_dict_set(&m_stream->metadata, "timecode", options.timeCode.c_str(), 0);
+    passAudio(options.audio);
     const int started = avformat_write_header(m_muxer.get(), nullptr);
     if (started < 0)
         fail("begin", started);
+}
+
+void FrameSink::passAudio(const std::vector<AVStream*>& streams) {
+    if (m_format->audio_codec == AV_CODEC_ID_NONE)
+        return;
+    for (const AVStream* from : streams) {
+        const AVCodecID codec = from->codecpar->codec_id;
+        if (avformat_query_codec(m_format, codec, FF_COMPLIANCE_UNOFFICIAL) == 0)
+            throw Failure(fmt::format("the format '{}' cannot hold the sound, which is {}: use "
+                                      "another name such as out.mov or out.mkv",
+                                      m_format->name, avcodec_get_name(codec)));
+        AVStream* to = avformat_new_stream(m_muxer.get(), nullptr);
+        if (!to || avcodec_parameters_copy(to->codecpar, from->codecpar) < 0)
+            throw std::bad_alloc();
+        to->codecpar->codec_tag = 0; // each format has its own
+        to->time_base = from->time_base;
+        to->disposition = from->disposition;
+        av_dict_copy(&to->metadata, from->metadata, 0);
+        m_audio.push_back({from, to});
+    }
 }
 
 FramePtr FrameSink::makeFrame() const {
@@ -195,6 +218,20 @@ void FrameSink::write(const AVFrame& frame) {
     else
         encode(&frame);
     ++m_framesWritten;
+}
+
+void FrameSink::writeAudio(AVPacket& packet) {
+    for (const Passed& stream : m_audio) {
+        if (stream.from->index != packet.stream_index)
+            continue;
+        packet.stream_index = stream.to->index;
+        av_packet_rescale_ts(&packet, stream.from->time_base, stream.to->time_base);
+        packet.pos = -1;
+        const int written = av_interleaved_write_frame(m_muxer.get(), &packet);
+        if (written < 0)
+            fail("write the sound of", written);
+        return;
+    }
 }
 
 void FrameSink::finish() {

@@ -10,11 +10,14 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 struct SinkOptions {
     std::string format; // "y4m", "raw" or a muxer's name; empty: from the file's name
     std::string codec;  // an encoder's name; empty: the format's own
     bool force = false; // replace an existing file
+    std::vector<AVStream*> audio = {}; // streams of a source, to be passed on as they are
+    std::string timeCode = {};         // of the first frame, for the file's own; may be empty
 };
 
 class FrameSink {
@@ -33,6 +36,11 @@ public:
     // The frame's pts is its number in the result, counted from 0.
     void write(const AVFrame& frame);
 
+    // Passes on a packet of one of the audio streams, which may be without any if the format takes
+    // no sound.
+    void writeAudio(AVPacket& packet);
+    bool takesAudio() const { return !m_audio.empty(); }
+
     // Completes the file and gives it its name. Without it nothing is left behind.
     void finish();
 
@@ -44,7 +52,8 @@ private:
     void describeFrames(const AVCodec& codec, const StreamInfo& source, AVPixelFormat working);
     void describeColors(const AVCodec& codec, const StreamInfo& source);
     void openEncoder(const AVCodec& codec);
-    void startMuxer();
+    void startMuxer(const SinkOptions& options);
+    void passAudio(const std::vector<AVStream*>& streams);
     void encode(const AVFrame* frame);
     void writeBare(const AVFrame& frame);
     void writePacket();
@@ -59,5 +68,10 @@ private:
     std::optional<OutputFile> m_file; // opened last, when nothing else can be refused
     std::unique_ptr<AVFormatContext, MuxerFree> m_muxer;
     AVStream* m_stream = nullptr;
+    struct Passed {
+        const AVStream* from;
+        AVStream* to;
+    };
+    std::vector<Passed> m_audio;
     std::int64_t m_framesWritten = 0;
 };

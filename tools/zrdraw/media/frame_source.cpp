@@ -28,6 +28,9 @@ namespace {
 
 constexpr int decoderThreads = 2;
 
+// A file whose sound stands far behind its pictures, or ends early, is not read into memory whole.
+constexpr std::size_t mostBytesAhead = std::size_t{256} << 20;
+
 // A dictionary of options, in the one shape that the libraries take.
 class Options {
 public:
@@ -90,6 +93,21 @@ int errorChecks(AVCodecID codec) {
     return AV_EF_CRCCHECK | AV_EF_BITSTREAM | AV_EF_BUFFER | (strictest ? AV_EF_EXPLODE : 0);
 }
 
+std::string timeCodeIn(const AVDictionary* tags) {
+    const AVDictionaryEntry* entry = av_dict_get(tags, "timecode", nullptr, 0);
+    return entry ? entry->value : "";
+}
+
+// The pictures' own, the file's, or that of a stream of time codes.
+std::string timeCodeOf(const AVFormatContext& input, const AVStream& pictures) {
+    std::string text = timeCodeIn(pictures.metadata);
+    if (text.empty())
+        text = timeCodeIn(input.metadata);
+    for (unsigned i = 0; i < input.nb_streams && text.empty(); ++i)
+        text = timeCodeIn(input.streams[i]->metadata);
+    return text;
+}
+
 // The number of frames for a progress display: from the header, else from the length in time.
 std::int64_t frameCountOf(const AVFormatContext& input, const AVStream& stream, AVRational rate) {
     if (stream.nb_frames > 0)
@@ -103,16 +121,19 @@ std::int64_t frameCountOf(const AVFormatContext& input, const AVStream& stream, 
 
 } // namespace
 
-FrameSource::FrameSource(const std::string& path, const zrLayout& layout,
+FrameSource::FrameSource(const std::string& path, const LayoutChoice& layout,
                          const std::optional<RawFormat>& raw, const AVIOInterruptCB& interrupt)
     : m_path(path), m_name(path == "-" ? "standard input" : fmt::format("'{}'", path)),
-      m_layout(layout), m_raw(raw), m_packet(av_packet_alloc()), m_first(av_frame_alloc()) {
+      m_layout(&layout(AV_PIX_FMT_NONE)), m_raw(raw), m_packet(av_packet_alloc()),
+      m_first(av_frame_alloc()) {
     if (!m_packet || !m_first)
         throw std::bad_alloc();
     if (m_path != "-")
         requireReadable(m_path);
     open(interrupt);
     findStream();
+    if (!m_raw)
+        m_layout = &layout(static_cast<AVPixelFormat>(m_stream->codecpar->format));
     if (!m_raw && !holdsBareFrames())
         openDecoder();
     if (!next(*m_first))
@@ -128,12 +149,12 @@ void FrameSource::open(const AVIOInterruptCB& interrupt) {
         if (m_raw->width <= 0 || m_raw->height <= 0)
             throw UsageError(fmt::format("raw frames of {}x{} do not exist: use a size from 1x1 on",
                                          m_raw->width, m_raw->height));
-        requireFit(m_layout, m_raw->width, m_raw->height);
+        requireFit(*m_layout, m_raw->width, m_raw->height);
         // The library knows few of the layouts, so it reads lines of bytes.
         format = av_find_input_format("rawvideo");
         options.set("pixel_format", "gray");
         options.set("video_size",
-                    fmt::format("{}x{}", wholeLineBytes(m_layout, m_raw->width), m_raw->height));
+                    fmt::format("{}x{}", wholeLineBytes(*m_layout, m_raw->width), m_raw->height));
         options.set("framerate", fmt::format("{}/{}", m_raw->frameRate.num, m_raw->frameRate.den));
     }
     const std::string url = m_path == "-" ? "pipe:0" : "file:" + m_path;
@@ -169,11 +190,11 @@ void FrameSource::findStream() {
 // lines of another length, which the decoder understands.
 bool FrameSource::holdsBareFrames() {
     const AVCodecParameters& header = *m_stream->codecpar;
-    if (header.codec_id != AV_CODEC_ID_V210 || m_layout.code != ptV210)
+    if (header.codec_id != AV_CODEC_ID_V210 || m_layout->code != ptV210)
         return false;
     m_packetWaits = readPacket();
     return m_packetWaits &&
-           m_packet->size == wholeLineBytes(m_layout, header.width) * header.height;
+           m_packet->size == wholeLineBytes(*m_layout, header.width) * header.height;
 }
 
 void FrameSource::openDecoder() {
@@ -202,7 +223,7 @@ void FrameSource::describe(const AVFrame& first) {
     m_info.height = first.height;
     m_info.timeBase = m_stream->time_base;
     m_info.sampleAspect = av_guess_sample_aspect_ratio(m_input.get(), m_stream, m_first.get());
-    m_info.pixelFormat = first.format == barePixels ? pixelFormatOf(m_layout)
+    m_info.pixelFormat = first.format == barePixels ? pixelFormatOf(*m_layout)
                                                     : static_cast<AVPixelFormat>(first.format);
     m_info.colorSpace = known(first.colorspace, header.color_space, AVCOL_SPC_UNSPECIFIED);
     m_info.colorRange = known(first.color_range, header.color_range, AVCOL_RANGE_UNSPECIFIED);
@@ -214,6 +235,11 @@ void FrameSource::describe(const AVFrame& first) {
     m_info.fieldOrder = header.field_order;
     if (m_info.fieldOrder == AV_FIELD_UNKNOWN && first.interlaced_frame)
         m_info.fieldOrder = first.top_field_first ? AV_FIELD_TT : AV_FIELD_BB;
+    m_info.formatName = m_input->iformat->name;
+    m_info.timeCode = timeCodeOf(*m_input, *m_stream);
+    const std::int64_t start = first.best_effort_timestamp;
+    if (start != AV_NOPTS_VALUE)
+        m_startTime = av_rescale_q(start, m_stream->time_base, AV_TIME_BASE_Q);
     m_info.picture = readsPictures(*m_input);
     m_info.frameCount = m_info.picture ? 1 : frameCountOf(*m_input, *m_stream, m_info.frameRate);
 }
@@ -242,7 +268,7 @@ bool FrameSource::takeBare(AVFrame& frame) {
     frame.format = barePixels;
     frame.width = m_raw ? m_raw->width : header.width;
     frame.height = m_raw ? m_raw->height : header.height;
-    frame.linesize[0] = wholeLineBytes(m_layout, frame.width);
+    frame.linesize[0] = wholeLineBytes(*m_layout, frame.width);
     if (m_packet->size != frame.linesize[0] * frame.height)
         failAtFrame(fmt::format("it has {} bytes and not {}", m_packet->size,
                                 frame.linesize[0] * frame.height));
@@ -284,29 +310,110 @@ void FrameSource::feedDecoder() {
         failAtFrame(avErrorText(sent));
 }
 
-// The next packet of the stream; false at the end.
+// The next packet of the pictures; false at the end.
 bool FrameSource::readPacket() {
     if (std::exchange(m_packetWaits, false))
         return true;
-    int status = 0;
-    do {
-        av_packet_unref(m_packet.get());
-        status = av_read_frame(m_input.get(), m_packet.get());
-        if (status >= 0)
-            notePacket();
-    } while (status >= 0 && m_packet->stream_index != m_stream->index);
+    if (!m_picturesAhead.empty()) {
+        m_packet = std::move(m_picturesAhead.front());
+        m_picturesAhead.pop_front();
+        m_bytesAhead -= static_cast<std::size_t>(m_packet->size);
+        return true;
+    }
+    while (readAny()) {
+        if (m_packet->stream_index == m_stream->index)
+            return true;
+        if (isAudio(*m_packet))
+            keepAudioPacket();
+    }
+    return false;
+}
+
+// The next packet of any stream; false at the end.
+bool FrameSource::readAny() {
+    if (m_ended)
+        return false;
+    av_packet_unref(m_packet.get());
+    const int status = av_read_frame(m_input.get(), m_packet.get());
     if (status == AVERROR_EOF) {
+        m_ended = true;
         requireWholeFile();
         return false;
     }
     if (status < 0)
         failAtFrame(avErrorText(status));
+    notePacket();
+    if (m_packet->stream_index != m_stream->index)
+        return true;
     if (m_packet->flags & AV_PKT_FLAG_CORRUPT)
         failAtFrame("the file is cut off or damaged");
     if (m_stream->codecpar->codec_id == AV_CODEC_ID_MJPEG && readsPictures(*m_input) &&
         !jpegReachesItsEnd({m_packet->data, static_cast<std::size_t>(m_packet->size)}))
         failAtFrame("the file is cut off");
     return true;
+}
+
+bool FrameSource::isAudio(const AVPacket& packet) const {
+    return m_input->streams[packet.stream_index]->codecpar->codec_type == AVMEDIA_TYPE_AUDIO;
+}
+
+void FrameSource::keepAudioPacket() {
+    if (!m_audioKept)
+        return;
+    m_audio.push_back(std::exchange(m_packet, PacketPtr(av_packet_alloc())));
+    if (!m_packet)
+        throw std::bad_alloc();
+}
+
+std::vector<AVStream*> FrameSource::keepAudio() {
+    std::vector<AVStream*> streams;
+    for (unsigned i = 0; i < m_input->nb_streams; ++i) {
+        AVStream* stream = m_input->streams[i];
+        if (stream->codecpar->codec_type != AVMEDIA_TYPE_AUDIO)
+            continue;
+        streams.push_back(stream);
+        m_audioEnds[stream->index] = 0.0;
+    }
+    m_audioKept = !streams.empty();
+    for (const PacketPtr& packet : m_audio)
+        noteAudioEnd(*packet);
+    return streams;
+}
+
+void FrameSource::dropAudio() {
+    m_audioKept = false;
+    m_audio.clear();
+}
+
+PacketPtr FrameSource::takeAudio() {
+    if (m_audio.empty())
+        return nullptr;
+    PacketPtr packet = std::move(m_audio.front());
+    m_audio.pop_front();
+    const AVRational timeBase = m_input->streams[packet->stream_index]->time_base;
+    const std::int64_t start = av_rescale_q(m_startTime, AV_TIME_BASE_Q, timeBase);
+    if (packet->pts != AV_NOPTS_VALUE)
+        packet->pts -= start;
+    if (packet->dts != AV_NOPTS_VALUE)
+        packet->dts -= start;
+    return packet;
+}
+
+void FrameSource::readAudioUntil(double seconds) {
+    const auto lacksAudio = [&] {
+        return std::any_of(m_audioEnds.begin(), m_audioEnds.end(),
+                           [=](const auto& end) { return end.second < seconds; });
+    };
+    while (m_bytesAhead < mostBytesAhead && lacksAudio() && readAny()) {
+        if (isAudio(*m_packet)) {
+            keepAudioPacket();
+        } else if (m_packet->stream_index == m_stream->index) {
+            m_bytesAhead += static_cast<std::size_t>(m_packet->size);
+            m_picturesAhead.push_back(std::exchange(m_packet, PacketPtr(av_packet_alloc())));
+            if (!m_packet)
+                throw std::bad_alloc();
+        }
+    }
 }
 
 void FrameSource::notePacket() {
@@ -317,6 +424,16 @@ void FrameSource::notePacket() {
     const AVRational timeBase = m_input->streams[packet.stream_index]->time_base;
     m_timeEnd =
         std::max(m_timeEnd, av_rescale_q(packet.pts + packet.duration, timeBase, AV_TIME_BASE_Q));
+    noteAudioEnd(packet);
+}
+
+void FrameSource::noteAudioEnd(const AVPacket& packet) {
+    const auto audio = m_audioEnds.find(packet.stream_index);
+    if (audio == m_audioEnds.end() || packet.pts == AV_NOPTS_VALUE)
+        return;
+    const AVRational timeBase = m_input->streams[packet.stream_index]->time_base;
+    const std::int64_t end = av_rescale_q(packet.pts + packet.duration, timeBase, AV_TIME_BASE_Q);
+    audio->second = static_cast<double>(end - m_startTime) / AV_TIME_BASE;
 }
 
 // These demuxers take a stream that is cut off for one that ends, so its end is compared with what

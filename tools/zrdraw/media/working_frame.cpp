@@ -29,7 +29,10 @@ Number roundedUp(Number bytes, Number unit) {
 }
 
 SwsContext* converter(SwsPtr& cached, int width, int height, AVPixelFormat from, AVPixelFormat to) {
-    constexpr int flags = SWS_BILINEAR | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT;
+    // Between formats in Y, Cb and Cr chroma is repeated and picked, not filtered: what was not
+    // drawn on then comes back as it was.
+    const bool kept = !countsAsRgb(from) && !countsAsRgb(to);
+    const int flags = (kept ? SWS_POINT : SWS_BILINEAR) | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT;
     cached.reset(sws_getCachedContext(cached.release(), width, height, from, width, height, to,
                                       flags, nullptr, nullptr, nullptr));
     if (!cached)

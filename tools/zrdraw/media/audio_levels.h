@@ -1,0 +1,43 @@
+// How loud each channel of sound is, picture by picture.
+#pragma once
+
+#include "media/av.h"
+
+#include <array>
+#include <map>
+#include <vector>
+
+class AudioLevels {
+public:
+    static constexpr std::size_t mostChannels = 16;
+    using Levels = std::array<unsigned, mostChannels>; // the greatest amplitudes, 0 to 65535
+
+    // Channels are counted through all streams, in order.
+    explicit AudioLevels(const std::vector<AVStream*>& streams);
+
+    // How many channels there are, the most at most.
+    unsigned channels() const { return m_channels; }
+
+    // Takes a packet whose times are counted from the first picture.
+    void feed(const AVPacket& packet);
+
+    // Of the time up to but excluding `seconds`, since the last call.
+    Levels takeUntil(double seconds);
+
+private:
+    // Samples that no picture has taken yet, channel by channel in turns.
+    struct Stream {
+        CodecPtr decoder;
+        AVRational timeBase{0, 1};
+        std::size_t firstChannel = 0;
+        std::size_t channels = 0;
+        double begin = 0.0; // of the waiting samples, seconds
+        std::vector<float> waiting;
+    };
+
+    void take(Stream& stream, const AVFrame& frame);
+
+    std::map<int, Stream> m_streams; // by index in the file
+    unsigned m_channels = 0;
+    FramePtr m_frame;
+};

@@ -1,0 +1,231 @@
+#include "overlay/burner.h"
+
+#include "error.h"
+#include "layout_names.h"
+#include "media/pixel_formats.h"
+#include "zrdraw/platform/config_store.h"
+#include "zrdraw/platform/media.h"
+#include "zrdraw/zrhost.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+constexpr unsigned mostMeters = CZrOverlay::historyChannels;
+constexpr unsigned timeCodeFlags = 0x30100;
+
+// How a stream in a layout describes itself.
+struct Description {
+    unsigned code;
+    char compression[5];
+    unsigned short depth;
+};
+constexpr Description descriptions[] = {
+    {ptBGRA32, "", 32}, {ptUYVY, "yuv2", 16}, {ptV210, "012v", 16}};
+
+const Description& descriptionOf(const zrLayout& layout) {
+    for (const Description& row : descriptions) {
+        if (row.code == layout.code)
+            return row;
+    }
+    throw UsageError(fmt::format("overlays are burnt in bgra, uyvy or v210, not in {}: use one of "
+                                 "them as --layout, or leave it out",
+                                 layoutName(layout)));
+}
+
+void setText(CZrOverlay& overlay, int slot, const std::string& text) {
+    char*& owned = overlay.CustomText[slot];
+    delete[] owned;
+    owned = new char[text.size() + 1]; // the overlay's own, which frees it so
+    std::memcpy(owned, text.c_str(), text.size() + 1);
+}
+
+bool isAssigned(const BurnOptions& options, const char* key) {
+    return std::any_of(options.settings.begin(), options.settings.end(),
+                       [key](const Assignment& setting) { return setting.key->name == key; });
+}
+
+bool hasLayer(const CZrOverlay& overlay) {
+    bool any = overlay.TimeCodeLTCEnable != 0 || overlay.TimeCodeVITCEnable != 0 ||
+               overlay.WatermarkEnable != 0 || overlay.SourceFormatEnable != 0 ||
+               overlay.AudioEnable != 0;
+    for (const unsigned enabled : overlay.CustomTextEnabled)
+        any = any || enabled != 0;
+    return any;
+}
+
+std::string timeCodeText(unsigned count, unsigned type) {
+    char text[512] = {};
+    tc2String(count, type | timeCodeFlags, text);
+    return text;
+}
+
+// Two channels a word, the even one low, with room for every meter.
+using Words = std::array<unsigned, mostMeters / 2>;
+
+Words packed(const AudioLevels::Levels& levels) {
+    Words words{};
+    for (std::size_t i = 0; i < levels.size(); ++i)
+        words[i / 2] |= levels[i] << (i % 2 * 16);
+    return words;
+}
+
+} // namespace
+
+const zrLayout& overlayLayout(AVPixelFormat source) {
+    const bool alpha = hasFlag(source, AV_PIX_FMT_FLAG_ALPHA);
+    if (source == AV_PIX_FMT_NONE || alpha || countsAsRgb(source))
+        return *zrFindLayout(ptBGRA32);
+    const bool deep = av_pix_fmt_desc_get(source)->comp[0].depth > 8;
+    return *zrFindLayout(deep ? ptV210 : ptUYVY);
+}
+
+Burner::Burner(const BurnOptions& options, const StreamInfo& source, const zrLayout& layout,
+               unsigned audioChannels)
+    : m_peaks(av_q2d(source.frameRate)) {
+    loadStore(options);
+    applyOptions(options, audioChannels);
+    describe(options, source, layout);
+    startTimeCodeAt(options, source);
+}
+
+void Burner::loadStore(const BurnOptions& options) {
+    if (!options.store.empty()) {
+        char reason[512] = {};
+        if (zrCFGUseStore(options.store.c_str(), reason, sizeof reason) != 0)
+            throw Failure(reason);
+    }
+    // Loading from an empty store would fill it.
+    m_stored = zrCFGKeyExists(zrCFGDefaultStore, zrOverlayKeyPath) != 0;
+    if (!m_stored && !options.store.empty())
+        throw UsageError(fmt::format("'{}' holds no settings of an overlay: make them with zrdraw "
+                                     "config set, or leave out --settings-store",
+                                     options.store));
+    if (!m_stored)
+        return;
+    // Texts are loaded into what a slot has, and the watermark not at all.
+    for (int slot = 0; slot < CZrOverlay::textSlots; ++slot)
+        setText(m_overlay, slot, std::string(zrOverlayTextLimit, '\0'));
+    m_overlay.LoadConfig();
+    char path[zrOverlayTextLimit + 1] = {};
+    m_overlay.LoadSetting("Watermark", static_cast<char*>(path));
+    m_watermark = path;
+}
+
+void Burner::applyOptions(const BurnOptions& options, unsigned audioChannels) {
+    if (!options.watermark.empty()) {
+        m_watermark = options.watermark;
+        m_overlay.WatermarkEnable = 1;
+    }
+    for (std::size_t slot = 0; slot < options.texts.size(); ++slot) {
+        if (options.texts[slot].empty())
+            continue;
+        setText(m_overlay, static_cast<int>(slot), options.texts[slot]);
+        m_overlay.CustomTextEnabled[slot] = 1;
+    }
+    for (const auto& [key, value] : options.settings) {
+        if (key->number)
+            m_overlay.*key->number = settingNumber(*key, value);
+        else if (key->numbers)
+            (m_overlay.*key->numbers)[key->slot] = settingNumber(*key, value);
+        else if (key->name == "Watermark")
+            m_watermark = value;
+        else
+            setText(m_overlay, key->slot, value);
+    }
+    m_overlay.Watermark = m_watermark.empty() ? nullptr : m_watermark.data();
+    // Whoever burns an overlay wants one, and time code if nothing else was asked for.
+    if (!isAssigned(options, "Enabled"))
+        m_overlay.Enabled = 1;
+    if (!hasLayer(m_overlay) && !isAssigned(options, "TimeCodeLTCEnable"))
+        m_overlay.TimeCodeLTCEnable = 1;
+    if (!m_stored && !isAssigned(options, "AudioChannels") && audioChannels != 0)
+        m_overlay.AudioChannels = audioChannels;
+    if (m_overlay.AudioChannels > mostMeters)
+        throw UsageError(fmt::format("AudioChannels: there are {} meters at most, not {}",
+                                     mostMeters, m_overlay.AudioChannels));
+}
+
+void Burner::describe(const BurnOptions& options, const StreamInfo& source,
+                      const zrLayout& layout) {
+    const Description& description = descriptionOf(layout);
+    if (layout.code == ptUYVY && source.width % 2 != 0)
+        throw Failure(
+            fmt::format("overlays in uyvy need an even width, and the pictures are {}x{}: "
+                        "use --layout bgra",
+                        source.width, source.height));
+    const auto video = std::make_unique<KPXVIDEO>();
+    tagBITMAPINFO header{};
+    header.biSize = offsetof(tagBITMAPINFO, biMask);
+    header.biWidth = source.width;
+    header.biHeight = source.height;
+    header.biPlanes = 1;
+    header.biBitCount = description.depth;
+    std::memcpy(&header.biCompression, description.compression, sizeof header.biCompression);
+    header.biSizeImage = GetDrawSize(layout.code, source.width, source.height, 0);
+    video->header = header;
+    video->rate = static_cast<unsigned>(source.frameRate.num);
+    video->scale = static_cast<unsigned>(source.frameRate.den);
+    const bool interlaced =
+        source.fieldOrder != AV_FIELD_UNKNOWN && source.fieldOrder != AV_FIELD_PROGRESSIVE;
+    video->flags = interlaced || options.interlaced ? zrScanInterlaced : 0;
+    const auto system = std::make_unique<KPXSYSTEM>();
+    system->fileType = zrFileTypeOf(source.formatName.c_str());
+    zrOSSetLogSink([](const char*) {}); // told below, with the file's name
+    m_overlay.Create(video.get(), system.get());
+    zrOSSetLogSink(nullptr);
+    const bool cached = m_overlay.wmBgra || m_overlay.wmYuv2 || m_overlay.wmV210;
+    if (m_overlay.WatermarkEnable != 0 && !cached)
+        warn(m_watermark.empty()
+                 ? "the watermark is enabled, but none is given: use --watermark FILE"
+                 : fmt::format("the watermark '{}' cannot be read; the frames go without it",
+                               m_watermark));
+}
+
+void Burner::startTimeCodeAt(const BurnOptions& options, const StreamInfo& source) {
+    const std::string& given = options.startTimeCode;
+    const std::string text = given.empty() ? source.timeCode : given;
+    const double rate = av_q2d(source.frameRate);
+    int drop = text.empty() ? -1 : text.find(';') != std::string::npos;
+    if (options.dropFrame)
+        drop = *options.dropFrame;
+    m_timeCodeType = zrTimeCodeType(source.frameRate.num, source.frameRate.den, drop);
+    if (m_timeCodeType == 0 && options.dropFrame.value_or(false))
+        throw UsageError(fmt::format("there is no drop-frame time code at {:.6g} frames a second: "
+                                     "leave out --drop",
+                                     rate));
+    if (m_timeCodeType == 0) // a source may claim what there is not
+        m_timeCodeType = zrTimeCodeType(source.frameRate.num, source.frameRate.den, -1);
+    if (m_timeCodeType == 0) {
+        m_timeCodeType = m_overlay.tcType;
+        warn(fmt::format("no time code counts {:.6g} frames a second: the nearest is used", rate));
+    }
+    m_overlay.tcType = m_timeCodeType;
+    if (text.empty() || zrTimeCodeFrames(text.c_str(), m_timeCodeType, &m_firstTimeCode) == 0)
+        return;
+    const std::string problem =
+        fmt::format("the time code '{}' cannot be at {:.6g} frames a second{}", text, rate,
+                    zrTimeCodeIsDrop(m_timeCodeType) != 0 ? " drop-frame" : "");
+    if (!given.empty())
+        throw UsageError(problem + ": use one such as 01:00:00:00");
+    warn(problem + "; it starts at 00:00:00:00");
+}
+
+void Burner::warn(const std::string& text) {
+    m_warning += (m_warning.empty() ? "" : "; ") + text;
+}
+
+std::string Burner::startTimeCode() const {
+    return timeCodeText(m_firstTimeCode, m_timeCodeType);
+}
+
+void Burner::burn(WorkingFrame& canvas, std::int64_t number, const AudioLevels::Levels& levels) {
+    m_frame->videoData = canvas.data();
+    m_frame->ltc = m_frame->vitc = m_firstTimeCode + static_cast<unsigned>(number);
+    Words levelWords = packed(levels);
+    Words peakWords = packed(m_peaks.next(levels));
+    m_overlay.BurnIn(m_frame.get(), levelWords.data(), peakWords.data(), 0);
+}
