@@ -1,0 +1,144 @@
+// Transitions of 4:2:2 frames, by way of planes of three bytes a pixel in one scratch allocation.
+#include <algorithm>
+#include <cstdint>
+
+#include "fx/kernel_args.h"
+#include "fx/pixel_groups.h"
+#include "fx/planes.h"
+#include "platform/files.h"
+#include "platform/memory.h"
+#include "platform/threads.h"
+
+namespace {
+
+constexpr unsigned int failed = 0xFFFFFFFFU;
+constexpr unsigned int planeAlignment = 512;
+constexpr unsigned int planeSlack = 3072;
+
+// By contract: both front ends say the same name.
+constexpr const char* noMemory = "No Memory ZRDraw_DisplayWipeYCbCr";
+
+// The calling thread runs at priority 15 while a front end works.
+class Priority {
+public:
+    Priority() : m_thread(zrOSGetCurrentThread()), m_before(zrOSGetThreadPriority(m_thread)) {
+        constexpr int during = 15;
+        zrOSSetThreadPriority(m_thread, during);
+    }
+    void restore() { zrOSSetThreadPriority(m_thread, m_before); }
+
+private:
+    void* m_thread;
+    int m_before;
+};
+
+template <typename Number>
+Number roundedUp(Number value) {
+    return (value + planeAlignment - 1) / planeAlignment * planeAlignment;
+}
+
+// Three planes in one allocation; sizes are 32-bit numbers that wrap.
+struct Planes {
+    Planes(unsigned char* memory, unsigned int pixels) {
+        const auto start = roundedUp(reinterpret_cast<std::uintptr_t>(memory));
+        first = reinterpret_cast<unsigned char*>(start);
+        const unsigned int size = roundedUp(PlaneCopy::pixelBytes * pixels);
+        second = first + size;
+        result = second + size;
+    }
+    bool arePlaced() const { return first != nullptr && second != nullptr && result != nullptr; }
+
+    unsigned char* first;
+    unsigned char* second;
+    unsigned char* result;
+};
+
+unsigned int scratchBytes(unsigned int pixels) {
+    return 3 * PlaneCopy::pixelBytes * pixels + planeSlack;
+}
+
+// By contract: no message when the allocator throws, and the priority stays raised.
+bool allocate(unsigned int bytes, unsigned char*& memory) {
+    try {
+        memory = static_cast<unsigned char*>(ZRAlloc(bytes));
+        return true;
+    } catch (...) {
+        return false;
+    }
+}
+
+unsigned int wipePlanes(const FrameArgs& f, const Planes& planes) {
+    const unsigned int pitch = f.width * PlaneCopy::pixelBytes;
+    return ZRDraw_DisplayWipe(planes.first, pitch, planes.second, pitch, planes.result, pitch,
+                              f.wipeCode, fxByte3, f.width, f.height, f.fxReserved0, f.fxReserved1,
+                              f.fxReserved2, f.fxReserved3, f.fxReserved4, f.rangeStart, f.rangeEnd,
+                              f.position);
+}
+
+// What the two front ends differ in.
+struct Layout {
+    void (*expand)(const PlaneCopy&);
+    void (*pack)(const PlaneCopy&);
+};
+
+void expandSources(const Layout& layout, const FrameArgs& f, const Planes& planes) {
+    layout.expand({f.srcA, f.pitchA, planes.first, f.width, f.height});
+    layout.expand({f.srcB, f.pitchB, planes.second, f.width, f.height});
+}
+
+void packResult(const Layout& layout, const FrameArgs& f, const Planes& planes) {
+    layout.pack({f.dst, f.pitchDst, planes.result, f.width, f.height});
+}
+
+// The frame of a transition through planes. `wipe` answers whether there is a result to pack.
+template <typename Wipe>
+unsigned int throughPlanes(const Layout& layout, const FrameArgs& f, Wipe wipe) {
+    Priority priority;
+    const unsigned int pixels = f.width * f.height;
+    unsigned char* memory = nullptr;
+    if (!allocate(scratchBytes(pixels), memory))
+        return failed;
+    const Planes planes(memory, pixels);
+    if (memory == nullptr || !planes.arePlaced()) {
+        ErrOut(noMemory);
+        priority.restore();
+        return failed;
+    }
+    expandSources(layout, f, planes);
+    unsigned int result = 0;
+    if (wipe(planes, result))
+        packResult(layout, f, planes);
+    ZRFree(memory);
+    priority.restore();
+    return result;
+}
+
+constexpr Layout pairs{expandPairs, packPairs};
+constexpr Layout groups{expandGroups, packGroups};
+
+} // namespace
+
+extern "C" unsigned int ZRDraw_DisplayWipeYCbCr(ZRFX_FRAME_PARAMETERS) {
+    const FrameArgs f{ZRFX_FRAME_VALUES};
+    return throughPlanes(pairs, f, [&f](const Planes& planes, unsigned int& result) {
+        try {
+            result = wipePlanes(f, planes);
+            return true;
+        } catch (...) {
+            ErrOut("Exception Error ZRDraw_DisplayWipeYCbCr");
+            return false;
+        }
+    });
+}
+
+// By contract: an exception of the transition passes, and the memory is lost.
+extern "C" unsigned int ZRDraw_DisplayWipeV210(ZRFX_FRAME_PARAMETERS) {
+    FrameArgs f{ZRFX_FRAME_VALUES};
+    const unsigned int line = zrLineBytes(zrFindLayout(ptV210)->line, width);
+    for (unsigned int* pitch : {&f.pitchA, &f.pitchB, &f.pitchDst})
+        *pitch = std::max(*pitch, line);
+    return throughPlanes(groups, f, [&f](const Planes& planes, unsigned int& result) {
+        result = wipePlanes(f, planes);
+        return true;
+    });
+}

@@ -1,0 +1,33 @@
+// Mixing runs of samples of two frames, as the dissolve does it: first * t + second * u in double
+// precision, truncated, and cut to the width of a sample.
+#pragma once
+
+#include <cstddef>
+
+struct MixWeights {
+    double t; // of the first
+    double u; // of the second, 1.0 - t
+};
+
+// The weight of the first run in units of 1/65536.
+using MixStep = unsigned int;
+
+// The three bodies give the same bytes wherever more than one may be used.
+
+// Any weights. Values that no integer holds are the processor's "integer indefinite".
+void mixBytes(unsigned char* to, const unsigned char* first, const unsigned char* second,
+              std::size_t count, const MixWeights& weights);
+void mixWords(unsigned short* to, const unsigned short* first, const unsigned short* second,
+              std::size_t count, const MixWeights& weights);
+
+// Where t is a whole number of 65536ths from 0 to 1, every product and sum above is exact in double
+// precision, so that integers give the same result.
+bool isWholeStep(const MixWeights& weights, MixStep& step);
+void mixBytesByStep(unsigned char* to, const unsigned char* first, const unsigned char* second,
+                    std::size_t count, MixStep step);
+void mixWordsByStep(unsigned short* to, const unsigned short* first, const unsigned short* second,
+                    std::size_t count, MixStep step);
+
+// By contract: the first is truncated before it is weighed, the second is not.
+void mixFloats(float* to, const float* first, const float* second, std::size_t count,
+               const MixWeights& weights);

@@ -1,0 +1,34 @@
+// The loops of the integer mix, which are compiled once for each width of vector.
+#pragma once
+
+#include "fx/mix.h"
+
+// b + (a - b) * step / 65536, rounded down. The step goes into a signed 16-bit factor, as the
+// multiplication of vectors has them; what it is off by, 65536, is one whole difference.
+__attribute__((always_inline)) inline void mixBytesLoop(unsigned char* to,
+                                                        const unsigned char* first,
+                                                        const unsigned char* second,
+                                                        std::size_t count, MixStep step) {
+    constexpr MixStep half = 32768;
+    const auto factor = static_cast<short>(static_cast<unsigned short>(step));
+    if (step < half) {
+        for (std::size_t i = 0; i < count; ++i) {
+            const auto difference = static_cast<short>(first[i] - second[i]);
+            to[i] = static_cast<unsigned char>(second[i] + ((difference * factor) >> 16));
+        }
+    } else {
+        for (std::size_t i = 0; i < count; ++i) {
+            const auto difference = static_cast<short>(first[i] - second[i]);
+            to[i] = static_cast<unsigned char>(first[i] + ((difference * factor) >> 16));
+        }
+    }
+}
+
+__attribute__((always_inline)) inline void mixWordsLoop(unsigned short* to,
+                                                        const unsigned short* first,
+                                                        const unsigned short* second,
+                                                        std::size_t count, MixStep step) {
+    const MixStep rest = 65536 - step;
+    for (std::size_t i = 0; i < count; ++i)
+        to[i] = static_cast<unsigned short>((first[i] * step + second[i] * rest) >> 16);
+}

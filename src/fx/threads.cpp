@@ -1,0 +1,74 @@
+// One kernel on four short-lived threads, a quadrant each.
+#include <unistd.h>
+
+#include "fx/kernel_args.h"
+#include "platform/threads.h"
+
+namespace {
+
+constexpr const char* threadName = "dffx";
+constexpr int threadPriority = 15;
+constexpr int mostSleeps = 50;
+constexpr unsigned int sleepMicroseconds = 2000;
+
+struct Band {
+    unsigned int xStart, xEnd, yStart, yEnd;
+};
+
+void start(zrfxFXArgs& record, int* pending) {
+    zrOSInterlockedIncrement(pending);
+    record.threadHandle =
+        zrOSCreateThread(nullptr, 0, zrfxFXThread, &record, 0, &record.threadId, threadName);
+    zrOSSetThreadPriority(record.threadHandle, threadPriority);
+}
+
+// A plain load, which other threads may change at any time.
+int readCount(const int* pending) {
+    return *static_cast<const volatile int*>(pending);
+}
+
+// By contract: at most 100 ms. A thread that is still running then may find its record gone.
+void waitFor(const int* pending) {
+    for (int sleeps = 0; readCount(pending) != 0 && sleeps < mostSleeps; ++sleeps)
+        usleep(sleepMicroseconds);
+}
+
+} // namespace
+
+extern "C" unsigned int zrfxFXThread(void* args) {
+    const auto& a = *static_cast<zrfxFXArgs*>(args);
+    const unsigned int result = a.kernel(
+        a.srcA, a.pitchA, a.srcB, a.pitchB, a.dst, a.pitchDst, a.wipeCode, a.pixelType, a.width,
+        a.height, a.fxReserved0, a.fxReserved1, a.fxReserved2, a.fxReserved3, a.fxReserved4,
+        a.rangeStart, a.rangeEnd, a.position, a.xStart, a.xEnd, a.yStart, a.yEnd);
+    zrOSInterlockedDecrement(a.pending);
+    return result;
+}
+
+extern "C" unsigned int ZRDraw_FXMultiThread(ZRFX_PARAMETERS, zrfxKernel* kernel) {
+    int pending = 0;
+    // An odd size leaves its extra column or line to the right or lower bands.
+    const unsigned int w = width >> 1;
+    const unsigned int h = height >> 1;
+    const Band bands[] = {{0, w, 0, h}, {w, width, 0, h}, {0, w, h, height}, {w, width, h, height}};
+    zrfxFXArgs records[] = {
+        {ZRFX_FRAME_VALUES, 0, 0, 0, 0, kernel, nullptr, 0, &pending},
+        {ZRFX_FRAME_VALUES, 0, 0, 0, 0, kernel, nullptr, 0, &pending},
+        {ZRFX_FRAME_VALUES, 0, 0, 0, 0, kernel, nullptr, 0, &pending},
+        {ZRFX_FRAME_VALUES, 0, 0, 0, 0, kernel, nullptr, 0, &pending},
+    };
+    const Band* band = bands;
+    for (zrfxFXArgs& record : records) {
+        record.xStart = band->xStart;
+        record.xEnd = band->xEnd;
+        record.yStart = band->yStart;
+        record.yEnd = band->yEnd;
+        ++band;
+    }
+    for (zrfxFXArgs& record : records)
+        start(record, &pending);
+    for (const zrfxFXArgs& record : records)
+        zrOSCloseThread(record.threadHandle, threadName);
+    waitFor(&pending);
+    return 0;
+}

@@ -1,0 +1,82 @@
+// By contract: these modes take lines for packed and do not look at the pitch.
+#include <algorithm>
+
+#include "mux/modes.h"
+#include "platform/memory.h"
+#include "platform/resize.h"
+
+namespace {
+
+constexpr unsigned int pixelBytes = MuxArgs::pixelBytes;
+
+void clear(const MuxArgs& m) {
+    SetMemoryFast(m.dst, 0, m.wholeBytes());
+}
+
+// At half size without filtering: every second pixel of a line.
+void halveLine(unsigned char* to, const unsigned char* from, unsigned int width) {
+    for (std::size_t x = 0; x < width; x += 2)
+        storePixel(to + x / 2 * pixelBytes, loadPixel(from + x * pixelBytes));
+}
+
+void squeeze(const MuxArgs& m, const unsigned char* source, unsigned char* to,
+             unsigned char* buffer) {
+    const int width = static_cast<int>(m.width), height = static_cast<int>(m.height);
+    const int step = static_cast<int>(pixelBytes * m.width);
+    const IppiRect whole{0, 0, width, height};
+    ippiResizeSqrPixel_8u_C4R(source, {width, height}, step, whole, to, step, whole, 0.5, 1.0, 0.0,
+                              0.0, zrResizeNearest, buffer);
+}
+
+void windowsOfColumns(const MuxArgs& m) {
+    const unsigned int half = m.width / 2;
+    const std::size_t from = std::size_t{std::min(m.splitX, half)} * pixelBytes;
+    for (unsigned int y = 0; y < m.height; ++y) {
+        unsigned char* to = m.dst + m.packedLine(y);
+        copyPixels(to, m.a + m.packedLine(y) + from, half);
+        copyPixels(to + std::size_t{half} * pixelBytes, m.b + m.packedLine(y) + from, half);
+    }
+}
+
+void windowsOfLines(const MuxArgs& m) {
+    const unsigned int half = m.height / 2;
+    const unsigned int from = std::min(m.splitY, half);
+    const std::size_t lower = std::size_t{m.width * m.height / 2} * pixelBytes;
+    for (unsigned int y = 0; y < half; ++y) {
+        unsigned char* to = m.dst + m.packedLine(y);
+        copyPixels(to, m.a + m.packedLine(y + from), m.width);
+        copyPixels(to + lower, m.b + m.packedLine(y + from), m.width);
+    }
+}
+
+} // namespace
+
+void muxSqueeze(const MuxArgs& m) {
+    const IppiRect whole{0, 0, static_cast<int>(m.width), static_cast<int>(m.height)};
+    int bytes = 0;
+    ippiResizeGetBufSize(whole, whole, 1, zrResizeNearest, &bytes);
+    unsigned char* const buffer = ippsMalloc_8u(bytes);
+    // By contract: without a buffer only B is drawn.
+    if (buffer != nullptr)
+        squeeze(m, m.a, m.dst, buffer);
+    squeeze(m, m.b, m.dst + std::size_t{2} * m.width, buffer);
+    if (buffer != nullptr)
+        ippsFree(buffer);
+}
+
+void muxTwoUp(const MuxArgs& m) {
+    clear(m);
+    for (unsigned int row = 0; row < m.height; row += 2) {
+        unsigned char* to = m.dst + m.packedLine(row / 2 + m.height / 4);
+        halveLine(to, m.a + m.packedLine(row), m.width);
+        halveLine(to + std::size_t{m.width / 2} * pixelBytes, m.b + m.packedLine(row), m.width);
+    }
+}
+
+void muxWindows(const MuxArgs& m) {
+    clear(m);
+    if (m.has(zrMuxSecondForm))
+        windowsOfLines(m);
+    else
+        windowsOfColumns(m);
+}
