@@ -1,5 +1,5 @@
 /**
- * Copies, fills and allocation. A fill repeats a 4-byte word; wherever a store starts, the word
+ * Copies and fills. A fill repeats a 4-byte word; wherever a store starts, the word
  * turned by the distance from the start of the run continues the pattern, so head, body and tail
  * may overlap freely.
  */
@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <bit>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 
 #include <immintrin.h>
@@ -146,15 +145,6 @@ ZRDRAW_API void* SetMemoryFast(void* dst, unsigned int value, unsigned long byte
         fillShort(run, value, bytes);
     }
     return dst;
-}
-
-ZRDRAW_API void* ZRAlloc(unsigned int bytes) {
-    const std::size_t lines = bytes / cacheLine + 1; // never 0, so 0 bytes give a pointer too
-    return std::aligned_alloc(cacheLine, lines * cacheLine);
-}
-
-ZRDRAW_API void ZRFree(void* memory) {
-    std::free(memory);
 }
 
 } // extern "C"

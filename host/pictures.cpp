@@ -83,12 +83,12 @@ ZRDRAW_API int ippiResizeSqrPixel_8u_C4R(const unsigned char* src, IppiSize, int
                                          IppiRect dstRect, double xFactor, double yFactor,
                                          double xShift, double yShift, int, unsigned char* buffer) {
     // Worked out once, if there is room for them.
-    const auto column = [&](int x) {
+    const auto columnOf = [&](int x) {
         return sourceOf(dstRect.x + x, xFactor, xShift, srcRect.x, srcRect.width);
     };
     int* const columns = reinterpret_cast<int*>(buffer);
     for (int x = 0; columns != nullptr && x < dstRect.width; ++x)
-        columns[x] = column(x);
+        columns[x] = columnOf(x);
     for (int y = 0; y < dstRect.height; ++y) {
         const int fromLine = sourceOf(dstRect.y + y, yFactor, yShift, srcRect.y, srcRect.height);
         if (fromLine < 0)
