@@ -5,6 +5,7 @@ include(CMakePackageConfigHelpers)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/zrdraw)
 
 install(TARGETS zrdraw zrhost EXPORT zrdraw-targets)
+install(TARGETS clipFile LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(EXPORT zrdraw-targets NAMESPACE zrdraw:: DESTINATION ${package_dir})
 install(DIRECTORY include/zrdraw ${PROJECT_BINARY_DIR}/include/zrdraw
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")

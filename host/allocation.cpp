@@ -83,9 +83,8 @@ private:
     std::size_t m_bytes = 0;
 };
 
-/** Never destroyed: other threads may allocate while the process ends. */
 Kept& kept() {
-    static Kept& blocks = *new Kept;
+    static Kept blocks;
     return blocks;
 }
 

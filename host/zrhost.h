@@ -38,6 +38,60 @@ typedef void zrOSLogSink(const char* message);
  */
 ZRDRAW_API void zrOSSetLogSink(zrOSLogSink* sink);
 
+/**
+ * Types of time code, which vidGetTCType answers and tc2String takes. The drop-frame types leave
+ * out numbers, not frames: the first two of each minute that 10 does not divide, or the first four
+ * at 59.94 (SMPTE 12M). The texts are HH:MM:SS:FF, and HH:MM:SS;FF of the drop-frame types; they
+ * wrap at 24 hours, and a count from below 0 counts back from there.
+ */
+typedef enum zrTimeCode {
+    zrTimeCode24 = 1, /**< also 23.976 */
+    zrTimeCode25 = 2,
+    zrTimeCode30Drop = 3, /**< the usual one at 29.97 */
+    zrTimeCode30 = 4,     /**< also 29.97 without drop; of an object without a stream */
+    zrTimeCode48 = 5,     /**< also 47.952 */
+    zrTimeCode50 = 6,
+    zrTimeCode60Drop = 7, /**< the usual one at 59.94 */
+    zrTimeCode60 = 8,     /**< also 59.94 without drop */
+    zrTimeCode100 = 9,
+    zrTimeCode120 = 10 /**< also 119.88 */
+} zrTimeCode;
+
+/**
+ * The type for a rate of numerator / denominator frames a second.
+ * @param drop 1 drop-frame, 0 not, -1 what is usual at that rate
+ * @return 0 when there is none
+ */
+ZRDRAW_API unsigned int zrTimeCodeType(int numerator, int denominator, int drop);
+
+/** @return 1 for a drop-frame type */
+ZRDRAW_API int zrTimeCodeIsDrop(unsigned int type);
+
+/**
+ * The frames since 00:00:00:00 of a text; either sign may stand before its frames.
+ * @return 0, or -1 for what is no time code of the type: a field that is out of range, or a number
+ *         that drop-frame leaves out
+ */
+ZRDRAW_API int zrTimeCodeFrames(const char* text, unsigned int type, unsigned int* frameCount);
+
+/** The file type, as kpxutilFileTypeString takes it, of a demuxer of FFmpeg; 0 for an unknown. */
+ZRDRAW_API unsigned int zrFileTypeOf(const char* demuxerName);
+
+/**
+ * Uses the configuration store in this file from now on, in the place of the user's own; null goes
+ * back to that. What was stored and not saved is dropped.
+ *
+ * The user's own store is the file that ZRDRAW_STORE names, else zrdraw/settings.db in the folder
+ * XDG_CONFIG_HOME, else in ~/.config. It is an SQLite database in WAL mode, which any number of
+ * processes may use at once. What is stored stays in the process until zrCFGSave, which writes it
+ * in one transaction: a crash loses what was not saved and nothing else. A file that is damaged is
+ * set aside as NAME.damaged-N, with one line in the log, and a new one begun. A text may have any
+ * length; a key that is missing leaves the buffer alone.
+ * @param reason receives what is wrong and its mend; may be null
+ * @return 0, or -1 when the file cannot be used
+ */
+ZRDRAW_API int zrCFGUseStore(const char* file, char* reason, unsigned int reasonBytes);
+
 #ifdef __cplusplus
 }
 #endif

@@ -53,6 +53,10 @@ void runInterruptible(const std::function<void()>& work) {
 void addClipOptions(CLI::App& command, ClipOptions& options) {
     command.add_option("IN", options.input, "Picture or clip; - is standard input")->required();
     command.add_option("OUT", options.output, "Picture or clip; - is standard output")->required();
+    addOutputOptions(command, options);
+}
+
+void addOutputOptions(CLI::App& command, ClipOptions& options) {
     command.add_option("--format", options.format,
                        "Output format instead of the name's: y4m, raw...");
     command.add_option("--codec", options.codec, "Encoder instead of the format's own");

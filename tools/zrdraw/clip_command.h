@@ -25,6 +25,9 @@ struct ClipOptions {
 // Adds the two names and all options but --layout, which each command explains itself.
 void addClipOptions(CLI::App& command, ClipOptions& options);
 
+// All of these but the names.
+void addOutputOptions(CLI::App& command, ClipOptions& options);
+
 Progress::Mode progressMode(const ClipOptions& options);
 
 // "640x480@25"; nothing for an empty text.

@@ -4,8 +4,10 @@
 #include "error.h"
 #include "font_command.h"
 #include "gallery_command.h"
+#include "mux_command.h"
 #include "overlay_command.h"
 #include "types_command.h"
+#include "wipe_command.h"
 #include "zrdraw/version.h"
 
 #include <CLI/CLI.hpp>
@@ -45,6 +47,10 @@ void run(int argc, char** argv) {
     const CLI::App* gallery = addGalleryCommand(app, galleryOptions);
     OverlayOptions overlayOptions;
     const CLI::App* overlay = addOverlayCommand(app, overlayOptions);
+    WipeOptions wipeOptions;
+    const CLI::App* wipe = addWipeCommand(app, wipeOptions);
+    MuxOptions muxOptions;
+    const CLI::App* mux = addMuxCommand(app, muxOptions);
     ConfigOptions configOptions;
     const CLI::App* config = addConfigCommand(app, configOptions);
     std::string fontFile;
@@ -62,6 +68,10 @@ void run(int argc, char** argv) {
         print(runTypes(typesOptions));
     else if (font->parsed())
         print(runFont(fontFile));
+    else if (wipe->parsed())
+        print(runWipe(wipeOptions));
+    else if (mux->parsed())
+        print(runMux(muxOptions));
     else if (config->parsed())
         print(runConfig(*config, configOptions));
     else if (overlay->parsed())

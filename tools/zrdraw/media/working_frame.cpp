@@ -127,6 +127,11 @@ void WorkingFrame::convertIn(const AVFrame& decoded) {
               m_picture->linesize);
 }
 
+void WorkingFrame::describeAs(const WorkingFrame& other) {
+    m_loaded = other.m_loaded;
+    m_colors = other.m_colors;
+}
+
 void WorkingFrame::store(AVFrame& target) {
     requireSameSize(target);
     target.interlaced_frame = m_loaded.interlaced;

@@ -28,6 +28,9 @@ public:
     // without alpha becomes opaque.
     void load(const AVFrame& decoded);
 
+    // Takes over what is known of another canvas' picture: its colours, scan and shape.
+    void describeAs(const WorkingFrame& other);
+
     // Converts the canvas into a target that has format and size, with or without buffers, or
     // copies it into a bare one. A target that leaves its colour space or range unspecified gets
     // those of the picture loaded last; the interlace flags and the sample aspect always come from

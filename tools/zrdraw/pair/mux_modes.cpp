@@ -1,0 +1,80 @@
+#include "pair/mux_modes.h"
+
+#include "error.h"
+#include "near_names.h"
+#include "zrdraw/mux.h"
+
+#include <fmt/format.h>
+
+#include <vector>
+
+namespace {
+
+constexpr unsigned secondForm(unsigned mode) {
+    return mode | zrMuxSecondForm;
+}
+
+constexpr MuxModeName names[] = {
+    {zrMuxA, "a", "A alone"},
+    {zrMuxB, "b", "B alone"},
+    {zrMuxAnaglyph, "anaglyph", "byte 2 of A with byte 0 of B: red and blue in bgra"},
+    {zrMuxHalves, "halves", "bytes 2 and 3 of A with bytes 0 and 1 of B"},
+    {zrMuxByte0B, "byte0", "A with byte 0 of B: its blue in bgra"},
+    {zrMuxBytes02B, "bytes02", "A with bytes 0 and 2 of B: its blue and red in bgra"},
+    {zrMuxInterleave, "lines", "lines of A and B in turns"},
+    {secondForm(zrMuxInterleave), "columns", "columns of A and B in turns"},
+    {zrMuxAverage, "average", "half of each"},
+    {zrMuxDifference, "difference", "how far they differ, in grey; --gain 2 to 255"},
+    {zrMuxFields, "fields", "even lines of A above even lines of B"},
+    {zrMuxSqueeze, "squeeze", "side by side at half width"},
+    {zrMuxSplit, "split", "A to the left of --split, B to the right; --divider"},
+    {secondForm(zrMuxSplit), "split-lines", "A above --split, B below; --divider"},
+    {zrMuxMirror, "mirror", "the left half of A, and B mirrored beside it"},
+    {secondForm(zrMuxMirror), "mirror-lines", "the upper half of A, and B mirrored below"},
+    {zrMuxKey, "key", "B where it is A, within --threshold, else black; white with --swap"},
+    {zrMuxMix, "mix", "a mix by --position"},
+    {zrMuxWipe, "wipe", "the transition --code at --position"},
+    {zrMuxChecker, "checker", "single pixels of A and B in turns"},
+    {zrMuxBlocks, "blocks", "squares of --block pixels of A and B in turns"},
+    {zrMuxTwoUp, "two-up", "side by side at half size"},
+    {zrMuxWindows, "windows", "half a picture of each from column --split on"},
+    {secondForm(zrMuxWindows), "windows-lines",
+     "half a picture of each from line --split on"},
+    {zrMuxChannel, "channel", "byte --channel of A in grey, or the mean of three"},
+};
+
+} // namespace
+
+std::span<const MuxModeName> muxModeNames() {
+    return names;
+}
+
+const MuxModeName& muxModeNamed(const std::string& name) {
+    std::vector<std::string> candidates;
+    for (const MuxModeName& mode : names) {
+        if (name == mode.name)
+            return mode;
+        candidates.emplace_back(mode.name);
+    }
+    throw UsageError(fmt::format("there is no mode '{}'{} (zrdraw mux --list shows all)", name,
+                                 nearNames(name, candidates)));
+}
+
+std::string listMuxModes() {
+    std::string text = fmt::format("{:<14} {}\n", "MODE", "WHAT IT SHOWS");
+    for (const MuxModeName& mode : names)
+        text += fmt::format("{:<14} {}\n", mode.name, mode.help);
+    return text;
+}
+
+void composeMux(const MuxParameters& p, WorkingFrame& a, WorkingFrame& b, WorkingFrame& result) {
+    const auto bytes = [](WorkingFrame& frame) {
+        return reinterpret_cast<unsigned char*>(frame.data());
+    };
+    const auto width = static_cast<unsigned>(a.width()), height = static_cast<unsigned>(a.height());
+    const auto pitch = static_cast<unsigned>(a.pitch());
+    const unsigned size = pitch * height;
+    ZRDraw_DisplayMuxRGBA(bytes(a), size, bytes(b), size, bytes(result), 0, p.flags, p.wipeCode,
+                          p.position, p.param, p.splitX, p.splitY, p.gridMode, p.gridX, p.gridY,
+                          width, height, pitch);
+}

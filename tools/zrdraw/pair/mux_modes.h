@@ -1,0 +1,37 @@
+// The display mux's modes by name, and one composed frame.
+#pragma once
+
+#include "media/working_frame.h"
+
+#include <span>
+#include <string>
+
+struct MuxModeName {
+    unsigned mode; // with zrMuxSecondForm where that is another picture
+    const char* name;
+    const char* help;
+};
+
+std::span<const MuxModeName> muxModeNames();
+
+// A name that does not exist is a UsageError that names near ones.
+const MuxModeName& muxModeNamed(const std::string& name);
+
+std::string listMuxModes();
+
+// The parameters of ZRDraw_DisplayMuxRGBA beside its pictures.
+struct MuxParameters {
+    unsigned flags = 0;
+    unsigned wipeCode = 0;
+    unsigned position = 32768;
+    unsigned param = 0;
+    unsigned splitX = 0xFFFFFFFF; // beyond the picture: the middle
+    unsigned splitY = 0xFFFFFFFF;
+    unsigned gridMode = 0;
+    unsigned gridX = 0;
+    unsigned gridY = 0;
+};
+
+// All in a 32-bit RGB layout and of one size. Flips change the sources.
+void composeMux(const MuxParameters& parameters, WorkingFrame& a, WorkingFrame& b,
+                WorkingFrame& result);

@@ -1,0 +1,91 @@
+#include "pair/transition.h"
+
+#include "error.h"
+#include "layout_names.h"
+#include "pair/v210_words.h"
+#include "zrdraw/transitions.h"
+
+#include <fmt/format.h>
+
+namespace {
+
+constexpr unsigned swapBit = 0x80000000U;
+constexpr unsigned firstSlide = 500, lastSlide = 507; // they take lines for packed
+constexpr int wordBytes = 4;                          // what canvases round their lines to
+constexpr unsigned threeWords = 35; // of the library's transitions: three 16-bit samples a pixel
+
+bool isDirect(const zrLayout& layout) {
+    return layout.bytes.r >= 0 || layout.code == ptRGB48 || layout.code == ptARGB64;
+}
+
+bool isKnown(const zrLayout& layout) {
+    return isDirect(layout) || layout.pair.y0 >= 0 || layout.code == ptV210;
+}
+
+std::string knownNames() {
+    std::vector<std::string> names;
+    for (const zrLayout& layout : zrLayouts) {
+        if (isKnown(layout))
+            names.push_back(layoutName(layout));
+    }
+    return fmt::format("{}", fmt::join(names, ", "));
+}
+
+unsigned char* bytesOf(WorkingFrame& frame) {
+    return reinterpret_cast<unsigned char*>(frame.data());
+}
+
+} // namespace
+
+Transition::Transition(const zrLayout& layout, int width, int height, unsigned code, bool swapped,
+                       bool frontEnd)
+    : m_layout(layout), m_width(static_cast<unsigned>(width)),
+      m_height(static_cast<unsigned>(height)), m_code(code | (swapped ? swapBit : 0)),
+      m_frontEnd(frontEnd) {
+    if (!isKnown(layout))
+        throw UsageError(fmt::format("there are no transitions in layout {}; use one of: {}",
+                                     layoutName(layout), knownNames()));
+    if (frontEnd && layout.code != ptV210)
+        throw UsageError("--front-end: only v210 has another way; add --layout v210");
+    const bool slides = code >= firstSlide && code <= lastSlide;
+    if (slides && isDirect(layout) && wholeLineBytes(layout, width) % wordBytes != 0)
+        throw UsageError(fmt::format("slides in {} need a width that {} divides, not {}: use "
+                                     "--layout bgra",
+                                     layoutName(layout), wordBytes, width));
+    if (layout.code != ptV210 || frontEnd)
+        return;
+    for (std::vector<std::uint8_t>& words : m_words)
+        words.resize(std::size_t{m_width} * wordPixelBytes * m_height + wordOverhang);
+}
+
+void Transition::draw(WorkingFrame& from, WorkingFrame& to, WorkingFrame& result,
+                      unsigned position) {
+    if (m_layout.code == ptV210 && !m_frontEnd)
+        return drawWords(from, to, result, position);
+    const auto pitch = static_cast<unsigned>(from.pitch());
+    const auto door = m_layout.code == ptV210 ? ZRDraw_DisplayWipeV210
+                      : m_layout.pair.y0 >= 0 ? ZRDraw_DisplayWipeYCbCr
+                                              : ZRDraw_DisplayWipe;
+    if (door(bytesOf(from), pitch, bytesOf(to), pitch, bytesOf(result), pitch, m_code,
+             m_layout.code, m_width, m_height, 1, 1, 0, 0, 0, 0, scale, position) != 0)
+        throw Failure("out of memory");
+}
+
+void Transition::drawWords(WorkingFrame& from, WorkingFrame& to, WorkingFrame& result,
+                           unsigned position) {
+    const int width = static_cast<int>(m_width);
+    const unsigned pitch = m_width * wordPixelBytes;
+    WorkingFrame* const frames[] = {&from, &to};
+    for (int source = 0; source < 2; ++source) {
+        for (unsigned y = 0; y < m_height; ++y)
+            expandV210Line(bytesOf(*frames[source]) +
+                               std::size_t{y} * static_cast<unsigned>(from.pitch()),
+                           m_words[source].data() + std::size_t{y} * pitch, width);
+    }
+    ZRDraw_DisplayWipe(m_words[0].data(), pitch, m_words[1].data(), pitch, m_words[2].data(), pitch,
+                       m_code, threeWords, m_width, m_height, 1, 1, 0, 0, 0, 0, scale, position);
+    for (unsigned y = 0; y < m_height; ++y)
+        packV210Line(m_words[2].data() + std::size_t{y} * pitch,
+                     bytesOf(result) + std::size_t{y} * static_cast<unsigned>(result.pitch()),
+                     width);
+}

@@ -1,0 +1,29 @@
+// One frame of a transition between two canvases.
+#pragma once
+
+#include "media/working_frame.h"
+
+#include <cstdint>
+#include <vector>
+
+class Transition {
+public:
+    static constexpr unsigned scale = 65536; // of positions
+
+    // Layouts that no transition knows are UsageErrors. With `frontEnd` v210 takes the library's
+    // own way, of eight bits a sample.
+    Transition(const zrLayout& layout, int width, int height, unsigned code, bool swapped,
+               bool frontEnd);
+
+    void draw(WorkingFrame& from, WorkingFrame& to, WorkingFrame& result, unsigned position);
+
+private:
+    void drawWords(WorkingFrame& from, WorkingFrame& to, WorkingFrame& result, unsigned position);
+
+    const zrLayout& m_layout;
+    unsigned m_width;
+    unsigned m_height;
+    unsigned m_code;
+    bool m_frontEnd;
+    std::vector<std::uint8_t> m_words[3]; // of v210 at full precision: both sources and the result
+};

@@ -1,0 +1,149 @@
+#include "wipe_command.h"
+
+#include "error.h"
+#include "layout_names.h"
+#include "media/frame_sink.h"
+#include "media/output_file.h"
+#include "media/packing.h"
+#include "overlay/burner.h"
+#include "pair/transition.h"
+#include "pair/wipe_names.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include <charconv>
+
+namespace {
+
+// Without a wish, pictures in Y, Cb and Cr stay so.
+LayoutChoice chooseLayout(const WipeOptions& options) {
+    return options.layout.empty() ? LayoutChoice(overlayLayout)
+                                  : always(layoutNamed(options.layout));
+}
+
+double positionOf(const std::string& text) {
+    double position = -1.0;
+    const char* const end = text.data() + text.size();
+    const auto [after, error] = std::from_chars(text.data(), end, position);
+    if (error != std::errc{} || after != end || position < 0.0 || position > 1.0)
+        throw UsageError(fmt::format("--position: expected a number from 0 to 1, got '{}'", text));
+    return position;
+}
+
+unsigned onScale(double position) {
+    return static_cast<unsigned>(position * Transition::scale + 0.5);
+}
+
+class Run {
+public:
+    Run(const WipeOptions& options, unsigned code)
+        : m_options(options), m_pair(options, chooseLayout(options), parseRaw(options.raw)),
+          m_from(m_pair.layout(), m_pair.info().width, m_pair.info().height),
+          m_to(m_pair.layout(), m_pair.info().width, m_pair.info().height),
+          m_result(m_pair.layout(), m_pair.info().width, m_pair.info().height),
+          m_transition(m_pair.layout(), m_pair.info().width, m_pair.info().height, code,
+                       options.swap, options.frontEnd),
+          m_sink(options.output, {options.format, options.codec, options.force}, m_pair.info(),
+                 m_pair.layout()),
+          m_progress(progressMode(options), options.frames + 2 * options.hold) {}
+
+    void frames() {
+        takeFirst(m_pair.first(), m_from);
+        takeFirst(m_pair.second(), m_to);
+        if (!m_options.position.empty())
+            transition(onScale(positionOf(m_options.position)));
+        else if (m_sink.takesOneFrame())
+            throw UsageError("a picture shows one position: add --position, or name a clip");
+        else
+            clip();
+        m_sink.finish();
+        m_progress.end();
+    }
+
+private:
+    void clip() {
+        for (int i = 0; i < m_options.hold; ++i) {
+            write(m_from);
+            m_pair.first().next(m_from);
+        }
+        for (int i = 0; i < m_options.frames; ++i) {
+            const int last = std::max(m_options.frames - 1, 1);
+            transition(onScale(static_cast<double>(i) / last));
+            m_pair.first().next(m_from);
+            m_pair.second().next(m_to);
+        }
+        for (int i = 0; i < m_options.hold; ++i) {
+            write(m_to);
+            m_pair.second().next(m_to);
+        }
+    }
+
+    static void takeFirst(ClipReader& clip, WorkingFrame& canvas) {
+        if (!clip.next(canvas))
+            throw Failure("a clip has no frame");
+    }
+
+    void transition(unsigned position) {
+        m_transition.draw(m_from, m_to, m_result, position);
+        write(m_result);
+    }
+
+    void write(WorkingFrame& canvas) {
+        stopIfInterrupted();
+        if (&canvas == &m_result)
+            m_result.describeAs(m_from);
+        const FramePtr frame = m_sink.makeFrame();
+        canvas.store(*frame);
+        frame->pts = m_written++;
+        m_sink.write(*frame);
+        m_progress.advance(m_written);
+    }
+
+    const WipeOptions& m_options;
+    ClipPair m_pair;
+    WorkingFrame m_from;
+    WorkingFrame m_to;
+    WorkingFrame m_result;
+    Transition m_transition;
+    FrameSink m_sink;
+    Progress m_progress;
+    std::int64_t m_written = 0;
+};
+
+} // namespace
+
+CLI::App* addWipeCommand(CLI::App& app, WipeOptions& options) {
+    CLI::App* wipe =
+        app.add_subcommand("wipe", "Make the transition between two pictures or clips");
+    options.layout.clear();
+    addPairOptions(*wipe, options);
+    wipe->add_option("--code", options.code, "The transition, by name or number; see --list")
+        ->capture_default_str();
+    wipe->add_option("--frames", options.frames, "Frames of the transition")
+        ->check(CLI::Range(2, 1'000'000))
+        ->capture_default_str();
+    wipe->add_option("--hold", options.hold, "Frames of A before it and of B behind it")
+        ->check(CLI::Range(0, 1'000'000))
+        ->capture_default_str();
+    wipe->add_option("--position", options.position, "One frame of it only, 0 to 1");
+    wipe->add_flag("--swap", options.swap, "Exchange what leaves and what comes");
+    wipe->add_option("--layout", options.layout,
+                     "Layout to work in; the nearest of bgra, uyvy and v210 unless told");
+    wipe->add_flag("--front-end", options.frontEnd,
+                   "v210 by the library's own way, which drops the two low bits");
+    wipe->footer(
+        "v210 is worked on at full precision: away from an edge every sample is that of its "
+        "source.\nThe last frame of a clip that ends stays.");
+    return wipe;
+}
+
+std::string runWipe(const WipeOptions& options) {
+    if (options.list)
+        return listWipes();
+    requireNames(options);
+    const unsigned code = wipeCodeOf(options.code);
+    OutputFile::checkPath(options.output, options.force);
+    runInterruptible([&] { Run(options, code).frames(); });
+    return "";
+}
