@@ -5,6 +5,7 @@
 
 #include "zrdraw/types.h"
 
+#include <string>
 #include <string_view>
 
 #include <dlfcn.h>
@@ -14,6 +15,15 @@
 namespace {
 
 constexpr std::size_t pathBytes = 4096;
+
+/** With a slash at its end; empty when it is not known. */
+std::string folderOfThisLibrary() {
+    Dl_info info{};
+    if (dladdr(&pathBytes, &info) == 0)
+        return "";
+    const std::string_view path(info.dli_fname);
+    return std::string(path.substr(0, path.rfind('/') + 1));
+}
 
 } // namespace
 
@@ -35,7 +45,11 @@ ZRDRAW_API int zrOSFileExists(const char* path) {
 }
 
 ZRDRAW_API void* zrOSLoadLibrary(const char* name, int mode) {
-    return dlopen(name, mode);
+    void* const library = dlopen(name, mode);
+    if (library != nullptr || std::string_view(name).find('/') != std::string_view::npos)
+        return library;
+    const std::string besideThis = folderOfThisLibrary() + name;
+    return dlopen(besideThis.c_str(), mode);
 }
 
 ZRDRAW_API void* zrOSGetProcAddress(void* library, const char* name) {

@@ -8,6 +8,8 @@
  *   may refuse a higher one, the number is kept all the same;
  * - an event name is accepted and ignored, every event is known to its process only;
  * - memory starts at a multiple of 64 bytes, and 0 bytes give a pointer that may be given back;
+ * - a library that is to be loaded by its bare name is looked for where the system looks, and then
+ *   beside this one, where clipFile.so is: it reads any picture or clip that FFmpeg reads;
  * - a log message is one line on standard error, "zrdraw: " before it and a newline after it.
  */
 #ifndef ZRDRAW_ZRHOST_H
