@@ -12,17 +12,22 @@ namespace {
 constexpr int rounds = 81;
 constexpr double sliceNanoseconds = 400'000;
 
-// Processor time of this thread, which stands still while others run.
-double now() {
+// Processor time of this thread stands still while others run; what many threads do takes time on
+// the wall.
+clockid_t clockFor(const Comparison& comparison) {
+    return comparison.onManyThreads ? CLOCK_MONOTONIC : CLOCK_THREAD_CPUTIME_ID;
+}
+
+double now(clockid_t clock) {
     timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    clock_gettime(clock, &time);
     return static_cast<double>(time.tv_sec) * 1e9 + static_cast<double>(time.tv_nsec);
 }
 
-double nanosecondsOf(const Job& job, std::size_t times) {
-    const double start = now();
+double nanosecondsOf(const Job& job, std::size_t times, clockid_t clock) {
+    const double start = now(clock);
     job(times);
-    return now() - start;
+    return now(clock) - start;
 }
 
 double quantile(std::vector<double> values, double fraction) {
@@ -33,19 +38,20 @@ double quantile(std::vector<double> values, double fraction) {
 // A job with the length of its slices and the time of one call in each.
 class Contender {
 public:
-    explicit Contender(const Job& job) : m_job(job) {
-        while (nanosecondsOf(m_job, m_times) < sliceNanoseconds)
+    Contender(const Job& job, clockid_t clock) : m_job(job), m_clock(clock) {
+        while (nanosecondsOf(m_job, m_times, m_clock) < sliceNanoseconds)
             m_times *= 2;
     }
 
     void runSlice() {
-        m_samples.push_back(nanosecondsOf(m_job, m_times) / static_cast<double>(m_times));
+        m_samples.push_back(nanosecondsOf(m_job, m_times, m_clock) / static_cast<double>(m_times));
     }
 
     const std::vector<double>& samples() const { return m_samples; }
 
 private:
     const Job& m_job;
+    clockid_t m_clock;
     std::size_t m_times = 1;
     std::vector<double> m_samples;
 };
@@ -78,9 +84,10 @@ void printRows(const Comparison& comparison, const std::vector<Contender>& conte
 }
 
 void run(benchmark::State& state, const Comparison& comparison) {
-    std::vector<Contender> contenders{Contender(comparison.ours)};
+    const clockid_t clock = clockFor(comparison);
+    std::vector<Contender> contenders{Contender(comparison.ours, clock)};
     for (const Rival& rival : comparison.rivals)
-        contenders.emplace_back(rival.job);
+        contenders.emplace_back(rival.job, clock);
     // Another one starts each round: nobody always follows the same neighbour's cache.
     std::size_t first = 0;
     for ([[maybe_unused]] auto round : state) {

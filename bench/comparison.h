@@ -43,6 +43,7 @@ struct Comparison {
     Unit unit;
     Job ours;
     std::vector<Rival> rivals;
+    bool onManyThreads = false; // the time on the wall counts, not that of the calling thread
 };
 
 // Registers a comparison as a benchmark; it prints its rows of the table when it has run.

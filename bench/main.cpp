@@ -24,6 +24,8 @@ int main(int argc, char** argv) {
     addLineComparisons();
     addAreaComparisons();
     addFormatComparisons();
+    addOverlayComparisons();
+    addTransitionComparisons();
     TableReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();

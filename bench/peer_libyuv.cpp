@@ -11,6 +11,16 @@ Job over(Frame& dst, Frame& src) {
     });
 }
 
+Job mix(unsigned char* to, unsigned char* a, unsigned char* b, int width, int height,
+        double weight) {
+    const int pitch = width * 4;
+    return repeated([=] {
+        libyuv::ARGBInterpolate(a, pitch, b, pitch, to, pitch, width, height,
+                                static_cast<int>(weight * 256));
+    });
+}
+
+const AddPeer libyuvMix(MixPeer{"libyuv ARGBInterpolate", false, mix});
 const AddPeer libyuvPeer(BlendPeer{"libyuv ARGBBlend", over});
 
 } // namespace

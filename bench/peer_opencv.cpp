@@ -1,5 +1,6 @@
 #include "peers.h"
 
+#include <opencv2/core.hpp>
 #include <opencv2/imgproc.hpp>
 
 namespace {
@@ -52,6 +53,15 @@ Job floodFrame(Frame& frame, _POINT seed) {
     });
 }
 
+Job mix(unsigned char* to, unsigned char* a, unsigned char* b, int width, int height,
+        double weight) {
+    return repeated(
+        [first = cv::Mat(height, width, CV_8UC4, a), second = cv::Mat(height, width, CV_8UC4, b),
+         result = cv::Mat(height, width, CV_8UC4, to),
+         weight]() mutable { cv::addWeighted(second, weight, first, 1.0 - weight, 0.0, result); });
+}
+
+const AddPeer mixing(MixPeer{"cv::addWeighted", true, mix});
 const AddPeer drawing(DrawPeer{"cv::line", "cv::line AA", "cv::putText", drawLine, drawLabel});
 const AddPeer areas(AreaPeer{"cv::circle", "cv::ellipse", "cv::rectangle", "cv::floodFill",
                              drawCircle, drawEllipse, fillRectangle, floodFrame});

@@ -33,6 +33,14 @@ struct AreaPeer {
     Job (*floodFrame)(Frame& frame, _POINT seed);         // in two colours by turns
 };
 
+// Mixes two pictures of 32-bit pixels into a third.
+struct MixPeer {
+    const char* name;
+    bool isExact; // weighs in more than eight bits
+    Job (*mix)(unsigned char* to, unsigned char* a, unsigned char* b, int width, int height,
+               double weight);
+};
+
 template <typename Peer>
 std::vector<Peer>& peers() {
     static std::vector<Peer> list;

@@ -5,3 +5,5 @@ void addSpanComparisons();
 void addLineComparisons();
 void addAreaComparisons();
 void addFormatComparisons();
+void addOverlayComparisons();
+void addTransitionComparisons();

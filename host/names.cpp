@@ -6,83 +6,118 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
 #include <iterator>
+#include <mutex>
+#include <set>
+#include <string>
 #include <string_view>
 
 namespace {
 
 struct CodecName {
-    char characters[5]; // in memory order
     const char* name;
+    std::string_view codes; // of four characters each in memory order, a space between
 };
 
 constexpr CodecName codecNames[] = {
-    {"2vuy", "UYVY"},         {"2Vuy", "UYVY"},        {"UYVY", "UYVY"},
-    {"UYNV", "UYVY"},         {"yuv2", "UYVY"},        {"yuV2", "UYVY"},
-    {"YUY2", "YUY2"},         {"YUNV", "YUY2"},        {"YVYU", "YVYU"},
-    {"v210", "v210"},         {"012v", "v210"},        {"RGBA", "RGBA"},
-    {"23d3", "BGRA"},         {"dvsd", "DV"},          {"dvhd", "DV HD"},
-    {"dv25", "DV25"},         {"dv50", "DV50"},        {"pcvd", "DV"},
-    {"ncpa", "ProRes"},       {"hcpa", "ProRes HQ"},   {"ocpa", "ProRes Proxy"},
-    {"scpa", "ProRes LT"},    {"h4pa", "ProRes 4444"}, {"1cva", "H.264"},
-    {"mpeg", "MPEG"},         {"mpg2", "MPEG-2"},      {"03d3", "DPX"},
-    {"si2k", "CineForm RAW"}, {"bggr", "Bayer"},       {"rggb", "Bayer"},
-    {"gbrg", "Bayer"},        {"grbg", "Bayer"},
+    {"UYVY", "2vuy 2Vuy UYVY UYNV yuv2 yuV2 auv2 cyuv"},
+    {"YUY2", "YUY2 YUNV"},
+    {"v210", "v210 012v a12v 01d3"},
+    {"BGRA", "23d3"},
+    {"DPX", "03d3"},
+    {"DV", "dvsd  cvd pcvd dvcp"},
+    {"DV25", "dv25 52dv"},
+    {"DV50", "dv50 05dv n5vd p5vd"},
+    {"DV HD", "dvhd 2hvd 3hvd 5hvd 6hvd phvd qhvd"},
+    {"MPEG", "mpeg"},
+    {"MPEG-2", "mpg2"},
+    {"H.264", "1cva"},
+    {"AVC-Intra", "21ia 31ia 51ia 61ia p1ia q1ia 25ia 35ia 55ia 65ia p5ia q5ia"},
+    {"ProRes", "ncpa"},
+    {"ProRes HQ", "hcpa"},
+    {"ProRes LT", "scpa"},
+    {"ProRes Proxy", "ocpa"},
+    {"ProRes 4444", "h4pa"},
+    {"CineForm RAW", "si2k"},
+    {"Bayer", "bggr rggb gbrg grbg BGGR RGGB GBRG GRBG BGGc RGGc GBRc GRBc"},
 };
+
+constexpr const char* anyCodec = "Video";
+
+const CodecName* rowOf(std::string_view code) {
+    for (const CodecName& row : codecNames) {
+        for (std::size_t at = 0; at < row.codes.size(); at += code.size() + 1) {
+            if (row.codes.substr(at, code.size()) == code)
+                return &row;
+        }
+    }
+    return nullptr;
+}
+
+/** Callers keep the pointers, so a text stays as long as the process does. */
+const char* keptText(std::string_view text) {
+    static std::mutex mutex;
+    static std::set<std::string, std::less<>> texts;
+    const std::lock_guard lock(mutex);
+    return texts.emplace(text).first->c_str();
+}
 
 struct FileType {
+    zrFileType type;
     const char* name;
-    std::string_view demuxers[4]; // what FFmpeg calls them
+    std::string_view demuxers[2]; // what FFmpeg calls them
 };
 
-/** The number of a file type is its place here. */
 constexpr FileType fileTypes[] = {
-    {"File", {}},
-    {"MOV", {"mov,mp4,m4a,3gp,3g2,mj2"}},
-    {"MKV", {"matroska,webm"}},
-    {"AVI", {"avi"}},
-    {"MXF", {"mxf", "mxf_opatom"}},
-    {"TS", {"mpegts"}},
-    {"PS", {"mpeg"}},
-    {"DV", {"dv"}},
-    {"GXF", {"gxf"}},
-    {"NUT", {"nut"}},
-    {"Y4M", {"yuv4mpegpipe"}},
-    {"RAW", {"rawvideo"}},
-    {"GIF", {"gif"}},
-    {"Image", {"image2", "image2pipe"}},
+    {zrFileMov, "MOV", {"mov,mp4,m4a,3gp,3g2,mj2"}},
+    {zrFileMkv, "MKV", {"matroska,webm"}},
+    {zrFileAvi, "AVI", {"avi"}},
+    {zrFileMxf, "MXF", {"mxf", "mxf_opatom"}},
+    {zrFileTransportStream, "TS", {"mpegts"}},
+    {zrFileProgramStream, "PS", {"mpeg"}},
+    {zrFileDv, "DV", {"dv"}},
+    {zrFileGxf, "GXF", {"gxf"}},
+    {zrFileNut, "NUT", {"nut"}},
+    {zrFileY4m, "Y4M", {"yuv4mpegpipe"}},
+    {zrFileRaw, "RAW", {"rawvideo"}},
+    {zrFileGif, "GIF", {"gif"}},
+    {zrFileImage, "Image", {"image2", "image2pipe"}},
 };
-
-constexpr unsigned int imageType = 13;
-static_assert(fileTypes[imageType].name == std::string_view("Image"));
 
 } // namespace
 
 extern "C" {
 
 ZRDRAW_API const char* kpxutilCodecTypeString(unsigned int code) {
-    if (code == 0)
+    constexpr unsigned int plainBitmap = 0;
+    if (code == plainBitmap)
         return "BGRA";
-    const auto* found =
-        std::find_if(std::begin(codecNames), std::end(codecNames), [code](const CodecName& row) {
-            return std::memcmp(row.characters, &code, sizeof code) == 0;
-        });
-    return found != std::end(codecNames) ? found->name : "Video";
+    char bytes[sizeof code];
+    std::memcpy(bytes, &code, sizeof code);
+    const std::string_view characters(bytes, sizeof code);
+    if (const CodecName* row = rowOf(characters))
+        return row->name;
+    const bool printable = std::all_of(characters.begin(), characters.end(),
+                                       [](char c) { return c >= ' ' && c <= '~'; });
+    return printable ? keptText(characters) : anyCodec;
 }
 
 ZRDRAW_API const char* kpxutilFileTypeString(unsigned int code) {
-    return fileTypes[code < std::size(fileTypes) ? code : 0].name;
+    for (const FileType& row : fileTypes) {
+        if (row.type == code)
+            return row.name;
+    }
+    return "File";
 }
 
 ZRDRAW_API unsigned int zrFileTypeOf(const char* demuxerName) {
     const std::string_view name(demuxerName);
-    for (unsigned int type = 0; type < std::size(fileTypes); ++type) {
-        for (const std::string_view demuxer : fileTypes[type].demuxers) {
-            if (!demuxer.empty() && demuxer == name)
-                return type;
-        }
+    for (const FileType& row : fileTypes) {
+        if (!name.empty() && std::count(std::begin(row.demuxers), std::end(row.demuxers), name))
+            return row.type;
     }
-    return name.ends_with("_pipe") ? imageType : 0;
+    return name.ends_with("_pipe") ? zrFileImage : zrFileUnknown;
 }
 
 } // extern "C"

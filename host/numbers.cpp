@@ -2,24 +2,28 @@
  * Numbers as texts.
  */
 #include "platform/config_store.h"
+
 #include "zrdraw/types.h"
 
 #include <charconv>
-#include <limits>
+
+namespace {
+
+constexpr std::size_t longestNumber = 32; // the digits in base 2, or a sign and the ten of base 10
+
+} // namespace
 
 extern "C" {
 
 ZRDRAW_API char* itoa(int value, char* text, int base) {
-    constexpr int longest = std::numeric_limits<unsigned int>::digits + 1; // in base 2, or a sign
-    constexpr int decimal = 10;
-    if (base < 2 || base > 36) {
-        *text = '\0';
-        return text;
+    char* end = text;
+    if (base == 10) {
+        end = std::to_chars(text, text + longestNumber, value).ptr;
+    } else if (base >= 2 && base <= 36) {
+        const auto pattern = static_cast<unsigned int>(value);
+        end = std::to_chars(text, text + longestNumber, pattern, base).ptr;
     }
-    const auto written = base == decimal ? std::to_chars(text, text + longest, value)
-                                         : std::to_chars(text, text + longest,
-                                                         static_cast<unsigned int>(value), base);
-    *written.ptr = '\0';
+    *end = 0;
     return text;
 }
 

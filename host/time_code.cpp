@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <iterator>
@@ -42,17 +43,17 @@ const Type& typeOf(unsigned int typeAndFlags) {
     return found != std::end(types) ? *found : types[zrTimeCode30 - 1];
 }
 
-bool isNear(double rate, double wanted) {
-    constexpr double tolerance = 0.0004; // well below the 0.001 between a rate and its slow one
-    return std::fabs(rate / wanted - 1.0) < tolerance;
-}
-
-/** Drop-frame keeps time with the clock at the slow rates only. */
+/**
+ * The rates of a type are its own and the slow one, with 0.5 % around them. Drop-frame keeps time
+ * with the clock at the slow rates only.
+ */
 const Type* typeFor(double rate, int drop) {
+    constexpr double tolerance = 0.005, middle = (1.0 + slow) / 2.0;
     for (const Type& type : types) {
-        const bool exact = isNear(rate, type.frames);
-        const bool slowed = isNear(rate, type.frames * slow) && type.frames % 25 != 0;
-        if (type.drop ? slowed && drop != 0 : (exact || slowed) && drop <= 0)
+        const double ratio = rate / type.frames;
+        const bool isNear = ratio > slow - tolerance && ratio < 1.0 + tolerance;
+        const bool isWanted = type.drop ? drop != 0 && ratio < middle : drop <= 0;
+        if (isNear && isWanted)
             return &type;
     }
     return nullptr;
@@ -68,16 +69,19 @@ std::int64_t framesOfDay(const Type& type) {
     return minutes * 60 * type.frames - (minutes - undropped) * droppedNumbers(type);
 }
 
-/** Reads a field of two digits, or of three for frames at high rates. */
+/** Reads a field of two digits, or of three where its numbers go past 99. */
 bool readField(std::string_view& text, int most, int& value) {
-    const auto [after, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    const auto digits = static_cast<std::size_t>(after - text.data());
+    const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
+    const std::size_t mostDigits = most > 100 ? 3 : 2;
+    if (digits < 2 || digits > mostDigits)
+        return false;
+    std::from_chars(text.data(), text.data() + digits, value);
     text.remove_prefix(digits);
-    return error == std::errc{} && digits >= 2 && digits <= 3 && value >= 0 && value < most;
+    return value < most;
 }
 
-bool readSign(std::string_view& text, bool drop) {
-    if (text.empty() || (text[0] != ':' && !(drop && (text[0] == ';' || text[0] == '.'))))
+bool readSign(std::string_view& text, bool beforeFrames) {
+    if (text.empty() || (text[0] != ':' && !(beforeFrames && text[0] == ';')))
         return false;
     text.remove_prefix(1);
     return true;

@@ -76,7 +76,25 @@ ZRDRAW_API int zrTimeCodeIsDrop(unsigned int type);
  */
 ZRDRAW_API int zrTimeCodeFrames(const char* text, unsigned int type, unsigned int* frameCount);
 
-/** The file type, as kpxutilFileTypeString takes it, of a demuxer of FFmpeg; 0 for an unknown. */
+/** Types of files, which kpxutilFileTypeString names. */
+typedef enum zrFileType {
+    zrFileUnknown = 0,
+    zrFileMov = 1, /**< also MP4 and its kin, which are read as one */
+    zrFileMkv = 2, /**< also WebM */
+    zrFileAvi = 3,
+    zrFileMxf = 4,
+    zrFileTransportStream = 5,
+    zrFileProgramStream = 6,
+    zrFileDv = 7,
+    zrFileGxf = 8,
+    zrFileNut = 9,
+    zrFileY4m = 10,
+    zrFileRaw = 11,
+    zrFileGif = 12,
+    zrFileImage = 13 /**< a picture, or a row of numbered ones */
+} zrFileType;
+
+/** The file type of a demuxer of FFmpeg, such as "matroska,webm"; 0 for an unknown. */
 ZRDRAW_API unsigned int zrFileTypeOf(const char* demuxerName);
 
 /**

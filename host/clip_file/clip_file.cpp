@@ -5,14 +5,13 @@
 #include "platform/media.h"
 #include "zrdraw/types.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <memory>
 #include <new>
-#include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 
 extern "C" {
 #include <libavcodec/avcodec.h>
@@ -57,9 +56,19 @@ Input openInput(const char* path) {
         avformat_open_input(&input, (std::string("file:") + path).c_str(), nullptr, &options);
     av_dict_free(&options);
     Input result(opened >= 0 ? input : nullptr);
-    if (result && avformat_find_stream_info(result.get(), nullptr) < 0)
-        result.reset();
-    return result;
+    // Any text passes for "tty" media, a picture of a terminal, which nobody means.
+    const bool isMedia = result && std::string_view(result->iformat->name) != "tty";
+    return isMedia && avformat_find_stream_info(result.get(), nullptr) >= 0 ? std::move(result)
+                                                                            : nullptr;
+}
+
+/**
+ * What a decoder refuses, rather than hand out a picture with a damaged part. The strictest check
+ * finds pictures that are cut off, but makes other decoders refuse sound files for small oddities.
+ */
+int errorChecks(AVCodecID codec) {
+    const bool strictest = codec == AV_CODEC_ID_MJPEG || codec == AV_CODEC_ID_PNG;
+    return AV_EF_CRCCHECK | AV_EF_BITSTREAM | AV_EF_BUFFER | (strictest ? AV_EF_EXPLODE : 0);
 }
 
 Codec openDecoder(const AVStream& stream) {
@@ -68,8 +77,25 @@ Codec openDecoder(const AVStream& stream) {
     if (!decoder || avcodec_parameters_to_context(decoder.get(), stream.codecpar) < 0)
         return nullptr;
     decoder->thread_count = 1; // the first picture comes out at once
-    decoder->err_recognition = AV_EF_CRCCHECK | AV_EF_BITSTREAM | AV_EF_BUFFER | AV_EF_EXPLODE;
+    decoder->err_recognition = errorChecks(stream.codecpar->codec_id);
+    decoder->log_level_offset = AV_LOG_TRACE; // its messages are not for the terminal
     return avcodec_open2(decoder.get(), codec, nullptr) >= 0 ? std::move(decoder) : nullptr;
+}
+
+/**
+ * A JPEG without its end, which the decoder would make up. Within a scan the bytes of the end
+ * marker cannot occur, so one behind the start of the last scan is the picture's own.
+ */
+bool isCutJpeg(const AVFormatContext& input, const AVPacket& packet) {
+    const std::string_view demuxer = input.iformat->name;
+    const bool isPicture = demuxer == "image2" || demuxer.ends_with("_pipe");
+    const AVCodecParameters& codec = *input.streams[packet.stream_index]->codecpar;
+    if (!isPicture || codec.codec_id != AV_CODEC_ID_MJPEG)
+        return false;
+    const std::string_view bytes(reinterpret_cast<const char*>(packet.data),
+                                 static_cast<std::size_t>(packet.size));
+    const std::size_t scan = bytes.rfind("\xFF\xDA");
+    return scan == bytes.npos || bytes.find("\xFF\xD9", scan) == bytes.npos;
 }
 
 /** False when the file ends or fails before a picture is whole. */
@@ -92,6 +118,8 @@ bool decodeFirst(AVFormatContext& input, AVCodecContext& decoder, int stream, AV
         draining = read < 0;
         if (draining)
             av_packet_unref(packet.get());
+        else if (isCutJpeg(input, *packet))
+            return false;
         if (avcodec_send_packet(&decoder, draining ? nullptr : packet.get()) < 0)
             return false;
     }
@@ -127,9 +155,10 @@ bool isFullRange(const AVFrame& picture) {
     const AVPixFmtDescriptor* format =
         av_pix_fmt_desc_get(static_cast<AVPixelFormat>(picture.format));
     const bool grey = format != nullptr && format->nb_components <= 2;
-    const bool jpeg = picture.format == AV_PIX_FMT_YUVJ420P ||
-                      picture.format == AV_PIX_FMT_YUVJ422P ||
-                      picture.format == AV_PIX_FMT_YUVJ444P;
+    const bool jpeg =
+        picture.format == AV_PIX_FMT_YUVJ420P || picture.format == AV_PIX_FMT_YUVJ422P ||
+        picture.format == AV_PIX_FMT_YUVJ444P || picture.format == AV_PIX_FMT_YUVJ440P ||
+        picture.format == AV_PIX_FMT_YUVJ411P;
     return jpeg || picture.color_range == AVCOL_RANGE_JPEG ||
            (grey && picture.color_range == AVCOL_RANGE_UNSPECIFIED);
 }
@@ -151,8 +180,9 @@ bool convert(const AVFrame& picture, std::uint8_t* pixels) {
     const int* coefficients = coefficientsOf(picture);
     sws_setColorspaceDetails(context.get(), coefficients, isFullRange(picture) ? 1 : 0,
                              coefficients, 1, 0, 1 << 16, 1 << 16);
-    sws_scale(context.get(), picture.data, picture.linesize, 0, picture.height, converted->data,
-              converted->linesize);
+    if (sws_scale(context.get(), picture.data, picture.linesize, 0, picture.height, converted->data,
+                  converted->linesize) != picture.height)
+        return false;
     av_image_copy_plane(pixels, picture.width * pixelBytes, converted->data[0],
                         converted->linesize[0], picture.width * pixelBytes, picture.height);
     return true;

@@ -5,122 +5,167 @@
 #include "platform/config_store.h"
 
 #include "platform/files.h"
-#include "store/database.h"
+#include "shared_store.h"
+#include "store_files.h"
 #include "zrhost.h"
 
-#include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <mutex>
+#include <utility>
 
-#include <unistd.h>
+#include <pthread.h>
 
 namespace {
 
-using zrhost::Database;
-using zrhost::StoreError;
-using zrhost::Texts;
-
-std::string variable(const char* name) {
-    const char* value = std::getenv(name);
-    return value != nullptr ? value : "";
-}
-
-std::string usersFile() {
-    constexpr const char* name = "/zrdraw/settings.db";
-    if (const std::string file = variable("ZRDRAW_STORE"); !file.empty())
-        return file;
-    if (const std::string folder = variable("XDG_CONFIG_HOME"); !folder.empty())
-        return folder + name;
-    return variable("HOME") + "/.config" + name;
-}
+using zrhost::SharedStore;
+using zrhost::StoreKey;
+using zrhost::StoreTexts;
 
 class Store {
 public:
-    bool hasPath(const std::string& path) {
-        const auto waits = [&](const auto& text) { return text.first.first == path; };
-        return std::any_of(m_waiting.begin(), m_waiting.end(), waits) ||
-               (open(Database::Open::IfThere) && m_database->hasPath(path));
+    bool holdsPath(const std::string& path) {
+        const auto waiting = waiting_.lower_bound({path, {}});
+        return (waiting != waiting_.end() && waiting->first.first == path) ||
+               shared().holdsPath(path);
     }
 
-    std::optional<std::string> read(const std::string& path, const std::string& name) {
-        const auto waiting = m_waiting.find({path, name});
-        if (waiting != m_waiting.end())
-            return waiting->second;
-        return open(Database::Open::IfThere) ? m_database->read(path, name) : std::nullopt;
+    std::optional<std::string> text(const StoreKey& key) {
+        const auto waiting = waiting_.find(key);
+        return waiting != waiting_.end() ? waiting->second : shared().text(key);
     }
 
-    void write(const std::string& path, const std::string& name, const std::string& text) {
-        m_waiting[{path, name}] = text;
+    void put(StoreKey key, std::string text) {
+        waiting_.insert_or_assign(std::move(key), std::move(text));
     }
 
     void save() {
-        if (m_waiting.empty())
-            return;
-        open(Database::Open::Make);
-        m_database->write(m_waiting);
-        m_waiting.clear();
+        if (!waiting_.empty()) {
+            shared().save(waiting_);
+            waiting_.clear();
+        }
     }
 
+    /** Leaves everything as it is when it throws. */
     void use(const char* file) {
-        m_waiting.clear();
-        m_database.reset();
-        m_chosen = file != nullptr ? file : "";
-        open(Database::Open::IfThere);
+        auto next =
+            open(file != nullptr ? zrhost::absoluteFile(file) : zrhost::environmentStoreFile());
+        next->check();
+        shared_ = std::move(next);
+        waiting_.clear();
     }
+
+    /** @return what the log has to say of the operations since the last call */
+    std::vector<std::string> takeNotices() { return std::exchange(notices_, {}); }
+
+    /** A database must not be open in two processes by one opening. */
+    void prepareFork() {
+        if (shared_) {
+            shared_->close();
+        }
+    }
+
+    /** What waits is the parent's to save: saved from here, it might undo what the parent saved. */
+    void beginChild() { waiting_.clear(); }
 
 private:
-    // A connection is of one process: a forked one opens its own and leaves this one alone.
-    bool open(Database::Open how) {
-        const std::string file = m_chosen.empty() ? usersFile() : m_chosen;
-        if (m_database && m_process != getpid())
-            (void)m_database.release();
-        if (m_database && (!m_database->isOpen() || m_file != file))
-            m_database.reset();
-        if (!m_database) {
-            m_database = std::make_unique<Database>(file, how);
-            m_file = file;
-            m_process = getpid();
-        }
-        return m_database->isOpen();
+    std::unique_ptr<SharedStore> open(std::string file) {
+        return std::make_unique<SharedStore>(std::move(file), notices_);
     }
 
-    std::string m_chosen; // empty: the user's own
-    std::string m_file;   // that is open
-    pid_t m_process = 0;
-    std::unique_ptr<Database> m_database;
-    Texts m_waiting;
+    SharedStore& shared() {
+        if (!shared_) {
+            shared_ = open(zrhost::environmentStoreFile());
+        }
+        return *shared_;
+    }
+
+    std::vector<std::string> notices_;
+    std::unique_ptr<SharedStore> shared_;
+    StoreTexts waiting_;
 };
 
 std::mutex storeMutex;
+Store store;
 
-Store& store() {
-    static Store instance;
-    return instance;
+// The child of a fork gets a store that no thread is in the middle of changing.
+const int forkHandlers = pthread_atfork(
+    [] {
+        storeMutex.lock();
+        store.prepareFork();
+    },
+    [] { storeMutex.unlock(); },
+    [] {
+        store.beginChild();
+        storeMutex.unlock();
+    });
+
+/** How an operation ended. It is logged without the lock: a sink may use the store, or fork. */
+struct Outcome {
+    std::string problem; // empty when there is none
+    bool isRepeated = false;
+    std::vector<std::string> notices;
+};
+
+template <class Operation>
+Outcome outcomeOf(const Operation& operation) {
+    static std::string lastProblem;
+    const std::lock_guard guard(storeMutex);
+    Outcome outcome;
+    try {
+        operation();
+    } catch (const std::exception& error) {
+        outcome.problem = error.what();
+    }
+    outcome.isRepeated = outcome.problem == lastProblem;
+    lastProblem = outcome.problem;
+    outcome.notices = store.takeNotices();
+    return outcome;
 }
 
-/** Runs an operation on the store; what fails is logged and answered with -1. */
-template <class Operation>
-int withStore(Operation operation) {
-    const std::lock_guard lock(storeMutex);
-    try {
-        return operation(store());
-    } catch (const std::exception& error) {
-        ErrOut("%s", error.what());
-        return -1;
+void logNotices(const Outcome& outcome) {
+    for (const std::string& notice : outcome.notices) {
+        ErrOut("%s", notice.c_str());
     }
 }
 
-/** Copies a text as far as there is room. */
-void give(const std::string& text, char* buffer, unsigned int* length) {
+/** A program reads dozens of texts in a row: what is wrong with the store is said once. */
+enum class Repeats { Silent, Logged };
+
+/** @return 0, or -1 with one line in the log */
+template <class Operation>
+int run(Repeats repeats, const Operation& operation) {
+    const Outcome outcome = outcomeOf(operation);
+    logNotices(outcome);
+    if (outcome.problem.empty()) {
+        return 0;
+    }
+    if (!outcome.isRepeated || repeats == Repeats::Logged) {
+        ErrOut("%s", outcome.problem.c_str());
+    }
+    return -1;
+}
+
+void copyText(const std::string& text, char* buffer, unsigned int* length) {
     if (buffer != nullptr && *length > 0) {
-        const std::size_t room = *length - 1;
-        const std::size_t bytes = std::min(text.size(), room);
-        std::memcpy(buffer, text.data(), bytes);
-        buffer[bytes] = '\0';
+        buffer[text.copy(buffer, *length - 1)] = 0;
     }
     *length = static_cast<unsigned int>(text.size() + 1);
+}
+
+int writeText(StoreKey key, const char* text, std::size_t bytes) {
+    std::string copy(text, strnlen(text, bytes));
+    return run(Repeats::Logged, [&] { store.put(std::move(key), std::move(copy)); });
+}
+
+int readText(const StoreKey& key, char* buffer, unsigned int* length) {
+    std::optional<std::string> text;
+    run(Repeats::Silent, [&] { text = store.text(key); });
+    if (!text) {
+        return -1;
+    }
+    copyText(*text, buffer, length);
+    return 0;
 }
 
 } // namespace
@@ -128,41 +173,30 @@ void give(const std::string& text, char* buffer, unsigned int* length) {
 extern "C" {
 
 ZRDRAW_API int zrCFGKeyExists(int, const char* path) {
-    return withStore([=](Store& s) { return s.hasPath(path) ? 1 : 0; }) == 1 ? 1 : 0;
+    bool holds = false;
+    run(Repeats::Silent, [&] { holds = store.holdsPath(path); });
+    return holds ? 1 : 0;
 }
 
 ZRDRAW_API int zrCFGValueString(int, const char* path, const char* name, char* buffer,
                                 unsigned int* length, int write) {
-    return withStore([=](Store& s) {
-        if (write != 0) {
-            s.write(path, name, buffer != nullptr ? buffer : "");
-            return 0;
-        }
-        const std::optional<std::string> text = s.read(path, name);
-        if (!text)
-            return -1;
-        give(*text, buffer, length);
-        return 0;
-    });
+    if (write == 0) {
+        return readText({path, name}, buffer, length);
+    }
+    return buffer != nullptr ? writeText({path, name}, buffer, *length) : -1;
 }
 
 ZRDRAW_API int zrCFGSave(int, int, int) {
-    return withStore([](Store& s) {
-        s.save();
-        return 0;
-    });
+    return run(Repeats::Logged, [] { store.save(); });
 }
 
 ZRDRAW_API int zrCFGUseStore(const char* file, char* reason, unsigned int reasonBytes) {
-    const std::lock_guard lock(storeMutex);
-    try {
-        store().use(file);
-        return 0;
-    } catch (const std::exception& error) {
-        if (reason != nullptr)
-            std::snprintf(reason, reasonBytes, "%s", error.what());
-        return -1;
+    const Outcome outcome = outcomeOf([=] { store.use(file); });
+    logNotices(outcome);
+    if (reason != nullptr && reasonBytes > 0) {
+        std::snprintf(reason, reasonBytes, "%s", outcome.problem.c_str());
     }
+    return outcome.problem.empty() ? 0 : -1;
 }
 
 } // extern "C"

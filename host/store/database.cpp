@@ -1,197 +1,187 @@
-#include "store/database.h"
+#include "database.h"
 
-#include "platform/files.h"
+#include "store_error.h"
+#include "store_files.h"
 
-#include <cerrno>
-#include <cstring>
-#include <filesystem>
-#include <system_error>
-
-#include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
-
-namespace fs = std::filesystem;
+#include <sqlite3.h>
 
 namespace zrhost {
 
 namespace {
 
-constexpr int busyMilliseconds = 5000;
+constexpr const char* createTable =
+    "CREATE TABLE IF NOT EXISTS settings (path TEXT NOT NULL, name TEXT NOT NULL,"
+    " value TEXT NOT NULL, PRIMARY KEY (path, name)) WITHOUT ROWID";
 
-/** Held while a file is looked at and perhaps set aside, so that of several processes one does it.
- */
-class FileLock {
-public:
-    explicit FileLock(const std::string& file)
-        : m_descriptor(::open((file + ".lock").c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0600)) {
-        if (m_descriptor >= 0)
-            ::flock(m_descriptor, LOCK_EX);
+const char* mendOf(int code) {
+    switch (code & 0xFF) {
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+        return "end the process that holds it, or try again later";
+    case SQLITE_FULL:
+        return "free space on its disk";
+    case SQLITE_ERROR:
+        return "it belongs to another program, name another file by ZRDRAW_STORE";
+    case SQLITE_NOMEM:
+        return "free memory";
+    default:
+        return "make file and folder writable, check the disk, or name another file by "
+               "ZRDRAW_STORE";
     }
-    ~FileLock() {
-        if (m_descriptor >= 0)
-            ::close(m_descriptor);
-    }
-    FileLock(const FileLock&) = delete;
-    FileLock& operator=(const FileLock&) = delete;
-
-private:
-    int m_descriptor;
-};
-
-/** Moves the database and its companions to a name that is free. */
-std::string setAside(const std::string& file) {
-    std::string aside;
-    for (int number = 1; aside.empty() || fs::exists(aside); ++number)
-        aside = file + ".damaged-" + std::to_string(number);
-    for (const char* companion : {"", "-wal", "-shm"}) {
-        std::error_code ignored;
-        fs::rename(file + companion, aside + companion, ignored);
-    }
-    return aside;
-}
-
-void makeFolder(const std::string& file) {
-    const fs::path folder = fs::path(file).parent_path();
-    std::error_code error;
-    if (folder.empty() || fs::exists(folder, error))
-        return;
-    fs::create_directories(folder, error);
-    if (error)
-        throw StoreError("cannot make the folder '" + folder.string() + "' for settings: " +
-                         error.message() + "; name another file in ZRDRAW_STORE");
-    fs::permissions(folder, fs::perms::owner_all, error);
-}
-
-bool isDamage(int code) {
-    return code == SQLITE_CORRUPT || code == SQLITE_NOTADB;
-}
-
-/** The texts of the statements, which have the lifetime of the call. */
-void bind(sqlite3_stmt* statement, int index, const std::string& text) {
-    sqlite3_bind_text(statement, index, text.data(), static_cast<int>(text.size()), SQLITE_STATIC);
 }
 
 } // namespace
 
-Database::Database(const std::string& file, Open how) : m_file(file) {
-    std::error_code ignored;
-    if (how == Open::IfThere && !fs::exists(file, ignored))
-        return;
-    if (how == Open::Make)
-        makeFolder(file);
-    connect(how);
-    if (isSound())
-        return;
-    m_connection.reset();
-    {
-        const FileLock lock(file);
-        connect(how); // another process may have put it right meanwhile
-        if (isSound())
-            return;
-        m_connection.reset();
-        const std::string aside = setAside(file);
-        ErrOut("the settings in '%s' are damaged; the file is kept as '%s' and a new one begun",
-               file.c_str(), aside.c_str());
+class Database::Statement {
+public:
+    Statement(const Database& database, const char* sql) : database_(database) {
+        sqlite3_stmt* statement = nullptr;
+        const int code = sqlite3_prepare_v2(database.handle_.get(), sql, -1, &statement, nullptr);
+        statement_.reset(statement);
+        database.expectDone(code);
     }
-    connect(Open::Make);
-}
 
-void Database::connect(Open how) {
-    const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_FULLMUTEX |
-                      (how == Open::Make ? SQLITE_OPEN_CREATE : 0);
-    sqlite3* connection = nullptr;
-    const int opened = sqlite3_open_v2(m_file.c_str(), &connection, flags, nullptr);
-    m_connection.reset(connection);
-    if (opened != SQLITE_OK)
-        fail();
-    sqlite3_busy_timeout(connection, busyMilliseconds);
-}
-
-/** Prepares the file on the way. Failures that are no damage are thrown. */
-bool Database::isSound() {
-    static constexpr const char* preparation[] = {
-        "PRAGMA journal_mode = WAL",
-        "PRAGMA synchronous = FULL",
-        "CREATE TABLE IF NOT EXISTS settings (path TEXT NOT NULL, name TEXT NOT NULL, "
-        "value TEXT NOT NULL, PRIMARY KEY (path, name)) WITHOUT ROWID",
-    };
-    for (const char* sql : preparation) {
-        const int done = sqlite3_exec(m_connection.get(), sql, nullptr, nullptr, nullptr);
-        if (isDamage(done))
-            return false;
-        if (done != SQLITE_OK)
-            fail();
+    /** The text has to live until the next step. */
+    Statement& bind(int index, const std::string& text) {
+        database_.expectDone(sqlite3_bind_text64(statement_.get(), index, text.data(), text.size(),
+                                                 SQLITE_STATIC, SQLITE_UTF8));
+        return *this;
     }
-    const Statement check = prepare("PRAGMA quick_check");
-    const int stepped = sqlite3_step(check.get());
-    if (isDamage(stepped))
-        return false;
-    if (stepped != SQLITE_ROW)
-        fail();
-    const auto* answer = reinterpret_cast<const char*>(sqlite3_column_text(check.get(), 0));
-    return std::strcmp(answer, "ok") == 0;
-}
 
-bool Database::hasPath(const std::string& path) {
-    const Statement statement = prepare("SELECT 1 FROM settings WHERE path = ? LIMIT 1");
-    bind(statement.get(), 1, path);
-    return step(statement.get());
-}
-
-std::optional<std::string> Database::read(const std::string& path, const std::string& name) {
-    const Statement statement = prepare("SELECT value FROM settings WHERE path = ? AND name = ?");
-    bind(statement.get(), 1, path);
-    bind(statement.get(), 2, name);
-    if (!step(statement.get()))
-        return std::nullopt;
-    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement.get(), 0));
-    return std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(statement.get(), 0)));
-}
-
-void Database::write(const Texts& texts) {
-    execute("BEGIN IMMEDIATE");
-    try {
-        const Statement statement =
-            prepare("INSERT OR REPLACE INTO settings (path, name, value) VALUES (?, ?, ?)");
-        for (const auto& [key, value] : texts) {
-            bind(statement.get(), 1, key.first);
-            bind(statement.get(), 2, key.second);
-            bind(statement.get(), 3, value);
-            step(statement.get());
-            sqlite3_reset(statement.get());
+    /** @return whether there is a row */
+    bool step() {
+        const int code = sqlite3_step(statement_.get());
+        if (code != SQLITE_ROW) {
+            database_.expectDone(code);
         }
-        execute("COMMIT");
-    } catch (const StoreError&) {
-        sqlite3_exec(m_connection.get(), "ROLLBACK", nullptr, nullptr, nullptr);
-        throw;
+        return code == SQLITE_ROW;
+    }
+
+    void reset() { sqlite3_reset(statement_.get()); }
+
+    /** @return the text in the row's first column */
+    std::string text() const {
+        const unsigned char* const text = sqlite3_column_text(statement_.get(), 0);
+        const int bytes = sqlite3_column_bytes(statement_.get(), 0);
+        return {reinterpret_cast<const char*>(text), static_cast<std::size_t>(bytes)};
+    }
+
+private:
+    struct Finalize {
+        void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+    };
+
+    const Database& database_;
+    std::unique_ptr<sqlite3_stmt, Finalize> statement_;
+};
+
+class Database::Transaction {
+public:
+    explicit Transaction(const Database& database) : database_(database) {
+        database_.run("BEGIN IMMEDIATE");
+    }
+    ~Transaction() {
+        sqlite3* const handle = database_.handle_.get();
+        if (sqlite3_get_autocommit(handle) == 0) {
+            sqlite3_exec(handle, "ROLLBACK", nullptr, nullptr, nullptr);
+        }
+    }
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+
+    void commit() { database_.run("COMMIT"); }
+
+private:
+    const Database& database_;
+};
+
+void Database::Close::operator()(sqlite3* handle) const {
+    sqlite3_close(handle);
+}
+
+Database::Database(const std::string& file) : file_(file) {
+    open();
+    run("PRAGMA synchronous = FULL");
+    checkWhole();
+}
+
+void Database::open() {
+    sqlite3* handle = nullptr;
+    const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
+    const int code = sqlite3_open_v2(file_.c_str(), &handle, flags, nullptr);
+    handle_.reset(handle);
+    expectDone(code);
+    sqlite3_busy_timeout(handle, static_cast<int>(patience.count()));
+    // The last one to close would remove the log of changes by its name, which may be that of a new
+    // store when this one was set aside meanwhile.
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+}
+
+void Database::checkWhole() const {
+    Statement check(*this, "PRAGMA quick_check(1)");
+    if (check.step() && check.text() != "ok") {
+        throw DamageError(file_, check.text());
     }
 }
 
-void Database::execute(const char* sql) {
-    if (sqlite3_exec(m_connection.get(), sql, nullptr, nullptr, nullptr) != SQLITE_OK)
-        fail();
+bool Database::hasMoved() const {
+    int moved = 0;
+    sqlite3_file_control(handle_.get(), nullptr, SQLITE_FCNTL_HAS_MOVED, &moved);
+    return moved != 0;
 }
 
-Database::Statement Database::prepare(const char* sql) {
-    sqlite3_stmt* statement = nullptr;
-    if (sqlite3_prepare_v2(m_connection.get(), sql, -1, &statement, nullptr) != SQLITE_OK)
-        fail();
-    return Statement(statement);
+bool Database::hasTable() const {
+    return Statement(*this,
+                     "SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = 'settings'")
+        .step();
 }
 
-/** Whether there is a row. */
-bool Database::step(sqlite3_stmt* statement) {
-    const int stepped = sqlite3_step(statement);
-    if (stepped != SQLITE_ROW && stepped != SQLITE_DONE)
-        fail();
-    return stepped == SQLITE_ROW;
+bool Database::holdsPath(const std::string& path) const {
+    return hasTable() &&
+           Statement(*this, "SELECT 1 FROM settings WHERE path = ?1 LIMIT 1").bind(1, path).step();
 }
 
-void Database::fail() {
-    throw StoreError("the settings in '" + m_file +
-                     "' cannot be used: " + sqlite3_errmsg(m_connection.get()) +
-                     "; see to the file and its folder, or name another file in ZRDRAW_STORE");
+std::optional<std::string> Database::text(const StoreKey& key) const {
+    if (!hasTable()) {
+        return std::nullopt;
+    }
+    Statement find(*this, "SELECT value FROM settings WHERE path = ?1 AND name = ?2");
+    return find.bind(1, key.first).bind(2, key.second).step() ? std::optional(find.text())
+                                                              : std::nullopt;
+}
+
+void Database::save(const StoreTexts& texts) {
+    // Refused while another program reads a database without it, which does as well, slower.
+    sqlite3_exec(handle_.get(), "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr);
+    Transaction transaction(*this);
+    run(createTable);
+    {
+        Statement put(*this, "INSERT OR REPLACE INTO settings VALUES (?1, ?2, ?3)");
+        for (const auto& [key, text] : texts) {
+            put.bind(1, key.first).bind(2, key.second).bind(3, text).step();
+            put.reset();
+        }
+    }
+    transaction.commit();
+    // The texts are safe in the log of changes; a copy of the main file alone has them as well now.
+    sqlite3_wal_checkpoint_v2(handle_.get(), nullptr, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
+}
+
+void Database::run(const char* sql) const {
+    expectDone(sqlite3_exec(handle_.get(), sql, nullptr, nullptr, nullptr));
+}
+
+void Database::expectDone(int code) const {
+    switch (code & 0xFF) {
+    case SQLITE_OK:
+    case SQLITE_DONE:
+        return;
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+        throw DamageError(file_, sqlite3_errmsg(handle_.get()));
+    default:
+        throw StoreError(file_, sqlite3_errmsg(handle_.get()), mendOf(code));
+    }
 }
 
 } // namespace zrhost

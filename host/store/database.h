@@ -1,62 +1,54 @@
 /**
- * The file of a configuration store: an SQLite database of texts by path and name.
+ * A store's file: an SQLite database with one table of texts.
  */
 #ifndef ZRDRAW_HOST_STORE_DATABASE_H
 #define ZRDRAW_HOST_STORE_DATABASE_H
 
-#include <sqlite3.h>
-
 #include <map>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <utility>
 
+struct sqlite3;
+
 namespace zrhost {
 
-/** What is wrong with the file of a store, and the mend, in one line. */
-struct StoreError : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
+/** A key path and the name of a text below it. */
+using StoreKey = std::pair<std::string, std::string>;
+using StoreTexts = std::map<StoreKey, std::string>;
 
-/** The texts of a store by path and name. */
-using Texts = std::map<std::pair<std::string, std::string>, std::string>;
-
+/** Every operation throws DamageError or StoreError when it fails. One thread at a time. */
 class Database {
 public:
-    enum class Open { IfThere, Make };
+    /** Opens a file, which is made when it is not there, and checks all of it. */
+    explicit Database(const std::string& file);
 
-    /** Opens a file, which is set aside first if it is damaged. */
-    Database(const std::string& file, Open how);
+    /** @return whether the file has another name by now, or none */
+    bool hasMoved() const;
 
-    /** False where the file was only to be opened if it is there. */
-    bool isOpen() const { return m_connection != nullptr; }
+    bool holdsPath(const std::string& path) const;
+    std::optional<std::string> text(const StoreKey& key) const;
 
-    bool hasPath(const std::string& path);
-    std::optional<std::string> read(const std::string& path, const std::string& name);
-
-    /** All of them in one transaction, which has reached the disk when this returns. */
-    void write(const Texts& texts);
+    /** Makes all of the texts lasting, or none when it throws. */
+    void save(const StoreTexts& texts);
 
 private:
+    class Statement;
+    class Transaction;
+
     struct Close {
-        void operator()(sqlite3* connection) const { sqlite3_close_v2(connection); }
+        void operator()(sqlite3* handle) const;
     };
-    struct Finalize {
-        void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-    };
-    using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
 
-    void connect(Open how);
-    bool isSound();
-    void execute(const char* sql);
-    Statement prepare(const char* sql);
-    bool step(sqlite3_stmt* statement);
-    [[noreturn]] void fail();
+    void open();
+    void checkWhole() const;
+    void run(const char* sql) const;
+    void expectDone(int code) const;
+    bool hasTable() const;
 
-    std::string m_file;
-    std::unique_ptr<sqlite3, Close> m_connection;
+    const std::string file_;
+    std::unique_ptr<sqlite3, Close> handle_;
 };
 
 } // namespace zrhost

@@ -52,14 +52,19 @@ void splitLines(const MuxArgs& m) {
     }
 }
 
+// Pixel k comes from k pixels before `from`.
+void copyReversed(unsigned char* to, const unsigned char* from, std::size_t pixels) {
+    for (std::size_t k = 0; k < pixels; ++k)
+        storePixel(to + k * MuxArgs::pixelBytes, loadPixel(from - k * MuxArgs::pixelBytes));
+}
+
 void mirrorColumns(const MuxArgs& m) {
     const unsigned int half = m.width / 2;
     for (unsigned int y = 0; y < m.height; ++y) {
         unsigned char* to = m.dst + m.line(y);
         unsigned char* from = m.b + m.line(y);
         copyPixels(to, m.a + m.line(y), half);
-        for (unsigned int k = 0; k <= half && half + k < m.width; ++k)
-            storePixel(pixelAt(to, half + k), loadPixel(pixelAt(from, half - k)));
+        copyReversed(pixelAt(to, half), pixelAt(from, half), std::min(half + 1, m.width - half));
     }
 }
 

@@ -37,17 +37,3 @@ inline void storePixel(unsigned char* at, unsigned int pixel) {
 inline void copyPixels(unsigned char* to, const unsigned char* from, unsigned int pixels) {
     std::memmove(to, from, std::size_t{pixels} * MuxArgs::pixelBytes);
 }
-
-// Pixel by pixel of every line: out = combine(a, b).
-template <typename Combine>
-void combineAll(const MuxArgs& m, Combine combine) {
-    for (unsigned int y = 0; y < m.height; ++y) {
-        const unsigned char* a = m.a + m.line(y);
-        const unsigned char* b = m.b + m.line(y);
-        unsigned char* to = m.dst + m.line(y);
-        for (std::size_t x = 0; x < m.width; ++x)
-            storePixel(to + x * MuxArgs::pixelBytes,
-                       combine(loadPixel(a + x * MuxArgs::pixelBytes),
-                               loadPixel(b + x * MuxArgs::pixelBytes)));
-    }
-}

@@ -14,9 +14,9 @@ void clear(const MuxArgs& m) {
 }
 
 // At half size without filtering: every second pixel of a line.
-void halveLine(unsigned char* to, const unsigned char* from, unsigned int width) {
-    for (std::size_t x = 0; x < width; x += 2)
-        storePixel(to + x / 2 * pixelBytes, loadPixel(from + x * pixelBytes));
+void halveLine(unsigned char* to, const unsigned char* from, std::size_t width) {
+    for (std::size_t i = 0; i < (width + 1) / 2; ++i)
+        storePixel(to + i * pixelBytes, loadPixel(from + 2 * i * pixelBytes));
 }
 
 void squeeze(const MuxArgs& m, const unsigned char* source, unsigned char* to,

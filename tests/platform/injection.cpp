@@ -1,10 +1,13 @@
 #include "platform/injection.h"
 
+#include <cstdarg>
+#include <cstdio>
+#include <type_traits>
+
 #include <dlfcn.h>
+#include <unistd.h>
 
 #include "platform/events.h"
-#include "platform/files.h"
-#include "platform/memory.h"
 #include "zrdraw/types.h"
 
 Injection& injection() {
@@ -16,6 +19,12 @@ namespace {
 template <typename Function>
 Function* realOne(const char* name) {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+template <typename Result, typename... Arguments>
+Result injectedOrReal(const std::function<Result(Arguments...)>& injected, const char* name,
+                      std::type_identity_t<Arguments>... arguments) {
+    return injected ? injected(arguments...) : realOne<Result(Arguments...)>(name)(arguments...);
 }
 } // namespace
 
@@ -44,4 +53,103 @@ ZRDRAW_API void* SetMemoryFast(void* dst, unsigned int value, unsigned long byte
     if (injection().watchSetMemory)
         injection().watchSetMemory(dst, value, bytes);
     return real(dst, value, bytes);
+}
+
+ZRDRAW_API void* ZRAlloc(unsigned int bytes) {
+    return injectedOrReal(injection().alloc, "ZRAlloc", bytes);
+}
+
+ZRDRAW_API int zrCFGKeyExists(int store, const char* path) {
+    return injectedOrReal(injection().keyExists, "zrCFGKeyExists", store, path);
+}
+
+ZRDRAW_API int zrCFGValueString(int store, const char* path, const char* name, char* buffer,
+                                unsigned int* length, int write) {
+    return injectedOrReal(injection().valueString, "zrCFGValueString", store, path, name, buffer,
+                          length, write);
+}
+
+ZRDRAW_API int zrCFGSave(int store, int reserved1, int reserved2) {
+    return injectedOrReal(injection().saveStore, "zrCFGSave", store, reserved1, reserved2);
+}
+
+ZRDRAW_API char* itoa(int value, char* text, int base) {
+    return injectedOrReal(injection().formatNumber, "itoa", value, text, base);
+}
+
+ZRDRAW_API unsigned int vidGetTCType(double frameRate) {
+    return injectedOrReal(injection().timeCodeType, "vidGetTCType", frameRate);
+}
+
+ZRDRAW_API int tc2String(unsigned int frameCount, unsigned int typeAndFlags, char* text) {
+    return injectedOrReal(injection().timeCodeText, "tc2String", frameCount, typeAndFlags, text);
+}
+
+ZRDRAW_API const char* kpxutilCodecTypeString(unsigned int code) {
+    return injectedOrReal(injection().codecName, "kpxutilCodecTypeString", code);
+}
+
+ZRDRAW_API const char* kpxutilFileTypeString(unsigned int code) {
+    return injectedOrReal(injection().fileTypeName, "kpxutilFileTypeString", code);
+}
+
+ZRDRAW_API int DFrameMemTrace(int operation, unsigned int dataBytes, unsigned int recordBytes,
+                              DFRAME** frame, const char* tag, int line) {
+    return injectedOrReal(injection().frameMemory, "DFrameMemTrace", operation, dataBytes,
+                          recordBytes, frame, tag, line);
+}
+
+ZRDRAW_API void* zrOSLoadLibrary(const char* name, int mode) {
+    return injectedOrReal(injection().loadLibrary, "zrOSLoadLibrary", name, mode);
+}
+
+ZRDRAW_API void* zrOSGetProcAddress(void* library, const char* name) {
+    return injectedOrReal(injection().procAddress, "zrOSGetProcAddress", library, name);
+}
+
+ZRDRAW_API int zrOSFreeLibrary(void* library) {
+    return injectedOrReal(injection().freeLibrary, "zrOSFreeLibrary", library);
+}
+
+ZRDRAW_API void ErrOut(const char* format, ...) {
+    char message[512];
+    va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(message, sizeof message, format, arguments);
+    va_end(arguments);
+    if (injection().log)
+        injection().log(message);
+    else
+        realOne<decltype(ErrOut)>("ErrOut")("%s", message);
+}
+
+ZRDRAW_API void ZRFree(void* memory) {
+    injectedOrReal(injection().free, "ZRFree", memory);
+}
+
+ZRDRAW_API void* zrOSCreateThread(void* attributes, unsigned long stackSize,
+                                  zrOSThreadRoutine* routine, void* argument, unsigned int flags,
+                                  unsigned int* threadId, const char* name) {
+    return injectedOrReal(injection().createThread, "zrOSCreateThread", attributes, stackSize,
+                          routine, argument, flags, threadId, name);
+}
+
+ZRDRAW_API int zrOSSetThreadPriority(void* thread, int priority) {
+    return injectedOrReal(injection().setThreadPriority, "zrOSSetThreadPriority", thread, priority);
+}
+
+ZRDRAW_API int zrOSCloseThread(void* thread, const char* name) {
+    return injectedOrReal(injection().closeThread, "zrOSCloseThread", thread, name);
+}
+
+ZRDRAW_API int zrOSInterlockedIncrement(int* count) {
+    return injectedOrReal(injection().increment, "zrOSInterlockedIncrement", count);
+}
+
+ZRDRAW_API int zrOSInterlockedDecrement(int* count) {
+    return injectedOrReal(injection().decrement, "zrOSInterlockedDecrement", count);
+}
+
+ZRDRAW_API int usleep(unsigned int microseconds) {
+    return injectedOrReal(injection().sleep, "usleep", microseconds);
 }

@@ -3,12 +3,40 @@
 #pragma once
 
 #include <functional>
+#include <string>
+
+#include "platform/config_store.h"
+#include "platform/files.h"
+#include "platform/media.h"
+#include "platform/memory.h"
+#include "platform/threads.h"
 
 struct Injection {
     std::function<void*()> createEvent;
     std::function<int()> tryEnterCriticalSection;
     std::function<int(const char* path)> fileExists;
     std::function<void(void* dst, unsigned int value, unsigned long bytes)> watchSetMemory;
+    std::function<decltype(ZRAlloc)> alloc;
+    std::function<decltype(zrCFGKeyExists)> keyExists;
+    std::function<decltype(zrCFGValueString)> valueString;
+    std::function<decltype(zrCFGSave)> saveStore;
+    std::function<decltype(itoa)> formatNumber;
+    std::function<decltype(vidGetTCType)> timeCodeType;
+    std::function<decltype(tc2String)> timeCodeText;
+    std::function<decltype(kpxutilCodecTypeString)> codecName;
+    std::function<decltype(kpxutilFileTypeString)> fileTypeName;
+    std::function<decltype(DFrameMemTrace)> frameMemory;
+    std::function<decltype(zrOSLoadLibrary)> loadLibrary;
+    std::function<decltype(zrOSGetProcAddress)> procAddress;
+    std::function<decltype(zrOSFreeLibrary)> freeLibrary;
+    std::function<void(const std::string& message)> log;
+    std::function<decltype(ZRFree)> free;
+    std::function<decltype(zrOSCreateThread)> createThread;
+    std::function<decltype(zrOSSetThreadPriority)> setThreadPriority;
+    std::function<decltype(zrOSCloseThread)> closeThread;
+    std::function<decltype(zrOSInterlockedIncrement)> increment;
+    std::function<decltype(zrOSInterlockedDecrement)> decrement;
+    std::function<int(unsigned int microseconds)> sleep;
 };
 
 Injection& injection();

@@ -36,7 +36,12 @@ std::vector<Picture> listPictures(const GalleryOptions& options) {
         pictures.push_back({[&] { return makeOperationsSheet(layout); }, pathOf("operations")});
         pictures.push_back({[&] { return makeFontSheet(layout); }, pathOf("font")});
     }
-    pictures.push_back({makeLayoutsSheet, (fs::path(options.folder) / "layouts.png").string()});
+    const auto inFolder = [&](const char* name) {
+        return (fs::path(options.folder) / name).string();
+    };
+    pictures.push_back({makeLayoutsSheet, inFolder("layouts.png")});
+    pictures.push_back({makeWipesSheet, inFolder("wipes.png")});
+    pictures.push_back({makeMuxSheet, inFolder("mux.png")});
     return pictures;
 }
 
@@ -51,8 +56,9 @@ void makeFolder(const std::string& folder) {
 
 CLI::App* addGalleryCommand(CLI::App& app, GalleryOptions& options) {
     CLI::App* gallery = app.add_subcommand(
-        "gallery", "Draw every operation, the built-in font, and one picture in every layout: "
-                   "operations.png, font.png and layouts.png");
+        "gallery", "Draw every operation (operations.png), the built-in font (font.png), a picture "
+                   "in every layout (layouts.png), every transition (wipes.png) and every mode of "
+                   "the mux (mux.png)");
     gallery->add_option("DIR", options.folder, "Folder for the pictures, made if missing")
         ->required();
     gallery

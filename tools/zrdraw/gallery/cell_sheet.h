@@ -9,7 +9,7 @@ inline constexpr int cellHeight = 124;
 
 class CellSheet {
 public:
-    explicit CellSheet(int count);
+    explicit CellSheet(int count, int cellsPerLine = 6);
 
     // Puts a picture of a cell's size, in any layout, into the next cell.
     void add(const std::string& title, WorkingFrame& picture);
@@ -17,6 +17,7 @@ public:
     Sheet take() { return std::move(m_sheet); }
 
 private:
+    int m_cellsPerLine;
     Sheet m_sheet;
     int m_next = 0;
 };

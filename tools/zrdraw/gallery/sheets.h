@@ -11,3 +11,9 @@ Sheet makeFontSheet(const zrLayout& layout);
 
 // One drawing on one picture in each of the layouts.
 Sheet makeLayoutsSheet();
+
+// Every transition at five positions.
+Sheet makeWipesSheet();
+
+// Two pictures composed in every mode of the mux.
+Sheet makeMuxSheet();

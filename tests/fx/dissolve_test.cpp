@@ -1,0 +1,190 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include "fx/frames.h"
+
+namespace {
+
+constexpr unsigned int swapBit = 0x80000000U;
+
+struct Progress {
+    unsigned int position, scale;
+};
+
+constexpr Progress progresses[] = {
+    {0, 65536},     {1, 65536},     {2, 65536},     {255, 65536},    {256, 65536},  {21845, 65536},
+    {32767, 65536}, {32768, 65536}, {32769, 65536}, {65535, 65536},  {65536, 65536}, {65537, 65536},
+    {98304, 65536}, {200000, 65536}, {1, 16},       {5, 16},         {15, 16},      {16, 16},
+    {1, 131072},    {3, 1U << 20},  {0, 25},        {1, 25},         {7, 25},       {24, 25},
+    {25, 25},       {26, 25},       {75, 25},       {1, 3},          {2, 3},        {999, 1000},
+    {7, 0xFFFFFFFF}, {0xFFFFFFF0, 1}};
+
+// A number that 32 bits do not hold becomes the one that has its low bits clear.
+int truncated(double value) {
+    return value > -2147483649.0 && value < 2147483648.0 ? static_cast<int>(value) : 0;
+}
+
+template <typename Sample>
+Sample mixed(Sample first, Sample second, double t) {
+    const double u = 1.0 - t;
+    if constexpr (std::is_same_v<Sample, float>) {
+        const double a = static_cast<int>(first) * t, b = static_cast<double>(second) * u;
+        return static_cast<float>(a + b);
+    } else {
+        const double a = first * t, b = second * u;
+        return static_cast<Sample>(truncated(a + b));
+    }
+}
+
+template <typename Sample>
+void reference(const zrfxFXArgs& a, unsigned int samples, unsigned char* dst) {
+    const double t = static_cast<double>(a.position) / (a.rangeEnd - a.rangeStart);
+    for (unsigned int y = 0; y < a.height; ++y)
+        for (unsigned int i = a.xStart * samples; i < a.xEnd * samples; ++i) {
+            Sample ofA, ofB;
+            std::memcpy(&ofA, a.srcA + y * a.pitchA + i * sizeof(Sample), sizeof(Sample));
+            std::memcpy(&ofB, a.srcB + y * a.pitchB + i * sizeof(Sample), sizeof(Sample));
+            const bool swapped = (a.wipeCode & swapBit) != 0;
+            const Sample out = swapped ? mixed(ofA, ofB, t) : mixed(ofB, ofA, t);
+            std::memcpy(dst + y * a.pitchB + i * sizeof(Sample), &out, sizeof(Sample));
+        }
+}
+
+// The whole frame in its bands, against the rule for one sample.
+template <typename Sample>
+void compare(zrfxFXArgs a, const Group& group, std::size_t bytes, const std::string& what) {
+    Frame dst(bytes), expected(bytes);
+    a.dst = dst.data();
+    a.pitchDst = 1;
+    a.xEnd = a.width;
+    reference<Sample>(a, group.samples, expected.data());
+    EXPECT_TRUE(runBands(zrfxDISSOLVE, a));
+    ASSERT_EQ(dst, expected) << what << ", type " << group.pixelType << ", " << a.position << " of "
+                             << a.rangeEnd - a.rangeStart << ", code " << a.wipeCode;
+}
+
+template <typename Sample>
+void compareAll(Frame& frameA, Frame& frameB, unsigned int width, unsigned int height,
+                unsigned int pitchA, unsigned int pitchB, std::size_t bytes,
+                const std::string& what) {
+    zrfxFXArgs a{frameA.data(), pitchA, frameB.data(), pitchB, nullptr, 0, 0, 0, width, height};
+    for (const Group& group : groups) {
+        if (group.bytes / group.samples != sizeof(Sample))
+            continue;
+        for (const Progress& progress : progresses)
+            for (const unsigned int code : {0U, swapBit | 77}) {
+                a.pixelType = group.pixelType;
+                a.wipeCode = code;
+                a.rangeStart = 11;
+                a.rangeEnd = progress.scale + 11;
+                a.position = progress.position;
+                compare<Sample>(a, group, bytes, what);
+                if (::testing::Test::HasFatalFailure())
+                    return;
+            }
+    }
+}
+
+TEST(Dissolve, EveryPairOfBytes) {
+    constexpr std::size_t bytes = 256 * 256;
+    Frame a(bytes), b(bytes);
+    for (std::size_t i = 0; i < bytes; ++i) {
+        a.data()[i] = static_cast<unsigned char>(i);
+        b.data()[i] = static_cast<unsigned char>(i >> 8);
+    }
+    // 64 pixels of four samples a line, so that three samples leave the last 64 bytes alone
+    compareAll<unsigned char>(a, b, 64, 256, 256, 256, bytes, "pairs");
+}
+
+TEST(Dissolve, Words) {
+    Random random(seed);
+    constexpr unsigned int width = 37, height = 20, pitch = width * 8 + 6;
+    Frame a(pitch * height, random), b(pitch * height, random);
+    constexpr unsigned short ends[] = {0, 1, 32767, 32768, 65534, 65535};
+    for (unsigned int i = 0; i < 36; ++i) {
+        std::memcpy(a.data() + 2 * i, &ends[i / 6], 2);
+        std::memcpy(b.data() + 2 * i, &ends[i % 6], 2);
+    }
+    compareAll<unsigned short>(a, b, width, height, pitch, pitch, pitch * height,
+                               "words of seed " + std::to_string(seed));
+}
+
+TEST(Dissolve, FloatsOfTheIncomingFrameAreTruncated) {
+    Random random(seed);
+    std::uniform_real_distribution<float> values(-3.0F, 5.0F);
+    constexpr unsigned int width = 19, height = 6, pitch = width * 16 + 4;
+    Frame a(pitch * height), b(pitch * height);
+    for (unsigned int i = 0; i < pitch * height / 4; ++i) {
+        const float pair[] = {i % 7 == 0 ? 1.0F : values(random), values(random)};
+        std::memcpy(a.data() + 4 * i, &pair[0], 4);
+        std::memcpy(b.data() + 4 * i, &pair[1], 4);
+    }
+    compareAll<float>(a, b, width, height, pitch, pitch, pitch * height,
+                      "floats of seed " + std::to_string(seed));
+    EXPECT_EQ(mixed(1.5F, 1.5F, 0.5), 1.25F);
+    EXPECT_EQ(mixed(0.9F, 0.0F, 1.0), 0.0F);
+}
+
+TEST(Dissolve, EveryLengthAndPitch) {
+    Random random(seed);
+    for (unsigned int width = 0; width <= 70; ++width) {
+        const unsigned int pitchA = width * 4 + 5, pitchB = width * 4 + 3;
+        Frame a(pitchA * 5, random), b(pitchA * 5, random);
+        compareAll<unsigned char>(a, b, width, 5, pitchA, pitchB, pitchA * 5,
+                                  "width " + std::to_string(width));
+        if (HasFatalFailure())
+            return;
+    }
+}
+
+TEST(Dissolve, TruncatesWhereDoublesAreJustBelow) {
+    unsigned char a[4] = {255, 100, 255, 0}, b[4] = {255, 100, 0, 255}, dst[4] = {};
+    zrfxFXArgs args{a, 4, b, 4, dst, 4, 0, 1, 1, 1};
+    args.rangeEnd = 25;
+    args.position = 1;
+    EXPECT_TRUE(runBands(zrfxDISSOLVE2, args));
+    EXPECT_EQ(dst[0], 254);
+    args.rangeEnd = 65536;
+    for (args.position = 0; args.position <= 65536; ++args.position) {
+        EXPECT_TRUE(runBands(zrfxDISSOLVE2, args));
+        ASSERT_EQ(dst[0], 255) << args.position;
+        ASSERT_EQ(dst[1], 100) << args.position;
+    }
+}
+
+TEST(Dissolve, WithoutAScaleStaysInItsFrame) {
+    Random random(seed);
+    for (const Group& group : groups)
+        for (const unsigned int position : {0U, 5U}) {
+            Frame a(256, random), b(256, random), dst(256), untouched(256);
+            zrfxFXArgs args{a.data(), 96, b.data(), 96, dst.data(), 96, 0, group.pixelType, 6, 2};
+            args.rangeStart = args.rangeEnd = 9;
+            args.position = position;
+            EXPECT_TRUE(runBands(zrfxDISSOLVE, args));
+            for (unsigned int y = 0; y < 2; ++y)
+                std::memcpy(untouched.data() + 96 * y, dst.data() + 96 * y, 6 * group.bytes);
+            EXPECT_EQ(dst, untouched) << group.pixelType;
+        }
+}
+
+TEST(Dissolve, OfUnknownLayoutsOrEmptyBandsWritesNothing) {
+    Frame a(256, 1), b(256, 2), dst(256);
+    zrfxFXArgs args{a.data(), 64, b.data(), 64, dst.data(), 64, 0, 0, 4, 4};
+    args.rangeEnd = 4;
+    args.position = 2;
+    for (zrfxKernel* kernel : {zrfxDISSOLVE, zrfxDISSOLVE2}) {
+        for (const unsigned int type : {0U, 7U, 10U, 14U, 28U, 37U, 38U, 10000U, 0xFFFFFFFFU}) {
+            args.pixelType = type;
+            EXPECT_TRUE(runBands(kernel, args));
+        }
+        args.pixelType = 1;
+        EXPECT_EQ(callWith(kernel, args, 0U, 4U, 2U, 2U), 0U);
+        EXPECT_EQ(callWith(kernel, args, 0U, 4U, 3U, 2U), 0U);
+        EXPECT_EQ(callWith(kernel, args, 2U, 2U, 0U, 4U), 0U);
+    }
+    EXPECT_EQ(dst, Frame(256));
+}
+
+} // namespace

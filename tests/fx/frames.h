@@ -1,0 +1,53 @@
+// Frames between guard bytes, and calls of transitions by one record of their arguments.
+#pragma once
+
+#include <cstddef>
+#include <random>
+#include <vector>
+
+#include "zrdraw/transitions.h"
+
+using Random = std::mt19937;
+inline constexpr unsigned int seed = 20240607;
+
+class Frame {
+public:
+    explicit Frame(std::size_t bytes, unsigned char fill = 0x5A)
+        : m_memory(guard + bytes + guard, fill) {}
+    Frame(std::size_t bytes, Random& random) : Frame(bytes) {
+        for (unsigned char& byte : m_memory)
+            byte = static_cast<unsigned char>(random());
+    }
+
+    unsigned char* data() { return m_memory.data() + guard; }
+    bool operator==(const Frame&) const = default;
+
+private:
+    static constexpr std::size_t guard = 64;
+    std::vector<unsigned char> m_memory;
+};
+
+struct Group {
+    unsigned int pixelType, samples, bytes;
+};
+
+inline constexpr Group groups[] = {
+    {1, 4, 4},  {2, 4, 4},  {3, 4, 4},  {4, 4, 4},  {34, 4, 4},  {5, 3, 3},   {6, 3, 3},  {33, 3, 3},
+    {31, 3, 6}, {35, 3, 6}, {32, 4, 8}, {36, 4, 8}, {29, 4, 16}, {30, 3, 12},
+};
+
+// Only the fields that a caller gives are used: up to `position`, and the band.
+template <typename Function, typename... Tail>
+unsigned int callWith(Function* function, const zrfxFXArgs& a, Tail... tail) {
+    return function(a.srcA, a.pitchA, a.srcB, a.pitchB, a.dst, a.pitchDst, a.wipeCode, a.pixelType,
+                    a.width, a.height, a.fxReserved0, a.fxReserved1, a.fxReserved2, a.fxReserved3,
+                    a.fxReserved4, a.rangeStart, a.rangeEnd, a.position, tail...);
+}
+
+// The kernel on the four bands, one after another. True when every result was 0.
+inline bool runBands(zrfxKernel* kernel, const zrfxFXArgs& a) {
+    const unsigned int w = a.width / 2, h = a.height / 2;
+    return callWith(kernel, a, 0U, w, 0U, h) == 0 && callWith(kernel, a, w, a.width, 0U, h) == 0 &&
+           callWith(kernel, a, 0U, w, h, a.height) == 0 &&
+           callWith(kernel, a, w, a.width, h, a.height) == 0;
+}

@@ -1,0 +1,92 @@
+// The bodies of the dissolve against each other and against exact integers.
+#include <gtest/gtest.h>
+
+#include "fx/frames.h"
+#include "fx/mix.h"
+#include "fx/mix_step_avx2.h"
+#include "fx/mix_step_loops.h"
+#include "zrdraw/span.h"
+
+namespace {
+
+MixWeights weightsOf(MixStep step) {
+    const double t = step / 65536.0;
+    return {t, 1.0 - t};
+}
+
+std::vector<MixStep> someSteps(MixStep stride) {
+    std::vector<MixStep> steps{1, 2, 32767, 32768, 32769, 65534, 65535, 65536};
+    for (MixStep step = 0; step <= 65536; step += stride)
+        steps.push_back(step);
+    return steps;
+}
+
+template <typename Sample>
+using Body = void (*)(Sample*, const Sample*, const Sample*, std::size_t, MixStep);
+
+template <typename Sample>
+void compare(const std::vector<Sample>& a, const std::vector<Sample>& b, MixStep stride,
+             const std::vector<Body<Sample>>& bodies) {
+    std::vector<Sample> expected(a.size()), out(a.size());
+    for (const MixStep step : someSteps(stride)) {
+        for (std::size_t i = 0; i < a.size(); ++i)
+            expected[i] = static_cast<Sample>((std::uint64_t{a[i]} * step +
+                                               std::uint64_t{b[i]} * (65536 - step)) >> 16);
+        for (std::size_t i = 0; i < bodies.size(); ++i) {
+            bodies[i](out.data(), a.data(), b.data(), a.size(), step);
+            ASSERT_EQ(out, expected) << "body " << i << ", step " << step << ", seed " << seed;
+        }
+    }
+}
+
+TEST(Mix, BytesOfAllBodies) {
+    std::vector<unsigned char> a, b;
+    for (unsigned int i = 0; i < 65536 + 3; ++i) {
+        a.push_back(static_cast<unsigned char>(i));
+        b.push_back(static_cast<unsigned char>(i >> 8));
+    }
+    std::vector<Body<unsigned char>> bodies{
+        [](auto* to, auto* first, auto* second, std::size_t count, MixStep step) {
+            mixBytes(to, first, second, count, weightsOf(step));
+        },
+        mixBytesByStep};
+    compare<unsigned char>(a, b, 331, bodies);
+    // The bodies below are not asked for whole copies.
+    for (MixStep step = 1; step < 65536; step += 97) {
+        std::vector<unsigned char> plain(a.size()), vector(a.size()), expected(a.size());
+        mixBytes(expected.data(), a.data(), b.data(), a.size(), weightsOf(step));
+        mixBytesLoop(plain.data(), a.data(), b.data(), a.size(), step);
+        ASSERT_EQ(plain, expected) << step;
+        if (zrdraw_avx2_available() != 0) {
+            mixBytesByStepAvx2(vector.data(), a.data(), b.data(), a.size(), step);
+            ASSERT_EQ(vector, expected) << step;
+        }
+    }
+}
+
+TEST(Mix, WordsOfAllBodies) {
+    Random random(seed);
+    std::vector<unsigned short> a{0, 65535, 0, 65535, 1}, b{0, 65535, 65535, 0, 65534};
+    for (int i = 0; i < 1000; ++i) {
+        a.push_back(static_cast<unsigned short>(random()));
+        b.push_back(static_cast<unsigned short>(random()));
+    }
+    std::vector<Body<unsigned short>> bodies{
+        [](auto* to, auto* first, auto* second, std::size_t count, MixStep step) {
+            mixWords(to, first, second, count, weightsOf(step));
+        },
+        mixWordsByStep, mixWordsLoop};
+    if (zrdraw_avx2_available() != 0)
+        bodies.push_back(mixWordsByStepAvx2);
+    compare<unsigned short>(a, b, 37, bodies);
+}
+
+TEST(Mix, OnlyWholeStepsOfTheRangeAreSteps) {
+    MixStep step = 0;
+    EXPECT_TRUE(isWholeStep({0.25, 0.75}, step));
+    EXPECT_EQ(step, 16384U);
+    for (const double t : {1.0 / 131072, 1.0 / 3, -0.5, 1.0 + 1.0 / 65536, 2.0, 0.0 / 0.0, 1.0 / 0.0})
+        EXPECT_FALSE(isWholeStep({t, 1.0 - t}, step)) << t;
+}
+
+} // namespace

@@ -1,0 +1,84 @@
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "fx/frames.h"
+
+namespace {
+
+struct Codes {
+    zrfxKernel* kernel;
+    std::vector<std::pair<unsigned int, unsigned int>> ranges;
+};
+
+const std::vector<Codes> table = {
+    {zrfxSMPTE_Horizontal, {{1, 1},     {102, 114}, {119, 125}, {127, 131}, {201, 207}, {211, 214},
+                            {221, 228}, {231, 236}, {241, 246}, {251, 254}, {261, 264}, {301, 306},
+                            {310, 317}, {320, 329}, {340, 345}, {350, 353}, {409, 409}}},
+    {zrfxSMPTE_Vertical, {{2, 2}}},
+    {zrfxSMPTE_TopLeft, {{3, 3}}},
+    {zrfxSMPTE_TopRight, {{4, 4}}},
+    {zrfxSMPTE_BottomRight, {{5, 5}}},
+    {zrfxSMPTE_BottomLeft, {{6, 6}}},
+    {zrfxSMPTE_FourCorners, {{7, 7}}},
+    {zrfxSMPTE_FourSquare, {{8, 8}}},
+    {zrfxSMPTE_BarnDoorVertical, {{21, 21}}},
+    {zrfxSMPTE_BarnDoorHorizontal, {{22, 22}}},
+    {zrfxSMPTE_TopCenter, {{23, 23}}},
+    {zrfxSMPTE_RightCenter, {{24, 24}}},
+    {zrfxSMPTE_BottomCenter, {{25, 25}}},
+    {zrfxSMPTE_LeftCenter, {{26, 26}}},
+    {zrfxSMPTE_Rectangle, {{41, 48}, {61, 68}, {71, 74}, {101, 101}}},
+    {zrfxSLIDE_Basic, {{500, 515}}},
+};
+
+zrfxKernel* kernelOf(unsigned int code) {
+    for (const Codes& codes : table)
+        for (const auto& [first, last] : codes.ranges)
+            if (code >= first && code <= last)
+                return codes.kernel;
+    return zrfxDISSOLVE;
+}
+
+class Selection : public ::testing::Test {
+protected:
+    static constexpr unsigned int width = 12, height = 10, pitch = width * 4;
+
+    Frame draw(zrfxKernel* kernel, unsigned int code) {
+        Frame dst(pitch * height);
+        zrfxFXArgs args{m_a.data(), pitch, m_b.data(), pitch, dst.data(), pitch, code, 1,
+                        width,      height};
+        args.rangeEnd = 16;
+        args.position = 8;
+        if (kernel == nullptr)
+            EXPECT_EQ(callWith(ZRDraw_DisplayWipe, args), 0U);
+        else
+            EXPECT_TRUE(runBands(kernel, args));
+        return dst;
+    }
+
+    Random m_random{seed};
+    Frame m_a{pitch * height, m_random}, m_b{pitch * height, m_random};
+};
+
+TEST_F(Selection, ComparesPicturesThatAllDiffer) {
+    std::vector<Frame> pictures{draw(zrfxDISSOLVE, 0)};
+    for (const Codes& codes : table)
+        pictures.push_back(draw(codes.kernel, codes.ranges[0].first));
+    for (std::size_t i = 0; i < pictures.size(); ++i)
+        for (std::size_t j = 0; j < i; ++j)
+            EXPECT_NE(pictures[i], pictures[j]) << i << ' ' << j;
+}
+
+TEST_F(Selection, EveryCodeHasItsKernel) {
+    std::vector<unsigned int> codes{1000, 0x8000, 0x10001, 0x1000001, 0x40000001, 0x7FFFFFFF};
+    for (unsigned int code = 0; code <= 600; ++code)
+        codes.push_back(code);
+    for (const unsigned int code : codes)
+        for (const unsigned int full : {code, code | 0x80000000U})
+            ASSERT_EQ(draw(nullptr, full), draw(kernelOf(code), full)) << std::hex << full;
+}
+
+} // namespace

@@ -1,0 +1,216 @@
+// An overlay on a host of its own: a store in memory, a log, and time codes as plain numbers. Its
+// frames are plain BGRA unless a test says otherwise.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/injection.h"
+#include "zrdraw/formats.h"
+#include "zrdraw/zroverlay.h"
+
+// Pixels as words: B, G, R, A from the lowest byte up.
+inline constexpr unsigned int untouched = 0x40404040, clear = 0, black = 0xFF000000,
+                              grey = 0xFFE5E5E5, white = 0xFFFFFFFF;
+
+// A frame in 32-bit words, or what one is to look like, between two lines that stay untouched.
+class Picture {
+public:
+    Picture(int width, int height)
+        : m_width(width), m_height(height),
+          m_words(static_cast<std::size_t>(width * (height + 2)), untouched) {}
+
+    char* data() { return reinterpret_cast<char*>(&at(0, 0)); }
+    unsigned int& at(int x, int y) {
+        return m_words[static_cast<std::size_t>((y + 1) * m_width + x)];
+    }
+    void box(int left, int top, int width, int height, unsigned int color) {
+        for (int y = top; y < top + height; ++y)
+            for (int x = left; x < left + width; ++x)
+                at(x, y) = color;
+    }
+    void text(const std::string& text, int left, int top, int scale, bool filled) {
+        ZRDraw* draw = nullptr;
+        GetDraw(ptBGRA32, m_width, m_height, 0, data(), draw);
+        draw->foreColor = grey;
+        draw->backColor = clear;
+        draw->textTransparent = !filled;
+        RECT rect{left, top, 0, top + 10 * scale};
+        draw->DrawText(text.c_str(), 0, &rect, 0);
+        ReleaseDraw(draw);
+    }
+    // Where another picture first differs; empty where it does not.
+    std::string difference(const Picture& other) const {
+        for (std::size_t i = 0; i < m_words.size(); ++i) {
+            if (m_words[i] == other.m_words[i])
+                continue;
+            char found[80];
+            const int at = static_cast<int>(i);
+            std::snprintf(found, sizeof found, "%08X instead of %08X at %d, %d", m_words[i],
+                          other.m_words[i], at % m_width, at / m_width - 1);
+            return found;
+        }
+        return "";
+    }
+
+private:
+    int m_width, m_height;
+    std::vector<unsigned int> m_words;
+};
+
+using Overlay = CZrOverlay;
+
+struct NumberSetting {
+    const char* key;
+    unsigned int Overlay::*number;
+    unsigned int initial;
+};
+
+// All numbers outside the slots, in the order in which they are loaded.
+inline constexpr NumberSetting numberSettings[] = {
+    {"Enabled", &Overlay::Enabled, 0},
+    {"FillBackground", &Overlay::FillBackground, 1},
+    {"AudioEnable", &Overlay::AudioEnable, 0},
+    {"AudioX", &Overlay::AudioX, 20},
+    {"AudioY", &Overlay::AudioY, 100},
+    {"AudioChannels", &Overlay::AudioChannels, 2},
+    {"VChipEnable", &Overlay::VChipEnable, 0},
+    {"CaptionsEnable", &Overlay::CaptionsEnable, 0},
+    {"CaptionSource", &Overlay::CaptionSource, 0},
+    {"TimeCodeLTCEnable", &Overlay::TimeCodeLTCEnable, 0},
+    {"TimeCodeLUBEnable", &Overlay::TimeCodeLUBEnable, 0},
+    {"TimeCodeVITCEnable", &Overlay::TimeCodeVITCEnable, 0},
+    {"TimeCodeVUBEnable", &Overlay::TimeCodeVUBEnable, 0},
+    {"TimeCodeVsyncEnable", &Overlay::TimeCodeVsyncEnable, 0},
+    {"TimeCodeLTCFrameEnable", &Overlay::TimeCodeLTCFrameEnable, 0},
+    {"TimeCodeVITCFrameEnable", &Overlay::TimeCodeVITCFrameEnable, 0},
+    {"TimeCodeX", &Overlay::TimeCodeX, 20},
+    {"TimeCodeY", &Overlay::TimeCodeY, 300},
+    {"TimeCodeSize", &Overlay::TimeCodeSize, 2},
+    {"WatermarkEnable", &Overlay::WatermarkEnable, 0},
+    {"WatermarkX", &Overlay::WatermarkX, 400},
+    {"WatermarkY", &Overlay::WatermarkY, 400},
+    {"WatermarkOpacity", &Overlay::WatermarkOpacity, 50},
+    {"SourceFormatEnable", &Overlay::SourceFormatEnable, 0},
+    {"SourceFormatX", &Overlay::SourceFormatX, 20},
+    {"SourceFormatY", &Overlay::SourceFormatY, 600},
+};
+
+// Every number by its key, those of the slots last.
+inline std::vector<std::pair<std::string, unsigned int*>> numbersOf(Overlay& overlay) {
+    std::vector<std::pair<std::string, unsigned int*>> numbers;
+    for (const NumberSetting& setting : numberSettings)
+        numbers.emplace_back(setting.key, &(overlay.*setting.number));
+    for (int slot = 0; slot < 10; ++slot) {
+        const std::string digit = std::to_string(slot);
+        numbers.emplace_back("CustomTextEnabled" + digit, &overlay.CustomTextEnabled[slot]);
+        numbers.emplace_back("CustomTextX" + digit, &overlay.CustomTextX[slot]);
+        numbers.emplace_back("CustomTextY" + digit, &overlay.CustomTextY[slot]);
+    }
+    return numbers;
+}
+
+// Sets each number to `first` and up, so that none is like another.
+inline void numberAll(Overlay& overlay, unsigned int first) {
+    for (const auto& [key, number] : numbersOf(overlay))
+        *number = first++;
+}
+
+inline void giveText(Overlay& overlay, int slot, const std::string& text) {
+    delete[] overlay.CustomText[slot];
+    overlay.CustomText[slot] = new char[text.size() + 1];
+    std::memcpy(overlay.CustomText[slot], text.c_str(), text.size() + 1);
+}
+
+class OverlayTest : public testing::Test {
+protected:
+    using Lines = std::vector<std::string>;
+
+    OverlayTest() {
+        Injection& host = injection();
+        host.keyExists = [this](int handle, const char* path) {
+            calls.push_back("exists " + std::to_string(handle) + " " + path);
+            return storeExists ? 1 : 0;
+        };
+        host.valueString = [this](int handle, const char* path, const char* name, char* buffer,
+                                  unsigned int* length, int write) {
+            EXPECT_EQ(handle, -1);
+            EXPECT_STREQ(path, "KPX\\Advanced\\Overlay");
+            EXPECT_EQ(*length, 128U) << name;
+            return write != 0 ? storeText(name, buffer) : readText(name, buffer);
+        };
+        host.saveStore = [this](int handle, int a, int b) {
+            calls.push_back("save " + std::to_string(handle + a + b));
+            return 0;
+        };
+        host.formatNumber = [](int value, char* text, int base) {
+            EXPECT_EQ(base, 10);
+            std::memcpy(text, std::to_string(value).c_str(), std::to_string(value).size() + 1);
+            return text;
+        };
+        host.timeCodeType = [this](double rate) {
+            frameRate = rate;
+            return 7U;
+        };
+        host.timeCodeText = [this](unsigned int count, unsigned int flags, char* text) {
+            timeCodeFlags = flags;
+            return std::snprintf(text, 512, "%u", count);
+        };
+        host.codecName = [](unsigned int code) { return code == 0 ? "BGRA" : "other"; };
+        host.fileTypeName = [](unsigned int type) { return type == 5 ? "MXF" : "other"; };
+        host.log = [this](const std::string& message) { log.push_back(message); };
+    }
+
+    // Hands the overlay a stream; the frame's size comes from its header.
+    void create(int width, int height, unsigned int code = 0, unsigned int flags = 0) {
+        video.header.biWidth = width;
+        video.header.biHeight = height;
+        video.header.biBitCount = 32;
+        video.header.biCompression = code;
+        video.header.biSizeImage = static_cast<unsigned int>(width * height * 4);
+        video.rate = 25;
+        video.scale = 1;
+        video.flags = flags;
+        system.fileType = 5;
+        EXPECT_EQ(overlay.Create(&video, &system), 0);
+    }
+    void burnIn(Picture& picture, unsigned int* levels = nullptr, unsigned int* peaks = nullptr,
+                unsigned int adjust = 0) {
+        frame.videoData = picture.data();
+        EXPECT_EQ(overlay.BurnIn(&frame, levels, peaks, adjust), 0);
+    }
+
+    InjectionGuard guard;
+    std::map<std::string, std::string> store;
+    bool storeExists = true;
+    Lines calls; // of the store
+    std::vector<char*> buffers;
+    Lines log;
+    double frameRate = 0;
+    unsigned int timeCodeFlags = 0;
+    KPXVIDEO video{};
+    KPXSYSTEM system{};
+    DFRAME frame{};
+    Overlay overlay;
+
+private:
+    int storeText(const char* name, const char* text) {
+        calls.push_back(std::string("write ") + name);
+        store[name] = text;
+        return 0;
+    }
+    int readText(const char* name, char* buffer) {
+        calls.push_back(std::string("read ") + name);
+        buffers.push_back(buffer);
+        if (store.count(name) == 0)
+            return -1;
+        if (buffer != nullptr)
+            std::memcpy(buffer, store[name].c_str(), store[name].size() + 1);
+        return 0;
+    }
+};

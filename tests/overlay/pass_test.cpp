@@ -1,0 +1,377 @@
+// The pass over a frame: layers, their places and order, and the drawing object's life.
+#include "overlay/overlay_fixture.h"
+#include "zrdraw/formats.h"
+
+#include <array>
+#include <functional>
+#include <new>
+
+namespace {
+
+long heapAllocations = 0;
+
+constexpr int width = 640, height = 100;
+constexpr unsigned int yuv2 = 0x32767579, v210 = 0x76323130;
+
+struct Text {
+    std::string text;
+    int left, top, scale;
+};
+
+Picture pictureOf(const std::vector<Text>& texts, bool filled) {
+    Picture picture(width, height);
+    for (const Text& t : texts)
+        picture.text(t.text, t.left, t.top, t.scale, filled);
+    return picture;
+}
+
+} // namespace
+
+// The sanitizers' own operators stay, for what they find.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#define COUNTS_ALLOCATIONS
+void* operator new(std::size_t bytes) {
+    ++heapAllocations;
+    if (void* memory = std::malloc(bytes != 0 ? bytes : 1))
+        return memory;
+    throw std::bad_alloc();
+}
+// Not inlined, so that the compiler does not take the pair for a mismatch.
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+#endif
+
+class OverlayPass : public OverlayTest {
+protected:
+    // Every layer has a place, none is on.
+    void createWithPlaces(unsigned int flags = 0) {
+        create(width, height, 0, flags);
+        overlay.Enabled = 1;
+        overlay.FillBackground = 0;
+        overlay.TimeCodeX = 9;
+        overlay.TimeCodeY = 5;
+        overlay.TimeCodeSize = 1;
+        overlay.SourceFormatX = 4;
+        overlay.SourceFormatY = 41;
+        for (int slot = 0; slot < 10; ++slot) {
+            overlay.CustomTextX[slot] = 30;
+            overlay.CustomTextY[slot] = 7;
+        }
+        frame.ltc = 1000;
+        frame.vitc = 2000;
+    }
+    void useWatermark(std::vector<unsigned int>& pixels, unsigned int columns) {
+        overlay.WatermarkEnable = 1;
+        overlay.wmBgra = reinterpret_cast<unsigned char*>(pixels.data());
+        overlay.wmWidth = columns;
+        overlay.wmHeight = static_cast<unsigned int>(pixels.size()) / columns;
+    }
+};
+
+TEST_F(OverlayPass, Layers) {
+    struct Case {
+        const char* what;
+        std::function<void(Overlay&)> set;
+        std::vector<Text> texts;
+        bool filled = false;
+        unsigned int flags = 0;
+        unsigned int adjust = 0;
+    };
+    const std::string source = "25.00 MXF BGRA 640x100 ";
+    const auto bothCodes = [](Overlay& o) { o.TimeCodeLTCEnable = o.TimeCodeVITCEnable = 7; };
+    const auto codesOfSize = [bothCodes](unsigned int size) {
+        return [=](Overlay& o) { bothCodes(o), o.TimeCodeSize = size; };
+    };
+    const auto background = [bothCodes](unsigned int fill) {
+        return [=](Overlay& o) { bothCodes(o), o.FillBackground = fill; };
+    };
+    const auto sourceOn = [](Overlay& o) { o.SourceFormatEnable = 2; };
+    const auto slots = [](Overlay& o) {
+        giveText(o, 9, "nine");
+        giveText(o, 0, "zero");
+        giveText(o, 4, "off");
+        giveText(o, 5, "");
+        o.CustomTextEnabled[9] = o.CustomTextEnabled[0] = o.CustomTextEnabled[5] = 3;
+        o.CustomTextEnabled[6] = 1;
+        o.FillBackground = 1;
+        o.CustomTextX[9] = 41;
+    };
+    const std::vector<Text> codes{{"1000", 9, 5, 1}, {"2000", 9, 15, 1}};
+    const Case cases[] = {
+        {"all off", [](Overlay&) {}, {}},
+        {"master off", [&](Overlay& o) { bothCodes(o), sourceOn(o), o.Enabled = 0; }, {}},
+        {"LTC", [](Overlay& o) { o.TimeCodeLTCEnable = 1; }, {{"1000", 9, 5, 1}}},
+        {"VITC in its place", [](Overlay& o) { o.TimeCodeVITCEnable = 1; }, {{"2000", 9, 5, 1}}},
+        {"both", bothCodes, codes},
+        {"adjusted", bothCodes, {{"4294967295", 9, 5, 1}, {"999", 9, 15, 1}}, false, 0, 1001},
+        {"size 0", codesOfSize(0), {{"1000", 9, 5, 1}, {"2000", 9, 5, 1}}},
+        {"size 3", codesOfSize(3), {{"1000", 9, 5, 3}, {"2000", 9, 35, 3}}},
+        {"even lines", codesOfSize(3), {{"1000", 9, 4, 2}, {"2000", 9, 24, 2}}, false, 0x100},
+        {"even size", codesOfSize(1), {{"1000", 9, 4, 1}, {"2000", 9, 4, 1}}, false, 0x300},
+        {"segmented", codesOfSize(3), {{"1000", 9, 5, 3}, {"2000", 9, 35, 3}}, false, 0x200},
+        {"background 0", background(0), codes},
+        {"background 1", background(1), codes, true},
+        {"background 2", background(2), codes},
+        {"progressive", sourceOn, {{source + "p", 4, 41, 3}}, false, 0xFCFF},
+        {"interlaced", sourceOn, {{source + "i", 4, 40, 3}}, false, 0x100},
+        {"segments", sourceOn, {{source + "sf", 4, 41, 3}}, false, 0x200},
+        {"both bits", sourceOn, {{source + "p", 4, 40, 3}}, false, 0x300},
+        {"slots", slots, {{"zero", 30, 7, 3}, {"nine", 41, 7, 3}}, true},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        createWithPlaces(c.flags);
+        overlay.TimeCodeLTCEnable = overlay.TimeCodeVITCEnable = overlay.SourceFormatEnable = 0;
+        c.set(overlay);
+        Picture picture(width, height);
+        burnIn(picture, nullptr, nullptr, c.adjust);
+        EXPECT_EQ(picture.difference(pictureOf(c.texts, c.filled)), "");
+    }
+    EXPECT_EQ(timeCodeFlags, 0x30107U); // the stream's type and the flags
+}
+
+TEST_F(OverlayPass, InkAndCellOfText) {
+    const std::pair<unsigned int, const char*> cases[] = {
+        {0, ".........\n.........\n.........\n.........\n.........\n"
+            ".........\n..######.\n.........\n.........\n.........\n"},
+        {1, ".oooooooo\n.oooooooo\n.oooooooo\n.oooooooo\n.oooooooo\n"
+            ".oooooooo\n.o######o\n.oooooooo\n.oooooooo\n.oooooooo\n"}};
+    createWithPlaces();
+    giveText(overlay, 2, "-");
+    overlay.TimeCodeLTCEnable = 1;
+    injection().timeCodeText = [](unsigned int, unsigned int, char* text) {
+        return std::snprintf(text, 512, "-");
+    };
+    for (const auto& [fill, art] : cases) {
+        overlay.FillBackground = fill;
+        Picture picture(width, height);
+        burnIn(picture);
+        std::string found;
+        for (int y = 5; y < 15; ++y, found += '\n')
+            for (int x = 8; x < 17; ++x)
+                found += picture.at(x, y) == grey        ? '#'
+                         : picture.at(x, y) == clear     ? 'o'
+                         : picture.at(x, y) == untouched ? '.'
+                                                         : '?';
+        EXPECT_EQ(found, art) << fill;
+    }
+    const auto& ink = overlay.draw->textColor0;
+    const auto& cell = overlay.draw->textColor1;
+    EXPECT_EQ((std::array{ink.r, ink.g, ink.b, ink.a}), (std::array{0.9, 0.9, 0.9, 1.0}));
+    EXPECT_EQ((std::array{cell.r, cell.g, cell.b, cell.a}), (std::array{0.0, 0.0, 0.0, 0.0}));
+}
+
+TEST_F(OverlayPass, RateOfTheSourceLine) {
+    struct Case {
+        unsigned int rate, scale;
+        const char* text;
+    };
+    for (const Case& c : {Case{30000, 1001, "29.97"}, Case{24000, 1001, "23.98"},
+                          Case{4294967295, 1, "4294967296.00"}, Case{1, 8, "0.12"}}) {
+        createWithPlaces();
+        video.rate = c.rate;
+        video.scale = c.scale;
+        overlay.Create(&video, &system);
+        EXPECT_EQ(frameRate, static_cast<double>(c.rate) / c.scale);
+        overlay.SourceFormatEnable = 1;
+        Picture picture(width, height);
+        burnIn(picture);
+        const std::string line = std::string(c.text) + " MXF BGRA 640x100 p";
+        EXPECT_EQ(picture.difference(pictureOf({{line, 4, 41, 3}}, false)), "");
+    }
+}
+
+TEST_F(OverlayPass, EachLayerLiesOverTheOnesBefore) {
+    createWithPlaces();
+    std::vector<unsigned int> wm(60 * 40, 0xFF112233);
+    useWatermark(wm, 60);
+    overlay.WatermarkX = 20;
+    overlay.WatermarkY = 3;
+    overlay.TimeCodeLTCEnable = overlay.TimeCodeVITCEnable = overlay.FillBackground = 1;
+    overlay.TimeCodeSize = 0;
+    overlay.TimeCodeX = overlay.SourceFormatX = 10;
+    overlay.SourceFormatEnable = overlay.AudioEnable = overlay.AudioChannels = 1;
+    overlay.SourceFormatY = 8;
+    giveText(overlay, 0, "zero");
+    giveText(overlay, 9, "nine");
+    overlay.CustomTextEnabled[0] = overlay.CustomTextEnabled[9] = 1;
+    overlay.CustomTextX[0] = 16;
+    overlay.CustomTextX[9] = 24;
+    overlay.CustomTextY[0] = overlay.CustomTextY[9] = 12;
+    overlay.AudioX = 50;
+    overlay.AudioY = 40;
+    Picture picture(width, height), wanted(width, height);
+    burnIn(picture);
+    wanted.text("1000", 10, 5, 1, true);
+    wanted.text("2000", 10, 5, 1, true);
+    wanted.box(20, 3, 60, 40, 0xFF112233);
+    wanted.text("25.00 MXF BGRA 640x100 p", 10, 8, 3, true);
+    wanted.text("zero", 16, 12, 3, true);
+    wanted.text("nine", 24, 12, 3, true);
+    // The panel runs past the bottom; a line of the height itself counts as the last one.
+    wanted.box(50, 40, 71, 60, black);
+    wanted.text("  0", 60, 50, 1, true);
+    wanted.text("-10", 60, 95, 1, true);
+    EXPECT_EQ(picture.difference(wanted), "");
+}
+
+TEST_F(OverlayPass, EvenLinesAreStoredForGood) {
+    struct Case {
+        unsigned int flags, enabled;
+        bool even;
+    };
+    for (const Case& c : {Case{0x100, 1, true}, Case{0x300, 1, true}, Case{0x200, 1, false},
+                          Case{0x100, 0, false}}) {
+        createWithPlaces(c.flags);
+        for (const auto& [key, number] : numbersOf(overlay))
+            *number = key.find("Enable") == std::string::npos ? 51 : 0;
+        overlay.Enabled = c.enabled;
+        Picture picture(width, height);
+        burnIn(picture);
+        for (const auto& [key, number] : numbersOf(overlay)) {
+            const bool line = key == "SourceFormatY" || key == "AudioY" || key == "TimeCodeY" ||
+                              key == "TimeCodeSize" || key.rfind("CustomTextY", 0) == 0;
+            const unsigned int kept = key.find("Enable") == std::string::npos ? 51 : *number;
+            EXPECT_EQ(*number, line && c.even ? 50 : kept) << key << c.flags;
+        }
+    }
+}
+
+TEST_F(OverlayPass, SettingsWithoutPictureDrawNothing) {
+    createWithPlaces();
+    for (unsigned int* number :
+         {&overlay.VChipEnable, &overlay.CaptionsEnable, &overlay.CaptionSource,
+          &overlay.TimeCodeLUBEnable, &overlay.TimeCodeVUBEnable, &overlay.TimeCodeVsyncEnable,
+          &overlay.TimeCodeLTCFrameEnable, &overlay.TimeCodeVITCFrameEnable})
+        *number = 1;
+    Picture picture(width, height);
+    burnIn(picture);
+    EXPECT_EQ(picture.difference(Picture(width, height)), "");
+}
+
+TEST_F(OverlayPass, DrawingObjectComesAndGoes) {
+    Picture first(width, height), second(width, height);
+    overlay.Enabled = 1;
+    overlay.TimeCodeLTCEnable = 1;
+    burnIn(first);
+    EXPECT_EQ(overlay.draw, nullptr) << "without a stream";
+    EXPECT_EQ(overlay.Destroy(), 0);
+
+    createWithPlaces();
+    overlay.Enabled = 0;
+    overlay.TimeCodeLTCEnable = 1;
+    burnIn(first);
+    ASSERT_NE(overlay.draw, nullptr) << "while off";
+    EXPECT_EQ(first.difference(Picture(width, height)), "");
+    overlay.Enabled = 1;
+    burnIn(second); // another frame than that of the object
+    EXPECT_EQ(second.difference(pictureOf({{"1000", 9, 5, 1}}, false)), "");
+    EXPECT_EQ(first.difference(Picture(width, height)), "");
+
+    ZRDraw* const kept = overlay.draw;
+    overlay.Create(&video, &system);
+    EXPECT_EQ(overlay.draw, kept);
+    EXPECT_EQ(overlay.Destroy(), 0);
+    EXPECT_EQ(overlay.draw, nullptr);
+    burnIn(first);
+    EXPECT_EQ(first.difference(second), "");
+
+    overlay.Destroy();
+    overlay.bitmapHeader.biCompression = 0x7A7A7A7A; // a layout that nothing serves
+    burnIn(first);
+    EXPECT_EQ(overlay.draw, nullptr);
+    overlay.bitmapHeader.biCompression = 0; // is tried again on the next frame
+    burnIn(first);
+    EXPECT_NE(overlay.draw, nullptr);
+    EXPECT_EQ(overlay.SetAppName("name"), 0);
+}
+
+TEST_F(OverlayPass, ReleasesWhatItDrewWith) {
+    struct Watched : CDrawRGBA32 {
+        explicit Watched(int& count) : ZRDraw(ptBGRA32), CDrawRGBA32(ptBGRA32), gone(count) {}
+        ~Watched() override { ++gone; }
+        int& gone;
+    };
+    int gone = 0;
+    {
+        Overlay other;
+        other.draw = new Watched(gone);
+        other.reservedArray = new char[4];
+        giveText(other, 3, "text");
+        other.Destroy();
+        EXPECT_EQ(gone, 1);
+        other.draw = new Watched(gone);
+    }
+    EXPECT_EQ(gone, 2);
+}
+
+TEST_F(OverlayPass, CreateTakesTheStream) {
+    createWithPlaces();
+    overlay.levelHistory[0][0] = overlay.levelHistory[31][99] = 5;
+    video.header.biMask[3] = 77;
+    video.opaque3[23] = 78;
+    system.opaque2[3] = 79;
+    video.header.biCompression = yuv2;
+    overlay.Create(&video, &system);
+    EXPECT_EQ(std::memcmp(&overlay.video, &video, 1428), 0);
+    EXPECT_EQ(std::memcmp(&overlay.bitmapHeader, &video, 44), 0);
+    EXPECT_EQ(std::memcmp(&overlay.system, &system, 356), 0);
+    EXPECT_EQ(overlay.pixelCode, yuv2);
+    EXPECT_EQ(overlay.tcType, 7U);
+    EXPECT_EQ(overlay.levelHistory[0][0] + overlay.levelHistory[31][99], 0U);
+}
+
+TEST_F(OverlayPass, TextOfTheBufferEndsTheProcess) {
+    createWithPlaces();
+    overlay.CustomTextEnabled[0] = 1;
+    Picture picture(width, height);
+    giveText(overlay, 0, std::string(511, '-'));
+    burnIn(picture);
+    EXPECT_NE(picture.difference(Picture(width, height)), "");
+    giveText(overlay, 0, std::string(512, '-'));
+    EXPECT_DEATH(burnIn(picture), "custom text");
+}
+
+TEST_F(OverlayPass, AllocatesNothingAfterTheFirstFrame) {
+#ifndef COUNTS_ALLOCATIONS
+    GTEST_SKIP() << "the sanitizers' operators count nothing";
+#endif
+    injection().alloc = [](unsigned int bytes) {
+        ++heapAllocations;
+        return std::malloc(bytes);
+    };
+    for (const unsigned int code : {0U, yuv2, v210}) {
+        overlay.Destroy();
+        createWithPlaces();
+        create(width, height, code);
+        overlay.TimeCodeLTCEnable = overlay.TimeCodeVITCEnable = overlay.AudioEnable = 1;
+        overlay.SourceFormatEnable = overlay.CustomTextEnabled[0] = 1;
+        giveText(overlay, 0, "zero");
+        unsigned int levels[1] = {0xFFFF1000};
+        Picture picture(width, height);
+        const long before = heapAllocations;
+        burnIn(picture, levels, levels);
+        const long first = heapAllocations;
+        EXPECT_GT(first, before) << "the drawing object at least";
+        for (int i = 0; i < 3; ++i)
+            burnIn(picture, levels, levels);
+        EXPECT_EQ(heapAllocations, first) << std::hex << code;
+    }
+}
+
+TEST_F(OverlayPass, BoxByHeightAndWidth) {
+    Picture picture(20, 10), wanted(20, 10);
+    ZRDraw* draw = nullptr;
+    GetDraw(ptBGRA32, 20, 10, 0, picture.data(), draw);
+    draw->foreColor = white;
+    fillRect(draw, 3, 2, 2, 4);
+    fillRect(draw, 3, 6, 0, 4);
+    fillRect(draw, 3, 6, -1, 4);
+    ReleaseDraw(draw);
+    wanted.box(3, 2, 5, 2, white);
+    EXPECT_EQ(picture.difference(wanted), "");
+}

@@ -1,0 +1,60 @@
+#include "gallery/cell_sheet.h"
+#include "gallery/pictures.h"
+#include "gallery/sheets.h"
+
+#include "pair/mux_modes.h"
+#include "pair/transition.h"
+#include "pair/wipe_names.h"
+#include "zrdraw/mux.h"
+
+#include <fmt/format.h>
+
+namespace {
+
+const zrLayout& bgra() {
+    return *zrFindLayout(ptBGRA32);
+}
+
+WorkingFrame canvasOf(const AVFrame& picture) {
+    WorkingFrame canvas(bgra(), cellWidth, cellHeight);
+    canvas.load(picture);
+    return canvas;
+}
+
+} // namespace
+
+Sheet makeWipesSheet() {
+    constexpr double positions[] = {0.1, 0.3, 0.5, 0.7, 0.9};
+    constexpr int columns = 5;
+    WorkingFrame from = canvasOf(*makeLandscape()), to = canvasOf(*makeBars());
+    WorkingFrame result(bgra(), cellWidth, cellHeight);
+    CellSheet sheet(static_cast<int>(wipeNames().size()) * columns, columns);
+    for (const WipeName& wipe : wipeNames()) {
+        Transition transition(bgra(), cellWidth, cellHeight, wipe.code, false, false);
+        for (const double position : positions) {
+            transition.draw(from, to, result, static_cast<unsigned>(position * Transition::scale));
+            result.describeAs(from);
+            sheet.add(fmt::format("{} {} {:.1f}", wipe.code, wipe.name, position), result);
+        }
+    }
+    return sheet.take();
+}
+
+Sheet makeMuxSheet() {
+    const FramePtr landscape = makeLandscape(), bars = makeBars();
+    CellSheet sheet(static_cast<int>(muxModeNames().size()));
+    for (const MuxModeName& mode : muxModeNames()) {
+        WorkingFrame a = canvasOf(*landscape), b = canvasOf(*bars);
+        WorkingFrame result(bgra(), cellWidth, cellHeight);
+        MuxParameters parameters;
+        parameters.flags = mode.mode;
+        parameters.wipeCode = wipeCodeOf("four-corners");
+        parameters.param = mode.mode == zrMuxKey ? 64 : 0;
+        if (mode.mode == zrMuxBlocks)
+            parameters.position = 16 << 8;
+        composeMux(parameters, a, b, result);
+        result.describeAs(a);
+        sheet.add(mode.name, result);
+    }
+    return sheet.take();
+}
