@@ -137,9 +137,9 @@ TEST_F(OverlayPass, Layers) {
 TEST_F(OverlayPass, InkAndCellOfText) {
     const std::pair<unsigned int, const char*> cases[] = {
         {0, ".........\n.........\n.........\n.........\n.........\n"
-            ".........\n..######.\n.........\n.........\n.........\n"},
+            "..######.\n.........\n.........\n.........\n.........\n"},
         {1, ".oooooooo\n.oooooooo\n.oooooooo\n.oooooooo\n.oooooooo\n"
-            ".oooooooo\n.o######o\n.oooooooo\n.oooooooo\n.oooooooo\n"}};
+            ".o######o\n.oooooooo\n.oooooooo\n.oooooooo\n.oooooooo\n"}};
     createWithPlaces();
     giveText(overlay, 2, "-");
     overlay.TimeCodeLTCEnable = 1;

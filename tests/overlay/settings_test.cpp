@@ -91,16 +91,17 @@ TEST_F(OverlaySettings, SaveWritesEveryKeyInOrder) {
     Overlay other;
     giveText(other, 3, "old text");
     other.LoadConfig();
-    for (const auto& [key, number] : numbersOf(overlay)) {
+    const auto numbers = numbersOf(overlay), loaded = numbersOf(other);
+    for (const auto& [key, number] : numbers) {
         if (key != "TimeCodeVsyncEnable") {
             EXPECT_EQ(store.count(key), 1U) << key;
             EXPECT_EQ(*number, std::strtoul(store[key].c_str(), nullptr, 10) & 0xFFFFFFFF) << key;
         }
     }
-    for (std::size_t i = 0; i < numbersOf(overlay).size(); ++i) {
-        const auto& [key, number] = numbersOf(overlay)[i];
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        const auto& [key, number] = numbers[i];
         const bool saved = key != "TimeCodeVsyncEnable"; // else the number of the key before
-        EXPECT_EQ(*numbersOf(other)[i].second, saved ? *number : overlay.TimeCodeVUBEnable) << key;
+        EXPECT_EQ(*loaded[i].second, saved ? *number : overlay.TimeCodeVUBEnable) << key;
     }
     EXPECT_STREQ(other.CustomText[3], "third");
 }
