@@ -41,6 +41,13 @@ void call(Session& s) {
     invoke(s, operation);
 }
 
+// One that reads the pixels that it writes, wherever they are.
+template <auto operation>
+void callReading(Session& s) {
+    if (s.mayReadAnywhere())
+        invoke(s, operation);
+}
+
 // Picks one of several operations of a name, by its arguments.
 template <typename... Args>
 using Form = int (ZRDraw::*)(Args...);
@@ -115,7 +122,7 @@ void drawText(Session& s) {
 void setState(Session& s) {
     s.draw().SetTransparency(s.mixing());
     s.draw().SetAlphaAdditive(s.mixing());
-    s.draw().antiAlias = s.input.flag();
+    s.draw().antiAlias = s.input.flag() && s.mayReadAnywhere();
     const int raw = s.input.flag() ? 1000 : 0;
     s.draw().SetYCbCrMode(static_cast<cmYCbCr>(s.input.below(11) + raw));
 }
@@ -134,8 +141,8 @@ constexpr Operation table[] = {
     readOnCanvas,
     call<Form<int, int, int, int>{&ZRDraw::Line}>,
     call<&ZRDraw::LineTo>,
-    call<&ZRDraw::LineWu>,
-    call<&ZRDraw::LineWuTo>,
+    callReading<&ZRDraw::LineWu>,
+    callReading<&ZRDraw::LineWuTo>,
     call<&ZRDraw::LineVert>,
     call<&ZRDraw::LineHoriz>,
     call<&ZRDraw::Dash>,

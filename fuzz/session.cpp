@@ -26,9 +26,9 @@ void Session::makeFrame() {
     const int height = side(input);
     const FrameShape shape{&m_layout, width, height, padding(input)};
     m_frame = std::make_unique<GuardedFrame>(shape);
-    // By contract: lines of 32-bit layouts start at a multiple of four bytes, which may lie in the
-    // padding of the line before.
-    if ((is32() && shape.pitch() % 4 != 0) || writesBehindLines(width))
+    // By contract: lines of words start at a multiple of four bytes, which may lie in the padding
+    // of the line before.
+    if ((hasWords() && shape.pitch() % 4 != 0) || writesBehindLines(width))
         m_linesApart = false;
 }
 

@@ -41,6 +41,7 @@ private:
     };
 
     bool is32() const { return m_layout.code <= ptABGR32; }
+    bool hasWords() const { return is32() || m_layout.code == ptRGB30DPX; }
     bool is24() const { return m_layout.code == ptRGB24 || m_layout.code == ptBGR24; }
     bool readsUntested() const { return m_layout.mosaic[0] != '\0' || m_layout.code == ptRGB30DPX; }
     bool hasPairs() const { return m_layout.pair.y0 >= 0; }

@@ -9,6 +9,21 @@
 
 namespace {
 
+// Samples may stand at any address, as a pitch may be odd.
+template <typename Sample>
+Sample sampleAt(const Sample* samples, std::size_t index) {
+    Sample sample;
+    std::memcpy(&sample, reinterpret_cast<const unsigned char*>(samples) + index * sizeof sample,
+                sizeof sample);
+    return sample;
+}
+
+template <typename Sample>
+void putSample(Sample* samples, std::size_t index, Sample sample) {
+    std::memcpy(reinterpret_cast<unsigned char*>(samples) + index * sizeof sample, &sample,
+                sizeof sample);
+}
+
 template <typename Sample>
 Sample mixOne(Sample first, Sample second, const MixWeights& w) {
     return static_cast<Sample>(truncateToInt(first * w.t + second * w.u));
@@ -61,7 +76,7 @@ void mix(Sample* to, const Sample* first, const Sample* second, std::size_t coun
         store(to + i, values);
     }
     for (; i < count; ++i)
-        to[i] = mixOne(first[i], second[i], weights);
+        putSample(to, i, mixOne(sampleAt(first, i), sampleAt(second, i), weights));
 }
 
 } // namespace
@@ -79,7 +94,7 @@ void mixWords(unsigned short* to, const unsigned short* first, const unsigned sh
 void mixFloats(float* to, const float* first, const float* second, std::size_t count,
                const MixWeights& weights) {
     for (std::size_t i = 0; i < count; ++i) {
-        const double whole = truncateToInt(static_cast<double>(first[i]));
-        to[i] = static_cast<float>(whole * weights.t + second[i] * weights.u);
+        const double whole = truncateToInt(static_cast<double>(sampleAt(first, i)));
+        putSample(to, i, static_cast<float>(whole * weights.t + sampleAt(second, i) * weights.u));
     }
 }

@@ -1,6 +1,8 @@
 // The loops of the integer mix, which are compiled once for each width of vector.
 #pragma once
 
+#include <cstring>
+
 #include "fx/mix.h"
 
 // b + (a - b) * step / 65536, rounded down. The step goes into a signed 16-bit factor, as the
@@ -29,6 +31,15 @@ __attribute__((always_inline)) inline void mixWordsLoop(unsigned short* to,
                                                         const unsigned short* second,
                                                         std::size_t count, MixStep step) {
     const MixStep rest = 65536 - step;
-    for (std::size_t i = 0; i < count; ++i)
-        to[i] = static_cast<unsigned short>((first[i] * step + second[i] * rest) >> 16);
+    // Words may stand at any address, as a pitch may be odd.
+    const auto wordAt = [](const unsigned short* words, std::size_t index) {
+        unsigned short word;
+        std::memcpy(&word, reinterpret_cast<const unsigned char*>(words) + 2 * index, sizeof word);
+        return word;
+    };
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto word =
+            static_cast<unsigned short>((wordAt(first, i) * step + wordAt(second, i) * rest) >> 16);
+        std::memcpy(reinterpret_cast<unsigned char*>(to) + 2 * i, &word, sizeof word);
+    }
 }

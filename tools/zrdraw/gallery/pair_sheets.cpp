@@ -34,7 +34,7 @@ Sheet makeWipesSheet() {
         for (const double position : positions) {
             transition.draw(from, to, result, static_cast<unsigned>(position * Transition::scale));
             result.describeAs(from);
-            sheet.add(fmt::format("{} {} {:.1f}", wipe.code, wipe.name, position), result);
+            sheet.add(fmt::format("{} {:.1f}", wipe.name, position), result);
         }
     }
     return sheet.take();
