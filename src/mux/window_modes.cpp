@@ -68,8 +68,12 @@ void muxTwoUp(const MuxArgs& m) {
     clear(m);
     for (unsigned int row = 0; row < m.height; row += 2) {
         unsigned char* to = m.dst + m.packedLine(row / 2 + m.height / 4);
-        halveLine(to, m.a + m.packedLine(row), m.width);
-        halveLine(to + std::size_t{m.width / 2} * pixelBytes, m.b + m.packedLine(row), m.width);
+        unsigned char* middle = to + std::size_t{m.width / 2} * pixelBytes;
+        halveLine(middle, m.b + m.packedLine(row), m.width);
+        // By contract: the pictures meet in the middle pixel of an odd width. The first one's
+        // last pixel stays there, but on a width of 1 the second one's only pixel.
+        if (m.width > 1)
+            halveLine(to, m.a + m.packedLine(row), m.width);
     }
 }
 

@@ -3,8 +3,8 @@
 #include <array>
 #include <string_view>
 
-#include "platform/files.h"
 #include "pixel/fatal.h"
+#include "platform/files.h"
 #include "zrdraw/zrdraw.h"
 
 namespace {

@@ -30,8 +30,8 @@ void compare(const std::vector<Sample>& a, const std::vector<Sample>& b, MixStep
     std::vector<Sample> expected(a.size()), out(a.size());
     for (const MixStep step : someSteps(stride)) {
         for (std::size_t i = 0; i < a.size(); ++i)
-            expected[i] = static_cast<Sample>((std::uint64_t{a[i]} * step +
-                                               std::uint64_t{b[i]} * (65536 - step)) >> 16);
+            expected[i] = static_cast<Sample>(
+                (std::uint64_t{a[i]} * step + std::uint64_t{b[i]} * (65536 - step)) >> 16);
         for (std::size_t i = 0; i < bodies.size(); ++i) {
             bodies[i](out.data(), a.data(), b.data(), a.size(), step);
             ASSERT_EQ(out, expected) << "body " << i << ", step " << step << ", seed " << seed;
@@ -85,7 +85,8 @@ TEST(Mix, OnlyWholeStepsOfTheRangeAreSteps) {
     MixStep step = 0;
     EXPECT_TRUE(isWholeStep({0.25, 0.75}, step));
     EXPECT_EQ(step, 16384U);
-    for (const double t : {1.0 / 131072, 1.0 / 3, -0.5, 1.0 + 1.0 / 65536, 2.0, 0.0 / 0.0, 1.0 / 0.0})
+    for (const double t :
+         {1.0 / 131072, 1.0 / 3, -0.5, 1.0 + 1.0 / 65536, 2.0, 0.0 / 0.0, 1.0 / 0.0})
         EXPECT_FALSE(isWholeStep({t, 1.0 - t}, step)) << t;
 }
 

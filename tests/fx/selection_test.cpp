@@ -14,9 +14,24 @@ struct Codes {
 };
 
 const std::vector<Codes> table = {
-    {zrfxSMPTE_Horizontal, {{1, 1},     {102, 114}, {119, 125}, {127, 131}, {201, 207}, {211, 214},
-                            {221, 228}, {231, 236}, {241, 246}, {251, 254}, {261, 264}, {301, 306},
-                            {310, 317}, {320, 329}, {340, 345}, {350, 353}, {409, 409}}},
+    {zrfxSMPTE_Horizontal,
+     {{1, 1},
+      {102, 114},
+      {119, 125},
+      {127, 131},
+      {201, 207},
+      {211, 214},
+      {221, 228},
+      {231, 236},
+      {241, 246},
+      {251, 254},
+      {261, 264},
+      {301, 306},
+      {310, 317},
+      {320, 329},
+      {340, 345},
+      {350, 353},
+      {409, 409}}},
     {zrfxSMPTE_Vertical, {{2, 2}}},
     {zrfxSMPTE_TopLeft, {{3, 3}}},
     {zrfxSMPTE_TopRight, {{4, 4}}},
@@ -48,8 +63,8 @@ protected:
 
     Frame draw(zrfxKernel* kernel, unsigned int code) {
         Frame dst(pitch * height);
-        zrfxFXArgs args{m_a.data(), pitch, m_b.data(), pitch, dst.data(), pitch, code, 1,
-                        width,      height};
+        zrfxFXArgs args{m_a.data(), pitch, m_b.data(), pitch, dst.data(),
+                        pitch,      code,  1,          width, height};
         args.rangeEnd = 16;
         args.position = 8;
         if (kernel == nullptr)

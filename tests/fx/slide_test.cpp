@@ -11,7 +11,7 @@ struct Layout {
     unsigned int pixelType, bytes;
 };
 
-constexpr Layout layouts[] = {{1, 4},  {5, 3},  {6, 3},  {33, 3},  {31, 6},  {35, 6}, {32, 8},
+constexpr Layout layouts[] = {{1, 4},  {5, 3},   {6, 3},   {33, 3}, {31, 6}, {35, 6}, {32, 8},
                               {36, 8}, {29, 16}, {30, 12}, {10, 4}, {34, 4}, {99, 4}};
 
 // What a pixel of the destination shows: of the moving frame where it still is, else of the other.
@@ -21,7 +21,9 @@ void reference(const zrfxFXArgs& a, unsigned int b, unsigned char* dst) {
     const int m = static_cast<int>(std::min(a.width, a.width * a.position / scale));
     const int width = static_cast<int>(a.width), height = static_cast<int>(a.height);
     const int dx = a.wipeCode == 501 ? m : a.wipeCode == 503 ? -m : 0;
-    const int dy = a.wipeCode == 500 ? n : dx != 0 || a.wipeCode == 501 || a.wipeCode == 503 ? 0 : -n;
+    const int dy = a.wipeCode == 500                                   ? n
+                   : dx != 0 || a.wipeCode == 501 || a.wipeCode == 503 ? 0
+                                                                       : -n;
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
             const int fromX = x + dx, fromY = y + dy;
@@ -44,17 +46,17 @@ TEST(Slide, MovesTheFirstFrameOffTheSecond) {
                         const Layout& layout = layouts[number++ % std::size(layouts)];
                         const std::size_t bytes = width * height * layout.bytes;
                         Frame a(bytes, random), b(bytes, random), dst(bytes), expected(bytes);
-                        zrfxFXArgs args{a.data(),   1,    b.data(),         3,     dst.data(), 5,
-                                        code,       layout.pixelType, width, height};
+                        zrfxFXArgs args{a.data(), 1,    b.data(),         3,     dst.data(),
+                                        5,        code, layout.pixelType, width, height};
                         args.rangeStart = 7;
                         args.rangeEnd = scale + 7;
                         args.position = position;
                         if (code <= 507)
                             reference(args, layout.bytes, expected.data());
                         EXPECT_TRUE(runBands(zrfxSLIDE_Basic, args));
-                        ASSERT_EQ(dst, expected) << code << ' ' << width << 'x' << height << " at "
-                                                 << position << " of " << scale << ", type "
-                                                 << layout.pixelType << ", seed " << seed;
+                        ASSERT_EQ(dst, expected)
+                            << code << ' ' << width << 'x' << height << " at " << position << " of "
+                            << scale << ", type " << layout.pixelType << ", seed " << seed;
                     }
 }
 

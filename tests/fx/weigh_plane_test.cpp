@@ -10,10 +10,9 @@ struct Weights {
     int second, first;
 };
 
-constexpr Weights weightTable[] = {{0, 65536},      {65536, 0},      {32768, 32768},
-                                   {20000, 45536},  {65536, 65536},  {-65536, 131072},
-                                   {-1, 3},         {40000, -7000},  {0x7FFFFFFF, 12345},
-                                   {-0x7FFFFFFF, 1}};
+constexpr Weights weightTable[] = {
+    {0, 65536},       {65536, 0}, {32768, 32768}, {20000, 45536},      {65536, 65536},
+    {-65536, 131072}, {-1, 3},    {40000, -7000}, {0x7FFFFFFF, 12345}, {-0x7FFFFFFF, 1}};
 
 unsigned char weighed(unsigned char second, unsigned char first, const Weights& w) {
     const std::uint32_t sum = second * static_cast<std::uint32_t>(w.second) +

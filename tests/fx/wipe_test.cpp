@@ -96,7 +96,8 @@ void reference(const Wipe& wipe, const zrfxFXArgs& a, unsigned int bytes, unsign
     }
 }
 
-// Runs a wipe on frames of their own pitches and compares; `number` varies what need not be crossed.
+// Runs a wipe on frames of their own pitches and compares; `number` varies what need not be
+// crossed.
 void compare(const Wipe& wipe, unsigned int width, unsigned int height, unsigned int scale,
              unsigned int position, unsigned int number) {
     const Group& group = groups[number % std::size(groups)];
@@ -142,8 +143,8 @@ TEST(Wipe, PicksEveryPixelByItsPlace) {
 }
 
 // '#' for the incoming and '.' for the outgoing frame.
-std::string picture(zrfxKernel* kernel, unsigned int width, unsigned int height,
-                    unsigned int scale, unsigned int position, bool swapped = false) {
+std::string picture(zrfxKernel* kernel, unsigned int width, unsigned int height, unsigned int scale,
+                    unsigned int position, bool swapped = false) {
     const unsigned int pitch = width * 4;
     Frame outgoing(pitch * height, '.'), incoming(pitch * height, '#'), dst(pitch * height, '?');
     zrfxFXArgs a{};
@@ -201,12 +202,12 @@ std::string repeated(const char* row, int count) {
 
 TEST(Wipe, HalfWay) {
     EXPECT_EQ(picture(zrfxSMPTE_Horizontal, 16, 12, 16, 8), repeated("########........", 12));
-    EXPECT_EQ(picture(zrfxSMPTE_Rectangle, 16, 12, 16, 8),
-              repeated("................", 4) + repeated("....#########...", 5) +
-                  repeated("................", 3));
-    EXPECT_EQ(picture(zrfxSMPTE_FourCorners, 16, 12, 16, 8),
-              repeated("#####.......####", 4) + repeated("................", 5) +
-                  repeated("#####.......####", 3));
+    EXPECT_EQ(picture(zrfxSMPTE_Rectangle, 16, 12, 16, 8), repeated("................", 4) +
+                                                               repeated("....#########...", 5) +
+                                                               repeated("................", 3));
+    EXPECT_EQ(picture(zrfxSMPTE_FourCorners, 16, 12, 16, 8), repeated("#####.......####", 4) +
+                                                                 repeated("................", 5) +
+                                                                 repeated("#####.......####", 3));
 }
 
 TEST(Wipe, OfUnknownLayoutsWritesNothing) {

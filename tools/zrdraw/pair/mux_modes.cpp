@@ -38,8 +38,7 @@ constexpr MuxModeName names[] = {
     {zrMuxBlocks, "blocks", "squares of --block pixels of A and B in turns"},
     {zrMuxTwoUp, "two-up", "side by side at half size"},
     {zrMuxWindows, "windows", "half a picture of each from column --split on"},
-    {secondForm(zrMuxWindows), "windows-lines",
-     "half a picture of each from line --split on"},
+    {secondForm(zrMuxWindows), "windows-lines", "half a picture of each from line --split on"},
     {zrMuxChannel, "channel", "byte --channel of A in grey, or the mean of three"},
 };
 

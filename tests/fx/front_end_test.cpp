@@ -1,0 +1,297 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <stdexcept>
+#include <string>
+
+#include "fx/frames.h"
+#include "platform/injection.h"
+
+namespace {
+
+using Byte = unsigned char;
+
+unsigned int word(const Byte* at) {
+    unsigned int value;
+    std::memcpy(&value, at, sizeof value);
+    return value;
+}
+
+// Where the upper eight bits of a field begin.
+enum Field : unsigned int { L = 2, M = 12, H = 22 };
+
+Byte field(const Byte* block, unsigned int index, Field at) {
+    return static_cast<Byte>(word(block + 4 * index) >> at);
+}
+
+void expandPairs(const Byte* line, Byte* plane, unsigned int width) {
+    for (unsigned int x = 0; x < width; x += 4, line += 8, plane += 12) {
+        const Byte* b = line;
+        const Byte pixels[] = {b[1], b[0], b[3], b[2], b[0], b[3],
+                               b[5], b[4], b[7], b[6], b[4], b[7]};
+        std::memcpy(plane, pixels, sizeof pixels);
+    }
+}
+
+void packPairs(const Byte* e, Byte* line, unsigned int width) {
+    for (unsigned int x = 0; x < width; x += 2, line += 4, e += 6) {
+        const Byte bytes[] = {e[1], e[0], e[3], e[2]};
+        std::memcpy(line, bytes, sizeof bytes);
+    }
+}
+
+void expandBlocks(const Byte* w, Byte* plane, unsigned int width) {
+    for (unsigned int x = 0; x < width; x += 6, w += 16, plane += 18) {
+        const Byte cb[] = {field(w, 0, L), field(w, 1, M), field(w, 2, H)};
+        const Byte cr[] = {field(w, 0, H), field(w, 2, L), field(w, 3, M)};
+        const Byte luma[] = {field(w, 0, M), field(w, 1, L), field(w, 1, H),
+                             field(w, 2, M), field(w, 3, L), field(w, 3, H)};
+        for (unsigned int i = 0; i < 6; ++i) {
+            const Byte pixel[] = {luma[i], cb[i / 2], cr[i / 2]};
+            std::memcpy(plane + 3 * i, pixel, sizeof pixel);
+        }
+    }
+}
+
+void packBlocks(const Byte* p, Byte* line, unsigned int width) {
+    for (unsigned int x = 0; x < width; x += 6, line += 16, p += 18) {
+        const auto joined = [](unsigned int low, unsigned int middle, unsigned int high) {
+            return low << L | middle << M | high << H;
+        };
+        enum { Y, Cb, Cr };
+        const unsigned int words[] = {
+            joined(p[Cb], p[Y], p[Cr]), joined(p[3 + Y], p[6 + Cb], p[6 + Y]),
+            joined(p[6 + Cr], p[9 + Y], p[12 + Cb]), joined(p[12 + Y], p[12 + Cr], p[15 + Y])};
+        std::memcpy(line, words, sizeof words);
+    }
+}
+
+unsigned int blockLine(unsigned int width) {
+    return width % 48 == 0 ? width * 8 / 3 : (width / 48 + 1) * 128;
+}
+
+struct FrontEnd {
+    const char* name;
+    decltype(ZRDraw_DisplayWipe)* function;
+    void (*expand)(const Byte* line, Byte* plane, unsigned int width);
+    void (*pack)(const Byte* plane, Byte* line, unsigned int width);
+    unsigned int (*leastPitch)(unsigned int width);
+};
+
+const FrontEnd ycbcr{"YCbCr", ZRDraw_DisplayWipeYCbCr, expandPairs, packPairs,
+                     [](unsigned int) { return 0U; }};
+const FrontEnd v210{"V210", ZRDraw_DisplayWipeV210, expandBlocks, packBlocks, blockLine};
+
+std::uintptr_t roundedUp(std::uintptr_t value) {
+    return (value + 511) / 512 * 512;
+}
+
+// What the platform is asked for; the scratch memory is the test's, filled alike.
+class FrontEnds : public ::testing::Test {
+protected:
+    static constexpr int before = 3;
+
+    FrontEnds() {
+        injection().alloc = [this](unsigned int bytes) -> void* {
+            m_asked.push_back(bytes);
+            m_scratch.assign(bytes + 64, fill);
+            return m_scratch.data() + 16;
+        };
+        injection().free = [this](void* memory) { m_freed.push_back(memory); };
+        injection().log = [this](const std::string& message) { m_log.push_back(message); };
+        zrOSSetThreadPriority(zrOSGetCurrentThread(), before);
+    }
+    ~FrontEnds() override { zrOSSetThreadPriority(zrOSGetCurrentThread(), 0); }
+
+    static int priority() { return zrOSGetThreadPriority(zrOSGetCurrentThread()); }
+
+    // The planes by the rules, in memory of the same content.
+    void reference(const FrontEnd& end, zrfxFXArgs a, Byte* dst) {
+        const unsigned int least = end.leastPitch(a.width), pixels = a.width * a.height;
+        for (unsigned int* pitch : {&a.pitchA, &a.pitchB, &a.pitchDst})
+            *pitch = std::max(*pitch, least);
+        std::vector<Byte> planes(9 * pixels + 3072 + 512, fill);
+        const std::size_t offset = static_cast<std::size_t>(roundedUp(3 * pixels));
+        Byte* const plane[] = {planes.data(), planes.data() + offset, planes.data() + 2 * offset};
+        const unsigned int line = a.width * 3;
+        for (unsigned int y = 0; y < a.height; ++y)
+            end.expand(a.srcA + y * a.pitchA, plane[0] + y * line, a.width);
+        for (unsigned int y = 0; y < a.height; ++y)
+            end.expand(a.srcB + y * a.pitchB, plane[1] + y * line, a.width);
+        zrfxFXArgs inner = a;
+        inner.srcA = plane[0];
+        inner.srcB = plane[1];
+        inner.dst = plane[2];
+        inner.pitchA = inner.pitchB = inner.pitchDst = line;
+        inner.pixelType = 33;
+        callWith(ZRDraw_DisplayWipe, inner);
+        for (unsigned int y = 0; y < a.height; ++y)
+            end.pack(plane[2] + y * line, dst + y * a.pitchDst, a.width);
+    }
+
+    void compare(const FrontEnd& end, unsigned int width, unsigned int height,
+                 const unsigned int (&pitches)[3], unsigned int wipeCode) {
+        const std::size_t bytes =
+            (height + 1) * std::size_t{std::max({pitches[0], pitches[1], pitches[2],
+                                                 end.leastPitch(width), width * 2 + 16})};
+        Random random(seed + width);
+        Frame a(bytes, random), b(bytes, random), dst(bytes), expected(bytes);
+        zrfxFXArgs args{a.data(),   pitches[0], b.data(), pitches[1], dst.data(),
+                        pitches[2], wipeCode,   99,       width,      height};
+        args.rangeEnd = 16;
+        args.position = 6;
+        reference(end, args, expected.data());
+        EXPECT_EQ(callWith(end.function, args), 0U);
+        ASSERT_EQ(dst, expected) << end.name << ' ' << width << 'x' << height << ", code "
+                                 << wipeCode << ", pitch " << pitches[0] << ", seed "
+                                 << seed + width;
+    }
+
+    static constexpr Byte fill = 0xA7;
+    const InjectionGuard m_guard;
+    std::vector<Byte> m_scratch;
+    std::vector<unsigned int> m_asked;
+    std::vector<void*> m_freed;
+    std::vector<std::string> m_log;
+};
+
+TEST_F(FrontEnds, DrawThroughPlanesOfThreeBytes) {
+    constexpr unsigned int codes[] = {0, 1, 3, 0x80000001, 500, 501, 508};
+    for (unsigned int width = 1; width <= 100; ++width)
+        for (const unsigned int height : {1U, 2U, 5U}) {
+            const unsigned int code = codes[(width + height) % std::size(codes)];
+            compare(ycbcr, width, height, {width * 2, width * 2 + 6, width * 2 + 11}, code);
+            compare(v210, width, height, {0, blockLine(width) + 32, 16}, code);
+            compare(v210, width, height, {blockLine(width), 0, blockLine(width) + 128}, code);
+            if (HasFatalFailure())
+                return;
+        }
+    EXPECT_EQ(m_asked.size(), m_freed.size());
+    EXPECT_EQ(priority(), before);
+}
+
+TEST_F(FrontEnds, KeepWholePairsAndTheUpperBitsOfBlocks) {
+    constexpr unsigned int width = 48, height = 3, pairPitch = width * 2, blockPitch = 128;
+    Random random(seed);
+    Frame a(blockPitch * height, random), b(blockPitch * height, random), dst(blockPitch * height);
+    zrfxFXArgs args{a.data(),  pairPitch, b.data(), pairPitch, dst.data(),
+                    pairPitch, 0,         33,       width,     height};
+    args.rangeEnd = 65536;
+    callWith(ZRDraw_DisplayWipeYCbCr, args);
+    EXPECT_EQ(std::memcmp(dst.data(), a.data(), pairPitch * height), 0);
+    args.pitchA = args.pitchB = args.pitchDst = 0;
+    args.position = 65536;
+    callWith(ZRDraw_DisplayWipeV210, args);
+    for (unsigned int at = 0; at < blockPitch * height; at += 4)
+        ASSERT_EQ(word(dst.data() + at), word(b.data() + at) & 0x3FCFF3FC) << at;
+}
+
+TEST_F(FrontEnds, HandOnTheirArgumentsWithAlignedPlanes) {
+    std::vector<zrfxFXArgs> records;
+    injection().createThread = [&](void*, unsigned long, zrOSThreadRoutine* routine, void* argument,
+                                   unsigned int, unsigned int*, const char*) -> void* {
+        records.push_back(*static_cast<zrfxFXArgs*>(argument));
+        EXPECT_EQ(priority(), 15);
+        routine(argument);
+        return nullptr;
+    };
+    for (const FrontEnd* end : {&ycbcr, &v210}) {
+        records.clear();
+        m_asked.clear();
+        m_freed.clear();
+        Frame a(1024), b(1024), dst(1024);
+        const zrfxFXArgs args{a.data(), 128, b.data(), 128, dst.data(), 128, 0x80000001, 14, 20,
+                              7,        21,  22,       23,  24,         25,  3,          19, 5};
+        EXPECT_EQ(callWith(end->function, args), 0U);
+        ASSERT_EQ(records.size(), 4U);
+        zrfxFXArgs expected = args;
+        expected.srcA = reinterpret_cast<Byte*>(
+            roundedUp(reinterpret_cast<std::uintptr_t>(m_scratch.data() + 16)));
+        expected.srcB = expected.srcA + 512; // 3 * 20 * 7 bytes, rounded up
+        expected.dst = expected.srcB + 512;
+        expected.pitchA = expected.pitchB = expected.pitchDst = 60;
+        expected.pixelType = 33;
+        EXPECT_EQ(std::memcmp(&records[0], &expected, offsetof(zrfxFXArgs, xStart)), 0)
+            << end->name;
+        EXPECT_EQ(m_asked, std::vector<unsigned int>{9 * 20 * 7 + 3072});
+        EXPECT_EQ(m_freed, std::vector<void*>{m_scratch.data() + 16});
+        EXPECT_EQ(priority(), before);
+    }
+}
+
+TEST_F(FrontEnds, WithoutWidthOrHeightStillCall) {
+    int started = 0;
+    injection().createThread = [&](void*, unsigned long, zrOSThreadRoutine* routine, void* argument,
+                                   unsigned int, unsigned int*, const char*) -> void* {
+        ++started;
+        routine(argument);
+        return nullptr;
+    };
+    for (const FrontEnd* end : {&ycbcr, &v210})
+        for (const auto& [width, height] : {std::pair{0U, 4U}, {8U, 0U}, {0U, 0U}}) {
+            Frame a(256), b(256), dst(256, 9);
+            zrfxFXArgs args{a.data(), 16, b.data(), 16, dst.data(), 16, 1, 1, width, height};
+            args.rangeEnd = 16;
+            started = 0;
+            EXPECT_EQ(callWith(end->function, args), 0U);
+            EXPECT_EQ(started, 4) << end->name;
+            EXPECT_EQ(dst, Frame(256, 9)) << end->name;
+            EXPECT_EQ(m_asked.back(), 3072U);
+        }
+}
+
+class FrontEndFailures : public FrontEnds {
+protected:
+    unsigned int call(const FrontEnd& end, unsigned int width = 8, unsigned int height = 2) {
+        m_log.clear();
+        m_freed.clear();
+        zrfxFXArgs args{m_a.data(), 128, m_a.data(), 128, m_dst.data(), 128, 1, 1, width, height};
+        args.rangeEnd = 16;
+        const unsigned int result = callWith(end.function, args);
+        EXPECT_EQ(m_dst, Frame(512)) << end.name;
+        return result;
+    }
+    using Messages = std::vector<std::string>;
+
+    Frame m_a{512}, m_dst{512};
+};
+
+TEST_F(FrontEndFailures, WithoutMemoryTheySaySoAndRestoreThePriority) {
+    injection().alloc = [this](unsigned int bytes) -> void* {
+        m_asked.push_back(bytes);
+        EXPECT_EQ(priority(), 15);
+        return nullptr;
+    };
+    for (const FrontEnd* end : {&ycbcr, &v210}) {
+        EXPECT_EQ(call(*end, 1920, 1080), 0xFFFFFFFFU);
+        EXPECT_EQ(m_asked.back(), 18665472U);
+        EXPECT_EQ(m_log, Messages{"No Memory ZRDraw_DisplayWipeYCbCr"});
+        EXPECT_EQ(priority(), before);
+    }
+}
+
+TEST_F(FrontEndFailures, AThrowingAllocatorLeavesThePriorityRaised) {
+    injection().alloc = [](unsigned int) -> void* { throw std::bad_alloc(); };
+    for (const FrontEnd* end : {&ycbcr, &v210}) {
+        zrOSSetThreadPriority(zrOSGetCurrentThread(), before);
+        EXPECT_EQ(call(*end), 0xFFFFFFFFU);
+        EXPECT_EQ(m_log, Messages{});
+        EXPECT_EQ(priority(), 15);
+    }
+}
+
+TEST_F(FrontEndFailures, AnExceptionOfTheTransition) {
+    injection().createThread = [](void*, unsigned long, zrOSThreadRoutine*, void*, unsigned int,
+                                  unsigned int*,
+                                  const char*) -> void* { throw std::runtime_error("no thread"); };
+    EXPECT_EQ(call(ycbcr), 0U);
+    EXPECT_EQ(m_log, Messages{"Exception Error ZRDraw_DisplayWipeYCbCr"});
+    EXPECT_EQ(m_freed, std::vector<void*>{m_scratch.data() + 16});
+    EXPECT_EQ(priority(), before);
+    EXPECT_THROW(call(v210), std::runtime_error);
+    EXPECT_EQ(m_log, Messages{});
+}
+
+} // namespace

@@ -1,0 +1,129 @@
+// Flips and the resize of the default platform layer, and the blocks that its allocator keeps.
+#include "platform/resize.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+#include "platform/memory.h"
+
+namespace {
+
+using Pixels = std::vector<std::uint32_t>;
+
+// Each pixel another; `padding` of them stand behind each line.
+constexpr unsigned int padding = 2;
+
+Pixels numbered(unsigned int width, unsigned int height, std::uint32_t from) {
+    Pixels pixels((width + padding) * height + padding);
+    for (std::uint32_t& pixel : pixels)
+        pixel = from++;
+    return pixels;
+}
+
+unsigned char* bytesOf(Pixels& pixels) {
+    return reinterpret_cast<unsigned char*>(pixels.data());
+}
+
+TEST(Flip, MovesPixelsInPlaceAndToAnotherPicture) {
+    for (unsigned int width = 0; width <= 9; ++width)
+        for (unsigned int height = 0; height <= 5; ++height)
+            for (const bool vertical : {false, true})
+                for (const bool inPlace : {false, true}) {
+                    const unsigned int line = width + padding;
+                    Pixels source = numbered(width, height, 1000);
+                    Pixels other = numbered(width, height, 5000);
+                    const Pixels before = source;
+                    Pixels& dst = inPlace ? source : other;
+                    Pixels expected = dst;
+                    for (unsigned int y = 0; y < height; ++y)
+                        for (unsigned int x = 0; x < width; ++x)
+                            expected[y * line + x] = before[(vertical ? height - 1 - y : y) * line +
+                                                            (vertical ? x : width - 1 - x)];
+                    const int result =
+                        vertical
+                            ? pxsw_flip_vert(bytesOf(dst), bytesOf(source), width, height, line * 4)
+                            : pxsw_flip_horz(bytesOf(dst), bytesOf(source), width, height, line * 4,
+                                             0xFFFFFFFF);
+                    EXPECT_EQ(result, 0);
+                    EXPECT_EQ(dst, expected)
+                        << width << 'x' << height << (vertical ? " vertical" : "")
+                        << (inPlace ? " in place" : "");
+                }
+}
+
+TEST(Resize, TakesTheNearestPixelWithAndWithoutABuffer) {
+    struct Factors {
+        double x, y, xShift, yShift;
+    };
+    for (const Factors& f : {Factors{0.5, 1.0, 0, 0},
+                             {1.0, 1.0, 0, 0},
+                             {2.0, 3.0, 0, 0},
+                             {0.5, 0.5, 1.0, -1.0},
+                             {0.3, 1.0, 2.0, 1.0}})
+        for (const int width : {1, 2, 7, 10})
+            for (const bool buffered : {false, true}) {
+                constexpr int height = 4;
+                const int line = width + static_cast<int>(padding);
+                Pixels source = numbered(static_cast<unsigned int>(width), height, 1000);
+                Pixels dst = numbered(static_cast<unsigned int>(width), height, 5000);
+                Pixels expected = dst;
+                for (int y = 0; y < height; ++y)
+                    for (int x = 0; x < width; ++x) {
+                        const auto fromX = static_cast<int>(std::floor((x - f.xShift) / f.x));
+                        const auto fromY = static_cast<int>(std::floor((y - f.yShift) / f.y));
+                        if (fromX >= 0 && fromX < width && fromY >= 0 && fromY < height)
+                            expected[static_cast<std::size_t>(y * line + x)] =
+                                source[static_cast<std::size_t>(fromY * line + fromX)];
+                    }
+                const IppiRect whole{0, 0, width, height};
+                int bytes = 0;
+                EXPECT_EQ(ippiResizeGetBufSize(whole, whole, 1, zrResizeNearest, &bytes), 0);
+                unsigned char* const buffer = buffered ? ippsMalloc_8u(bytes) : nullptr;
+                EXPECT_EQ(buffered, buffer != nullptr);
+                EXPECT_EQ(ippiResizeSqrPixel_8u_C4R(bytesOf(source), {width, height}, line * 4,
+                                                    whole, bytesOf(dst), line * 4, whole, f.x, f.y,
+                                                    f.xShift, f.yShift, zrResizeNearest, buffer),
+                          0);
+                ippsFree(buffer);
+                EXPECT_EQ(dst, expected) << width << ", factor " << f.x;
+            }
+}
+
+TEST(Allocation, KeepsLargeBlocksForTheNextOfTheirSize) {
+    constexpr unsigned int large = 5U << 20;
+    void* const first = ZRAlloc(large);
+    ASSERT_NE(first, nullptr);
+    std::memset(first, 1, large);
+    ZRFree(first);
+    void* const muchSmaller = ZRAlloc(large / 4);
+    EXPECT_NE(muchSmaller, first);
+    void* const again = ZRAlloc(large - 4096);
+    EXPECT_EQ(again, first);
+    std::memset(again, 2, large - 4096);
+    ZRFree(again);
+    ZRFree(muchSmaller);
+}
+
+TEST(Allocation, GivesEachCallerItsOwnBlock) {
+    constexpr unsigned int large = 3U << 20;
+    for (int round = 0; round < 2; ++round) {
+        std::vector<unsigned char*> blocks;
+        for (unsigned char i = 0; i < 7; ++i) {
+            blocks.push_back(static_cast<unsigned char*>(ZRAlloc(large + i)));
+            ASSERT_NE(blocks.back(), nullptr);
+            EXPECT_EQ(reinterpret_cast<std::uintptr_t>(blocks.back()) % 64, 0U);
+            std::memset(blocks.back(), i, large + i);
+        }
+        for (unsigned char i = 0; i < 7; ++i) {
+            EXPECT_EQ(blocks[i][0], i);
+            EXPECT_EQ(blocks[i][large + i - 1], i);
+            ZRFree(blocks[i]);
+        }
+    }
+}
+
+} // namespace
