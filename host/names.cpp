@@ -24,9 +24,15 @@ constexpr CodecName codecNames[] = {
     {"UYVY", "2vuy 2Vuy UYVY UYNV yuv2 yuV2 auv2 cyuv"},
     {"YUY2", "YUY2 YUNV"},
     {"v210", "v210 012v a12v 01d3"},
+    {"v216", "612v"},
+    {"v308", "803v"},
+    {"v410", "014v"},
     {"BGRA", "23d3"},
+    {"RGB48", "r84b"},
+    {"ARGB64", "a46b"},
+    {"RGB10", "R01L RF1L R04L RF4L L10R L40R g01R k01R L1FR L4FR"},
     {"DPX", "03d3"},
-    {"DV", "dvsd  cvd pcvd dvcp"},
+    {"DV", "dvsd  cvd pcvd dvcp npvd ppvd"},
     {"DV25", "dv25 52dv"},
     {"DV50", "dv50 05dv n5vd p5vd"},
     {"DV HD", "dvhd 2hvd 3hvd 5hvd 6hvd phvd qhvd"},
@@ -40,7 +46,8 @@ constexpr CodecName codecNames[] = {
     {"ProRes Proxy", "ocpa"},
     {"ProRes 4444", "h4pa"},
     {"CineForm RAW", "si2k"},
-    {"Bayer", "bggr rggb gbrg grbg BGGR RGGB GBRG GRBG BGGc RGGc GBRc GRBc"},
+    {"ACES", "1SCA 2SCA ccCA gcCA tcCA xpCA"},
+    {"Bayer", "CBYR DBYR PBYR RYBP bggr rggb gbrg grbg BGGR RGGB GBRG GRBG BGGc RGGc GBRc GRBc"},
 };
 
 constexpr const char* anyCodec = "Video";

@@ -51,6 +51,7 @@ struct Clip {
 Input openInput(const char* path) {
     AVDictionary* options = nullptr;
     av_dict_set(&options, "protocol_whitelist", "file,pipe", 0); // a playlist stays on this machine
+    av_dict_set(&options, "pattern_type", "none", 0);            // a % in a name is a %
     AVFormatContext* input = nullptr;
     const int opened =
         avformat_open_input(&input, (std::string("file:") + path).c_str(), nullptr, &options);
@@ -151,24 +152,38 @@ const int* coefficientsOf(const AVFrame& picture) {
     return sws_getCoefficients(picture.height >= highDefinition ? SWS_CS_ITU709 : SWS_CS_ITU601);
 }
 
-bool isFullRange(const AVFrame& picture) {
-    const AVPixFmtDescriptor* format =
-        av_pix_fmt_desc_get(static_cast<AVPixelFormat>(picture.format));
-    const bool grey = format != nullptr && format->nb_components <= 2;
-    const bool jpeg =
-        picture.format == AV_PIX_FMT_YUVJ420P || picture.format == AV_PIX_FMT_YUVJ422P ||
-        picture.format == AV_PIX_FMT_YUVJ444P || picture.format == AV_PIX_FMT_YUVJ440P ||
-        picture.format == AV_PIX_FMT_YUVJ411P;
-    return jpeg || picture.color_range == AVCOL_RANGE_JPEG ||
-           (grey && picture.color_range == AVCOL_RANGE_UNSPECIFIED);
+/** A format and its range. The scaler takes a format that implies full range under protest. */
+struct Samples {
+    AVPixelFormat format;
+    bool fullRange;
+};
+
+Samples samplesOf(const AVFrame& picture) {
+    constexpr struct {
+        AVPixelFormat fullRange, plain;
+    } twins[] = {
+        {AV_PIX_FMT_YUVJ420P, AV_PIX_FMT_YUV420P}, {AV_PIX_FMT_YUVJ422P, AV_PIX_FMT_YUV422P},
+        {AV_PIX_FMT_YUVJ444P, AV_PIX_FMT_YUV444P}, {AV_PIX_FMT_YUVJ440P, AV_PIX_FMT_YUV440P},
+        {AV_PIX_FMT_YUVJ411P, AV_PIX_FMT_YUV411P},
+    };
+    const auto format = static_cast<AVPixelFormat>(picture.format);
+    for (const auto& twin : twins) {
+        if (format == twin.fullRange)
+            return {twin.plain, true};
+    }
+    const AVPixFmtDescriptor* description = av_pix_fmt_desc_get(format);
+    const bool grey = description != nullptr && description->nb_components <= 2;
+    return {format, picture.color_range == AVCOL_RANGE_JPEG ||
+                        (grey && picture.color_range == AVCOL_RANGE_UNSPECIFIED)};
 }
 
 /** Into a buffer of its own first, because the scaler writes behind a line's end. */
 bool convert(const AVFrame& picture, std::uint8_t* pixels) {
-    const auto format = static_cast<AVPixelFormat>(picture.format);
-    const std::unique_ptr<SwsContext, SwsFree> context(sws_getContext(
-        picture.width, picture.height, format, picture.width, picture.height, AV_PIX_FMT_BGRA,
-        SWS_BILINEAR | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT, nullptr, nullptr, nullptr));
+    const Samples samples = samplesOf(picture);
+    const std::unique_ptr<SwsContext, SwsFree> context(
+        sws_getContext(picture.width, picture.height, samples.format, picture.width, picture.height,
+                       AV_PIX_FMT_BGRA, SWS_BILINEAR | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT,
+                       nullptr, nullptr, nullptr));
     const Frame converted(av_frame_alloc());
     if (!context || !converted)
         return false;
@@ -178,8 +193,8 @@ bool convert(const AVFrame& picture, std::uint8_t* pixels) {
     if (av_frame_get_buffer(converted.get(), 0) < 0)
         return false;
     const int* coefficients = coefficientsOf(picture);
-    sws_setColorspaceDetails(context.get(), coefficients, isFullRange(picture) ? 1 : 0,
-                             coefficients, 1, 0, 1 << 16, 1 << 16);
+    sws_setColorspaceDetails(context.get(), coefficients, samples.fullRange ? 1 : 0, coefficients,
+                             1, 0, 1 << 16, 1 << 16);
     if (sws_scale(context.get(), picture.data, picture.linesize, 0, picture.height, converted->data,
                   converted->linesize) != picture.height)
         return false;

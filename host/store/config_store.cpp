@@ -174,12 +174,18 @@ extern "C" {
 
 ZRDRAW_API int zrCFGKeyExists(int, const char* path) {
     bool holds = false;
+    if (path == nullptr) {
+        return 0;
+    }
     run(Repeats::Silent, [&] { holds = store.holdsPath(path); });
     return holds ? 1 : 0;
 }
 
 ZRDRAW_API int zrCFGValueString(int, const char* path, const char* name, char* buffer,
                                 unsigned int* length, int write) {
+    if (path == nullptr || name == nullptr || length == nullptr) {
+        return -1;
+    }
     if (write == 0) {
         return readText({path, name}, buffer, length);
     }

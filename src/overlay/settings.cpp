@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "overlay/slot_key.h"
 #include "pixel/fatal.h"
 #include "platform/config_store.h"
 #include "zrdraw/overlay_settings.h"
@@ -16,14 +17,6 @@ int storeText(const char* name, char* buffer, int write) {
     zrCFGValueString(zrCFGDefaultStore, zrOverlayKeyPath, name, buffer, &length, write);
     return 0;
 }
-
-struct SlotKey {
-    SlotKey(const char* format, int slot) {
-        // The formats are those of the table. NOLINTNEXTLINE(clang-diagnostic-format-nonliteral)
-        std::snprintf(text, sizeof text, format, slot);
-    }
-    char text[zrOverlayKeyBytes];
-};
 
 } // namespace
 

@@ -2,11 +2,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <string>
 #include <vector>
 
 #include <strings.h>
 
+#include "overlay/slot_key.h"
 #include "zrdraw/overlay_settings.h"
 
 namespace {
@@ -38,11 +38,6 @@ bool names(const char* line, const char* key) {
     return std::strstr(line, key) != nullptr;
 }
 
-std::string slotKey(const char* format, int slot) {
-    std::string key(format);
-    return key.replace(key.find("%d"), 2, std::to_string(slot));
-}
-
 void takeLine(CZrOverlay& overlay, const char* line) {
     for (const zrOverlaySetting& setting : zrOverlaySettings) {
         if (setting.number != nullptr && names(line, setting.key))
@@ -50,11 +45,11 @@ void takeLine(CZrOverlay& overlay, const char* line) {
     }
     for (int slot = 0; slot < CZrOverlay::textSlots; ++slot) {
         for (const zrOverlaySlotSetting& setting : zrOverlaySlotSettings) {
-            if (names(line, slotKey(setting.key, slot).c_str()))
+            if (names(line, SlotKey(setting.key, slot).text))
                 (overlay.*setting.numbers)[slot] = numberOf(line);
         }
         // By contract: an earlier text of the same file is lost, not freed.
-        if (names(line, slotKey(zrOverlayTextKey, slot).c_str()))
+        if (names(line, SlotKey(zrOverlayTextKey, slot).text))
             overlay.CustomText[slot] = newTextOf(line);
     }
 }

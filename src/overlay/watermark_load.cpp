@@ -65,7 +65,8 @@ void cachePairs(CZrOverlay& overlay, ZRDraw& image) {
     }
 }
 
-// By contract: chroma and alpha of a pair are those of its odd pixel.
+// By contract: chroma and alpha of a pair are those of its odd pixel. On an odd width a row's last
+// entry is the next row's first one, which then overwrites it.
 void cacheDeepPairs(CZrOverlay& overlay, ZRDraw& image) {
     overlay.wmV210 = static_cast<unsigned int*>(
         ZRAlloc(overlay.wmWidth * overlay.wmHeight * watermarkPairEntries *

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <cstring>
 #include <string>
 #include <thread>
@@ -34,8 +35,9 @@ unsigned int markBand(unsigned char*, unsigned int, unsigned char*, unsigned int
                       unsigned int, unsigned int, unsigned int, unsigned int, unsigned int xStart,
                       unsigned int xEnd, unsigned int yStart, unsigned int yEnd) {
     const auto mark = static_cast<unsigned char>((xStart != 0) + 2 * (yStart != 0) + 1);
-    while (mark == 4 && sleeps < sleepsBeforeLastBand)
-        std::this_thread::yield();
+    // Not for ever, so that a caller that does not wait fails the test.
+    for (int turn = 0; turn < 2000 && mark == 4 && sleeps < sleepsBeforeLastBand; ++turn)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
     for (unsigned int y = yStart; y < yEnd; ++y)
         std::memset(dst + y * pitchB + xStart, mark, xEnd - xStart);
     return 77;

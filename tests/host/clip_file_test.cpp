@@ -1,10 +1,12 @@
 // The reader of media files, loaded by its name as the library loads it.
 #include <gtest/gtest.h>
 
+#include <cstdarg>
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <vector>
+
+#include <unistd.h>
 
 #include "platform/files.h"
 #include "platform/media.h"
@@ -202,10 +204,38 @@ TEST_F(ClipFile, RefusesWhatIsCutOffOrNoPicture) {
     EXPECT_EQ(open(testing::TempDir()), nullptr) << "a folder";
 }
 
+TEST_F(ClipFile, TakesANameAsItStands) {
+    const TempFile file(encode(AV_CODEC_ID_PNG, AV_PIX_FMT_RGB24));
+    const std::string name = std::string(file.path()) + " 100%d: #1?.png";
+    ASSERT_EQ(link(file.path(), name.c_str()), 0);
+    void* clip = open(name);
+    unlink(name.c_str());
+    ASSERT_NE(clip, nullptr) << name;
+    EXPECT_EQ(close(clip), 0);
+}
+
 TEST_F(ClipFile, LeavesTheLevelOfTheLibrariesMessages) {
     av_log_set_level(AV_LOG_WARNING);
     EXPECT_NE(pictureOf(encode(AV_CODEC_ID_PNG, AV_PIX_FMT_RGB24)), "");
     EXPECT_EQ(av_log_get_level(), AV_LOG_WARNING);
+}
+
+TEST_F(ClipFile, ReadsAJpegWithoutAMessage) {
+    const TempFile file(encode(AV_CODEC_ID_MJPEG, AV_PIX_FMT_YUVJ420P));
+    void* clip = open(file.path());
+    ASSERT_NE(clip, nullptr);
+    static int messages;
+    messages = 0;
+    av_log_set_callback([](void*, int level, const char*, va_list) {
+        messages += (level & 0xFF) <= AV_LOG_WARNING ? 1 : 0;
+    });
+    std::string pixels(read(clip, nullptr), 0);
+    DFRAME frame{};
+    frame.videoData = pixels.data();
+    EXPECT_EQ(read(clip, &frame), pixels.size());
+    av_log_set_callback(av_log_default_callback);
+    EXPECT_EQ(messages, 0);
+    EXPECT_EQ(close(clip), 0);
 }
 
 } // namespace

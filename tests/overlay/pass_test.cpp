@@ -8,7 +8,7 @@
 
 namespace {
 
-long heapAllocations = 0;
+long heapAllocations = 0, heapBlocks = 0;
 
 constexpr int width = 640, height = 100;
 constexpr unsigned int yuv2 = 0x32767579, v210 = 0x76323130;
@@ -32,16 +32,18 @@ Picture pictureOf(const std::vector<Text>& texts, bool filled) {
 #define COUNTS_ALLOCATIONS
 [[gnu::noinline]] void* operator new(std::size_t bytes) {
     ++heapAllocations;
+    ++heapBlocks;
     if (void* memory = std::malloc(bytes != 0 ? bytes : 1))
         return memory;
     throw std::bad_alloc();
 }
 // Not inlined, so that the compiler does not take the pair for a mismatch.
 [[gnu::noinline]] void operator delete(void* memory) noexcept {
+    heapBlocks -= memory != nullptr;
     std::free(memory);
 }
 [[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
+    operator delete(memory);
 }
 #endif
 
@@ -146,10 +148,14 @@ TEST_F(OverlayPass, InkAndCellOfText) {
     injection().timeCodeText = [](unsigned int, unsigned int, char* text) {
         return std::snprintf(text, 512, "-");
     };
+    Picture first(width, height);
+    burnIn(first);
+    overlay.draw->backColor = 0x12345678; // which a filled background alone replaces
     for (const auto& [fill, art] : cases) {
         overlay.FillBackground = fill;
         Picture picture(width, height);
         burnIn(picture);
+        EXPECT_EQ(overlay.draw->backColor, fill == 1 ? clear : 0x12345678U);
         std::string found;
         for (int y = 5; y < 15; ++y, found += '\n')
             for (int x = 8; x < 17; ++x)
@@ -361,6 +367,15 @@ TEST_F(OverlayPass, AllocatesNothingAfterTheFirstFrame) {
             burnIn(picture, levels, levels);
         EXPECT_EQ(heapAllocations, first) << std::hex << code;
     }
+    std::vector<unsigned int> entry{100, 200, 300, 400, 500};
+    overlay.wmLayout = v210;
+    overlay.wmV210 = entry.data();
+    overlay.wmWidth = 2;
+    overlay.WatermarkEnable = overlay.wmHeight = 1;
+    Picture picture(width, height);
+    const long blocks = heapBlocks;
+    burnIn(picture);
+    EXPECT_EQ(heapBlocks, blocks) << "the object for a watermark on v210 goes with its frame";
 }
 
 TEST_F(OverlayPass, BoxByHeightAndWidth) {

@@ -276,6 +276,7 @@ TEST_F(OverlaySettings, ReadFile) {
         {"more behind the section", "[zrOverlay]tail\nAudioX = 50", {"AudioX"}},
         {"section as the whole file", "[zroverlay]", {}},
         {"section's own line", "[zroverlay] AudioX = 50\nAudioY = 1", {"AudioY"}},
+        {"section's line as the last", "[zroverlay] AudioX = 50\n", {"AudioX"}},
         {"lines before it", "AudioY = 1\n[zroverlay]\nAudioX = 50", {"AudioX"}},
         {"never left", "[zroverlay]\n[next]\nAudioX = 50\n", {"AudioX"}},
         {"no blanks", "[zroverlay]\nAudioX=50\n", {"AudioX"}},

@@ -119,6 +119,7 @@ TEST_F(Stream, WhatDoesNotFitIsRefusedWithItsMend) {
         {"overlay in.mov o.mov --layout rgb48", 2, "bgra, uyvy or v210"},
         {"overlay in.mov o.mov --settings-store none.db", 2, "holds no settings"},
         {"overlay in.mov o.mov --settings-store .", 1, "is not a file"},
+        {"overlay in.mov o.mov --settings-store other.mov", 1, "is not a settings store"},
         {"overlay text.txt o.mov", 1, "text.txt"},
         {"wipe in.mov other.mov o.mov", 1, "use --scale"},
         {"wipe in.mov fast.mov o.mov", 1, "differ in rate: the first is 25"},
@@ -161,14 +162,14 @@ TEST_F(Stream, LevelsFollowTheSound) {
              "'aevalsrc=0|0.5*sin(2*PI*1000*t)*gte(t\\,0.5):s=48000:d=1'",
              "-c:v png -c:a pcm_s16le");
     FrameSource source(at("in.mov"), bgra);
-    const std::vector<AVStream*> streams = source.keepAudio();
+    const std::vector<AVStream*> streams = source.packets().keepAudio();
     AudioLevels levels(streams);
     EXPECT_EQ(levels.channels(), 2U);
     const FramePtr frame(av_frame_alloc());
     for (int n = 0; source.read(*frame); ++n) {
         const double end = (n + 1) / 25.0;
-        source.readAudioUntil(end);
-        while (const PacketPtr packet = source.takeAudio())
+        source.packets().readAudioUntil(end);
+        while (const PacketPtr packet = source.packets().takeAudio())
             levels.feed(*packet);
         const AudioLevels::Levels measured = levels.takeUntil(end);
         EXPECT_EQ(measured[0], 0U) << n;

@@ -3,6 +3,7 @@
 #include "error.h"
 #include "media/output_file.h"
 #include "overlay/setting_names.h"
+#include "overlay/settings_store.h"
 #include "zrdraw/platform/config_store.h"
 #include "zrdraw/zrhost.h"
 
@@ -20,14 +21,6 @@
 namespace {
 
 constexpr std::string_view section = "[zroverlay]";
-
-void openStore(const ConfigOptions& options) {
-    if (options.store.empty())
-        return;
-    char reason[512] = {};
-    if (zrCFGUseStore(options.store.c_str(), reason, sizeof reason) != 0)
-        throw Failure(reason);
-}
 
 std::optional<std::string> storedValue(const SettingKey& key) {
     char text[zrOverlayTextLimit + 1] = {};
@@ -150,7 +143,7 @@ CLI::App* addConfigCommand(CLI::App& app, ConfigOptions& options) {
 }
 
 std::string runConfig(const CLI::App& config, const ConfigOptions& options) {
-    openStore(options);
+    useSettingsStore(options.store);
     if (config.got_subcommand("list"))
         return list();
     if (config.got_subcommand("get")) {

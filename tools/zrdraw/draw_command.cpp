@@ -115,7 +115,7 @@ private:
 };
 
 void passAudio(FrameSource& source, FrameSink& sink) {
-    while (const PacketPtr packet = source.takeAudio())
+    while (const PacketPtr packet = source.packets().takeAudio())
         sink.writeAudio(*packet);
 }
 
@@ -154,9 +154,9 @@ void drawClip(const DrawOptions& options, const Script& script, FrameRange range
     // A part of a clip would need a part of its sound.
     SinkOptions wanted{options.format, options.codec, options.force};
     if (options.frames.empty())
-        wanted.audio = source.keepAudio();
+        wanted.audio = source.packets().keepAudio();
     else
-        source.dropAudio();
+        source.packets().dropAudio();
     FrameSink sink(options.output, wanted, info, layout);
     const std::int64_t frames =
         sink.takesOneFrame() ? 1 : framesToCome(info, range.first, range.end);

@@ -61,7 +61,7 @@ class Run {
 public:
     Run(const OverlayOptions& options, const BurnOptions& burn, const std::optional<RawFormat>& raw)
         : m_source(options.input, chooseLayout(options), raw, interruptReads),
-          m_audio(m_source.keepAudio()), m_levels(m_audio),
+          m_audio(m_source.packets().keepAudio()), m_levels(m_audio),
           m_burner(burn, m_source.info(), m_source.layout(), m_levels.channels()),
           m_canvas(m_source.layout(), m_source.info().width, m_source.info().height),
           m_sink(options.output, sinkOptions(options), m_source.info(), m_source.layout()),
@@ -85,7 +85,7 @@ public:
             stopIfInterrupted();
             const double end = static_cast<double>(number + 1) * seconds;
             if (m_burner.showsMeters())
-                m_source.readAudioUntil(end);
+                m_source.packets().readAudioUntil(end);
             passAudio();
             m_canvas.load(*decoded);
             m_burner.burn(m_canvas, number, m_levels.takeUntil(end));
@@ -103,7 +103,7 @@ private:
     }
 
     void passAudio() {
-        while (const PacketPtr packet = m_source.takeAudio()) {
+        while (const PacketPtr packet = m_source.packets().takeAudio()) {
             if (m_burner.showsMeters())
                 m_levels.feed(*packet);
             m_sink.writeAudio(*packet);

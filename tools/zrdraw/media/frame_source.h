@@ -2,15 +2,13 @@
 #pragma once
 
 #include "media/av.h"
+#include "media/packet_reader.h"
 #include "zrdraw/layouts.h"
 
 #include <cstdint>
-#include <deque>
 #include <functional>
-#include <map>
 #include <optional>
 #include <string>
-#include <vector>
 
 // What is known of the pictures of a stream before the first one is read.
 struct StreamInfo {
@@ -62,17 +60,8 @@ public:
     const StreamInfo& info() const { return m_info; }
     const zrLayout& layout() const { return *m_layout; }
 
-    // The streams of sound. Their packets are kept until they are taken or dropped for good.
-    std::vector<AVStream*> keepAudio();
-    void dropAudio();
-
-    // The next packet of sound that was read on the way, with times counted from the first picture;
-    // null when there is none.
-    PacketPtr takeAudio();
-
-    // Reads on until all sound of the first `seconds` has been read, if there is any. Pictures that
-    // stand before it in the file wait in memory.
-    void readAudioUntil(double seconds);
+    // Its sound is read on the way.
+    PacketReader& packets() { return m_packets; }
 
     // Fills the frame with the next picture; false at the end. Where the stream holds the layout's
     // own bytes the frame is bare: nothing is decoded. Anything missing or damaged is a Failure: a
@@ -80,8 +69,6 @@ public:
     bool read(AVFrame& frame);
 
 private:
-    void open(const AVIOInterruptCB& interrupt);
-    void findStream();
     bool holdsBareFrames();
     void openDecoder();
     void describe(const AVFrame& first);
@@ -89,36 +76,13 @@ private:
     bool takeBare(AVFrame& frame);
     bool decode(AVFrame& frame);
     void feedDecoder();
-    bool readPacket();
-    bool readAny();
-    bool isAudio(const AVPacket& packet) const;
-    void keepAudioPacket();
-    void notePacket();
-    void noteAudioEnd(const AVPacket& packet);
-    void requireWholeFile();
     void requireSound(const AVFrame& frame) const;
     void requireSameFormat(const AVFrame& frame) const;
-    [[noreturn]] void failAtFrame(const std::string& reason) const;
 
-    std::string m_path;
-    std::string m_name; // as messages call it
     const zrLayout* m_layout;
     std::optional<RawFormat> m_raw;
-    InputPtr m_input;
-    AVStream* m_stream = nullptr;
+    PacketReader m_packets;
     CodecPtr m_decoder; // null: frames are bare
-    PacketPtr m_packet;
-    bool m_packetWaits = false; // it was read to look at, and is still to be used
-    bool m_ended = false;
-    std::deque<PacketPtr> m_picturesAhead;
-    std::size_t m_bytesAhead = 0;
-    std::deque<PacketPtr> m_audio;
-    bool m_audioKept = true;           // until it is known whether anybody wants it
-    std::map<int, double> m_audioEnds; // by stream, seconds
-    std::int64_t m_startTime = 0;      // of the first picture, in AV_TIME_BASE units
-    FramePtr m_first;                  // decoded early, because it says more than the file's header
+    FramePtr m_first;   // decoded early, because it says more than the file's header
     StreamInfo m_info;
-    std::int64_t m_framesRead = 0;
-    std::int64_t m_bytesEnd = 0; // where the last packet ended in the file
-    std::int64_t m_timeEnd = 0;  // and in time, in AV_TIME_BASE units
 };

@@ -3,6 +3,7 @@
 #include "error.h"
 #include "layout_names.h"
 #include "media/pixel_formats.h"
+#include "overlay/settings_store.h"
 #include "zrdraw/platform/config_store.h"
 #include "zrdraw/platform/media.h"
 #include "zrdraw/zrhost.h"
@@ -93,11 +94,7 @@ Burner::Burner(const BurnOptions& options, const StreamInfo& source, const zrLay
 }
 
 void Burner::loadStore(const BurnOptions& options) {
-    if (!options.store.empty()) {
-        char reason[512] = {};
-        if (zrCFGUseStore(options.store.c_str(), reason, sizeof reason) != 0)
-            throw Failure(reason);
-    }
+    useSettingsStore(options.store);
     // Loading from an empty store would fill it.
     m_stored = zrCFGKeyExists(zrCFGDefaultStore, zrOverlayKeyPath) != 0;
     if (!m_stored && !options.store.empty())

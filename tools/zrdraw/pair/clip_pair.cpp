@@ -64,7 +64,7 @@ ClipReader::ClipReader(const std::string& path, const LayoutChoice& layout,
     : m_source(path, layout, raw, interruptReads), m_frame(av_frame_alloc()) {
     if (!m_frame)
         throw std::bad_alloc();
-    m_source.dropAudio();
+    m_source.packets().dropAudio();
 }
 
 void ClipReader::scaleTo(int width, int height) {

@@ -1,0 +1,14 @@
+// The key of a setting that each text slot has.
+#pragma once
+
+#include <cstdio>
+
+#include "zrdraw/overlay_settings.h"
+
+struct SlotKey {
+    SlotKey(const char* format, int slot) {
+        // The formats are those of the table. NOLINTNEXTLINE(clang-diagnostic-format-nonliteral)
+        std::snprintf(text, sizeof text, format, slot);
+    }
+    char text[zrOverlayKeyBytes];
+};

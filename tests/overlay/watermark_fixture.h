@@ -1,0 +1,137 @@
+// An overlay with a watermark that a reader of the test's own delivers.
+#pragma once
+
+#include "overlay/overlay_fixture.h"
+
+#include <list>
+
+inline constexpr unsigned int yuv2 = 0x32767579, v210 = 0x76323130, uyvy = 0x59565955;
+
+// What the reader of media files finds, and the calls that reach it.
+struct Clip {
+    int width = 0, height = 0;
+    std::vector<unsigned char> pixels;
+    bool opens = true, hasMemory = true;
+    std::vector<std::string> calls;
+    DFRAME frame{};
+};
+inline Clip clip;
+
+template <typename... Numbers>
+void note(const std::string& call, Numbers... numbers) {
+    clip.calls.push_back(call + (... + (" " + std::to_string(numbers))));
+}
+
+inline void* openClip(const char* path, unsigned int access, unsigned int share, void* security,
+                      unsigned int disposition, unsigned int attributes, unsigned int flags) {
+    note(std::string("open ") + path, access, share, security == nullptr, disposition, attributes,
+         flags);
+    return clip.opens ? &clip : nullptr;
+}
+
+inline int getInfo(void** handle, int kind, int index, KPXVIDEO* record, void* a, void* b) {
+    note("info", *handle == &clip, kind, index, record->header.biSize, a == b);
+    record->header.biWidth = clip.width;
+    record->header.biHeight = clip.height;
+    return 0;
+}
+
+inline unsigned int readFrame(void** handle, unsigned int number, int count, int isVideo, int whole,
+                              DFRAME* frame, void* a, void* b) {
+    note(frame == nullptr ? "size" : "read", *handle == &clip, number, count, isVideo, whole,
+         a == b);
+    if (frame != nullptr)
+        std::memcpy(frame->videoData, clip.pixels.data(), clip.pixels.size());
+    return static_cast<unsigned int>(clip.pixels.size());
+}
+
+inline int closeClip(void** handle) {
+    note("close", *handle == &clip);
+    return 0;
+}
+
+inline void* entryOf(const char* name) {
+    note(name, 0);
+    const std::string entry = name;
+    return entry == "cfOpen"           ? reinterpret_cast<void*>(openClip)
+           : entry == "cfGetFileInfo"  ? reinterpret_cast<void*>(getInfo)
+           : entry == "cfReadFrameUnc" ? reinterpret_cast<void*>(readFrame)
+           : entry == "cfClose"        ? reinterpret_cast<void*>(closeClip)
+                                       : nullptr;
+}
+
+class OverlayWatermark : public OverlayTest {
+protected:
+    OverlayWatermark() {
+        clip = {};
+        Injection& host = injection();
+        host.loadLibrary = [this](const char* name, int mode) {
+            note(std::string("load ") + name, mode);
+            return static_cast<void*>(&library);
+        };
+        host.procAddress = [this](void* from, const char* name) {
+            EXPECT_EQ(from, &library);
+            return entryOf(name);
+        };
+        host.freeLibrary = [this](void* freed) {
+            note("unload", freed == &library);
+            return 1;
+        };
+        host.alloc = [this](unsigned int bytes) {
+            note("alloc", bytes);
+            return static_cast<void*>(memory.emplace_back(bytes, '\x5A').data());
+        };
+        host.frameMemory = [this](int operation, unsigned int bytes, unsigned int record,
+                                  DFRAME** made, const char* tag, int line) {
+            note(std::string("frame ") + tag, operation, bytes, record, line);
+            if (!clip.hasMemory)
+                return -1;
+            clip.frame.videoData = memory.emplace_back(bytes).data();
+            *made = operation == 10 ? &clip.frame : nullptr;
+            return 0;
+        };
+    }
+
+    // A picture of random pixels, and a stream that it is loaded for.
+    void load(int width, int height, unsigned int code) {
+        clip.width = width;
+        clip.height = height;
+        unsigned int seed = 1;
+        clip.pixels.resize(static_cast<std::size_t>(4 * width * height));
+        for (unsigned char& byte : clip.pixels)
+            byte = static_cast<unsigned char>((seed = seed * 1103515245 + 12345) >> 16);
+        clip.calls.clear();
+        overlay.WatermarkEnable = 1;
+        overlay.Watermark = path;
+        overlay.WatermarkX = 401;
+        create(16, 8, code);
+    }
+    void useCache(unsigned int code, unsigned int width, unsigned int height) {
+        overlay.wmLayout = code;
+        overlay.wmWidth = width;
+        overlay.wmHeight = height;
+    }
+    void place(unsigned int x, unsigned int y) {
+        overlay.WatermarkX = x;
+        overlay.WatermarkY = y;
+    }
+    template <typename Byte>
+    std::vector<Byte> apply(std::vector<Byte> bytes) {
+        frame.videoData = reinterpret_cast<char*>(bytes.data());
+        EXPECT_EQ(overlay.ApplyWatermark(&frame), 0);
+        return bytes;
+    }
+    // The picture as a drawing object sees it.
+    struct Image {
+        Image() {
+            GetDraw(ptBGRA32, clip.width, clip.height, 4 * clip.width,
+                    reinterpret_cast<char*>(clip.pixels.data()), draw);
+        }
+        ~Image() { ReleaseDraw(draw); }
+        ZRDraw* draw = nullptr;
+    };
+
+    std::list<std::vector<char>> memory;
+    char path[10] = "logo.mov";
+    int library = 0;
+};

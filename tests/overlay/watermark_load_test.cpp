@@ -1,0 +1,139 @@
+// Reading the watermark into its cache.
+#include "overlay/watermark_fixture.h"
+
+namespace {
+
+TEST_F(OverlayWatermark, LoadsInSteps) {
+    load(4, 2, 0);
+    EXPECT_EQ(clip.calls,
+              (Lines{"load clipFile.so 2", "cfOpen 0", "cfGetFileInfo 0", "cfReadFrameUnc 0",
+                     "cfClose 0", "open logo.mov 2147483648 1 1 3 0 131072", "info 1 1 0 1428 1",
+                     "size 1 0 1 1 1 1", "frame gen 10 32 8480 251", "read 1 0 1 1 1 1", "alloc 32",
+                     "frame gen 11 0 0 302", "close 1", "unload 1"}));
+    EXPECT_TRUE(log.empty());
+}
+
+TEST_F(OverlayWatermark, CacheOfPairs) {
+    load(5, 2, yuv2);
+    EXPECT_EQ(overlay.WatermarkX, 400U);
+    EXPECT_EQ(overlay.wmLayout, yuv2);
+    EXPECT_EQ(clip.calls[10], "alloc 50");
+    const Image image;
+    std::vector<unsigned char> wanted;
+    for (const auto& [x, y] : {std::pair{0, 0}, {2, 0}, {0, 1}, {2, 1}}) {
+        unsigned char luma, cb, cr, alpha;
+        image.draw->GetPixelYCbCr8(x, y, luma, cb, cr, alpha);
+        wanted.insert(wanted.end(), {luma, cb, luma, cr, alpha});
+    }
+    EXPECT_EQ(std::vector<unsigned char>(overlay.wmYuv2, overlay.wmYuv2 + 20), wanted);
+    load(1, 2, yuv2);
+    EXPECT_EQ(std::string(reinterpret_cast<char*>(overlay.wmYuv2), 10), "ZZZZZZZZZZ");
+    EXPECT_EQ(overlay.WatermarkX, 400U);
+}
+
+TEST_F(OverlayWatermark, CacheOfDeepPairs) {
+    struct Pair {
+        int even, odd, row;
+    };
+    struct Case {
+        int width;
+        std::vector<Pair> pairs;
+    };
+    // An odd width: a row's last pair stands where the next row begins.
+    for (const Case& c : {Case{4, {{0, 1, 0}, {2, 3, 0}, {0, 1, 1}, {2, 3, 1}}},
+                          Case{3, {{0, 1, 0}, {0, 1, 1}, {2, 2, 1}}}}) {
+        load(c.width, 2, v210);
+        EXPECT_EQ(overlay.WatermarkX, 400U);
+        EXPECT_EQ(clip.calls[10], "alloc " + std::to_string(c.width * 2 * 20));
+        const Image image;
+        std::vector<unsigned int> wanted;
+        for (const Pair& pair : c.pairs) {
+            unsigned int even, odd, cb, cr, alpha;
+            image.draw->GetPixelYCbCr10(pair.even, pair.row, even, cb, cr, alpha);
+            image.draw->GetPixelYCbCr10(pair.odd, pair.row, odd, cb, cr, alpha);
+            wanted.insert(wanted.end(), {even, cb, odd, cr, alpha});
+        }
+        EXPECT_EQ(std::vector<unsigned int>(overlay.wmV210, overlay.wmV210 + wanted.size()),
+                  wanted);
+    }
+}
+
+TEST_F(OverlayWatermark, CacheOfPixels) {
+    load(5, 3, 0);
+    EXPECT_EQ(std::memcmp(overlay.wmBgra, clip.pixels.data(), clip.pixels.size()), 0);
+    EXPECT_EQ(overlay.WatermarkX, 401U);
+    unsigned char* const first = overlay.wmBgra;
+    const auto pixels = clip.pixels;
+    load(2, 1, 0); // makes a new one beside the old one
+    EXPECT_NE(overlay.wmBgra, first);
+    EXPECT_EQ(overlay.wmWidth * 10 + overlay.wmHeight, 21U);
+    EXPECT_EQ(std::memcmp(first, pixels.data(), pixels.size()), 0);
+    unsigned char* const second = overlay.wmBgra;
+    overlay.WatermarkEnable = 0;
+    create(16, 8, yuv2);
+    EXPECT_EQ(overlay.wmBgra, second);
+    EXPECT_EQ(overlay.wmLayout, 0U);
+}
+
+TEST_F(OverlayWatermark, NothingToLoad) {
+    Picture picture(16, 8);
+    overlay.Enabled = overlay.WatermarkEnable = 1;
+    overlay.WatermarkX = overlay.WatermarkY = 0;
+    char empty[1] = "";
+    for (char* name : {static_cast<char*>(nullptr), empty}) {
+        overlay.Watermark = name;
+        create(16, 8);
+        burnIn(picture);
+    }
+    overlay.WatermarkEnable = 0;
+    overlay.Watermark = path;
+    create(16, 8);
+    overlay.WatermarkEnable = 1; // too late for a cache
+    burnIn(picture);
+    EXPECT_TRUE(clip.calls.empty());
+    EXPECT_TRUE(log.empty());
+    EXPECT_EQ(picture.difference(Picture(16, 8)), "");
+}
+
+TEST_F(OverlayWatermark, FileThatCannotBeOpened) {
+    clip.opens = false;
+    overlay.wmLayout = 0;
+    load(2, 2, yuv2);
+    EXPECT_EQ(clip.calls.back().substr(0, 4), "open"); // and the library stays loaded
+    ASSERT_EQ(log.size(), 1U);
+    char message[80];
+    std::snprintf(message, sizeof message, "Error: Unable to load watermark file <%d> ",
+                  static_cast<int>(reinterpret_cast<std::uintptr_t>(+path)));
+    EXPECT_EQ(log[0], message);
+    EXPECT_EQ(overlay.wmLayout + overlay.wmWidth + overlay.wmHeight, 0U);
+    EXPECT_EQ(overlay.wmYuv2, nullptr);
+    EXPECT_EQ(overlay.WatermarkX, 401U);
+    place(0, 0);
+    EXPECT_EQ(apply(std::vector<char>(512, 'x')), std::vector<char>(512, 'x'));
+    EXPECT_EQ(log.size(), 1U);
+}
+
+TEST_F(OverlayWatermark, NoMemoryForTheFrame) {
+    clip.hasMemory = false;
+    load(2, 2, yuv2);
+    EXPECT_EQ(Lines(clip.calls.end() - 3, clip.calls.end()),
+              (Lines{"frame gen 10 16 8480 251", "close 1", "unload 1"}));
+    EXPECT_EQ(overlay.wmYuv2, nullptr);
+    EXPECT_EQ(overlay.WatermarkX, 401U);
+    EXPECT_EQ(apply(std::vector<char>(512, 'x')), std::vector<char>(512, 'x'));
+}
+
+TEST_F(OverlayWatermark, OtherLayoutsComplainOnEachFrame) {
+    load(2, 2, uyvy);
+    EXPECT_TRUE(log.empty());
+    EXPECT_EQ(clip.calls[10], "frame gen 11 0 0 302"); // no cache
+    place(0, 0);
+    overlay.Enabled = 1;
+    Picture picture(16, 8);
+    burnIn(picture);
+    burnIn(picture);
+    EXPECT_EQ(log, Lines(2, "Error: No colourspace for watermark "));
+    EXPECT_EQ(picture.difference(Picture(16, 8)), "");
+}
+
+} // namespace
