@@ -82,7 +82,7 @@ ZRDRAW_API int ippiResizeSqrPixel_8u_C4R(const unsigned char* src, IppiSize, int
                                          IppiRect srcRect, unsigned char* dst, int dstStep,
                                          IppiRect dstRect, double xFactor, double yFactor,
                                          double xShift, double yShift, int, unsigned char* buffer) {
-    // Worked out once, if there is room for them.
+    // The columns are worked out once, if there is room for them.
     const auto columnOf = [&](int x) {
         return sourceOf(dstRect.x + x, xFactor, xShift, srcRect.x, srcRect.width);
     };
@@ -96,7 +96,7 @@ ZRDRAW_API int ippiResizeSqrPixel_8u_C4R(const unsigned char* src, IppiSize, int
         const unsigned char* from = src + static_cast<std::ptrdiff_t>(fromLine) * srcStep;
         unsigned char* to = dst + static_cast<std::ptrdiff_t>(y) * dstStep;
         for (int x = 0; x < dstRect.width; ++x) {
-            const int column = sourceOf(dstRect.x + x, xFactor, xShift, srcRect.x, srcRect.width);
+            const int column = columns != nullptr ? columns[x] : columnOf(x);
             if (column >= 0)
                 store(to, static_cast<std::size_t>(x),
                       load(from, static_cast<std::size_t>(column)));

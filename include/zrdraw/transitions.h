@@ -84,7 +84,8 @@ typedef struct zrfxFXArgs {
 
 /**
  * Draws the frame of a transition on four short-lived threads, one a quadrant, and waits for them.
- * A thread that is not done 100 ms after the last was started is not waited for.
+ * A thread that is not done 100 ms after the last was started is not waited for, unless the
+ * platform's zrOSCloseThread waits for it, as that of the default layer does.
  * The arguments are those of a kernel up to `position`.
  * @return 0
  */

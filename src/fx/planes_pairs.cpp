@@ -14,7 +14,7 @@ constexpr unsigned char packed[] = {1, 0, 3, 2};
 constexpr unsigned int quadFrameBytes = 8, quadPlaneBytes = 12;
 constexpr unsigned int pairFrameBytes = 4, pairPlaneBytes = 6;
 
-// Eight pixels of a line: 16 bytes become 24. Stores reach 8 bytes further.
+// Eight pixels of a line: 16 bytes become 24. Stores reach four bytes further.
 void expandEight(const unsigned char* from, unsigned char* to) {
     const __m128i places = _mm_setr_epi8(1, 0, 3, 2, 0, 3, 5, 4, 7, 6, 4, 7, -1, -1, -1, -1);
     const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));

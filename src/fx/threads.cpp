@@ -1,4 +1,6 @@
 // One kernel on four short-lived threads, a quadrant each.
+#include <atomic>
+
 #include <unistd.h>
 
 #include "fx/kernel_args.h"
@@ -22,13 +24,12 @@ void start(zrfxFXArgs& record, int* pending) {
     zrOSSetThreadPriority(record.threadHandle, threadPriority);
 }
 
-// A plain load, which other threads may change at any time.
-int readCount(const int* pending) {
-    return *static_cast<const volatile int*>(pending);
+int readCount(int& pending) {
+    return std::atomic_ref(pending).load(std::memory_order_relaxed);
 }
 
 // By contract: at most 100 ms. A thread that is still running then may find its record gone.
-void waitFor(const int* pending) {
+void waitFor(int& pending) {
     for (int sleeps = 0; readCount(pending) != 0 && sleeps < mostSleeps; ++sleeps)
         usleep(sleepMicroseconds);
 }
@@ -69,6 +70,6 @@ extern "C" unsigned int ZRDraw_FXMultiThread(ZRFX_PARAMETERS, zrfxKernel* kernel
         start(record, &pending);
     for (const zrfxFXArgs& record : records)
         zrOSCloseThread(record.threadHandle, threadName);
-    waitFor(&pending);
+    waitFor(pending);
     return 0;
 }
