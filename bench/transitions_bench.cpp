@@ -110,13 +110,22 @@ void addDissolves(const FrameSize& size, const Shared& pictures) {
 
 void addThreads() {
     static unsigned char byte[4];
+    const Job idleTransition = repeated([] {
+        ZRDraw_FXMultiThread(byte, 0, byte, 0, byte, 0, 0, 10, 2, 2, 0, 0, 0, 0, 0, 0, 1, 0, 0, 2,
+                             0, 2, zrfxDISSOLVE);
+    });
+    const Job idleThreads = repeated([] {
+        std::array<std::thread, 4> threads;
+        for (std::thread& thread : threads)
+            thread = std::thread([] {});
+        for (std::thread& thread : threads)
+            thread.join();
+    });
     addComparison({"start and end of four threads",
                    microseconds,
-                   repeated([] {
-                       ZRDraw_FXMultiThread(byte, 0, byte, 0, byte, 0, 0, 10, 2, 2, 0, 0, 0, 0, 0,
-                                            0, 1, 0, 0, 2, 0, 2, zrfxDISSOLVE);
-                   }),
-                   {}});
+                   idleTransition,
+                   {{"four std::thread", idleThreads}},
+                   true});
 }
 
 void addFrontEnds(const FrameSize& size) {

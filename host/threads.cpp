@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <condition_variable>
 #include <cstdint>
 #include <cstring>
 #include <mutex>
@@ -25,21 +24,20 @@ public:
     /** The calling thread, which runs already. */
     ThreadRecord() : systemId_(gettid()) {}
 
-    ThreadRecord(zrOSThreadRoutine* routine, void* argument)
-        : routine_(routine), argument_(argument) {}
-
-    /** Starts the thread and waits until it runs. @return its number, 0 when it could not start */
-    unsigned int start(const pthread_attr_t& attributes, const char* name) {
-        if (pthread_create(&thread_, &attributes, run, this) != 0) {
-            return 0;
-        }
-        if (name != nullptr) {
-            setName(name);
-        }
-        std::unique_lock lock(mutex_);
-        started_.wait(lock, [this] { return number_ != 0; });
-        return number_;
+    ThreadRecord(zrOSThreadRoutine* routine, void* argument, const char* name)
+        : routine_(routine), argument_(argument) {
+        std::strncpy(name_, name != nullptr ? name : "", sizeof name_ - 1);
     }
+
+    /**
+     * Does not wait until the thread runs: that would cost more than the work of a short one. What
+     * the system does for a thread it does for itself when it begins.
+     */
+    bool start(const pthread_attr_t& attributes) {
+        return pthread_create(&thread_, &attributes, run, this) == 0;
+    }
+
+    unsigned int number() const { return number_; }
 
     /** @return whether the thread has ended; false for one that cannot be waited for */
     bool join() { return routine_ != nullptr && pthread_join(thread_, nullptr) == 0; }
@@ -52,10 +50,8 @@ public:
     void setPriority(int priority) {
         const std::lock_guard lock(mutex_);
         priority_ = priority;
-        if (systemId_ != ended) {
-            const int nice = -std::clamp(priority, -19, 20);
-            // A refusal is no failure: the number alone is what the caller can rely on.
-            setpriority(PRIO_PROCESS, static_cast<id_t>(systemId_), nice);
+        if (systemId_ != notRunning) {
+            askForPriority();
         }
     }
 
@@ -68,46 +64,54 @@ public:
     }
 
 private:
-    static constexpr pid_t ended = 0;
+    static constexpr pid_t notRunning = 0;
 
     static void* run(void* handle) {
         auto* const self = static_cast<ThreadRecord*>(handle);
         current_ = self;
-        self->announce(gettid());
+        self->begin();
         const std::uintptr_t result = self->routine_(self->argument_);
         // The system gives the number of an ended thread to another, which must keep its priority.
         self->retire();
         return reinterpret_cast<void*>(result);
     }
 
-    void announce(pid_t id) {
+    void begin() {
+        if (name_[0] != 0) {
+            pthread_setname_np(pthread_self(), name_);
+        }
         const std::lock_guard lock(mutex_);
-        systemId_ = id;
-        number_ = static_cast<unsigned int>(id);
-        started_.notify_one();
+        systemId_ = gettid();
+        if (priority_ != 0) {
+            askForPriority();
+        }
     }
 
     void retire() {
         const std::lock_guard lock(mutex_);
-        systemId_ = ended;
+        systemId_ = notRunning;
     }
 
-    void setName(const char* name) {
-        char shortName[16] = {}; // the system refuses a longer name rather than cut it
-        std::strncpy(shortName, name, sizeof shortName - 1);
-        pthread_setname_np(thread_, shortName);
+    /** A refusal is no failure: the number alone is what the caller can rely on. */
+    void askForPriority() {
+        setpriority(PRIO_PROCESS, static_cast<id_t>(systemId_), -std::clamp(priority_, -19, 20));
+    }
+
+    static unsigned int nextNumber() {
+        static std::atomic<unsigned int> last{0};
+        return ++last;
     }
 
     static thread_local ThreadRecord* current_;
 
     zrOSThreadRoutine* const routine_ = nullptr;
     void* const argument_ = nullptr;
+    const unsigned int number_ = nextNumber();
+    char name_[16] = {}; // the system refuses a longer name rather than cut it
     pthread_t thread_ = {};
-    std::condition_variable started_;
     std::mutex mutex_; // guards what follows
-    unsigned int number_ = 0;
     int priority_ = 0;
-    pid_t systemId_ = ended;
+    pid_t systemId_ = notRunning;
 };
 
 thread_local ThreadRecord* ThreadRecord::current_ = nullptr;
@@ -141,14 +145,12 @@ ZRDRAW_API void* zrOSCreateThread(void* /*attributes*/, unsigned long stackSize,
     if (routine == nullptr) {
         return nullptr;
     }
-    auto record = zrhost::makeOrNull<ThreadRecord>(routine, argument);
-    const unsigned int number =
-        record ? record->start(ThreadAttributes(stackSize).value(), name) : 0;
-    if (number == 0) {
+    auto record = zrhost::makeOrNull<ThreadRecord>(routine, argument, name);
+    if (!record || !record->start(ThreadAttributes(stackSize).value())) {
         return nullptr;
     }
     if (threadId != nullptr) {
-        *threadId = number;
+        *threadId = record->number();
     }
     return record.release();
 }

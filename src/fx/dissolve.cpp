@@ -5,45 +5,61 @@
 
 namespace {
 
-struct Run {
-    unsigned char* to;
-    const unsigned char* first;
-    const unsigned char* second;
-    std::size_t samples;
-};
+// How samples of a type are mixed, found out once a call.
+class Mixer {
+public:
+    Mixer(SampleType type, double t)
+        : m_type(type), m_weights{t, 1.0 - t},
+          m_hasStep(type != SampleType::Float && isWholeStep(m_weights, m_step)) {}
 
-void mixRun(const Run& run, SampleType type, const MixWeights& weights) {
-    const auto words = [](auto* bytes) { return reinterpret_cast<const unsigned short*>(bytes); };
-    const auto floats = [](auto* bytes) { return reinterpret_cast<const float*>(bytes); };
-    MixStep step = 0;
-    const bool whole = type != SampleType::Float && isWholeStep(weights, step);
-    if (type == SampleType::Byte && whole)
-        mixBytesByStep(run.to, run.first, run.second, run.samples, step);
-    else if (type == SampleType::Byte)
-        mixBytes(run.to, run.first, run.second, run.samples, weights);
-    else if (type == SampleType::Word && whole)
-        mixWordsByStep(reinterpret_cast<unsigned short*>(run.to), words(run.first),
-                       words(run.second), run.samples, step);
-    else if (type == SampleType::Word)
-        mixWords(reinterpret_cast<unsigned short*>(run.to), words(run.first), words(run.second),
-                 run.samples, weights);
-    else
-        mixFloats(reinterpret_cast<float*>(run.to), floats(run.first), floats(run.second),
-                  run.samples, weights);
-}
+    void mix(unsigned char* to, const unsigned char* first, const unsigned char* second,
+             std::size_t bytes, const MixNext& next) const {
+        if (m_type == SampleType::Byte)
+            mixIntegers(mixBytesByStep, mixBytes, to, first, second, bytes, next);
+        else if (m_type == SampleType::Word)
+            mixIntegers(mixWordsByStep, mixWords, to, first, second, bytes, next);
+        else
+            mixFloats(reinterpret_cast<float*>(to), reinterpret_cast<const float*>(first),
+                      reinterpret_cast<const float*>(second), bytes / sizeof(float), m_weights);
+    }
+
+private:
+    template <typename Sample>
+    using ByStep = void(Sample*, const Sample*, const Sample*, std::size_t, MixStep,
+                        const MixNext&);
+    template <typename Sample>
+    using ByWeights = void(Sample*, const Sample*, const Sample*, std::size_t, const MixWeights&);
+
+    template <typename Sample>
+    void mixIntegers(ByStep<Sample>* byStep, ByWeights<Sample>* byWeights, unsigned char* to,
+                     const unsigned char* first, const unsigned char* second, std::size_t bytes,
+                     const MixNext& next) const {
+        auto* const out = reinterpret_cast<Sample*>(to);
+        const auto* const a = reinterpret_cast<const Sample*>(first);
+        const auto* const b = reinterpret_cast<const Sample*>(second);
+        if (m_hasStep)
+            byStep(out, a, b, bytes / sizeof(Sample), m_step, next);
+        else
+            byWeights(out, a, b, bytes / sizeof(Sample), m_weights);
+    }
+
+    SampleType m_type;
+    MixWeights m_weights;
+    MixStep m_step = 0;
+    bool m_hasStep;
+};
 
 unsigned int dissolve(const KernelArgs& args) {
     const PixelGroup group = pixelGroup(args.pixelType);
     if (!group.isKnown() || args.xEnd <= args.xStart)
         return 0;
-    const double t = static_cast<double>(args.position) / static_cast<double>(args.scale());
-    const MixWeights weights{t, 1.0 - t};
-    const std::size_t start = static_cast<std::size_t>(args.xStart) * group.bytes;
-    const std::size_t samples = static_cast<std::size_t>(args.xEnd - args.xStart) * group.samples;
+    const Mixer mixer(group.type, static_cast<double>(args.position) / args.scale());
+    const std::size_t start = std::size_t{args.xStart} * group.bytes;
+    const std::size_t bytes = std::size_t{args.xEnd - args.xStart} * group.bytes;
     for (unsigned int y = args.yStart; y < args.yEnd; ++y) {
-        const FrameLines line(args, y);
-        mixRun({line.destination + start, line.incoming + start, line.outgoing + start, samples},
-               group.type, weights);
+        const FrameLines line(args, y), next(args, y + 1);
+        mixer.mix(line.destination + start, line.incoming + start, line.outgoing + start, bytes,
+                  {next.destination + start, next.incoming + start, next.outgoing + start});
     }
     return 0;
 }

@@ -29,21 +29,21 @@ bool isWholeStep(const MixWeights& weights, MixStep& step) {
 }
 
 void mixBytesByStep(unsigned char* to, const unsigned char* first, const unsigned char* second,
-                    std::size_t count, MixStep step) {
+                    std::size_t count, MixStep step, const MixNext& next) {
     if (isCopied(to, first, second, count, step))
         return;
     if (zrdraw_avx2_available() != 0)
-        mixBytesByStepAvx2(to, first, second, count, step);
+        mixBytesByStepAvx2(to, first, second, count, step, next);
     else
         mixBytesLoop(to, first, second, count, step);
 }
 
 void mixWordsByStep(unsigned short* to, const unsigned short* first, const unsigned short* second,
-                    std::size_t count, MixStep step) {
+                    std::size_t count, MixStep step, const MixNext& next) {
     if (isCopied(to, first, second, count, step))
         return;
     if (zrdraw_avx2_available() != 0)
-        mixWordsByStepAvx2(to, first, second, count, step);
+        mixWordsByStepAvx2(to, first, second, count, step, next);
     else
         mixWordsLoop(to, first, second, count, step);
 }

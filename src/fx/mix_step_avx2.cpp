@@ -2,6 +2,9 @@
 
 #include <immintrin.h>
 
+#include <algorithm>
+#include <cstdint>
+
 #include "fx/mix_step_loops.h"
 
 #define TARGET_AVX2 __attribute__((target("avx2")))
@@ -26,21 +29,33 @@ TARGET_AVX2 inline __m256i step32(__m256i first, __m256i second, __m256i base, _
 } // namespace
 
 TARGET_AVX2 void mixBytesByStepAvx2(unsigned char* to, const unsigned char* first,
-                                    const unsigned char* second, std::size_t count, MixStep step) {
-    constexpr std::size_t block = 32;
+                                    const unsigned char* second, std::size_t count, MixStep step,
+                                    const MixNext& next) {
+    constexpr std::size_t vector = 32;
     constexpr MixStep half = 32768;
     const __m256i factor = _mm256_set1_epi16(static_cast<short>(static_cast<unsigned short>(step)));
-    std::size_t i = 0;
-    for (; i + block <= count; i += block) {
-        const __m256i a = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(first + i));
-        const __m256i b = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(second + i));
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(to + i),
-                            step32(a, b, step < half ? b : a, factor));
+    std::size_t i = std::min(-reinterpret_cast<std::uintptr_t>(to) % cacheLineBytes, count);
+    mixBytesLoop(to, first, second, i, step);
+    for (; i + cacheLineBytes <= count; i += cacheLineBytes) {
+        next.fetch(i);
+        for (std::size_t at = i; at < i + cacheLineBytes; at += vector) {
+            const __m256i a = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(first + at));
+            const __m256i b = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(second + at));
+            _mm256_store_si256(reinterpret_cast<__m256i*>(to + at),
+                               step32(a, b, step < half ? b : a, factor));
+        }
     }
     mixBytesLoop(to + i, first + i, second + i, count - i, step);
 }
 
 TARGET_AVX2 void mixWordsByStepAvx2(unsigned short* to, const unsigned short* first,
-                                    const unsigned short* second, std::size_t count, MixStep step) {
-    mixWordsLoop(to, first, second, count, step);
+                                    const unsigned short* second, std::size_t count, MixStep step,
+                                    const MixNext& next) {
+    constexpr std::size_t block = cacheLineBytes / sizeof *to;
+    std::size_t i = 0;
+    for (; i + block <= count; i += block) {
+        next.fetch(i * sizeof *to);
+        mixWordsLoop(to + i, first + i, second + i, block, step);
+    }
+    mixWordsLoop(to + i, first + i, second + i, count - i, step);
 }

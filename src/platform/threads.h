@@ -16,7 +16,7 @@ typedef unsigned int zrOSThreadRoutine(void* argument);
  * @param attributes null: the defaults
  * @param stackSize  0: the default
  * @param flags      0: runs at once
- * @param threadId   receives the thread's number; may be null
+ * @param threadId   receives the thread's number, which is no other thread's; may be null
  * @param name       shown by debuggers, cut to what the system allows
  * @return a handle for zrOSCloseThread, or null when no thread could be started
  */

@@ -14,6 +14,14 @@ MixWeights weightsOf(MixStep step) {
     return {t, 1.0 - t};
 }
 
+template <typename Sample>
+MixNext nextOf(Sample* to, const Sample* first, const Sample* second) {
+    const auto bytes = [](auto* samples) {
+        return reinterpret_cast<const unsigned char*>(samples);
+    };
+    return {bytes(to), bytes(first), bytes(second)};
+}
+
 std::vector<MixStep> someSteps(MixStep stride) {
     std::vector<MixStep> steps{1, 2, 32767, 32768, 32769, 65534, 65535, 65536};
     for (MixStep step = 0; step <= 65536; step += stride)
@@ -49,16 +57,22 @@ TEST(Mix, BytesOfAllBodies) {
         [](auto* to, auto* first, auto* second, std::size_t count, MixStep step) {
             mixBytes(to, first, second, count, weightsOf(step));
         },
-        mixBytesByStep};
+        [](auto* to, auto* first, auto* second, std::size_t count, MixStep step) {
+            mixBytesByStep(to, first, second, count, step, nextOf(to, first, second));
+        }};
     compare<unsigned char>(a, b, 331, bodies);
     // The bodies below are not asked for whole copies.
     for (MixStep step = 1; step < 65536; step += 97) {
-        std::vector<unsigned char> plain(a.size()), vector(a.size()), expected(a.size());
+        std::vector<unsigned char> plain(a.size()), expected(a.size());
         mixBytes(expected.data(), a.data(), b.data(), a.size(), weightsOf(step));
         mixBytesLoop(plain.data(), a.data(), b.data(), a.size(), step);
         ASSERT_EQ(plain, expected) << step;
         if (zrdraw_avx2_available() != 0) {
-            mixBytesByStepAvx2(vector.data(), a.data(), b.data(), a.size(), step);
+            const std::size_t place = step % 64; // in a line of the cache
+            std::vector<unsigned char> vector(place + a.size());
+            mixBytesByStepAvx2(vector.data() + place, a.data(), b.data(), a.size(), step,
+                               nextOf(vector.data(), a.data(), b.data()));
+            vector.erase(vector.begin(), vector.begin() + static_cast<std::ptrdiff_t>(place));
             ASSERT_EQ(vector, expected) << step;
         }
     }
@@ -75,9 +89,15 @@ TEST(Mix, WordsOfAllBodies) {
         [](auto* to, auto* first, auto* second, std::size_t count, MixStep step) {
             mixWords(to, first, second, count, weightsOf(step));
         },
-        mixWordsByStep, mixWordsLoop};
+        [](auto* to, auto* first, auto* second, std::size_t count, MixStep step) {
+            mixWordsByStep(to, first, second, count, step, nextOf(to, first, second));
+        },
+        mixWordsLoop};
     if (zrdraw_avx2_available() != 0)
-        bodies.push_back(mixWordsByStepAvx2);
+        bodies.emplace_back(
+            [](auto* to, auto* first, auto* second, std::size_t count, MixStep step) {
+                mixWordsByStepAvx2(to, first, second, count, step, nextOf(to, first, second));
+            });
     compare<unsigned short>(a, b, 37, bodies);
 }
 

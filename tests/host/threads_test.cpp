@@ -38,7 +38,7 @@ struct Seen {
     void* ready = zrOSCreateEvent(nullptr, 0, 0, nullptr);
     void* go = zrOSCreateEvent(nullptr, 0, 0, nullptr);
     void* self = nullptr;
-    unsigned int id = 0;
+    unsigned int systemId = 0;
     int priority = -1;
     std::string name;
 };
@@ -46,7 +46,7 @@ struct Seen {
 unsigned int look(void* argument) {
     auto* const seen = static_cast<Seen*>(argument);
     seen->self = zrOSGetCurrentThread();
-    seen->id = static_cast<unsigned int>(gettid());
+    seen->systemId = static_cast<unsigned int>(gettid());
     seen->priority = zrOSGetThreadPriority(seen->self);
     zrOSSetEvent(seen->ready);
     zrOSWaitForEvent(seen->go, 0xFFFFFFFFU);
@@ -66,13 +66,14 @@ TEST(Threads, HandleNumberNameAndPriorityAreThoseOfTheThread) {
     ASSERT_NE(nullptr, thread);
     zrOSWaitForEvent(seen.ready, 0xFFFFFFFFU);
     EXPECT_EQ(thread, seen.self);
-    EXPECT_EQ(id, seen.id);
+    EXPECT_NE(id, 0U);
     EXPECT_EQ(0, seen.priority);
     for (const int priority : {-3, 100, 2, INT_MIN}) {
         EXPECT_EQ(1, zrOSSetThreadPriority(thread, priority));
         EXPECT_EQ(priority, zrOSGetThreadPriority(thread));
     }
-    EXPECT_EQ(19, getpriority(PRIO_PROCESS, id)) << "a lower priority is always permitted";
+    EXPECT_EQ(19, getpriority(PRIO_PROCESS, seen.systemId))
+        << "a lower priority is always permitted";
     zrOSSetEvent(seen.go);
     zrOSWaitForEvent(seen.ready, 0xFFFFFFFFU);
     EXPECT_EQ(7, zrOSGetThreadPriority(thread));
@@ -80,6 +81,30 @@ TEST(Threads, HandleNumberNameAndPriorityAreThoseOfTheThread) {
     EXPECT_EQ("a name of 24 ch", seen.name);
     zrOSCloseEvent(seen.ready);
     zrOSCloseEvent(seen.go);
+}
+
+// The creator may be ahead of the thread.
+TEST(Threads, PriorityOfAThreadThatHasNotBegun) {
+    for (int round = 0; round < 20; ++round) {
+        int nice = 0;
+        unsigned int ids[2] = {};
+        const auto look = [](void* argument) {
+            for (int tries = 0; tries < 1000 && *static_cast<int*>(argument) != 7; ++tries) {
+                *static_cast<int*>(argument) =
+                    getpriority(PRIO_PROCESS, static_cast<id_t>(gettid()));
+                usleep(100);
+            }
+            return 0U;
+        };
+        int other = 7;
+        void* const threads[] = {zrOSCreateThread(nullptr, 0, look, &nice, 0, &ids[0], nullptr),
+                                 zrOSCreateThread(nullptr, 0, look, &other, 0, &ids[1], nullptr)};
+        zrOSSetThreadPriority(threads[0], -7);
+        zrOSCloseThread(threads[0], nullptr);
+        zrOSCloseThread(threads[1], nullptr);
+        EXPECT_EQ(7, nice);
+        EXPECT_NE(ids[0], ids[1]);
+    }
 }
 
 TEST(Threads, NullHandlesAreRefused) {
