@@ -1,5 +1,6 @@
 // Transitions, front ends and the mux, each beside what only moves the same bytes.
 #include "buffers.h"
+#include "pair/v210_words.h"
 #include "peers.h"
 #include "subsystems.h"
 #include "zrdraw/mux.h"
@@ -128,6 +129,35 @@ void addThreads() {
                    true});
 }
 
+// v210 as the tool takes it through words of 16 bits, over the first source.
+void addFullPrecision(const FrameSize& size) {
+    const auto width = static_cast<unsigned int>(size.width);
+    const auto height = static_cast<unsigned int>(size.height);
+    const std::size_t bytes = GetDrawSize(ptV210, size.width, size.height, 0);
+    const unsigned int pitch = width * wordPixelBytes;
+    const auto frames = std::make_shared<Pictures>(bytes);
+    const auto words = std::make_shared<Pictures>(std::size_t{pitch} * height + wordOverhang);
+    addComparison({std::string("v210 at full precision/") + size.name,
+                   microseconds,
+                   repeated([=] {
+                       const auto expand = [&](Buffer& frame, Buffer& to) {
+                           for (unsigned int y = 0; y < height; ++y)
+                               expandV210Line(frame.bytes() + bytes / height * y,
+                                              to.bytes() + std::size_t{pitch} * y, size.width);
+                       };
+                       expand(frames->a, words->a);
+                       expand(frames->b, words->b);
+                       ZRDraw_DisplayWipe(words->a.bytes(), pitch, words->b.bytes(), pitch,
+                                          words->a.bytes(), pitch, 101, 35, width, height, 1, 1, 0,
+                                          0, 0, 0, scale, scale / 2);
+                       for (unsigned int y = 0; y < height; ++y)
+                           packV210Line(words->a.bytes() + std::size_t{pitch} * y,
+                                        frames->out.bytes() + bytes / height * y, size.width);
+                   }),
+                   {},
+                   true});
+}
+
 void addFrontEnds(const FrameSize& size) {
     const auto width = static_cast<unsigned int>(size.width);
     const auto height = static_cast<unsigned int>(size.height);
@@ -155,6 +185,7 @@ void addFrontEnds(const FrameSize& size) {
                          })}},
                        true});
     }
+    addFullPrecision(size);
 }
 
 void addMux(const FrameSize& size, const Shared& pictures) {

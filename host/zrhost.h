@@ -102,13 +102,19 @@ ZRDRAW_API unsigned int zrFileTypeOf(const char* demuxerName);
  * back to that. What was stored and not saved is dropped.
  *
  * The user's own store is the file that ZRDRAW_STORE names, else zrdraw/settings.db in the folder
- * XDG_CONFIG_HOME, else in ~/.config. It is an SQLite database in WAL mode, which any number of
- * processes may use at once. What is stored stays in the process until zrCFGSave, which writes it
- * in one transaction: a crash loses what was not saved and nothing else. A file that is damaged is
- * set aside as NAME.damaged-N, with one line in the log, and a new one begun. A text may have any
- * length; a key that is missing leaves the buffer alone.
- * @param reason receives what is wrong and its mend; may be null
- * @return 0, or -1 when the file cannot be used
+ * XDG_CONFIG_HOME, else in ~/.config; the environment is asked when the store is first used. The
+ * file is an SQLite database in WAL mode with one table, settings (path, name, value). NAME.lock
+ * beside it is held by the process that opens, saves or replaces it, so its folder has to be
+ * writable for reading too; reading makes no file. Any number of processes may use it at once; one
+ * waits 5 seconds for another.
+ *
+ * What is stored stays in the process until zrCFGSave, which writes it in one transaction: a crash
+ * loses what was not saved and nothing else, and what could not be saved stays to be saved again. A
+ * child of fork begins with nothing to save. A file that is damaged is set aside as NAME.damaged-N,
+ * with one line in the log, and a new one begun. A store that cannot be used is one line in the
+ * log, which reads that follow do not repeat.
+ * @param reason receives what is wrong and its mend, or an empty text; may be null
+ * @return 0, or -1 when the file exists and cannot be used; then the earlier store stays in use
  */
 ZRDRAW_API int zrCFGUseStore(const char* file, char* reason, unsigned int reasonBytes);
 

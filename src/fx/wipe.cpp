@@ -124,6 +124,8 @@ void copyLine(unsigned char* to, const unsigned char* inside, const unsigned cha
     const unsigned long first = std::clamp(range.first, start, end);
     const unsigned long last = std::clamp(range.end, first, end);
     const auto copy = [=](const unsigned char* from, unsigned long begin, unsigned long behind) {
+        if (from == to) // drawn over one of its sources, where that source's pixels are already
+            return;
         std::memcpy(to + begin * pixelBytes, from + begin * pixelBytes,
                     (behind - begin) * pixelBytes);
     };

@@ -116,6 +116,18 @@ TEST_F(ConfigStore, SetsDamagedFilesAsideAndBeginsAnew) {
     }
 }
 
+TEST_F(ConfigStore, FollowsAFileThatIsMovedAwayOrBack) {
+    put("A", "1");
+    ASSERT_EQ(0, save());
+    fs::rename(folder + "/new", folder + "/kept");
+    EXPECT_EQ("(none)", get("A"));
+    put("A", "2");
+    ASSERT_EQ(0, save());
+    fs::remove_all(folder + "/new");
+    fs::rename(folder + "/kept", folder + "/new");
+    EXPECT_EQ("1", get("A"));
+}
+
 TEST_F(ConfigStore, ReportsAFileThatCannotBeWrittenAndKeepsTheTexts) {
     fill(folder + "/plain", "a file");
     const std::string below = folder + "/plain/settings.db";

@@ -35,6 +35,10 @@ unsigned char* bytesOf(WorkingFrame& frame) {
     return reinterpret_cast<unsigned char*>(frame.data());
 }
 
+unsigned char* lineOf(WorkingFrame& frame, unsigned y) {
+    return bytesOf(frame) + std::size_t{y} * static_cast<unsigned>(frame.pitch());
+}
+
 } // namespace
 
 Transition::Transition(const zrLayout& layout, int width, int height, unsigned code, bool swapped,
@@ -54,8 +58,12 @@ Transition::Transition(const zrLayout& layout, int width, int height, unsigned c
                                      layoutName(layout), wordBytes, width));
     if (layout.code != ptV210 || frontEnd)
         return;
-    for (std::vector<std::uint8_t>& words : m_words)
-        words.resize(std::size_t{m_width} * wordPixelBytes * m_height + wordOverhang);
+    const std::size_t bytes = std::size_t{m_width} * wordPixelBytes * m_height + wordOverhang;
+    m_from.resize(bytes);
+    m_to.resize(bytes);
+    // What moves nothing is drawn over the first source, which touches less memory.
+    if (slides)
+        m_moved.resize(bytes);
 }
 
 void Transition::draw(WorkingFrame& from, WorkingFrame& to, WorkingFrame& result,
@@ -73,19 +81,19 @@ void Transition::draw(WorkingFrame& from, WorkingFrame& to, WorkingFrame& result
 
 void Transition::drawWords(WorkingFrame& from, WorkingFrame& to, WorkingFrame& result,
                            unsigned position) {
-    const int width = static_cast<int>(m_width);
+    expandWords(from, m_from);
+    expandWords(to, m_to);
+    std::vector<std::uint8_t>& words = m_moved.empty() ? m_from : m_moved;
     const unsigned pitch = m_width * wordPixelBytes;
-    WorkingFrame* const frames[] = {&from, &to};
-    for (int source = 0; source < 2; ++source) {
-        for (unsigned y = 0; y < m_height; ++y)
-            expandV210Line(bytesOf(*frames[source]) +
-                               std::size_t{y} * static_cast<unsigned>(from.pitch()),
-                           m_words[source].data() + std::size_t{y} * pitch, width);
-    }
-    ZRDraw_DisplayWipe(m_words[0].data(), pitch, m_words[1].data(), pitch, m_words[2].data(), pitch,
-                       m_code, threeWords, m_width, m_height, 1, 1, 0, 0, 0, 0, scale, position);
+    ZRDraw_DisplayWipe(m_from.data(), pitch, m_to.data(), pitch, words.data(), pitch, m_code,
+                       threeWords, m_width, m_height, 1, 1, 0, 0, 0, 0, scale, position);
     for (unsigned y = 0; y < m_height; ++y)
-        packV210Line(m_words[2].data() + std::size_t{y} * pitch,
-                     bytesOf(result) + std::size_t{y} * static_cast<unsigned>(result.pitch()),
-                     width);
+        packV210Line(words.data() + std::size_t{y} * pitch, lineOf(result, y),
+                     static_cast<int>(m_width));
+}
+
+void Transition::expandWords(WorkingFrame& frame, std::vector<std::uint8_t>& words) const {
+    for (unsigned y = 0; y < m_height; ++y)
+        expandV210Line(lineOf(frame, y), words.data() + std::size_t{y} * m_width * wordPixelBytes,
+                       static_cast<int>(m_width));
 }

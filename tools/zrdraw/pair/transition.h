@@ -20,10 +20,13 @@ public:
 private:
     void drawWords(WorkingFrame& from, WorkingFrame& to, WorkingFrame& result, unsigned position);
 
+    void expandWords(WorkingFrame& frame, std::vector<std::uint8_t>& words) const;
+
     const zrLayout& m_layout;
     unsigned m_width;
     unsigned m_height;
     unsigned m_code;
     bool m_frontEnd;
-    std::vector<std::uint8_t> m_words[3]; // of v210 at full precision: both sources and the result
+    std::vector<std::uint8_t> m_from, m_to; // words of v210 at full precision
+    std::vector<std::uint8_t> m_moved;      // and of the result, where a transition moves them
 };
