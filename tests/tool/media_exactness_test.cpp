@@ -58,6 +58,33 @@ TEST_F(Media, RgbLayoutsHaveTheirChannelsInPlace) {
     }
 }
 
+// Drawing leaves alpha 0 behind; only pictures that came with alpha may show it.
+TEST_F(Media, DrawingDoesNotMakeOpaquePicturesTransparent) {
+    const struct {
+        AVPixelFormat source, target;
+        int alphaPlane, offset, step, bytes;
+        unsigned drawn;
+    } cases[] = {{AV_PIX_FMT_YUV420P, AV_PIX_FMT_BGRA, 0, 3, 4, 1, 255},
+                 {AV_PIX_FMT_YUV420P, AV_PIX_FMT_ARGB, 0, 0, 4, 1, 255},
+                 {AV_PIX_FMT_YUV420P, AV_PIX_FMT_YUVA444P10LE, 3, 0, 2, 2, 1023},
+                 {AV_PIX_FMT_GRAY8, AV_PIX_FMT_YA8, 0, 1, 2, 1, 255},
+                 {AV_PIX_FMT_BGRA, AV_PIX_FMT_BGRA, 0, 3, 4, 1, 0}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.target);
+        WorkingFrame canvas(bgra, 64, 48);
+        const FramePtr source = makeFrame(c.source, 64, 48);
+        for (int plane = 0; plane < AV_NUM_DATA_POINTERS && source->data[plane] != nullptr; ++plane)
+            std::fill_n(source->data[plane], source->linesize[plane], std::uint8_t{128});
+        canvas.load(*source);
+        std::fill_n(canvas.data(), canvas.pitch() * canvas.height(), 0);
+        const FramePtr target = makeFrame(c.target, 64, 48);
+        canvas.store(*target);
+        const std::uint8_t* alpha = target->data[c.alphaPlane] + c.offset;
+        for (int x = 0; x < 64; ++x, alpha += c.step)
+            ASSERT_EQ(c.bytes == 1 ? alpha[0] : alpha[0] + 256U * alpha[1], c.drawn) << x;
+    }
+}
+
 FramePtr flatFrame(AVPixelFormat format, int width, int height, int y, int cb, int cr) {
     FramePtr frame = makeFrame(format, width, height);
     const int samples[3] = {y, cb, cr};

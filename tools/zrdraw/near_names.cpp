@@ -41,7 +41,7 @@ std::string nearNames(std::string_view name, const std::vector<std::string>& can
         const std::string other = lowered(candidate);
         const bool contained = wanted.size() > 2 && other.find(wanted) != std::string::npos;
         const std::size_t far = contained ? 1 : distance(wanted, other);
-        if (far <= 1 + wanted.size() / 4)
+        if (far <= 1 + wanted.size() / 3)
             near.emplace_back(far, candidate);
     }
     if (near.empty())

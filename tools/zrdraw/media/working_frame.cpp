@@ -7,6 +7,7 @@
 
 #include <cstring>
 #include <new>
+#include <vector>
 
 extern "C" {
 #include <libavutil/imgutils.h>
@@ -26,6 +27,20 @@ bool isFullRangeByName(AVPixelFormat format) {
 template <typename Number>
 Number roundedUp(Number bytes, Number unit) {
     return (bytes + unit - 1) / unit * unit;
+}
+
+void makeOpaque(AVFrame& frame) {
+    const auto format = static_cast<AVPixelFormat>(frame.format);
+    if (!hasFlag(format, AV_PIX_FMT_FLAG_ALPHA) || hasFlag(format, AV_PIX_FMT_FLAG_PAL) ||
+        hasFlag(format, AV_PIX_FMT_FLAG_FLOAT))
+        return;
+    const AVPixFmtDescriptor* layout = av_pix_fmt_desc_get(format);
+    const int alpha = layout->nb_components - 1;
+    const auto opaque = static_cast<std::uint16_t>((1U << layout->comp[alpha].depth) - 1);
+    const std::vector<std::uint16_t> line(static_cast<std::size_t>(frame.width), opaque);
+    for (int y = 0; y < frame.height; ++y)
+        av_write_image_line2(line.data(), frame.data, frame.linesize, layout, 0, y, alpha,
+                             frame.width, sizeof(line[0]));
 }
 
 SwsContext* converter(SwsPtr& cached, int width, int height, AVPixelFormat from, AVPixelFormat to) {
@@ -150,6 +165,8 @@ void WorkingFrame::store(AVFrame& target) {
         copyPlanes(*m_picture, target);
     else
         convertOut(target);
+    if (!m_loaded.hasAlpha)
+        makeOpaque(target);
 }
 
 void WorkingFrame::convertOut(AVFrame& target) {
@@ -170,10 +187,11 @@ void WorkingFrame::copyPlanes(const AVFrame& from, AVFrame& to) const {
 
 WorkingFrame::Properties WorkingFrame::propertiesOf(const AVFrame& frame,
                                                     const Properties& otherwise) const {
-    const auto format =
-        frame.format == barePixels ? m_format : static_cast<AVPixelFormat>(frame.format);
-    Properties result{frame.colorspace, frame.color_range, frame.sample_aspect_ratio,
-                      frame.interlaced_frame, frame.top_field_first};
+    const bool bare = frame.format == barePixels;
+    const auto format = bare ? m_format : static_cast<AVPixelFormat>(frame.format);
+    Properties result{frame.colorspace,          frame.color_range,
+                      frame.sample_aspect_ratio, frame.interlaced_frame,
+                      frame.top_field_first,     bare || hasFlag(format, AV_PIX_FMT_FLAG_ALPHA)};
     if (hasFlag(format, AV_PIX_FMT_FLAG_RGB))
         return result;
     if (result.space == AVCOL_SPC_UNSPECIFIED)

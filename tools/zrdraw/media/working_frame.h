@@ -34,7 +34,7 @@ public:
     // Converts the canvas into a target that has format and size, with or without buffers, or
     // copies it into a bare one. A target that leaves its colour space or range unspecified gets
     // those of the picture loaded last; the interlace flags and the sample aspect always come from
-    // there.
+    // there. What was drawn on a picture without alpha is stored opaque, but in a bare target.
     void store(AVFrame& target);
 
 private:
@@ -45,6 +45,7 @@ private:
         AVRational sampleAspect{0, 1};
         int interlaced = 0;
         int topFieldFirst = 0;
+        bool hasAlpha = true;
     };
 
     struct Free {
