@@ -122,7 +122,7 @@ ZRDRAW_API int tc2String(unsigned int frameCount, unsigned int typeAndFlags, cha
         timeCode.flags |= AV_TIMECODE_FLAG_DROPFRAME;
     char written[AV_TIMECODE_STR_SIZE];
     av_timecode_make_string(&timeCode, written, static_cast<int>(frames));
-    std::strcpy(text, written);
+    std::memcpy(text, written, std::strlen(written) + 1);
     return 0;
 }
 

@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <limits>
 
 namespace {
@@ -74,7 +75,7 @@ MuxParameters parametersOf(const MuxOptions& options) {
               flips(options.flipB, "--flip-b", zrMuxFlipBHorizontal, zrMuxFlipBVertical);
     p.wipeCode = wipeCodeOf(options.code);
     p.position = static_cast<unsigned>(
-        numberIn<double>(options.position, "--position", 0.0, 1.0) * scale + 0.5);
+        std::lround(numberIn<double>(options.position, "--position", 0.0, 1.0) * scale));
     if (mode == zrMuxBlocks)
         p.position = static_cast<unsigned>(options.block) << 8;
     p.param = mode == zrMuxDifference ? static_cast<unsigned>(options.gain)

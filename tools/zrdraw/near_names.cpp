@@ -50,6 +50,7 @@ std::string nearNames(std::string_view name, const std::vector<std::string>& can
                      [](const auto& a, const auto& b) { return a.first < b.first; });
     near.resize(std::min(near.size(), most));
     std::vector<std::string> names;
+    names.reserve(near.size());
     for (auto& [far, candidate] : near)
         names.push_back(candidate);
     return fmt::format("; did you mean {}?", fmt::join(names, " or "));

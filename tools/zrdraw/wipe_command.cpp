@@ -13,6 +13,7 @@
 #include <fmt/format.h>
 
 #include <charconv>
+#include <cmath>
 
 namespace {
 
@@ -32,7 +33,7 @@ double positionOf(const std::string& text) {
 }
 
 unsigned onScale(double position) {
-    return static_cast<unsigned>(position * Transition::scale + 0.5);
+    return static_cast<unsigned>(std::lround(position * Transition::scale));
 }
 
 class Run {

@@ -28,7 +28,7 @@ FramePtr makePicture(ColorAt colorAt) {
     if (av_frame_get_buffer(picture.get(), 0) < 0)
         throw std::bad_alloc();
     const auto byte = [](double value) {
-        return static_cast<std::uint8_t>(std::clamp(value, 0.0, 1.0) * 255.0 + 0.5);
+        return static_cast<std::uint8_t>(std::lround(std::clamp(value, 0.0, 1.0) * 255.0));
     };
     for (int y = 0; y < cellHeight; ++y) {
         std::uint8_t* pixel = picture->data[0] + std::ptrdiff_t{picture->linesize[0]} * y;

@@ -99,9 +99,9 @@ AudioLevels::Levels AudioLevels::takeUntil(double seconds) {
     Levels levels{};
     for (auto& [index, stream] : m_streams) {
         const double rate = stream.decoder->sample_rate;
-        const auto waiting = static_cast<double>(stream.waiting.size() / stream.channels);
-        const auto taken = static_cast<std::size_t>(
-            std::clamp(std::ceil((seconds - stream.begin) * rate), 0.0, waiting));
+        const std::size_t waiting = stream.waiting.size() / stream.channels;
+        const auto taken = static_cast<std::size_t>(std::clamp(
+            std::ceil((seconds - stream.begin) * rate), 0.0, static_cast<double>(waiting)));
         for (std::size_t i = 0; i < taken * stream.channels; ++i) {
             const std::size_t channel = stream.firstChannel + i % stream.channels;
             if (channel >= mostChannels)

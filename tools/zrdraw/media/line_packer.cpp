@@ -3,6 +3,7 @@
 #include "zrdraw/half_float.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 namespace {
@@ -88,7 +89,7 @@ std::uint16_t wordOf(std::uint16_t half) {
     const float value = zrHalfToFloat(half);
     if (!(value > 0.0F))
         return 0;
-    return static_cast<std::uint16_t>(std::min(value, 1.0F) * full16 + 0.5F);
+    return static_cast<std::uint16_t>(std::lround(std::min(value, 1.0F) * full16));
 }
 
 template <int channels>

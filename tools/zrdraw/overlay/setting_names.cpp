@@ -48,6 +48,7 @@ const SettingKey& settingKeyNamed(const std::string& name) {
     if (found != keys.end())
         return *found;
     std::vector<std::string> names;
+    names.reserve(keys.size());
     for (const SettingKey& key : keys)
         names.push_back(key.name);
     throw UsageError(fmt::format("there is no setting '{}'{} (zrdraw config list shows all)", name,
