@@ -1,6 +1,7 @@
 // The dissolve.
 #include "fx/kernel_args.h"
 #include "fx/mix.h"
+#include "fx/mix_fraction.h"
 #include "fx/pixel_groups.h"
 
 namespace {
@@ -10,11 +11,14 @@ class Mixer {
 public:
     Mixer(SampleType type, double t)
         : m_type(type), m_weights{t, 1.0 - t},
-          m_hasStep(type != SampleType::Float && isWholeStep(m_weights, m_step)) {}
+          m_hasStep(type != SampleType::Float && isWholeStep(m_weights, m_step)),
+          m_hasFraction(type == SampleType::Byte && hasFraction(m_weights, m_fraction)) {}
 
     void mix(unsigned char* to, const unsigned char* first, const unsigned char* second,
              std::size_t bytes, const MixNext& next) const {
-        if (m_type == SampleType::Byte)
+        if (m_hasFraction && !m_hasStep)
+            mixBytesByFraction(to, first, second, bytes, m_fraction, next);
+        else if (m_type == SampleType::Byte)
             mixIntegers(mixBytesByStep, mixBytes, to, first, second, bytes, next);
         else if (m_type == SampleType::Word)
             mixIntegers(mixWordsByStep, mixWords, to, first, second, bytes, next);
@@ -46,7 +50,9 @@ private:
     SampleType m_type;
     MixWeights m_weights;
     MixStep m_step = 0;
+    MixFraction m_fraction{};
     bool m_hasStep;
+    bool m_hasFraction;
 };
 
 unsigned int dissolve(const KernelArgs& args) {

@@ -5,8 +5,6 @@
 
 #include <cstring>
 
-#include "pixel/truncate.h"
-
 namespace {
 
 // Samples may stand at any address, as a pitch may be odd.
@@ -22,11 +20,6 @@ template <typename Sample>
 void putSample(Sample* samples, std::size_t index, Sample sample) {
     std::memcpy(reinterpret_cast<unsigned char*>(samples) + index * sizeof sample, &sample,
                 sizeof sample);
-}
-
-template <typename Sample>
-Sample mixOne(Sample first, Sample second, const MixWeights& w) {
-    return static_cast<Sample>(truncateToInt(first * w.t + second * w.u));
 }
 
 // Four samples as 32-bit numbers.
@@ -76,7 +69,7 @@ void mix(Sample* to, const Sample* first, const Sample* second, std::size_t coun
         store(to + i, values);
     }
     for (; i < count; ++i)
-        putSample(to, i, mixOne(sampleAt(first, i), sampleAt(second, i), weights));
+        putSample(to, i, mixSample(sampleAt(first, i), sampleAt(second, i), weights));
 }
 
 } // namespace

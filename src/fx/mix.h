@@ -4,6 +4,8 @@
 
 #include <cstddef>
 
+#include "pixel/truncate.h"
+
 struct MixWeights {
     double t; // of the first
     double u; // of the second, 1.0 - t
@@ -29,6 +31,11 @@ struct MixNext {
 };
 
 inline constexpr std::size_t cacheLineBytes = 64;
+
+template <typename Sample>
+inline Sample mixSample(Sample first, Sample second, const MixWeights& weights) {
+    return static_cast<Sample>(truncateToInt(first * weights.t + second * weights.u));
+}
 
 // The three bodies give the same bytes wherever more than one may be used.
 

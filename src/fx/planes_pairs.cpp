@@ -14,24 +14,60 @@ constexpr unsigned char packed[] = {1, 0, 3, 2};
 constexpr unsigned int quadFrameBytes = 8, quadPlaneBytes = 12;
 constexpr unsigned int pairFrameBytes = 4, pairPlaneBytes = 6;
 
-// Eight pixels of a line: 16 bytes become 24. Stores reach four bytes further.
-void expandEight(const unsigned char* from, unsigned char* to) {
-    const __m128i places = _mm_setr_epi8(1, 0, 3, 2, 0, 3, 5, 4, 7, 6, 4, 7, -1, -1, -1, -1);
-    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
-    const __m128i first = _mm_shuffle_epi8(bytes, places);
-    const __m128i second = _mm_shuffle_epi8(_mm_srli_si128(bytes, quadFrameBytes), places);
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), first);
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(to + quadPlaneBytes), second);
+constexpr unsigned int vectorBytes = 16;
+
+constexpr unsigned int expandedFrom(unsigned int planeByte) {
+    return planeByte / quadPlaneBytes * quadFrameBytes + expanded[planeByte % quadPlaneBytes];
+}
+constexpr unsigned int packedFrom(unsigned int frameByte) {
+    return frameByte / pairFrameBytes * pairPlaneBytes + packed[frameByte % pairFrameBytes];
+}
+
+// Where sixteen bytes, from byte `first` of a line on, stand in a vector that begins at byte `base`
+// of the other line. What lies outside of it becomes 0.
+struct Places {
+    alignas(vectorBytes) unsigned char at[vectorBytes];
+
+    __m128i of(__m128i bytes) const {
+        return _mm_shuffle_epi8(bytes, _mm_load_si128(reinterpret_cast<const __m128i*>(at)));
+    }
+};
+template <typename Rule>
+constexpr Places placesOf(Rule rule, unsigned int first, unsigned int base) {
+    constexpr unsigned char nowhere = 0x80;
+    Places places{};
+    for (unsigned int i = 0; i < vectorBytes; ++i) {
+        const unsigned int place = rule(first + i) - base;
+        places.at[i] = place < vectorBytes ? static_cast<unsigned char>(place) : nowhere;
+    }
+    return places;
+}
+
+__m128i load(const unsigned char* from) {
+    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+}
+void store(unsigned char* to, __m128i bytes) {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), bytes);
+}
+
+// 32 bytes become 48.
+void expandSixteen(const unsigned char* from, unsigned char* to) {
+    constexpr unsigned int half = vectorBytes / 2;
+    static constexpr Places begin = placesOf(expandedFrom, 0, 0);
+    static constexpr Places middle = placesOf(expandedFrom, vectorBytes, half);
+    static constexpr Places end = placesOf(expandedFrom, 2 * vectorBytes, vectorBytes);
+    store(to, begin.of(load(from)));
+    store(to + vectorBytes, middle.of(load(from + half)));
+    store(to + 2 * vectorBytes, end.of(load(from + vectorBytes)));
 }
 
 void expandLine(const unsigned char* from, unsigned char* to, unsigned int width) {
-    // The last four whole groups go byte by byte, because a vector would store behind them.
-    constexpr unsigned int vectorPixels = 8, reach = 16;
+    constexpr unsigned int vectorPixels = 16;
     unsigned int x = 0;
-    for (; x + reach <= width; x += vectorPixels) {
-        expandEight(from, to);
-        from += 2 * quadFrameBytes;
-        to += 2 * quadPlaneBytes;
+    for (; x + vectorPixels <= width; x += vectorPixels) {
+        expandSixteen(from, to);
+        from += 2 * vectorBytes;
+        to += 3 * vectorBytes;
     }
     for (; x < width; x += 4) {
         for (unsigned int i = 0; i < quadPlaneBytes; ++i)
@@ -41,20 +77,21 @@ void expandLine(const unsigned char* from, unsigned char* to, unsigned int width
     }
 }
 
-// Four pixels: twelve bytes become eight. Loads reach four bytes further.
-void packFour(const unsigned char* from, unsigned char* to) {
-    const __m128i places = _mm_setr_epi8(1, 0, 3, 2, 7, 6, 9, 8, -1, -1, -1, -1, -1, -1, -1, -1);
-    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(to), _mm_shuffle_epi8(bytes, places));
+// 24 bytes become 16. Bytes that stand in both vectors are the same.
+void packEight(const unsigned char* from, unsigned char* to) {
+    constexpr unsigned int half = vectorBytes / 2;
+    static constexpr Places begin = placesOf(packedFrom, 0, 0);
+    static constexpr Places end = placesOf(packedFrom, 0, half);
+    store(to, _mm_or_si128(begin.of(load(from)), end.of(load(from + half))));
 }
 
 void packLine(const unsigned char* from, unsigned char* to, unsigned int width) {
-    constexpr unsigned int vectorPixels = 4, reach = 6;
+    constexpr unsigned int vectorPixels = 8;
     unsigned int x = 0;
-    for (; x + reach <= width; x += vectorPixels) {
-        packFour(from, to);
-        from += 2 * pairPlaneBytes;
-        to += 2 * pairFrameBytes;
+    for (; x + vectorPixels <= width; x += vectorPixels) {
+        packEight(from, to);
+        from += vectorBytes + vectorBytes / 2;
+        to += vectorBytes;
     }
     for (; x < width; x += 2) {
         for (unsigned int i = 0; i < pairFrameBytes; ++i)

@@ -3,6 +3,7 @@
 
 #include "fx/frames.h"
 #include "fx/mix.h"
+#include "fx/mix_fraction.h"
 #include "fx/mix_step_avx2.h"
 #include "fx/mix_step_loops.h"
 #include "zrdraw/span.h"
@@ -47,12 +48,19 @@ void compare(const std::vector<Sample>& a, const std::vector<Sample>& b, MixStep
     }
 }
 
-TEST(Mix, BytesOfAllBodies) {
+// Every byte with every byte, and a few more.
+struct AllPairs {
     std::vector<unsigned char> a, b;
-    for (unsigned int i = 0; i < 65536 + 3; ++i) {
-        a.push_back(static_cast<unsigned char>(i));
-        b.push_back(static_cast<unsigned char>(i >> 8));
+    AllPairs() {
+        for (unsigned int i = 0; i < 65536 + 3; ++i) {
+            a.push_back(static_cast<unsigned char>(i));
+            b.push_back(static_cast<unsigned char>(i >> 8));
+        }
     }
+};
+
+TEST(Mix, BytesOfAllBodies) {
+    const auto [a, b] = AllPairs();
     std::vector<Body<unsigned char>> bodies{
         [](auto* to, auto* first, auto* second, std::size_t count, MixStep step) {
             mixBytes(to, first, second, count, weightsOf(step));
@@ -99,6 +107,35 @@ TEST(Mix, WordsOfAllBodies) {
                 mixWordsByStepAvx2(to, first, second, count, step, nextOf(to, first, second));
             });
     compare<unsigned short>(a, b, 37, bodies);
+}
+
+TEST(Mix, BytesByFractions) {
+    if (zrdraw_avx2_available() == 0)
+        GTEST_SKIP() << "needs AVX2";
+    const auto [a, b] = AllPairs();
+    std::vector<double> weights{1.0 / 65536, 65535.0 / 65536, 1.0000001 / 65536, 0.5 - 1e-16,
+                                0.5 + 1e-15, 1.0 / 257,       256.0 / 257,       77.0 / 65537,
+                                1.0 / 3e9,   1.0 - 1e-12,     0.2 + 1e-12};
+    for (const double scale : {2, 3, 7, 10, 25, 30, 50, 60, 100, 255, 256, 1000})
+        for (double position = 1; position < scale; position += 1 + static_cast<int>(scale / 40))
+            weights.push_back(position / scale);
+    std::size_t used = 0;
+    std::vector<unsigned char> expected(a.size()), out(a.size());
+    for (const double t : weights) {
+        MixFraction fraction;
+        if (!hasFraction({t, 1.0 - t}, fraction))
+            continue;
+        ++used;
+        mixBytes(expected.data(), a.data(), b.data(), a.size(), {t, 1.0 - t});
+        mixBytesByFraction(out.data(), a.data(), b.data(), a.size(), fraction,
+                           nextOf(out.data(), a.data(), b.data()));
+        ASSERT_EQ(out, expected) << t;
+    }
+    EXPECT_EQ(used, weights.size() - 2) << "the two that are nearest to 0 and 1 are too near";
+    for (const double t : {0.0, 1.0, -0.5, 1.5, 0.0 / 0.0, 1.0 / 0.0}) {
+        MixFraction fraction;
+        EXPECT_FALSE(hasFraction({t, 1.0 - t}, fraction)) << t;
+    }
 }
 
 TEST(Mix, OnlyWholeStepsOfTheRangeAreSteps) {
