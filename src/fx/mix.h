@@ -37,7 +37,7 @@ inline Sample mixSample(Sample first, Sample second, const MixWeights& weights) 
     return static_cast<Sample>(truncateToInt(first * weights.t + second * weights.u));
 }
 
-// The three bodies give the same bytes wherever more than one may be used.
+// These bodies give the same bytes wherever more than one may be used.
 
 // Any weights. Values that no integer holds are the processor's "integer indefinite".
 void mixBytes(unsigned char* to, const unsigned char* first, const unsigned char* second,

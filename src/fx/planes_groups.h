@@ -29,8 +29,7 @@ alignas(16) constexpr char planePlaces[] = {y0,  cb0, cr0, y1,  cb0, cr0, y2,  c
 alignas(16) constexpr char lastChromaPlaces[] = {cb4, cr4, -1, -1, -1, -1, -1, -1,
                                                  -1,  -1,  -1, -1, -1, -1, -1, -1};
 // The chroma of the odd pixels is dropped.
-alignas(16) constexpr char wordPlaces[] = {1, 0, 2,  -1, 3,  7,  6,  -1,
-                                           8, 9, 13, -1, 12, 14, 15, -1};
+alignas(16) constexpr char wordPlaces[] = {1, 0, 2, -1, 3, 7, 6, -1, 8, 9, 13, -1, 12, 14, 15, -1};
 
 using Words4 = unsigned int __attribute__((vector_size(16)));
 using Words8 = unsigned int __attribute__((vector_size(32)));

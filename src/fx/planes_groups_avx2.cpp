@@ -44,9 +44,9 @@ TARGET_AVX2 unsigned int packTwoByTwo(const unsigned char* from, unsigned char* 
     const __m256i places = inBoth(wordPlaces);
     unsigned int done = 0;
     for (; done + 2 <= count; done += 2, from += pixelsBytes, to += wordsBytes) {
-        const __m256i pixels = _mm256_loadu2_m128i(
-            reinterpret_cast<const __m128i*>(from + groupPlaneBytes),
-            reinterpret_cast<const __m128i*>(from));
+        const __m256i pixels =
+            _mm256_loadu2_m128i(reinterpret_cast<const __m128i*>(from + groupPlaneBytes),
+                                reinterpret_cast<const __m128i*>(from));
         const __m256i samples = _mm256_shuffle_epi8(pixels, places);
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(to),
                             reinterpret_cast<__m256i>(wordsOf(reinterpret_cast<Words8>(samples))));
