@@ -12,11 +12,12 @@ public:
     Mixer(SampleType type, double t)
         : m_type(type), m_weights{t, 1.0 - t},
           m_hasStep(type != SampleType::Float && isWholeStep(m_weights, m_step)),
-          m_hasFraction(type == SampleType::Byte && hasFraction(m_weights, m_fraction)) {}
+          m_hasFraction(type == SampleType::Byte && !m_hasStep &&
+                        hasFraction(m_weights, m_fraction)) {}
 
     void mix(unsigned char* to, const unsigned char* first, const unsigned char* second,
              std::size_t bytes, const MixNext& next) const {
-        if (m_hasFraction && !m_hasStep)
+        if (m_hasFraction)
             mixBytesByFraction(to, first, second, bytes, m_fraction, next);
         else if (m_type == SampleType::Byte)
             mixIntegers(mixBytesByStep, mixBytes, to, first, second, bytes, next);

@@ -1,5 +1,5 @@
 // v210: words of three 10-bit samples, of which the top eight bits are kept.
-#include "fx/planes_groups.h"
+#include "fx/v210_group.h"
 
 #include <immintrin.h>
 

@@ -3,7 +3,7 @@
 #include <immintrin.h>
 
 #include "fx/planes.h"
-#include "fx/planes_groups.h"
+#include "fx/v210_group.h"
 
 #define TARGET_AVX2 __attribute__((target("avx2")))
 
