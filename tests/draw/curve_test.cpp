@@ -2,38 +2,27 @@
 #include <gtest/gtest.h>
 
 #include <utility>
-#include <vector>
 
 #include "support/recorder.h"
 #include "support/test_canvas.h"
 #include "zrdraw/font.h"
 
-using Pixels = std::vector<std::pair<int, int>>;
-
 TEST(Circle, SmallRadii) {
     const char* const arts[] = {
-        "...........\n...........\n...........\n...........\n...........\n.....#.....\n"
-        "...........\n...........\n...........\n...........\n...........\n",
-        "...........\n...........\n...........\n...........\n....###....\n....#.#....\n"
-        "....###....\n...........\n...........\n...........\n...........\n",
-        "...........\n...........\n...........\n....###....\n...#...#...\n...#...#...\n"
-        "...#...#...\n....###....\n...........\n...........\n...........\n",
-        "...........\n...........\n....###....\n...#...#...\n..#.....#..\n..#.....#..\n"
-        "..#.....#..\n...#...#...\n....###....\n...........\n...........\n",
-        "...........\n...#####...\n..#.....#..\n.#.......#.\n.#.......#.\n.#.......#.\n"
-        ".#.......#.\n.#.......#.\n..#.....#..\n...#####...\n...........\n",
-        "...#####...\n..#.....#..\n.#.......#.\n#.........#\n#.........#\n#.........#\n"
-        "#.........#\n#.........#\n.#.......#.\n..#.....#..\n...#####...\n",
+        ".......\n.......\n.......\n...#...\n.......\n.......\n.......\n",
+        ".......\n.......\n..###..\n..#.#..\n..###..\n.......\n.......\n",
+        ".......\n..###..\n.#...#.\n.#...#.\n.#...#.\n..###..\n.......\n",
+        "..###..\n.#...#.\n#.....#\n#.....#\n#.....#\n.#...#.\n..###..\n",
     };
-    for (int radius = 0; radius <= 5; ++radius) {
-        TestCanvas canvas(1, 11, 11);
-        EXPECT_EQ(canvas->Circle(5, 5, radius), 0);
+    for (int radius = 0; radius <= 3; ++radius) {
+        TestCanvas canvas(1, 7, 7);
+        EXPECT_EQ(canvas->Circle(3, 3, radius), 0);
         EXPECT_EQ(canvas.art(), arts[radius]) << "radius " << radius;
     }
-    TestCanvas canvas(1, 11, 11);
-    EXPECT_EQ(canvas->Circle(5, 5, -1), -1);
-    EXPECT_EQ(canvas->Circle(50, 5, 0), -1) << "what PutPixel answered";
-    EXPECT_EQ(canvas->Circle(50, 5, 3), 0);
+    TestCanvas canvas(1, 7, 7);
+    EXPECT_EQ(canvas->Circle(3, 3, -1), -1);
+    EXPECT_EQ(canvas->Circle(50, 3, 0), -1) << "what PutPixel answered";
+    EXPECT_EQ(canvas->Circle(50, 3, 3), 0);
     EXPECT_EQ(canvas.art().find('#'), std::string::npos);
 }
 
@@ -57,47 +46,18 @@ TEST(FillCircle, RowsOverAnEdgeAreLostWhole) {
 }
 
 TEST(AngleArc, RunsCounterClockwiseInWholeDegrees) {
-    struct Case {
-        float start, end;
-        const char* art;
-    };
-    const char* const quarter = "....###..\n......##.\n.......#.\n.......#.\n........#\n";
-    const char* const lower = "\n.........\n.........\n.........\n.........\n";
-    const Case cases[] = {
-        {0.0F, 90.9F, quarter},
-        {360.0F, 450.0F, quarter},
-        {720.0F, 90.0F, quarter},
-        {0.99F, 90.0F, quarter},
-    };
-    for (const Case& c : cases) {
-        TestCanvas canvas(1, 9, 9);
-        EXPECT_EQ(canvas->AngleArc(4, 4, 4, c.start, c.end), 0);
-        EXPECT_EQ(canvas.art(), std::string(c.art) + (lower + 1)) << c.start << " to " << c.end;
+    for (const auto& [start, end] : {std::pair{0.0F, 90.9F}, {360, 450}, {720, 90}, {0.99F, 90}}) {
+        TestCanvas canvas(1, 9, 5);
+        EXPECT_EQ(canvas->AngleArc(4, 4, 4, start, end), 0);
+        EXPECT_EQ(canvas.art(), "....###..\n......##.\n.......#.\n.......#.\n........#\n")
+            << start << " to " << end;
         EXPECT_EQ(canvas->currentX, 0);
     }
-    TestCanvas canvas(1, 9, 9);
-    EXPECT_EQ(canvas->AngleArcTo(4, 4, 4, 2, 0.0F, 90.0F), 0);
-    EXPECT_EQ(canvas->currentX, 4);
-    EXPECT_EQ(canvas->currentY, 2);
-    EXPECT_EQ(canvas->Ellipse(4, 4, 3, 2), 0);
-    EXPECT_EQ(canvas->currentX, 7) << "the point of 360 degrees";
-    EXPECT_EQ(canvas->currentY, 4);
-}
-
-TEST(Ellipse, IsClosed) {
-    TestCanvas canvas(1, 17, 11);
-    canvas->Ellipse(8, 5, 7, 4);
-    EXPECT_EQ(canvas.art(), ".................\n"
-                            "...##########....\n"
-                            ".###........###..\n"
-                            ".#............#..\n"
-                            ".#............#..\n"
-                            ".#............##.\n"
-                            ".#............#..\n"
-                            ".###........###..\n"
-                            "...##########....\n"
-                            ".................\n"
-                            ".................\n");
+    Recorder draw;
+    EXPECT_EQ(draw.AngleArcTo(4, 4, 4, 2, 0.0F, 90.0F), 0);
+    EXPECT_EQ(std::pair(draw.currentX, draw.currentY), std::pair(4, 2));
+    EXPECT_EQ(draw.Ellipse(4, 4, 3, 2), 0);
+    EXPECT_EQ(std::pair(draw.currentX, draw.currentY), std::pair(7, 4)) << "that of 360 degrees";
 }
 
 TEST(Arc, AnglesOfItsPoints) {
@@ -139,18 +99,9 @@ TEST(Arc, ArcToAndPieExchangeTheStartPoint) {
     EXPECT_EQ(arcTo->currentX, 0);
     EXPECT_EQ(arcTo->currentY, 8);
     EXPECT_EQ(pie->Pie(0, 0, 16, 16, 8, 16, 0, 8), 0);
-    EXPECT_EQ(pie.art(), "....########.....\n"
-                         "..###......###...\n"
-                         ".##..........##..\n"
-                         ".#............#..\n"
-                         "##............##.\n"
-                         "#..............#.\n"
-                         "#..............#.\n"
-                         "####...........#.\n"
-                         "....#############\n"
-                         ".................\n.................\n.................\n"
-                         ".................\n.................\n.................\n"
-                         ".................\n.................\n");
+    arc->Line(8, 8, 16, 8);
+    arc->Line(8, 8, 0, 7);
+    EXPECT_EQ(pie.art(), arc.art());
 }
 
 TEST(Arc, APieAfterARefusedArcHasTheRadiiOfTheOneBefore) {
@@ -162,26 +113,13 @@ TEST(Arc, APieAfterARefusedArcHasTheRadiiOfTheOneBefore) {
     EXPECT_EQ(draw.pixels.back(), (std::pair{20, 10}));
 }
 
-TEST(Bezier, FlatCurvesAreOneLineAndOthersSplit) {
-    TestCanvas flat(1, 17, 11), line(1, 17, 11), curve(1, 17, 11);
+TEST(Bezier, FlatCurvesAreOneLine) {
+    TestCanvas flat(1, 17, 11), line(1, 17, 11);
     EXPECT_EQ(flat->Bezier(0, 0, 5, 3, 10, 6, 16, 10), 0);
     line->Line(0, 0, 16, 10);
     EXPECT_EQ(flat.art(), line.art());
     EXPECT_EQ(flat->currentX + flat->currentY, 0) << "the position is the start of the piece";
-
-    EXPECT_EQ(curve->Bezier(0, 10, 0, -4, 16, -4, 16, 10), 0);
-    EXPECT_EQ(curve.art(), ".....######......\n"
-                           "...##......##....\n"
-                           "..#..........#...\n"
-                           "..#...........#..\n"
-                           "..#...........#..\n"
-                           ".#.............#.\n"
-                           ".#.............#.\n"
-                           ".#.............#.\n"
-                           ".#..............#\n"
-                           "#...............#\n"
-                           "#...............#\n");
-    EXPECT_EQ(curve->Bezier(3, 3, 9, 9, 0, 0, 3, 3), -1) << "ends that coincide";
+    EXPECT_EQ(flat->Bezier(3, 3, 9, 9, 0, 0, 3, 3), -1) << "ends that coincide";
 }
 
 TEST(Bezier, Chains) {

@@ -6,6 +6,19 @@
 #include "support/recorder.h"
 #include "support/test_canvas.h"
 
+namespace {
+
+using Pixels = std::vector<std::pair<int, int>>;
+
+Pixels pixelsOf(int x0, int y0, int x1, int y1, bool antiAlias) {
+    Recorder draw;
+    draw.antiAlias = antiAlias;
+    draw.Line(x0, y0, x1, y1);
+    return draw.pixels;
+}
+
+} // namespace
+
 TEST(Line, Shapes) {
     struct Case {
         const char* name;
@@ -14,59 +27,22 @@ TEST(Line, Shapes) {
     };
     const Case cases[] = {
         {"gentle", 0, 0, 10, 4,
-         "##.........\n"
-         "..##.......\n"
-         "....###....\n"
-         ".......##..\n"
-         ".........##\n"},
+         "##.........\n..##.......\n....###....\n.......##..\n.........##\n"},
         {"gentle leftwards", 10, 0, 0, 4,
-         ".........##\n"
-         ".......##..\n"
-         "....###....\n"
-         "..##.......\n"
-         "##.........\n"},
-        {"steep", 1, 0, 3, 4,
-         ".#.........\n"
-         "..#........\n"
-         "..#........\n"
-         "...#.......\n"
-         "...#.......\n"},
+         ".........##\n.......##..\n....###....\n..##.......\n##.........\n"},
+        {"steep", 1, 0, 3, 4, ".#.........\n..#........\n..#........\n...#.......\n...#.......\n"},
         {"steep leftwards", 3, 0, 1, 4,
-         "...#.......\n"
-         "...#.......\n"
-         "..#........\n"
-         "..#........\n"
-         ".#.........\n"},
+         "...#.......\n...#.......\n..#........\n..#........\n.#.........\n"},
         {"diagonal", 4, 0, 0, 4,
-         "....#......\n"
-         "...#.......\n"
-         "..#........\n"
-         ".#.........\n"
-         "#..........\n"},
+         "....#......\n...#.......\n..#........\n.#.........\n#..........\n"},
         {"one point", 5, 2, 5, 2,
-         "...........\n"
-         "...........\n"
-         ".....#.....\n"
-         "...........\n"
-         "...........\n"},
+         "...........\n...........\n.....#.....\n...........\n...........\n"},
         {"vertical", 2, 4, 2, 1,
-         "...........\n"
-         "..#........\n"
-         "..#........\n"
-         "..#........\n"
-         "..#........\n"},
+         "...........\n..#........\n..#........\n..#........\n..#........\n"},
         {"one end off the canvas", -3, 2, 2, 2,
-         "...........\n"
-         "...........\n"
-         "###........\n"
-         "...........\n"
-         "...........\n"},
+         "...........\n...........\n###........\n...........\n...........\n"},
         {"onto the pulled-back edge", 8, 5, 11, 5,
-         "...........\n"
-         "...........\n"
-         "...........\n"
-         "...........\n"
-         "........###\n"},
+         "...........\n...........\n...........\n...........\n........###\n"},
     };
     for (const Case& c : cases) {
         for (const bool swapped : {false, true}) {
@@ -81,25 +57,17 @@ TEST(Line, Shapes) {
 }
 
 TEST(Line, EveryPixelOnceFromTheUpperEnd) {
-    Recorder draw;
-    draw.Line(4, 3, 0, 0);
-    EXPECT_EQ(draw.pixels,
-              (std::vector<std::pair<int, int>>{{0, 0}, {1, 1}, {2, 2}, {3, 2}, {4, 3}}));
-    draw.pixels.clear();
-    draw.Line(3, 1, 1, 1);
-    EXPECT_EQ(draw.pixels, (std::vector<std::pair<int, int>>{{3, 1}, {2, 1}, {1, 1}}))
+    EXPECT_EQ(pixelsOf(4, 3, 0, 0, false), (Pixels{{0, 0}, {1, 1}, {2, 2}, {3, 2}, {4, 3}}));
+    EXPECT_EQ(pixelsOf(3, 1, 1, 1, false), (Pixels{{3, 1}, {2, 1}, {1, 1}}))
         << "a horizontal line keeps its direction";
-    draw.pixels.clear();
-    draw.Line(2147483647, 0, 2147483646, 0);
-    EXPECT_EQ(draw.pixels.size(), 2U) << "ends at the limit of the coordinates";
+    EXPECT_EQ(pixelsOf(2147483647, 0, 2147483646, 0, false).size(), 2U)
+        << "ends at the limit of the coordinates";
 }
 
 TEST(Line, ExtremeSlopesDoNotTrap) {
-    Recorder draw;
     // The vertical distance wraps to -32768, and its quotient by -1 overflows 32 bits.
-    draw.Line(0, -2147483647, 1, -2147483647);
-    draw.Line(1, -2147450880 - 32768, 0, 2147450880);
-    EXPECT_FALSE(draw.pixels.empty());
+    EXPECT_FALSE(pixelsOf(0, -2147483647, 1, -2147483647, false).empty());
+    EXPECT_FALSE(pixelsOf(1, -2147450880 - 32768, 0, 2147450880, false).empty());
 }
 
 TEST(Line, ThePositionMovesWithThePointOperations) {
@@ -150,26 +118,10 @@ TEST(WeightedLine, OnlyBetweenTheAxesAndTheDiagonals) {
 }
 
 TEST(WeightedLine, PairsOfPixelsAndTheirColours) {
-    struct Case {
-        const char* name;
-        int x0, y0, x1, y1;
-        std::vector<std::pair<int, int>> pixels;
-    };
-    const Case cases[] = {
-        {"gentle", 0, 0, 4, 2, {{0, 0}, {4, 2}, {1, 0}, {1, 1}, {2, 1}, {2, 2}, {3, 1}, {3, 2}}},
-        {"steep, leftwards",
-         2,
-         4,
-         4,
-         0,
-         {{4, 0}, {2, 4}, {4, 1}, {3, 1}, {3, 2}, {2, 2}, {3, 3}, {2, 3}}},
-    };
-    for (const Case& c : cases) {
-        Recorder draw;
-        draw.antiAlias = true;
-        draw.Line(c.x0, c.y0, c.x1, c.y1);
-        EXPECT_EQ(draw.pixels, c.pixels) << c.name;
-    }
+    EXPECT_EQ(pixelsOf(0, 0, 4, 2, true),
+              (Pixels{{0, 0}, {4, 2}, {1, 0}, {1, 1}, {2, 1}, {2, 2}, {3, 1}, {3, 2}}));
+    EXPECT_EQ(pixelsOf(2, 4, 4, 0, true),
+              (Pixels{{4, 0}, {2, 4}, {4, 1}, {3, 1}, {3, 2}, {2, 2}, {3, 3}, {2, 3}}));
     // White is divided by 255 at once and once more in each mix, so mixes of it are black.
     unsigned int memory[25] = {};
     for (unsigned int& word : memory)

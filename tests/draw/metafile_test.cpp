@@ -5,6 +5,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <string>
+#include <utility>
 
 #include "support/temp_file.h"
 #include "zrdraw/formats.h"
@@ -31,7 +32,6 @@ TEST(Metafile, WithoutAPlaceableHeader) {
     EXPECT_EQ(std::memcmp(draw.meta, "0123456789abcdefgh", 18), 0);
     const int file = draw.metaFile;
     EXPECT_TRUE(isOpen(file));
-    EXPECT_EQ(draw.EMFDraw(0, 0, 9, 9, true), 0);
     int width = 7, height = 7;
     EXPECT_EQ(draw.EMFGetSize(width, height), -1) << "no buffer for a placeable header";
     EXPECT_EQ(width, 7);
@@ -67,8 +67,7 @@ TEST(Metafile, PlaceableHeader) {
     EXPECT_EQ(std::memcmp(owner.draw.meta, "0123456789abcdefgh", 18), 0);
     int width = 0, height = 0;
     EXPECT_EQ(owner.draw.EMFGetSize(width, height), 0);
-    EXPECT_EQ(width, 640);
-    EXPECT_EQ(height, -480);
+    EXPECT_EQ(std::pair(width, height), std::pair(640, -480));
     header[20] = 1;
     EXPECT_EQ(owner.draw.EMFOpen(TempFile(header + "0123456789abcdefgh").path()), -1)
         << "a wrong checksum";

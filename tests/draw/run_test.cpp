@@ -46,14 +46,6 @@ TEST(LineVert, CoversBothEndsOrRefusesWhole) {
     }
 }
 
-TEST(Runs, NoCanvasRefuses) {
-    ZRDraw* draw = nullptr;
-    GetDraw(1, 4, 4, 0, nullptr, draw);
-    EXPECT_EQ(draw->LineHoriz(0, 0, 1), -1);
-    EXPECT_EQ(draw->LineVert(0, 0, 1), -1);
-    ReleaseDraw(draw);
-}
-
 TEST(LineHoriz, ThirtyTwoBitRunsAreOneOpaqueFill) {
     for (unsigned int code = 1; code <= 4; ++code) {
         InjectionGuard guard;

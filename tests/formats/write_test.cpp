@@ -13,6 +13,16 @@ void switchEverythingOn(GuardedCanvas& canvas) {
     canvas->SetAlphaAdditive(true);
 }
 
+// Beyond the edges, one past which is pulled back.
+void expectRefusals(GuardedCanvas& canvas) {
+    const int right = static_cast<int>(canvas->width) + 1;
+    const int below = static_cast<int>(canvas->height) + 1;
+    for (const auto& [x, y] : {std::pair{right, 0}, {0, below}, {-1, 0}, {0, -1}}) {
+        EXPECT_EQ(canvas->PutPixel(x, y, true), -1);
+        EXPECT_TRUE(canvas.wroteNothing());
+    }
+}
+
 // Where a pixel asked for on a canvas of 3 x 2 lands; a column of -1 for a refusal.
 struct Target {
     int x, y, column, line;
@@ -33,6 +43,16 @@ void setHalfBytes(ZRDraw& draw) {
     draw.backColor = 0x00FF0001U;
 }
 
+// Of which the low 16 bits are stored.
+template <typename Format>
+void setMembers(ZRDraw& base) {
+    auto& draw = dynamic_cast<Format&>(base);
+    draw.foreR = 0x11221, draw.foreG = 0x12233, draw.foreB = 0x3344;
+    draw.backR = 0x5566, draw.backG = 0x6677, draw.backB = 0xFFFF7788;
+    if constexpr (requires { draw.foreA; })
+        draw.foreA = 0x199AA, draw.backA = 0xBBCC;
+}
+
 void leave(ZRDraw&) {}
 
 } // namespace
@@ -49,6 +69,11 @@ TEST(FormatWrite, WholePixels) {
         {make<CDrawRGB48>, 31, leave, 6, "FF 00 FF 00 FF 00", "00 00 00 00 00 00"},
         {make<CDrawARGB64>, 32, leave, 8, "FF 00 FF 00 FF 00 FF 00", "00 00 00 00 00 00 00 00"},
         {make<CDrawRGBHalf48>, 37, leave, 6, "FF 00 FF 00 FF 00", "00 00 00 00 00 00"},
+        {make<CDrawRGB48>, 31, setMembers<CDrawRGB48>, 6, "21 12 33 22 44 33", "66 55 77 66 88 77"},
+        {make<CDrawARGB64>, 32, setMembers<CDrawARGB64>, 8, "AA 99 21 12 33 22 44 33",
+         "CC BB 66 55 77 66 88 77"},
+        {make<CDrawRGBHalf48>, 37, setMembers<CDrawRGBHalf48>, 6, "21 12 33 22 44 33",
+         "66 55 77 66 88 77"},
         {make<CDrawRGBAHalf>, 38, leave, 8, "00 3C 00 3C 00 3C 00 3C", "00 00 00 00 00 00 00 00"},
         // 64/255, 128/255, 1/255 and 1 as halves.
         {make<CDrawRGBAHalf>, 38, setHalfBytes, 8, "04 34 04 38 04 1C 00 3C",
@@ -84,31 +109,6 @@ TEST(FormatWrite, WholePixels) {
             }
         }
     }
-}
-
-TEST(FormatWrite, WordLayoutsStoreTheirMembersLow16Bits) {
-    GuardedCanvas rgb(make<CDrawRGB48>, 31, 1, 1, 6), argb(make<CDrawARGB64>, 32, 1, 1, 8),
-        half(make<CDrawRGBHalf48>, 37, 1, 1, 6);
-    const auto setMembers = [](auto& draw) {
-        draw.foreR = 0x11221, draw.foreG = 0x12233, draw.foreB = 0x3344;
-        draw.backR = 0x5566, draw.backG = 0x6677, draw.backB = 0xFFFF7788;
-    };
-    setMembers(rgb.as<CDrawRGB48>());
-    setMembers(argb.as<CDrawARGB64>());
-    setMembers(half.as<CDrawRGBHalf48>());
-    argb.as<CDrawARGB64>().foreA = 0x199AA;
-    argb.as<CDrawARGB64>().backA = 0xBBCC;
-
-    for (GuardedCanvas* canvas : {&rgb, &half}) {
-        (*canvas)->PutPixel(0, 0, true);
-        EXPECT_TRUE(canvas->wrote(0, "21 12 33 22 44 33"));
-        (*canvas)->PutPixel(0, 0, false);
-        EXPECT_TRUE(canvas->wrote(0, "66 55 77 66 88 77"));
-    }
-    argb->PutPixel(0, 0, true);
-    EXPECT_TRUE(argb.wrote(0, "AA 99 21 12 33 22 44 33"));
-    argb->PutPixel(0, 0, false);
-    EXPECT_TRUE(argb.wrote(0, "CC BB 66 55 77 66 88 77"));
 }
 
 TEST(FormatWrite, PairsOf422) {
@@ -148,10 +148,7 @@ TEST(FormatWrite, PairsOf422) {
                         << p.x << "," << p.y;
                 }
             }
-            for (const auto& [x, y] : {std::pair{6, 0}, {0, 3}, {-1, 0}, {0, -1}}) {
-                EXPECT_EQ(canvas->PutPixel(x, y, true), -1);
-                EXPECT_TRUE(canvas.wroteNothing());
-            }
+            expectRefusals(canvas);
         }
     }
 }
@@ -195,10 +192,7 @@ TEST(FormatWrite, GroupsOfV210) {
             canvas->PutPixel(3, 2, selector);
             EXPECT_TRUE(canvas.wrote(128, bytesOf(set[3], fill)));
         }
-        for (const auto& [x, line] : {std::pair{12, 0}, {0, 3}, {-1, 0}, {0, -1}}) {
-            EXPECT_EQ(canvas->PutPixel(x, line, true), -1);
-            EXPECT_TRUE(canvas.wroteNothing());
-        }
+        expectRefusals(canvas);
     }
 }
 
@@ -252,10 +246,7 @@ TEST(FormatWrite, BayerMosaics) {
                         }
                     }
                 }
-                for (const auto& [x, y] : {std::pair{5, 0}, {0, 5}, {-1, 0}, {0, -1}}) {
-                    EXPECT_EQ(canvas->PutPixel(x, y, true), -1);
-                    EXPECT_TRUE(canvas.wroteNothing());
-                }
+                expectRefusals(canvas);
             }
         }
     }

@@ -105,6 +105,18 @@ protected:
     }
     ~FrontEnds() override { zrOSSetThreadPriority(zrOSGetCurrentThread(), 0); }
 
+    // Runs what would be a thread in the caller's.
+    void recordThreads() {
+        injection().createThread = [this](void*, unsigned long, zrOSThreadRoutine* routine,
+                                          void* argument, unsigned int, unsigned int*,
+                                          const char*) -> void* {
+            m_records.push_back(*static_cast<zrfxFXArgs*>(argument));
+            EXPECT_EQ(priority(), 15);
+            routine(argument);
+            return nullptr;
+        };
+    }
+
     static int priority() { return zrOSGetThreadPriority(zrOSGetCurrentThread()); }
 
     // The planes by the rules, in memory of the same content.
@@ -153,6 +165,7 @@ protected:
     const InjectionGuard m_guard;
     std::vector<Byte> m_scratch;
     std::vector<unsigned int> m_asked;
+    std::vector<zrfxFXArgs> m_records;
     std::vector<void*> m_freed;
     std::vector<std::string> m_log;
 };
@@ -174,40 +187,17 @@ TEST_F(FrontEnds, DrawThroughPlanesOfThreeBytes) {
     EXPECT_EQ(priority(), before);
 }
 
-TEST_F(FrontEnds, KeepWholePairsAndTheUpperBitsOfBlocks) {
-    constexpr unsigned int width = 48, height = 3, pairPitch = width * 2, blockPitch = 128;
-    Random random(seed);
-    Frame a(blockPitch * height, random), b(blockPitch * height, random), dst(blockPitch * height);
-    zrfxFXArgs args{a.data(),  pairPitch, b.data(), pairPitch, dst.data(),
-                    pairPitch, 0,         33,       width,     height};
-    args.rangeEnd = 65536;
-    callWith(ZRDraw_DisplayWipeYCbCr, args);
-    EXPECT_EQ(std::memcmp(dst.data(), a.data(), pairPitch * height), 0);
-    args.pitchA = args.pitchB = args.pitchDst = 0;
-    args.position = 65536;
-    callWith(ZRDraw_DisplayWipeV210, args);
-    for (unsigned int at = 0; at < blockPitch * height; at += 4)
-        ASSERT_EQ(word(dst.data() + at), word(b.data() + at) & 0x3FCFF3FC) << at;
-}
-
 TEST_F(FrontEnds, HandOnTheirArgumentsWithAlignedPlanes) {
-    std::vector<zrfxFXArgs> records;
-    injection().createThread = [&](void*, unsigned long, zrOSThreadRoutine* routine, void* argument,
-                                   unsigned int, unsigned int*, const char*) -> void* {
-        records.push_back(*static_cast<zrfxFXArgs*>(argument));
-        EXPECT_EQ(priority(), 15);
-        routine(argument);
-        return nullptr;
-    };
+    recordThreads();
     for (const FrontEnd* end : {&ycbcr, &v210}) {
-        records.clear();
+        m_records.clear();
         m_asked.clear();
         m_freed.clear();
         Frame a(1024), b(1024), dst(1024);
         const zrfxFXArgs args{a.data(), 128, b.data(), 128, dst.data(), 128, 0x80000001, 14, 20,
                               7,        21,  22,       23,  24,         25,  3,          19, 5};
         EXPECT_EQ(callWith(end->function, args), 0U);
-        ASSERT_EQ(records.size(), 4U);
+        ASSERT_EQ(m_records.size(), 4U);
         zrfxFXArgs expected = args;
         expected.srcA = reinterpret_cast<Byte*>(
             roundedUp(reinterpret_cast<std::uintptr_t>(m_scratch.data() + 16)));
@@ -215,7 +205,7 @@ TEST_F(FrontEnds, HandOnTheirArgumentsWithAlignedPlanes) {
         expected.dst = expected.srcB + 512;
         expected.pitchA = expected.pitchB = expected.pitchDst = 60;
         expected.pixelType = 33;
-        EXPECT_EQ(std::memcmp(&records[0], &expected, offsetof(zrfxFXArgs, xStart)), 0)
+        EXPECT_EQ(std::memcmp(&m_records[0], &expected, offsetof(zrfxFXArgs, xStart)), 0)
             << end->name;
         EXPECT_EQ(m_asked, std::vector<unsigned int>{9 * 20 * 7 + 3072});
         EXPECT_EQ(m_freed, std::vector<void*>{m_scratch.data() + 16});
@@ -224,21 +214,15 @@ TEST_F(FrontEnds, HandOnTheirArgumentsWithAlignedPlanes) {
 }
 
 TEST_F(FrontEnds, WithoutWidthOrHeightStillCall) {
-    int started = 0;
-    injection().createThread = [&](void*, unsigned long, zrOSThreadRoutine* routine, void* argument,
-                                   unsigned int, unsigned int*, const char*) -> void* {
-        ++started;
-        routine(argument);
-        return nullptr;
-    };
+    recordThreads();
     for (const FrontEnd* end : {&ycbcr, &v210})
         for (const auto& [width, height] : {std::pair{0U, 4U}, {8U, 0U}, {0U, 0U}}) {
             Frame a(256), b(256), dst(256, 9);
             zrfxFXArgs args{a.data(), 16, b.data(), 16, dst.data(), 16, 1, 1, width, height};
             args.rangeEnd = 16;
-            started = 0;
+            m_records.clear();
             EXPECT_EQ(callWith(end->function, args), 0U);
-            EXPECT_EQ(started, 4) << end->name;
+            EXPECT_EQ(m_records.size(), 4U) << end->name;
             EXPECT_EQ(dst, Frame(256, 9)) << end->name;
             EXPECT_EQ(m_asked.back(), 3072U);
         }
@@ -248,7 +232,6 @@ class FrontEndFailures : public FrontEnds {
 protected:
     unsigned int call(const FrontEnd& end, unsigned int width = 8, unsigned int height = 2) {
         m_log.clear();
-        m_freed.clear();
         zrfxFXArgs args{m_a.data(), 128, m_a.data(), 128, m_dst.data(), 128, 1, 1, width, height};
         args.rangeEnd = 16;
         const unsigned int result = callWith(end.function, args);

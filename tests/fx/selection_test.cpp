@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <set>
-#include <string>
 #include <vector>
 
 #include "fx/frames.h"
@@ -10,49 +8,34 @@ namespace {
 
 struct Codes {
     zrfxKernel* kernel;
-    std::vector<std::pair<unsigned int, unsigned int>> ranges;
+    std::vector<unsigned int> ends; // the first and the last code of each range
 };
 
 const std::vector<Codes> table = {
     {zrfxSMPTE_Horizontal,
-     {{1, 1},
-      {102, 114},
-      {119, 125},
-      {127, 131},
-      {201, 207},
-      {211, 214},
-      {221, 228},
-      {231, 236},
-      {241, 246},
-      {251, 254},
-      {261, 264},
-      {301, 306},
-      {310, 317},
-      {320, 329},
-      {340, 345},
-      {350, 353},
-      {409, 409}}},
-    {zrfxSMPTE_Vertical, {{2, 2}}},
-    {zrfxSMPTE_TopLeft, {{3, 3}}},
-    {zrfxSMPTE_TopRight, {{4, 4}}},
-    {zrfxSMPTE_BottomRight, {{5, 5}}},
-    {zrfxSMPTE_BottomLeft, {{6, 6}}},
-    {zrfxSMPTE_FourCorners, {{7, 7}}},
-    {zrfxSMPTE_FourSquare, {{8, 8}}},
-    {zrfxSMPTE_BarnDoorVertical, {{21, 21}}},
-    {zrfxSMPTE_BarnDoorHorizontal, {{22, 22}}},
-    {zrfxSMPTE_TopCenter, {{23, 23}}},
-    {zrfxSMPTE_RightCenter, {{24, 24}}},
-    {zrfxSMPTE_BottomCenter, {{25, 25}}},
-    {zrfxSMPTE_LeftCenter, {{26, 26}}},
-    {zrfxSMPTE_Rectangle, {{41, 48}, {61, 68}, {71, 74}, {101, 101}}},
-    {zrfxSLIDE_Basic, {{500, 515}}},
+     {1,   1,   102, 114, 119, 125, 127, 131, 201, 207, 211, 214, 221, 228, 231, 236, 241,
+      246, 251, 254, 261, 264, 301, 306, 310, 317, 320, 329, 340, 345, 350, 353, 409, 409}},
+    {zrfxSMPTE_Vertical, {2, 2}},
+    {zrfxSMPTE_TopLeft, {3, 3}},
+    {zrfxSMPTE_TopRight, {4, 4}},
+    {zrfxSMPTE_BottomRight, {5, 5}},
+    {zrfxSMPTE_BottomLeft, {6, 6}},
+    {zrfxSMPTE_FourCorners, {7, 7}},
+    {zrfxSMPTE_FourSquare, {8, 8}},
+    {zrfxSMPTE_BarnDoorVertical, {21, 21}},
+    {zrfxSMPTE_BarnDoorHorizontal, {22, 22}},
+    {zrfxSMPTE_TopCenter, {23, 23}},
+    {zrfxSMPTE_RightCenter, {24, 24}},
+    {zrfxSMPTE_BottomCenter, {25, 25}},
+    {zrfxSMPTE_LeftCenter, {26, 26}},
+    {zrfxSMPTE_Rectangle, {41, 48, 61, 68, 71, 74, 101, 101}},
+    {zrfxSLIDE_Basic, {500, 515}},
 };
 
 zrfxKernel* kernelOf(unsigned int code) {
     for (const Codes& codes : table)
-        for (const auto& [first, last] : codes.ranges)
-            if (code >= first && code <= last)
+        for (std::size_t i = 0; i < codes.ends.size(); i += 2)
+            if (code >= codes.ends[i] && code <= codes.ends[i + 1])
                 return codes.kernel;
     return zrfxDISSOLVE;
 }
@@ -81,7 +64,7 @@ protected:
 TEST_F(Selection, ComparesPicturesThatAllDiffer) {
     std::vector<Frame> pictures{draw(zrfxDISSOLVE, 0)};
     for (const Codes& codes : table)
-        pictures.push_back(draw(codes.kernel, codes.ranges[0].first));
+        pictures.push_back(draw(codes.kernel, codes.ends[0]));
     for (std::size_t i = 0; i < pictures.size(); ++i)
         for (std::size_t j = 0; j < i; ++j)
             EXPECT_NE(pictures[i], pictures[j]) << i << ' ' << j;
@@ -94,6 +77,29 @@ TEST_F(Selection, EveryCodeHasItsKernel) {
     for (const unsigned int code : codes)
         for (const unsigned int full : {code, code | 0x80000000U})
             ASSERT_EQ(draw(nullptr, full), draw(kernelOf(code), full)) << std::hex << full;
+}
+
+// The slide knows them all, as of four bytes a pixel.
+TEST(Kernels, OfUnknownLayoutsOrEmptyBandsWriteNothing) {
+    std::vector<zrfxKernel*> kernels{zrfxDISSOLVE, zrfxDISSOLVE2};
+    for (const Codes& codes : table)
+        if (codes.kernel != zrfxSLIDE_Basic)
+            kernels.push_back(codes.kernel);
+    Frame a(256, 1), b(256, 2), dst(256);
+    zrfxFXArgs args{a.data(), 64, b.data(), 64, dst.data(), 64, 1, 0, 4, 4};
+    args.rangeEnd = 4;
+    args.position = 2;
+    for (std::size_t i = 0; i < kernels.size(); ++i) {
+        for (const unsigned int type : {0U, 7U, 10U, 14U, 28U, 37U, 38U, 10000U, 0xFFFFFFFFU}) {
+            args.pixelType = type;
+            EXPECT_TRUE(runBands(kernels[i], args));
+        }
+        args.pixelType = 1;
+        EXPECT_EQ(callWith(kernels[i], args, 0U, 4U, 2U, 2U), 0U);
+        EXPECT_EQ(callWith(kernels[i], args, 0U, 4U, 3U, 2U), 0U);
+        EXPECT_EQ(callWith(kernels[i], args, 2U, 2U, 0U, 4U), 0U);
+        ASSERT_EQ(dst, Frame(256)) << "kernel " << i;
+    }
 }
 
 } // namespace

@@ -20,10 +20,9 @@ void reference(const zrfxFXArgs& a, unsigned int b, unsigned char* dst) {
     const int n = static_cast<int>(std::min(a.height, a.height * a.position / scale));
     const int m = static_cast<int>(std::min(a.width, a.width * a.position / scale));
     const int width = static_cast<int>(a.width), height = static_cast<int>(a.height);
-    const int dx = a.wipeCode == 501 ? m : a.wipeCode == 503 ? -m : 0;
-    const int dy = a.wipeCode == 500                                   ? n
-                   : dx != 0 || a.wipeCode == 501 || a.wipeCode == 503 ? 0
-                                                                       : -n;
+    const bool sideways = a.wipeCode == 501 || a.wipeCode == 503;
+    const int dx = sideways ? (a.wipeCode == 501 ? m : -m) : 0;
+    const int dy = sideways ? 0 : (a.wipeCode == 500 ? n : -n);
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
             const int fromX = x + dx, fromY = y + dy;
@@ -65,11 +64,10 @@ TEST(Slide, SwappedCodesAndOtherBandsWriteNothing) {
     zrfxFXArgs args{a.data(), 16, b.data(), 16, dst.data(), 16, 0, 1, 4, 4};
     args.rangeEnd = 4;
     args.position = 2;
-    for (unsigned int code = 500; code <= 515; ++code) {
-        args.wipeCode = code | 0x80000000U;
-        EXPECT_TRUE(runBands(zrfxSLIDE_Basic, args));
-    }
-    for (const unsigned int code : {0U, 1U, 499U, 516U}) {
+    std::vector<unsigned int> codes{0, 1, 499, 516};
+    for (unsigned int code = 500; code <= 515; ++code)
+        codes.push_back(code | 0x80000000U);
+    for (const unsigned int code : codes) {
         args.wipeCode = code;
         EXPECT_TRUE(runBands(zrfxSLIDE_Basic, args));
     }

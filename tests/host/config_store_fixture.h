@@ -58,9 +58,8 @@ inline void fill(const std::string& file, const std::string& contents) {
 /** Runs work in a process of its own, which ends with it. */
 inline pid_t inChild(const std::function<bool()>& work) {
     const pid_t child = fork();
-    if (child == 0) {
+    if (child == 0)
         _exit(work() ? 0 : 1);
-    }
     return child;
 }
 

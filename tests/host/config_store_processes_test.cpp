@@ -21,25 +21,19 @@ TEST_F(SharedConfigStore, LosesNothingWhenProcessesAndThreadsSaveAtOnce) {
         return good;
     };
     std::vector<pid_t> children;
-    for (int writer = 0; writer < writers; ++writer) {
+    for (int writer = 0; writer < writers; ++writer)
         children.push_back(inChild([&] { return work("process" + std::to_string(writer) + "_"); }));
-    }
     std::vector<std::thread> threads;
-    for (const char* name : {"threadA_", "threadB_"}) {
+    for (const char* name : {"threadA_", "threadB_"})
         threads.emplace_back([=] { EXPECT_TRUE(work(name)); });
-    }
-    for (std::thread& thread : threads) {
+    for (std::thread& thread : threads)
         thread.join();
-    }
-    for (const pid_t child : children) {
+    for (const pid_t child : children)
         EXPECT_EQ(0, statusOf(child));
-    }
     use(file);
-    for (const std::string name : {"process0_", "process1_", "process2_", "threadA_", "threadB_"}) {
-        for (int i = 1; i <= rounds; ++i) {
+    for (const std::string name : {"process0_", "process1_", "process2_", "threadA_", "threadB_"})
+        for (int i = 1; i <= rounds; ++i)
             EXPECT_EQ(std::to_string(i), get(name + std::to_string(i))) << name;
-        }
-    }
 }
 
 TEST_F(SharedConfigStore, HoldsWhatWasConfirmedBeforeAKill) {
@@ -50,16 +44,14 @@ TEST_F(SharedConfigStore, HoldsWhatWasConfirmedBeforeAKill) {
             for (int i = 0;; ++i) {
                 put("First", std::to_string(i));
                 put("Second", std::to_string(i));
-                if (save() != 0 || write(ends[1], &i, sizeof i) != sizeof i) {
+                if (save() != 0 || write(ends[1], &i, sizeof i) != sizeof i)
                     return false;
-                }
             }
         });
         close(ends[1]);
         int confirmed = -1;
-        for (int i = 0; i <= 3 * round; ++i) {
+        for (int i = 0; i <= 3 * round; ++i)
             ASSERT_EQ(ssize_t{sizeof confirmed}, read(ends[0], &confirmed, sizeof confirmed));
-        }
         usleep(static_cast<useconds_t>(round) * 300);
         kill(child, SIGKILL);
         EXPECT_TRUE(WIFSIGNALED(statusOf(child)));
@@ -76,15 +68,12 @@ TEST_F(SharedConfigStore, IsSetAsideOnceByProcessesThatFindTheDamageTogether) {
     fs::create_directory(folder + "/new");
     fill(file, std::string(5000, 'x'));
     std::vector<pid_t> children;
-    for (const std::string name : {"0", "1", "2", "3"}) {
+    for (const std::string name : {"0", "1", "2", "3"})
         children.push_back(inChild([=] { return put(name, name) == 0 && save() == 0; }));
-    }
-    for (const pid_t child : children) {
+    for (const pid_t child : children)
         EXPECT_EQ(0, statusOf(child));
-    }
-    for (const std::string name : {"0", "1", "2", "3"}) {
+    for (const std::string name : {"0", "1", "2", "3"})
         EXPECT_EQ(name, get(name));
-    }
     EXPECT_TRUE(fs::exists(file + ".damaged-1"));
     EXPECT_FALSE(fs::exists(file + ".damaged-2"));
 }

@@ -28,9 +28,8 @@ TEST_F(ConfigStore, KeepsWhatWasSavedAndDropsTheRest) {
     EXPECT_EQ("18", get("Number"));
 
     EXPECT_EQ(0, use(file));
-    for (const auto& [name, text] : texts) {
+    for (const auto& [name, text] : texts)
         EXPECT_EQ(text, get(name));
-    }
     EXPECT_EQ("(none)", get("Number", "elsewhere"));
     EXPECT_EQ(0, zrCFGKeyExists(zrCFGDefaultStore, "elsewhere"));
     EXPECT_EQ(0, zrCFGKeyExists(zrCFGDefaultStore, "KPX"));

@@ -22,19 +22,15 @@ Event makeEvent(bool manualReset, bool isSet) {
     return Event(zrOSCreateEvent(nullptr, manualReset, isSet, "a name means nothing here"));
 }
 
-struct ResetCase {
-    bool manualReset;
-    bool initiallySet;
-    int firstWait;
-    int secondWait;
-};
-
 TEST(Events, WaitFindsTheStateTheEventWasMadeWith) {
-    const ResetCase cases[] = {{false, false, timedOut, timedOut},
-                               {true, false, timedOut, timedOut},
-                               {false, true, 0, timedOut},
-                               {true, true, 0, 0}};
-    for (const ResetCase& c : cases) {
+    const struct {
+        bool manualReset, initiallySet;
+        int firstWait, secondWait;
+    } cases[] = {{false, false, timedOut, timedOut},
+                 {true, false, timedOut, timedOut},
+                 {false, true, 0, timedOut},
+                 {true, true, 0, 0}};
+    for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << "manual " << c.manualReset << " set " << c.initiallySet);
         const Event event = makeEvent(c.manualReset, c.initiallySet);
         EXPECT_EQ(c.firstWait, zrOSWaitForEvent(event.get(), 0));
@@ -62,9 +58,8 @@ public:
         zrOSWaitForEvent(progress_.get(), 20); // most likely all of them wait by then
     }
     ~Waiters() {
-        for (std::thread& thread : threads_) {
+        for (std::thread& thread : threads_)
             thread.join();
-        }
     }
     Waiters(const Waiters&) = delete;
     Waiters& operator=(const Waiters&) = delete;
@@ -72,9 +67,8 @@ public:
     static constexpr int count = 3;
 
     int awaitReleased(int wanted) {
-        while (released_ < wanted) {
+        while (released_ < wanted)
             zrOSWaitForEvent(progress_.get(), withoutBound);
-        }
         zrOSWaitForEvent(progress_.get(), 20); // the chance for one too many
         return released_;
     }
@@ -111,9 +105,8 @@ protected:
         int taken = -1;
         std::thread([&] {
             taken = zrOSTryEnterCriticalSection(&section_);
-            if (taken == 1) {
+            if (taken == 1)
                 zrOSLeaveCriticalSection(&section_);
-            }
         }).join();
         return taken;
     }

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <dlfcn.h>
@@ -13,23 +12,14 @@
 
 namespace {
 
-std::string appDir() {
-    std::string path(4096, '?');
-    EXPECT_EQ(1, zrOSGetAppDir(path.data()));
-    path.resize(path.find('\0'));
-    return path;
-}
-
-TEST(Files, AppDirHoldsTheRunningProgram) {
-    const std::string folder = appDir();
+TEST(Files, AppDirHoldsTheRunningProgramAndOnlyAFileExists) {
+    std::string folder(4096, '?');
+    EXPECT_EQ(1, zrOSGetAppDir(folder.data()));
+    folder.resize(folder.find('\0'));
     ASSERT_FALSE(folder.empty());
     EXPECT_EQ('/', folder.front());
     EXPECT_EQ('/', folder.back());
     EXPECT_EQ(1, zrOSFileExists((folder + program_invocation_short_name).c_str()));
-}
-
-TEST(Files, OnlyAFileExists) {
-    const std::string folder = appDir();
     EXPECT_EQ(0, zrOSFileExists((folder + "no such file").c_str()));
     EXPECT_EQ(0, zrOSFileExists(folder.c_str()));
     EXPECT_EQ(0, zrOSFileExists(""));
@@ -45,28 +35,15 @@ TEST(Libraries, LoadFindAndRelease) {
     EXPECT_EQ(1, zrOSFreeLibrary(library));
 }
 
-class Log : public testing::Test {
-protected:
-    ~Log() override { zrOSSetLogSink(nullptr); }
-
-    static void keep(const char* message) { messages_.emplace_back(message); }
-    void SetUp() override { messages_.clear(); }
-
-    static inline std::vector<std::string> messages_;
-};
-
-TEST_F(Log, SinkReceivesTheTextAlone) {
-    zrOSSetLogSink(keep);
+TEST(Log, GoesToTheSinkOrInLinesToStandardError) {
+    static std::vector<std::string> messages;
+    messages.clear();
+    zrOSSetLogSink([](const char* message) { messages.emplace_back(message); });
     testing::internal::CaptureStderr();
     ErrOut("%s has %d lines\n", "picture", 12);
     ErrOut("no newline");
     ErrOut("%s", "");
     EXPECT_EQ("", testing::internal::GetCapturedStderr());
-    EXPECT_EQ((std::vector<std::string>{"picture has 12 lines", "no newline", ""}), messages_);
-}
-
-TEST_F(Log, StandardErrorTakesOneLineAMessage) {
-    zrOSSetLogSink(keep);
     zrOSSetLogSink(nullptr);
     testing::internal::CaptureStderr();
     ErrOut("first %d", 1);
@@ -74,7 +51,7 @@ TEST_F(Log, StandardErrorTakesOneLineAMessage) {
     ErrOut("%s", "");
     EXPECT_EQ("zrdraw: first 1\nzrdraw: second 2\nzrdraw: \n",
               testing::internal::GetCapturedStderr());
-    EXPECT_TRUE(messages_.empty());
+    EXPECT_EQ((std::vector<std::string>{"picture has 12 lines", "no newline", ""}), messages);
 }
 
 } // namespace

@@ -26,9 +26,8 @@ void checkFill(std::size_t offset, std::size_t bytes) {
     const std::size_t start = toAligned + guardBytes + offset;
 
     Bytes expected = buffer;
-    for (std::size_t i = 0; i < bytes; ++i) {
+    for (std::size_t i = 0; i < bytes; ++i)
         expected[start + i] = pattern[i % 4];
-    }
     EXPECT_EQ(buffer.data() + start, SetMemoryFast(buffer.data() + start, value, bytes));
     const auto differs = std::mismatch(buffer.begin(), buffer.end(), expected.begin()).first;
     EXPECT_EQ(buffer.end(), differs)
@@ -37,25 +36,17 @@ void checkFill(std::size_t offset, std::size_t bytes) {
 }
 
 TEST(SetMemoryFast, RepeatsTheWordAtAnyAlignmentAndLength) {
-    for (std::size_t offset = 0; offset < 36 && !HasFailure(); ++offset) {
-        for (std::size_t bytes = 0; bytes <= 300; ++bytes) {
+    for (std::size_t offset = 0; offset < 36 && !HasFailure(); ++offset)
+        for (std::size_t bytes = 0; bytes <= 300; ++bytes)
             checkFill(offset, bytes);
-        }
-    }
 }
 
-TEST(SetMemoryFast, KeepsThePatternInRunsPastTheCaches) {
-    for (const std::size_t offset : {0U, 1U, 31U, 46U, 63U}) {
-        for (std::size_t shorter = 0; shorter < 12; ++shorter) {
-            checkFill(offset, (std::size_t{1} << 20) - shorter);
-        }
-    }
-}
-
-TEST(SetMemoryFast, FillsOnBothSidesOfHalfAMegabyte) {
-    for (std::size_t bytes = 524288 - 9; bytes <= 524288 + 9; ++bytes) {
+TEST(SetMemoryFast, KeepsThePatternUpToAndPastTheCaches) {
+    for (std::size_t bytes = 524288 - 9; bytes <= 524288 + 9; ++bytes)
         checkFill(5, bytes);
-    }
+    for (const std::size_t offset : {0U, 1U, 31U, 46U, 63U})
+        for (std::size_t shorter = 0; shorter < 12; ++shorter)
+            checkFill(offset, (std::size_t{1} << 20) - shorter);
 }
 
 TEST(ZRAlloc, GivesAlignedMemoryThatMayBeWritten) {

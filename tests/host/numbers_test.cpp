@@ -8,12 +8,10 @@
 namespace {
 
 TEST(Itoa, WritesSignsInBaseTenOnly) {
-    struct Case {
-        int value;
-        int base;
+    const struct {
+        int value, base;
         const char* text;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {0, 10, "0"},
         {-1, 10, "-1"},
         {INT_MIN, 10, "-2147483648"},

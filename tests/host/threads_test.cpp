@@ -126,9 +126,8 @@ TEST(InterlockedCounts, LoseNothingBetweenFourThreads) {
         return 0U;
     };
     void* threads[4] = {};
-    for (void*& thread : threads) {
+    for (void*& thread : threads)
         thread = start(work, &count);
-    }
     for (void* const thread : threads) {
         ASSERT_NE(nullptr, thread);
         zrOSCloseThread(thread, nullptr);

@@ -97,22 +97,6 @@ TEST_F(OverlayMeters, NoChannelsBecomeEight) {
     EXPECT_EQ(overlay.AudioChannels, 8U);
 }
 
-TEST_F(OverlayMeters, WhatEachColourIsLeftAt) {
-    createMeters(1);
-    Picture found(frameWidth, frameHeight);
-    unsigned int loud[1] = {65535}, quiet[1] = {1}, zero[1] = {0};
-    const std::pair<std::pair<unsigned int*, unsigned int*>, unsigned int> cases[] = {
-        {{nullptr, nullptr}, grey},
-        {{loud, nullptr}, green},
-        {{quiet, nullptr}, grey},
-        {{loud, zero}, white},
-        {{nullptr, quiet}, white}};
-    for (const auto& [words, color] : cases) {
-        burnIn(found, words.first, words.second);
-        EXPECT_EQ(overlay.draw->foreColor, color);
-    }
-}
-
 TEST_F(OverlayMeters, HistoryMovesBytesNotWords) {
     createMeters(32); // the panel runs past the right edge
     unsigned int words[16] = {};

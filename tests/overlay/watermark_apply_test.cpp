@@ -13,106 +13,58 @@ TEST_F(OverlayWatermark, NullCaches) {
     EXPECT_TRUE(log.empty());
 }
 
-TEST_F(OverlayWatermark, BlendOfPairs) {
-    std::vector<unsigned char> entry{210, 20, 50, 240, 0}; // Y, Cb, Y, Cr, A
-    create(2, 1, yuv2);
-    useCache(yuv2, 2, 1);
+TEST_F(OverlayWatermark, BlendOfPairsAndPixels) {
+    struct Case {
+        unsigned int code;
+        std::vector<unsigned char> entry; // Y, Cb, Y, Cr, A or B, G, R, A
+        std::vector<unsigned char> wanted;
+    };
+    const Case cases[] = {
+        {yuv2, {210, 20, 50, 240, 0}, {100, 100, 100, 100}},
+        {yuv2, {210, 20, 50, 240, 8}, {100, 100, 100, 100}},
+        {yuv2, {210, 20, 50, 240, 9}, {97, 103, 104, 98}},
+        {yuv2, {210, 20, 50, 240, 128}, {59, 155, 170, 74}},
+        {yuv2, {210, 20, 50, 240, 255}, {20, 210, 240, 50}},
+        {0, {200, 0, 255, 16}, {64, 64, 64, 64}},
+        {0, {200, 0, 255, 17}, {73, 59, 76, 17}},
+        {0, {200, 0, 255, 255}, {200, 0, 255, 255}},
+    };
     place(0, 0);
-    overlay.wmYuv2 = entry.data();
-    const std::pair<unsigned char, std::vector<unsigned char>> cases[] = {
-        {0, {100, 100, 100, 100}},
-        {8, {100, 100, 100, 100}},
-        {9, {97, 103, 104, 98}},
-        {128, {59, 155, 170, 74}},
-        {255, {20, 210, 240, 50}}};
-    for (const auto& [alpha, wanted] : cases) {
-        entry[4] = alpha;
-        EXPECT_EQ(apply(std::vector<unsigned char>(4, 100)), wanted) << int{alpha};
+    for (Case c : cases) {
+        const int width = c.code == 0 ? 1 : 2;
+        create(width, 1, c.code);
+        useCache(c.code, static_cast<unsigned int>(width), 1);
+        overlay.wmYuv2 = overlay.wmBgra = c.entry.data();
+        const unsigned char start = c.code == 0 ? 64 : 100;
+        EXPECT_EQ(apply(std::vector<unsigned char>(4, start)), c.wanted) << int{c.entry.back()};
     }
 }
 
 TEST_F(OverlayWatermark, PlacesInPairsAndPixels) {
     struct Case {
         unsigned int code, x, y, width, height;
-        const char* art; // a character a pixel of 6 x 3, the entry's letter where it is shown
+        const char* art; // a character a pixel, line by line: the entry's letter where it is shown
     };
     const Case cases[] = {
-        {yuv2, 2, 1, 2, 1,
-         "......"
-         "..aa.."
-         "......"},
-        {yuv2, 3, 1, 2, 1,
-         "......"
-         "...aa."
-         "......"},
-        {yuv2, 4, 1, 6, 1,
-         "......"
-         "....aa"
-         "bb...."}, // pairs are counted as pixels
-        {yuv2, 0, 0, 5, 2,
-         "aabb.."
-         "ccdd.."
-         "......"},
-        {yuv2, 0, 2, 2, 3,
-         "......"
-         "......"
-         "aa...."},
-        {yuv2, 6, 0, 2, 1,
-         "......"
-         "......"
-         "......"},
-        {yuv2, 0xFFFFFFFE, 0, 6, 1,
-         "......"
-         "......"
-         "......"},
-        {yuv2, 0, 3, 2, 1,
-         "......"
-         "......"
-         "......"},
-        {yuv2, 0, 0xFFFFFFFF, 2, 3,
-         "......"
-         "......"
-         "......"},
-        {yuv2, 0, 0, 2, 0,
-         "......"
-         "......"
-         "......"},
-        {yuv2, 0, 0, 1, 2,
-         "......"
-         "......"
-         "......"},
-        {0, 1, 1, 2, 2,
-         "......"
-         ".ab..."
-         ".cd..."},
-        {0, 4, 0, 3, 2,
-         "....ab"
-         "....de"
-         "......"},
-        {0, 5, 2, 1, 2,
-         "......"
-         "......"
-         ".....a"},
-        {0, 6, 0, 2, 2,
-         "......"
-         "......"
-         "......"},
-        {0, 0xFFFFFFFF, 0, 2, 2,
-         "......"
-         "......"
-         "......"},
-        {0, 0, 3, 2, 2,
-         "......"
-         "......"
-         "......"},
-        {0, 0, 0xFFFFFFFF, 2, 2,
-         "......"
-         "......"
-         "......"},
-        {0, 0, 0, 2, 0,
-         "......"
-         "......"
-         "......"},
+        {yuv2, 2, 1, 2, 1, "...... ..aa.. ......"},
+        {yuv2, 3, 1, 2, 1, "...... ...aa. ......"},
+        {yuv2, 4, 1, 6, 1, "...... ....aa bb...."}, // pairs are counted as pixels
+        {yuv2, 0, 0, 5, 2, "aabb.. ccdd.. ......"},
+        {yuv2, 0, 2, 2, 3, "...... ...... aa...."},
+        {yuv2, 6, 0, 2, 1, "...... ...... ......"},
+        {yuv2, 0xFFFFFFFE, 0, 6, 1, "...... ...... ......"},
+        {yuv2, 0, 3, 2, 1, "...... ...... ......"},
+        {yuv2, 0, 0xFFFFFFFF, 2, 3, "...... ...... ......"},
+        {yuv2, 0, 0, 2, 0, "...... ...... ......"},
+        {yuv2, 0, 0, 1, 2, "...... ...... ......"},
+        {0, 1, 1, 2, 2, "...... .ab... .cd..."},
+        {0, 4, 0, 3, 2, "....ab ....de ......"},
+        {0, 5, 2, 1, 2, "...... ...... .....a"},
+        {0, 6, 0, 2, 2, "...... ...... ......"},
+        {0, 0xFFFFFFFF, 0, 2, 2, "...... ...... ......"},
+        {0, 0, 3, 2, 2, "...... ...... ......"},
+        {0, 0, 0xFFFFFFFF, 2, 2, "...... ...... ......"},
+        {0, 0, 0, 2, 0, "...... ...... ......"},
     };
     for (const Case& c : cases) {
         std::vector<unsigned char> cache;
@@ -127,22 +79,12 @@ TEST_F(OverlayWatermark, PlacesInPairsAndPixels) {
         const std::size_t pixelBytes = c.code == 0 ? 4 : 2;
         const auto found = apply(std::vector<unsigned char>(6 * 3 * pixelBytes + 64, '.'));
         std::string art;
-        for (std::size_t i = 0; i < found.size(); i += pixelBytes)
+        for (std::size_t i = 0; i < found.size(); i += pixelBytes) {
             art += static_cast<char>(found[i]);
+            if (art.size() == 6 || art.size() == 13)
+                art += ' ';
+        }
         EXPECT_EQ(art, c.art + std::string(64 / pixelBytes, '.')) << c.x << " " << c.y;
-    }
-}
-
-TEST_F(OverlayWatermark, BlendOfPixels) {
-    create(1, 1);
-    useCache(0, 1, 1);
-    place(0, 0);
-    const std::pair<unsigned char, std::vector<unsigned char>> cases[] = {
-        {16, {64, 64, 64, 64}}, {17, {73, 59, 76, 17}}, {255, {200, 0, 255, 255}}};
-    for (const auto& [alpha, wanted] : cases) {
-        std::vector<unsigned char> cache{200, 0, 255, alpha};
-        overlay.wmBgra = cache.data();
-        EXPECT_EQ(apply(std::vector<unsigned char>(4, 64)), wanted) << int{alpha};
     }
 }
 

@@ -52,12 +52,10 @@ inline int closeClip(void** handle) {
 
 inline void* entryOf(const char* name) {
     note(name, 0);
-    const std::string entry = name;
-    return entry == "cfOpen"           ? reinterpret_cast<void*>(openClip)
-           : entry == "cfGetFileInfo"  ? reinterpret_cast<void*>(getInfo)
-           : entry == "cfReadFrameUnc" ? reinterpret_cast<void*>(readFrame)
-           : entry == "cfClose"        ? reinterpret_cast<void*>(closeClip)
-                                       : nullptr;
+    return std::map<std::string, void*>{{"cfOpen", reinterpret_cast<void*>(openClip)},
+                                        {"cfGetFileInfo", reinterpret_cast<void*>(getInfo)},
+                                        {"cfReadFrameUnc", reinterpret_cast<void*>(readFrame)},
+                                        {"cfClose", reinterpret_cast<void*>(closeClip)}}[name];
 }
 
 class OverlayWatermark : public OverlayTest {
@@ -84,11 +82,9 @@ protected:
         host.frameMemory = [this](int operation, unsigned int bytes, unsigned int record,
                                   DFRAME** made, const char* tag, int line) {
             note(std::string("frame ") + tag, operation, bytes, record, line);
-            if (!clip.hasMemory)
-                return -1;
             clip.frame.videoData = memory.emplace_back(bytes).data();
             *made = operation == 10 ? &clip.frame : nullptr;
-            return 0;
+            return clip.hasMemory ? 0 : -1;
         };
     }
 

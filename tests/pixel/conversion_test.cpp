@@ -1,36 +1,31 @@
 // The colour model: matrices in every mode, and hue, saturation and value.
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <array>
 
 #include "zrdraw/zrpixel.h"
 
 namespace {
 
-struct Triple {
-    double c0, c1, c2;
-};
+using Triple = std::array<double, 3>;
 
-void expectNear(const Triple& actual, double c0, double c1, double c2, double error = 1e-15) {
-    EXPECT_NEAR(actual.c0, c0, error);
-    EXPECT_NEAR(actual.c1, c1, error);
-    EXPECT_NEAR(actual.c2, c2, error);
+void expectNear(const Triple& actual, const Triple& expected, double error = 1e-15) {
+    for (std::size_t i = 0; i < 3; ++i)
+        EXPECT_NEAR(actual[i], expected[i], error);
 }
 
 constexpr double sentinel = -77.0;
+constexpr Triple untouched{sentinel, sentinel, sentinel};
 
 struct Converter : ZRPixel {
     explicit Converter(unsigned int mode) { SetYCbCrMode(static_cast<cmYCbCr>(mode)); }
-    Triple toYCbCr(double r, double g, double b) {
-        Triple out{sentinel, sentinel, sentinel};
-        EXPECT_EQ(RGBToYCbCr(r, g, b, 0.3, out.c0, out.c1, out.c2, alpha), 0);
+    Triple convert(decltype(&ZRPixel::RGBToHSV) form, const Triple& in) {
+        Triple out = untouched;
+        EXPECT_EQ((this->*form)(in[0], in[1], in[2], 0.3, out[0], out[1], out[2], alpha), 0);
         return out;
     }
-    Triple toRgb(double y, double cb, double cr) {
-        Triple out{sentinel, sentinel, sentinel};
-        EXPECT_EQ(YCbCrToRGB(y, cb, cr, 0.3, out.c0, out.c1, out.c2, alpha), 0);
-        return out;
-    }
+    Triple toYCbCr(const Triple& in) { return convert(&ZRPixel::RGBToYCbCr, in); }
+    Triple toRgb(const Triple& in) { return convert(&ZRPixel::YCbCrToRGB, in); }
     double alpha = sentinel;
 };
 
@@ -56,7 +51,7 @@ TEST(Matrices, OneColourInEveryMode) {
         {5, {0.591975, 0.3289, 0.728425}, {0.42532, 0.52304, 0.72342}},
         {6, {0.616525, -0.1948, 0.26005}, rec2020FullBack},
         {7, clForward, rec2020FullBack},
-        {8, clForward, {1.0, uncentred.c1, 1.0}},
+        {8, clForward, {1.0, uncentred[1], 1.0}},
         {1006, {0.616525, -0.1948, 0.26005}, rec2020FullBack},
         {1007, clForward, uncentred},
         {1008, clForward, uncentred},
@@ -64,34 +59,31 @@ TEST(Matrices, OneColourInEveryMode) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.mode);
         Converter converter(c.mode);
-        expectNear(converter.toYCbCr(1, 0.5, 0.25), c.yCbCr.c0, c.yCbCr.c1, c.yCbCr.c2, 1e-9);
+        expectNear(converter.toYCbCr({1, 0.5, 0.25}), c.yCbCr, 1e-9);
         EXPECT_EQ(converter.alpha, sentinel) << "towards YCbCr the alpha is not written";
-        expectNear(converter.toRgb(0.5, 0.6, 0.45), c.rgb.c0, c.rgb.c1, c.rgb.c2, 1e-9);
+        expectNear(converter.toRgb({0.5, 0.6, 0.45}), c.rgb, 1e-9);
         EXPECT_EQ(converter.alpha, 0.0) << "towards RGB it is 0 always";
     }
     // Constant luminance has a second slope for differences above 0.
-    expectNear(Converter(7).toYCbCr(0, 0, 1), 0.0593, 0.5947774406, -0.0345088454, 1e-9);
+    expectNear(Converter(7).toYCbCr({0, 0, 1}), {0.0593, 0.5947774406, -0.0345088454}, 1e-9);
 }
 
 TEST(YCbCrToRgb, OnlyModesBelow1000Clamp) {
     for (unsigned int mode = 0; mode <= 6; ++mode) {
-        const Triple clamped = Converter(mode).toRgb(1.5, 0.5, 0.5);
-        const Triple raw = Converter(mode + 1000).toRgb(1.5, 0.5, 0.5);
-        expectNear(clamped, 1.0, 1.0, 1.0);
-        EXPECT_GT(raw.c0, 1.4) << mode;
-        EXPECT_LT(Converter(mode + 1000).toRgb(-1.0, 0.5, 0.5).c2, -0.9) << mode;
-        expectNear(Converter(mode).toRgb(-1.0, 0.5, 0.5), 0.0, 0.0, 0.0);
+        Converter clamping(mode), raw(mode + 1000);
+        expectNear(clamping.toRgb({1.5, 0.5, 0.5}), {1.0, 1.0, 1.0});
+        expectNear(clamping.toRgb({-1.0, 0.5, 0.5}), {0.0, 0.0, 0.0});
+        EXPECT_GT(raw.toRgb({1.5, 0.5, 0.5})[0], 1.4) << mode;
+        EXPECT_LT(raw.toRgb({-1.0, 0.5, 0.5})[2], -0.9) << mode;
     }
 }
 
 TEST(ColourModes, UnknownOnesLeaveOutputsAlone) {
     for (const unsigned int mode : {9U, 500U, 999U, 1009U, 2001U, 0xFFFFFFFFU}) {
         Converter converter(mode);
-        expectNear(converter.toRgb(0.5, 0.5, 0.5), sentinel, sentinel, sentinel);
-        expectNear(converter.toYCbCr(0.5, 0.5, 0.5), sentinel, sentinel, sentinel);
-        Triple hsv{sentinel, sentinel, sentinel};
-        converter.YCbCrToHSV(0.5, 0.5, 0.5, 1, hsv.c0, hsv.c1, hsv.c2, converter.alpha);
-        expectNear(hsv, sentinel, sentinel, sentinel);
+        expectNear(converter.toRgb({0.5, 0.5, 0.5}), untouched);
+        expectNear(converter.toYCbCr({0.5, 0.5, 0.5}), untouched);
+        expectNear(converter.convert(&ZRPixel::YCbCrToHSV, {0.5, 0.5, 0.5}), untouched);
         EXPECT_EQ(converter.alpha, sentinel);
         cmYCbCr stored{};
         EXPECT_EQ(converter.GetYCbCrMode(stored), 0);
@@ -104,58 +96,54 @@ TEST(RgbToYCbCr10, SharesRowsBetweenModes) {
     const Triple studio{308.5159912109, 749.7960205078, 791.6844482422};
     const Triple rec2020{331.5903320312, 723.0107421875, 537.9765625};
     const auto convert = [](unsigned int mode) {
-        Triple out{sentinel, sentinel, sentinel};
+        Triple out = untouched;
         Converter converter(mode);
         EXPECT_EQ(
-            converter.RGBToYCbCr10(100, 50, 200, 255, out.c0, out.c1, out.c2, converter.alpha), 0);
+            converter.RGBToYCbCr10(100, 50, 200, 255, out[0], out[1], out[2], converter.alpha), 0);
         EXPECT_EQ(converter.alpha, sentinel);
         return out;
     };
     for (const unsigned int mode : {0U, 1U, 3U, 1000U, 1001U, 1003U})
-        expectNear(convert(mode), studio.c0, studio.c1, studio.c2, 1e-9);
+        expectNear(convert(mode), studio, 1e-9);
     for (const unsigned int mode : {5U, 6U, 1005U, 1006U})
-        expectNear(convert(mode), rec2020.c0, rec2020.c1, rec2020.c2, 1e-9);
+        expectNear(convert(mode), rec2020, 1e-9);
     for (const unsigned int mode : {2U, 4U, 7U, 8U, 9U, 1002U})
-        expectNear(convert(mode), sentinel, sentinel, sentinel);
+        expectNear(convert(mode), untouched);
 }
 
 TEST(Hsv, FromRgb) {
     struct Case {
-        double r, g, b, h, s, v;
+        Triple rgb, hsv;
         bool alphaPassed;
     };
     const Case cases[] = {
-        {1, 0, 0, 0, 1, 1, true},       {0, 1, 0, 120, 1, 1, true},
-        {0, 0, 1, 240, 1, 1, true},     {1, 0, 0.5, 330, 1, 1, true},
-        {0.5, 1, 1, 180, 0.5, 1, true}, {0.5, 0.5, 0.5, -1, 0, 0.5, false},
-        {0, 0, 0, -1, 0, 0, false},     {0.25, 0.25, 0, 60, 1, 0.25, true},
+        {{1, 0, 0}, {0, 1, 1}, true},       {{0, 1, 0}, {120, 1, 1}, true},
+        {{0, 0, 1}, {240, 1, 1}, true},     {{1, 0, 0.5}, {330, 1, 1}, true},
+        {{0.5, 1, 1}, {180, 0.5, 1}, true}, {{0.5, 0.5, 0.5}, {-1, 0, 0.5}, false},
+        {{0, 0, 0}, {-1, 0, 0}, false},     {{0.25, 0.25, 0}, {60, 1, 0.25}, true},
     };
     for (const Case& c : cases) {
         Converter converter(1);
-        Triple out{};
-        EXPECT_EQ(converter.RGBToHSV(c.r, c.g, c.b, 0.3, out.c0, out.c1, out.c2, converter.alpha),
-                  0);
-        SCOPED_TRACE(testing::Message() << c.r << " " << c.g << " " << c.b);
-        expectNear(out, c.h, c.s, c.v);
+        SCOPED_TRACE(testing::Message() << c.rgb[0] << " " << c.rgb[1] << " " << c.rgb[2]);
+        expectNear(converter.convert(&ZRPixel::RGBToHSV, c.rgb), c.hsv);
         EXPECT_EQ(converter.alpha, c.alphaPassed ? 0.3 : sentinel);
     }
 }
 
 TEST(Hsv, FromYCbCrLosesTheAlpha) {
     Converter converter(2);
-    Triple out{};
-    converter.YCbCrToHSV(0.5, 0.5, 0.7, 0.9, out.c0, out.c1, out.c2, converter.alpha);
+    const Triple out = converter.convert(&ZRPixel::YCbCrToHSV, {0.5, 0.5, 0.7});
     EXPECT_EQ(converter.alpha, 0.0);
-    const Triple rgb = converter.toRgb(0.5, 0.5, 0.7);
-    EXPECT_EQ(out.c2, rgb.c0) << "red is the largest";
-    EXPECT_EQ(out.c1, (rgb.c0 - rgb.c1) / rgb.c0);
+    const Triple rgb = converter.toRgb({0.5, 0.5, 0.7});
+    EXPECT_EQ(out[2], rgb[0]) << "red is the largest";
+    EXPECT_EQ(out[1], (rgb[0] - rgb[1]) / rgb[0]);
 }
 
 TEST(BlendPixel, IsNotClamped) {
     ZRPixel pixel;
     double r = 1.0, g = 0.5, b = 0.0;
     pixel.BlendPixel(r, g, b, 0.0, 0.5, 1.0, 25);
-    expectNear({r, g, b}, 0.75, 0.5, 0.25);
+    expectNear({r, g, b}, {0.75, 0.5, 0.25});
     pixel.BlendPixel(r, g, b, 0.0, 0.5, 1.0, 300);
-    expectNear({r, g, b}, -1.5, 0.5, 2.5);
+    expectNear({r, g, b}, {-1.5, 0.5, 2.5});
 }

@@ -28,11 +28,8 @@ TEST(FrameSize, ByCode) {
         {14, 1000, 7, 0, 7 * 2688, "v210"},
         {14, 1, 1, 0, 128, "v210, one block at least"},
         {15, 720, 1, 0, 1920, "a v210 relative"},
-        {16, 48, 2, 0, 256, "a v210 relative"},
         {20, 10, 10, 0, 400, "DPX words"},
-        {31, 10, 10, 0, 600, ""},
         {37, 10, 10, 0, 600, ""},
-        {32, 10, 10, 0, 800, ""},
         {38, 10, 10, 64, 640, ""},
         {1, 65536, 16385, 0, 65536U * 4, "the product wraps at 32 bits"},
         {1, 0, 10, 0, 0, "no width"},
@@ -44,12 +41,8 @@ TEST(FrameSize, ByCode) {
             << c.code << " " << c.width << "x" << c.height << " pitch " << c.pitch << ": " << c.why;
         EXPECT_EQ(qtGetDrawSize(c.code, c.width, c.height, c.pitch), c.bytes);
     }
-}
-
-TEST(FrameSize, LayoutsWithoutASizeByCode) {
-    const unsigned int codes[] = {0,  7,  9,  17, 19, 21,    25,    28,
-                                  29, 30, 33, 36, 39, 10000, 10001, ptNone};
-    for (const unsigned int code : codes) {
+    for (const unsigned int code :
+         {0U, 7U, 9U, 17U, 19U, 21U, 25U, 28U, 29U, 30U, 33U, 36U, 39U, 10000U, 10001U, ptNone}) {
         EXPECT_EQ(GetDrawSize(code, 1920, 1080, 0), 0U) << code;
         EXPECT_EQ(GetDrawSize(code, 1920, 1080, 64), 0U) << code << " with a pitch";
     }

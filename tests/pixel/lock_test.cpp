@@ -1,39 +1,26 @@
 // The lock and the change event of an object.
 #include <gtest/gtest.h>
 
+#include <future>
 #include <thread>
 
 #include "platform/injection.h"
 #include "zrdraw/zrpixel.h"
 
-namespace {
-
-// Runs on a thread of its own and waits for its end.
-template <typename Function>
-int onAnotherThread(Function function) {
-    int result = 0;
-    std::thread([&] { result = function(); }).join();
-    return result;
-}
-
-} // namespace
-
 TEST(Lock, IsReentrantAndExclusive) {
     ZRPixel pixel;
+    const auto elsewhere = [](auto function) {
+        return std::async(std::launch::async, function).get();
+    };
     EXPECT_EQ(pixel.Lock(0), 0);
     EXPECT_EQ(pixel.Lock(0xFFFFFFFFU), 0);
     EXPECT_EQ(pixel.TryLock(), 0);
     EXPECT_EQ(pixel.Lock(5), 128) << "a bounded wait answers 128 when taken";
-    EXPECT_EQ(onAnotherThread([&] { return pixel.TryLock(); }), 258);
-    EXPECT_EQ(onAnotherThread([&] { return pixel.Lock(3); }), 0) << "and 0 when not";
+    EXPECT_EQ(elsewhere([&] { return pixel.TryLock(); }), 258);
+    EXPECT_EQ(elsewhere([&] { return pixel.Lock(3); }), 0) << "and 0 when not";
     for (int i = 0; i < 4; ++i)
         EXPECT_EQ(pixel.Unlock(), 0);
-    EXPECT_EQ(onAnotherThread([&] {
-                  const int status = pixel.TryLock();
-                  pixel.Unlock();
-                  return status;
-              }),
-              0);
+    EXPECT_EQ(elsewhere([&] { return pixel.TryLock() + pixel.Unlock(); }), 0);
 }
 
 TEST(Lock, BoundedTries) {

@@ -31,84 +31,82 @@ Result injectedOrReal(const std::function<Result(Arguments...)>& injected, const
 // The dynamic linker prefers what the program defines and shows.
 ZRDRAW_API void* zrOSCreateEvent(void* attributes, int manualReset, int initialState,
                                  const char* name) {
-    static auto* const real = realOne<decltype(zrOSCreateEvent)>("zrOSCreateEvent");
+    static auto* const real = realOne<decltype(zrOSCreateEvent)>(__func__);
     return injection().createEvent ? injection().createEvent()
                                    : real(attributes, manualReset, initialState, name);
 }
 
 ZRDRAW_API int zrOSTryEnterCriticalSection(zrOSCriticalSection* section) {
-    static auto* const real =
-        realOne<decltype(zrOSTryEnterCriticalSection)>("zrOSTryEnterCriticalSection");
+    static auto* const real = realOne<decltype(zrOSTryEnterCriticalSection)>(__func__);
     return injection().tryEnterCriticalSection ? injection().tryEnterCriticalSection()
                                                : real(section);
 }
 
 ZRDRAW_API int zrOSFileExists(const char* path) {
-    static auto* const real = realOne<decltype(zrOSFileExists)>("zrOSFileExists");
-    return injection().fileExists ? injection().fileExists(path) : real(path);
+    return injectedOrReal(injection().fileExists, __func__, path);
 }
 
 ZRDRAW_API void* SetMemoryFast(void* dst, unsigned int value, unsigned long bytes) {
-    static auto* const real = realOne<decltype(SetMemoryFast)>("SetMemoryFast");
+    static auto* const real = realOne<decltype(SetMemoryFast)>(__func__);
     if (injection().watchSetMemory)
         injection().watchSetMemory(dst, value, bytes);
     return real(dst, value, bytes);
 }
 
 ZRDRAW_API void* ZRAlloc(unsigned int bytes) {
-    return injectedOrReal(injection().alloc, "ZRAlloc", bytes);
+    return injectedOrReal(injection().alloc, __func__, bytes);
 }
 
 ZRDRAW_API int zrCFGKeyExists(int store, const char* path) {
-    return injectedOrReal(injection().keyExists, "zrCFGKeyExists", store, path);
+    return injectedOrReal(injection().keyExists, __func__, store, path);
 }
 
 ZRDRAW_API int zrCFGValueString(int store, const char* path, const char* name, char* buffer,
                                 unsigned int* length, int write) {
-    return injectedOrReal(injection().valueString, "zrCFGValueString", store, path, name, buffer,
-                          length, write);
+    return injectedOrReal(injection().valueString, __func__, store, path, name, buffer, length,
+                          write);
 }
 
 ZRDRAW_API int zrCFGSave(int store, int reserved1, int reserved2) {
-    return injectedOrReal(injection().saveStore, "zrCFGSave", store, reserved1, reserved2);
+    return injectedOrReal(injection().saveStore, __func__, store, reserved1, reserved2);
 }
 
 ZRDRAW_API char* itoa(int value, char* text, int base) {
-    return injectedOrReal(injection().formatNumber, "itoa", value, text, base);
+    return injectedOrReal(injection().formatNumber, __func__, value, text, base);
 }
 
 ZRDRAW_API unsigned int vidGetTCType(double frameRate) {
-    return injectedOrReal(injection().timeCodeType, "vidGetTCType", frameRate);
+    return injectedOrReal(injection().timeCodeType, __func__, frameRate);
 }
 
 ZRDRAW_API int tc2String(unsigned int frameCount, unsigned int typeAndFlags, char* text) {
-    return injectedOrReal(injection().timeCodeText, "tc2String", frameCount, typeAndFlags, text);
+    return injectedOrReal(injection().timeCodeText, __func__, frameCount, typeAndFlags, text);
 }
 
 ZRDRAW_API const char* kpxutilCodecTypeString(unsigned int code) {
-    return injectedOrReal(injection().codecName, "kpxutilCodecTypeString", code);
+    return injectedOrReal(injection().codecName, __func__, code);
 }
 
 ZRDRAW_API const char* kpxutilFileTypeString(unsigned int code) {
-    return injectedOrReal(injection().fileTypeName, "kpxutilFileTypeString", code);
+    return injectedOrReal(injection().fileTypeName, __func__, code);
 }
 
 ZRDRAW_API int DFrameMemTrace(int operation, unsigned int dataBytes, unsigned int recordBytes,
                               DFRAME** frame, const char* tag, int line) {
-    return injectedOrReal(injection().frameMemory, "DFrameMemTrace", operation, dataBytes,
-                          recordBytes, frame, tag, line);
+    return injectedOrReal(injection().frameMemory, __func__, operation, dataBytes, recordBytes,
+                          frame, tag, line);
 }
 
 ZRDRAW_API void* zrOSLoadLibrary(const char* name, int mode) {
-    return injectedOrReal(injection().loadLibrary, "zrOSLoadLibrary", name, mode);
+    return injectedOrReal(injection().loadLibrary, __func__, name, mode);
 }
 
 ZRDRAW_API void* zrOSGetProcAddress(void* library, const char* name) {
-    return injectedOrReal(injection().procAddress, "zrOSGetProcAddress", library, name);
+    return injectedOrReal(injection().procAddress, __func__, library, name);
 }
 
 ZRDRAW_API int zrOSFreeLibrary(void* library) {
-    return injectedOrReal(injection().freeLibrary, "zrOSFreeLibrary", library);
+    return injectedOrReal(injection().freeLibrary, __func__, library);
 }
 
 ZRDRAW_API void ErrOut(const char* format, ...) {
@@ -124,32 +122,32 @@ ZRDRAW_API void ErrOut(const char* format, ...) {
 }
 
 ZRDRAW_API void ZRFree(void* memory) {
-    injectedOrReal(injection().free, "ZRFree", memory);
+    injectedOrReal(injection().free, __func__, memory);
 }
 
 ZRDRAW_API void* zrOSCreateThread(void* attributes, unsigned long stackSize,
                                   zrOSThreadRoutine* routine, void* argument, unsigned int flags,
                                   unsigned int* threadId, const char* name) {
-    return injectedOrReal(injection().createThread, "zrOSCreateThread", attributes, stackSize,
-                          routine, argument, flags, threadId, name);
+    return injectedOrReal(injection().createThread, __func__, attributes, stackSize, routine,
+                          argument, flags, threadId, name);
 }
 
 ZRDRAW_API int zrOSSetThreadPriority(void* thread, int priority) {
-    return injectedOrReal(injection().setThreadPriority, "zrOSSetThreadPriority", thread, priority);
+    return injectedOrReal(injection().setThreadPriority, __func__, thread, priority);
 }
 
 ZRDRAW_API int zrOSCloseThread(void* thread, const char* name) {
-    return injectedOrReal(injection().closeThread, "zrOSCloseThread", thread, name);
+    return injectedOrReal(injection().closeThread, __func__, thread, name);
 }
 
 ZRDRAW_API int zrOSInterlockedIncrement(int* count) {
-    return injectedOrReal(injection().increment, "zrOSInterlockedIncrement", count);
+    return injectedOrReal(injection().increment, __func__, count);
 }
 
 ZRDRAW_API int zrOSInterlockedDecrement(int* count) {
-    return injectedOrReal(injection().decrement, "zrOSInterlockedDecrement", count);
+    return injectedOrReal(injection().decrement, __func__, count);
 }
 
 ZRDRAW_API int usleep(unsigned int microseconds) {
-    return injectedOrReal(injection().sleep, "usleep", microseconds);
+    return injectedOrReal(injection().sleep, __func__, microseconds);
 }

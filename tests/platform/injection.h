@@ -14,7 +14,7 @@
 struct Injection {
     std::function<void*()> createEvent;
     std::function<int()> tryEnterCriticalSection;
-    std::function<int(const char* path)> fileExists;
+    std::function<decltype(zrOSFileExists)> fileExists;
     std::function<void(void* dst, unsigned int value, unsigned long bytes)> watchSetMemory;
     std::function<decltype(ZRAlloc)> alloc;
     std::function<decltype(zrCFGKeyExists)> keyExists;

@@ -25,14 +25,9 @@ public:
     ZRDraw& draw() { return *m_draw; }
     ZRDraw* operator->() { return m_draw.get(); }
     char* frame() { return m_memory.data() + frameStart; }
-    unsigned char byteAt(int x, int y) {
-        return static_cast<unsigned char>(frame()[y * m_pitch + x]);
-    }
     std::vector<unsigned char> bytesAt(int offset, int y, int count) {
-        std::vector<unsigned char> bytes;
-        for (int i = 0; i < count; ++i)
-            bytes.push_back(byteAt(offset + i, y));
-        return bytes;
+        const char* const start = frame() + y * m_pitch + offset;
+        return {start, start + count};
     }
 
     // A row of characters a line: '.' for a pixel of zeros, '#' for one of all ones, '+' others.

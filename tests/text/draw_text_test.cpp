@@ -1,23 +1,13 @@
 // Text laid out in rectangles.
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "support/recorder.h"
 #include "support/test_canvas.h"
 
-namespace {
-
-struct Placed {
-    int left, top, right, bottom;
-    bool operator==(const Placed&) const = default;
-};
-
-std::ostream& operator<<(std::ostream& out, const Placed& p) {
-    return out << p.left << " " << p.top << " " << p.right << " " << p.bottom;
-}
-
-} // namespace
-
 TEST(DrawText, PlacementAndReport) {
+    using Placed = std::array<int, 4>; // left, top, right, bottom
     struct Case {
         Placed before;
         const char* text;
@@ -44,48 +34,25 @@ TEST(DrawText, PlacementAndReport) {
     };
     for (const Case& c : cases) {
         Recorder draw;
-        RECT rect{c.before.left, c.before.top, c.before.right, c.before.bottom};
-        EXPECT_EQ(draw.DrawText(c.text, c.count, &rect, c.format), 0);
-        EXPECT_EQ((Placed{rect.left, rect.top, rect.right, rect.bottom}), c.after) << c.why;
-        RECT again{c.before.left, c.before.top, c.before.right, c.before.bottom};
-        draw.ZRDrawText(c.text, c.count, &again, c.format);
-        EXPECT_EQ((Placed{again.left, again.top, again.right, again.bottom}), c.after);
+        for (const auto function : {&ZRDraw::DrawText, &ZRDraw::ZRDrawText}) {
+            RECT rect{c.before[0], c.before[1], c.before[2], c.before[3]};
+            EXPECT_EQ((draw.*function)(c.text, c.count, &rect, c.format), 0);
+            EXPECT_EQ((Placed{rect.left, rect.top, rect.right, rect.bottom}), c.after) << c.why;
+        }
     }
 }
 
-TEST(DrawText, InkStandsOnTheBottom) {
-    TestCanvas canvas(1, 9, 13);
-    RECT rect{1, 1, 9, 12};
-    canvas->DrawText("A", 1, &rect, 0);
-    EXPECT_EQ(canvas.art(), ".........\n"
-                            ".........\n"
-                            "....#....\n"
-                            "...###...\n"
-                            "..##.##..\n"
-                            ".##...##.\n"
-                            ".##...##.\n"
-                            ".#######.\n"
-                            ".##...##.\n"
-                            ".##...##.\n"
-                            ".##...##.\n"
-                            ".........\n"
-                            ".........\n");
-}
-
 TEST(DrawText, AnOpaqueCellIsOneLineHigherThanItsHeight) {
-    struct Case {
-        int scale, lines;
-    };
-    for (const Case& c : {Case{1, 11}, Case{2, 21}, Case{20, 201}}) {
+    for (const int scale : {1, 2, 20}) {
         Recorder draw;
         draw.textTransparent = false;
-        RECT rect{0, 300 - 10 * c.scale, 100, 300};
+        RECT rect{0, 300 - 10 * scale, 100, 300};
         draw.DrawText("A", 1, &rect, 0x008);
-        EXPECT_EQ(draw.pixels.size(), static_cast<std::size_t>(c.lines * 8 * c.scale));
+        const auto line = static_cast<std::size_t>(8 * scale);
+        EXPECT_EQ(draw.pixels.size(), static_cast<std::size_t>(10 * scale + 1) * line);
         EXPECT_EQ(draw.pixels.front(), (std::pair{0, 300})) << "from the bottom line up";
-        EXPECT_EQ(draw.pixels.back(), (std::pair{8 * c.scale - 1, 300 - 10 * c.scale}));
-        for (std::size_t i = draw.pixels.size() - static_cast<std::size_t>(8 * c.scale);
-             i < draw.pixels.size(); ++i)
+        EXPECT_EQ(draw.pixels.back(), (std::pair{8 * scale - 1, 300 - 10 * scale}));
+        for (std::size_t i = draw.pixels.size() - line; i < draw.pixels.size(); ++i)
             EXPECT_EQ(draw.colors[i], 0U) << "the topmost line is never inked";
     }
 }
@@ -104,10 +71,10 @@ TEST(DrawText, RowsOfALargeGlyph) {
 }
 
 TEST(DrawText, TheWholeStringIsDrawnWhateverTheCount) {
-    TestCanvas canvas(1, 40, 12), label(1, 40, 12);
-    RECT rect{0, 0, 40, 10};
+    TestCanvas canvas(1, 42, 13), label(1, 42, 13);
+    RECT rect{1, 1, 41, 11};
     canvas->labelFont = nullptr; // always the built-in table
     canvas->DrawText("Hiya!", 1, &rect, 0);
-    label->Label(0, 1, "Hiya!", false, false);
+    label->Label(1, 2, "Hiya!", false, false);
     EXPECT_EQ(canvas.art(), label.art());
 }

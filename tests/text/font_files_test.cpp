@@ -10,22 +10,16 @@
 
 namespace {
 
-template <typename Number>
-void put(std::string& bytes, std::size_t offset, Number number) {
+void put(std::string& bytes, std::size_t offset, unsigned int number) {
     std::memcpy(bytes.data() + offset, &number, sizeof number);
 }
 
-std::string bitmap(int width, int height, unsigned short bits, unsigned int imageSize,
-                   const std::string& pixels) {
-    std::string file(54, '\0');
-    file[0] = 'B';
-    file[1] = 'M';
-    put(file, 10, 54);
-    put(file, 14, 40);
-    put(file, 18, width);
-    put(file, 22, height);
-    put(file, 28, bits);
-    put(file, 34, imageSize);
+std::string bitmap(unsigned int width, unsigned int height, unsigned int bits,
+                   unsigned int imageSize, const std::string& pixels) {
+    std::string file = "BM" + std::string(52, '\0');
+    for (const auto& [offset, number] :
+         {std::pair{10U, 54U}, {14, 40}, {18, width}, {22, height}, {28, bits}, {34, imageSize}})
+        put(file, offset, number);
     return file + pixels;
 }
 
@@ -65,17 +59,15 @@ TEST(BitmapFile, PixelsAndHeaderAreKept) {
 
 TEST(BitmapFile, OtherKindsAreRefused) {
     EXPECT_EQ(readBitmap(bitmap(2, 1, 24, 0, "abcdef")), 0);
-    std::string wrongName = bitmap(5, 5, 24, 0, "");
-    wrongName[1] = 'N';
-    std::string wrongHeader = bitmap(5, 5, 24, 0, "");
-    wrongHeader[14] = 12;
-    std::string compressed = bitmap(6, 5, 24, 0, "");
-    compressed[30] = 1;
-    EXPECT_EQ(readBitmap(wrongName), -1);
-    EXPECT_EQ(readBitmap(wrongHeader), -1);
+    const auto with = [](std::string file, std::size_t offset, char byte) {
+        file[offset] = byte;
+        return file;
+    };
+    EXPECT_EQ(readBitmap(with(bitmap(5, 5, 24, 0, ""), 1, 'N')), -1);
+    EXPECT_EQ(readBitmap(with(bitmap(5, 5, 24, 0, ""), 14, 12)), -1);
     EXPECT_EQ(readBitmap(""), -1);
     EXPECT_EQ(pImgHdr.width, 2) << "the header of the last file that was a bitmap";
-    EXPECT_EQ(readBitmap(compressed), -1);
+    EXPECT_EQ(readBitmap(with(bitmap(6, 5, 24, 0, ""), 30, 1)), -1);
     EXPECT_EQ(pImgHdr.width, 6) << "the header is kept before the rest is judged";
     EXPECT_EQ(readBitmap(bitmap(7, 5, 32, 0, "ABCDEF")), -1);
     EXPECT_EQ(pImgHdr.width, 7);
@@ -86,7 +78,7 @@ TEST(BitmapFile, OtherKindsAreRefused) {
 
 TEST(BitmapFileDeathTest, MorePixelsThanTheBufferEndTheProcess) {
     EXPECT_DEATH(readBitmap(bitmap(1, 1, 24, 1048577, "")), "does not fit its buffer");
-    EXPECT_DEATH(readBitmap(bitmap(1, -1, 24, 0, "")), "does not fit its buffer");
+    EXPECT_DEATH(readBitmap(bitmap(1, 0xFFFFFFFF, 24, 0, "")), "does not fit its buffer");
     EXPECT_EQ(readBitmap(bitmap(1, 1, 24, 1048576, "")), 0) << "the last size that fits";
 }
 
@@ -96,8 +88,8 @@ TEST(PngFile, IsWalkedToItsEnd) {
     EXPECT_EQ(readPng(pngHead + chunk("tEXt", "words") + chunk("IDAT", "data") + end), 0);
     EXPECT_EQ(readPng(pngHead + chunk("IDAT", std::string(65535, 'd')) + end), 0);
     EXPECT_EQ(readPng("\x89PNG\r\n\x1A\r" + pngHead.substr(8) + end), -1) << "the signature";
-    EXPECT_EQ(readPng("\x89PNG\r\n\x1A\n" + chunk("IHDR", std::string(12, 'h')) + end), -1);
-    EXPECT_EQ(readPng("\x89PNG\r\n\x1A\n" + chunk("IDAT", std::string(13, 'h')) + end), -1);
+    EXPECT_EQ(readPng(pngHead.substr(0, 8) + chunk("IHDR", std::string(12, 'h')) + end), -1);
+    EXPECT_EQ(readPng(pngHead.substr(0, 8) + chunk("IDAT", std::string(13, 'h')) + end), -1);
     EXPECT_EQ(readPng(""), -1);
     Recorder draw;
     EXPECT_EQ(draw.ExtractPNGData("/no/such/file"), -1);

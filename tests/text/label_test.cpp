@@ -16,22 +16,15 @@ const char* const letterA = "...#....\n"
                             "##...##.\n"
                             "........\n";
 
-std::string emptyArt(int width, int height) {
-    std::string art;
-    for (int y = 0; y < height; ++y)
-        art += std::string(static_cast<std::size_t>(width), '.') + "\n";
-    return art;
-}
+// A canvas whose pixels all have one byte throughout.
+struct FilledCanvas : TestCanvas {
+    FilledCanvas(int width, int height, int byte) : TestCanvas(1, width, height) {
+        for (int y = 0; y < height; ++y)
+            std::memset(draw().GetPixel(0, y), byte, static_cast<std::size_t>(4 * width));
+    }
+};
 
 } // namespace
-
-TEST(Label, InkAtScaleOne) {
-    TestCanvas canvas(1, 8, 10);
-    EXPECT_EQ(canvas->Label(0, 0, "A", false, false), 0);
-    EXPECT_EQ(canvas.art(), letterA);
-    EXPECT_EQ(canvas->currentX, 6) << "the position is the last point set";
-    EXPECT_EQ(canvas->currentY, 8);
-}
 
 TEST(Label, InverseSwapsTheSlotsAndOpaqueDrawsTheRest) {
     // Every pixel starts as neither slot's colour.
@@ -39,14 +32,9 @@ TEST(Label, InverseSwapsTheSlotsAndOpaqueDrawsTheRest) {
         bool inverse, opaque;
         char ink, rest;
     };
-    const Case cases[] = {{false, false, '#', '+'},
-                          {false, true, '#', '.'},
-                          {true, false, '.', '+'},
-                          {true, true, '.', '#'}};
-    for (const Case& c : cases) {
-        TestCanvas canvas(1, 8, 10);
-        for (int y = 0; y < 10; ++y)
-            std::memset(canvas->GetPixel(0, y), 0x33, 32);
+    for (const Case& c : {Case{false, false, '#', '+'}, Case{false, true, '#', '.'},
+                          Case{true, false, '.', '+'}, Case{true, true, '.', '#'}}) {
+        FilledCanvas canvas(8, 10, 0x33);
         canvas->Label(0, 0, "A", c.inverse, c.opaque);
         std::string expected = letterA;
         for (char& at : expected)
@@ -57,57 +45,48 @@ TEST(Label, InverseSwapsTheSlotsAndOpaqueDrawsTheRest) {
 
 TEST(Label, CharactersAdvanceByTheCell) {
     TestCanvas canvas(1, 26, 11);
-    canvas->Label(1, 1, "iA", false, false);
-    const std::string art = canvas.art();
+    EXPECT_EQ(canvas->Label(1, 1, "iA", false, false), 0);
+    EXPECT_EQ(canvas->currentX, 15) << "the position is the last point set";
+    EXPECT_EQ(canvas->currentY, 9);
     std::string second;
     for (std::size_t row = 1; row <= 10; ++row)
-        second += art.substr(row * 27 + 9, 8) + "\n";
+        second += canvas.art().substr(row * 27 + 9, 8) + "\n";
     EXPECT_EQ(second, letterA);
 }
 
 TEST(Label, ForegroundDotsAreOneColumnWiderAboveScaleOne) {
     // '.' of the font is two columns of two dots; at scale 2 its ink is wider than its cell units.
-    TestCanvas wide(1, 20, 20), exact(1, 20, 20);
+    FilledCanvas wide(20, 20, 0), exact(20, 20, 0xFF);
     wide->LabelFont(0U, 2);
-    wide->Label(0, 0, "A", false, false);
-    const std::string top = wide.art().substr(0, 20);
-    EXPECT_EQ(top, "......###...........") << "one dot: three columns";
     exact->LabelFont(0U, 2);
-    for (int y = 0; y < 20; ++y)
-        std::memset(exact->GetPixel(0, y), 0xFF, 80);
+    wide->Label(0, 0, "A", false, false);
+    EXPECT_EQ(wide.art().substr(0, 20), "......###...........") << "one dot: three columns";
     exact->Label(0, 0, "A", true, false);
     EXPECT_EQ(exact.art().substr(0, 20), "######..############") << "in the background: two";
 }
 
 TEST(Label, DotsPartlyOffTheCanvasAreRefusedWholeInTheForeground) {
     // The letter's right half lies off a canvas of 8 columns at scale 2.
-    TestCanvas canvas(1, 8, 20);
+    FilledCanvas canvas(8, 20, 0), single(8, 20, 0xFF);
     canvas->LabelFont(0U, 2);
+    single->LabelFont(0U, 2);
     canvas->Label(1, 0, "A", false, false);
     EXPECT_EQ(canvas.art().substr(0, 9), "........\n") << "columns 7 to 9 are refused";
-    TestCanvas single(1, 8, 20);
-    single->LabelFont(0U, 2);
-    for (int y = 0; y < 20; ++y)
-        std::memset(single->GetPixel(0, y), 0xFF, 32);
     single->Label(1, 0, "A", true, false);
     EXPECT_EQ(single.art().substr(0, 9), "#######.\n") << "a column of the dot is left";
 }
 
 TEST(Label, WhatDrawsNothing) {
     struct Case {
-        const char* name;
         int y, scale;
         const char* text;
     };
-    const Case cases[] = {{"an empty string", 0, 1, ""},
-                          {"a start above the canvas", -5, 1, "AAA"},
-                          {"scale 0", 0, 0, "AAA"},
-                          {"wholly above", -50, 1, "AAA"}};
-    for (const Case& c : cases) {
-        TestCanvas canvas(1, 30, 12);
+    TestCanvas canvas(1, 30, 12);
+    const std::string empty = canvas.art();
+    for (const Case& c : {Case{0, 1, ""}, Case{-5, 1, "AAA"}, Case{0, 0, "AAA"}}) {
         canvas->LabelFont(0U, c.scale);
         EXPECT_EQ(canvas->Label(0, c.y, c.text, false, true), 0);
-        EXPECT_EQ(canvas.art(), emptyArt(30, 12)) << c.name;
+        EXPECT_EQ(canvas.art(), empty) << c.y << " " << c.scale << " " << c.text;
     }
 }
 

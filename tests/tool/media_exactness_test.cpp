@@ -33,31 +33,6 @@ TEST_F(Media, LosslessFormatsReturnEveryByte) {
     }
 }
 
-TEST_F(Media, RgbLayoutsHaveTheirChannelsInPlace) {
-    writeNoise(at("in.png"), infoOf(AV_PIX_FMT_RGB24), 1);
-    const Bytes expected = readAll(at("in.png")).at(0);
-    for (const zrLayout& layout : zrLayouts) {
-        if (layout.bytes.r < 0)
-            continue;
-        SCOPED_TRACE(layout.name);
-        FrameSource source(at("in.png"), layout);
-        const FramePtr frame(av_frame_alloc());
-        ASSERT_TRUE(source.read(*frame));
-        WorkingFrame canvas(layout, 64, 48);
-        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(canvas.data()) % 64, 0u);
-        canvas.load(*frame);
-        const int size = layout.bytes.a < 0 ? 3 : 4;
-        const Bytes pixels = pixelsOf(canvas, size);
-        for (std::size_t i = 0; i < expected.size() / 4; ++i) {
-            const unsigned char* pixel = &pixels[i * static_cast<std::size_t>(size)];
-            ASSERT_EQ(pixel[layout.bytes.b], expected[4 * i]);
-            ASSERT_EQ(pixel[layout.bytes.g], expected[4 * i + 1]);
-            ASSERT_EQ(pixel[layout.bytes.r], expected[4 * i + 2]);
-            ASSERT_EQ(size == 4 ? pixel[layout.bytes.a] : 255, 255);
-        }
-    }
-}
-
 // Drawing leaves alpha 0 behind; only pictures that came with alpha may show it.
 TEST_F(Media, DrawingDoesNotMakeOpaquePicturesTransparent) {
     const struct {
@@ -85,17 +60,6 @@ TEST_F(Media, DrawingDoesNotMakeOpaquePicturesTransparent) {
     }
 }
 
-FramePtr flatFrame(AVPixelFormat format, int width, int height, int y, int cb, int cr) {
-    FramePtr frame = makeFrame(format, width, height);
-    const int samples[3] = {y, cb, cr};
-    for (int plane = 0; plane < 3; ++plane) {
-        const int lines = plane == 0 ? height : height / 2;
-        std::fill_n(frame->data[plane], frame->linesize[plane] * lines,
-                    static_cast<unsigned char>(samples[plane]));
-    }
-    return frame;
-}
-
 TEST_F(Media, MatrixAndRangeFollowTheFrameAndComeBack) {
     const struct {
         AVColorSpace space;
@@ -110,27 +74,27 @@ TEST_F(Media, MatrixAndRangeFollowTheFrameAndComeBack) {
         {AVCOL_SPC_SMPTE170M, AVCOL_RANGE_JPEG, 720, 0.299, 0.114, true},
         {AVCOL_SPC_BT2020_NCL, AVCOL_RANGE_MPEG, 720, 0.2627, 0.0593, false},
     };
-    constexpr int y = 110, cb = 140, cr = 170;
+    constexpr unsigned y = 110, cb = 140, cr = 170;
     for (const auto& row : rows) {
         SCOPED_TRACE(testing::Message() << row.space << " " << row.range << " " << row.height);
-        const FramePtr in = flatFrame(AV_PIX_FMT_YUV420P, 64, row.height, y, cb, cr);
+        const FramePtr in = flatFrame(AV_PIX_FMT_YUV420P, {{y}, {cb}, {cr}}, 1, row.height);
         in->colorspace = row.space;
         in->color_range = row.range;
         in->interlaced_frame = in->top_field_first = 1;
         WorkingFrame canvas(*zrFindLayout(ptRGB24), 64, row.height);
         canvas.load(*in);
 
-        const double luma = row.full ? y : (y - 16) * 255.0 / 219;
+        const double luma = row.full ? y : (y - 16.0) * 255 / 219;
         const double chroma = row.full ? 1 : 255.0 / 224;
-        const double red = luma + (cr - 128) * chroma * 2 * (1 - row.kr);
-        const double blue = luma + (cb - 128) * chroma * 2 * (1 - row.kb);
+        const double red = luma + (cr - 128.0) * chroma * 2 * (1 - row.kr);
+        const double blue = luma + (cb - 128.0) * chroma * 2 * (1 - row.kb);
         const double green = (luma - row.kr * red - row.kb * blue) / (1 - row.kr - row.kb);
         const auto* pixel = reinterpret_cast<const unsigned char*>(canvas.data());
         EXPECT_NEAR(pixel[0], red, 1.5);
         EXPECT_NEAR(pixel[1], green, 1.5);
         EXPECT_NEAR(pixel[2], blue, 1.5);
 
-        const FramePtr out = flatFrame(AV_PIX_FMT_YUV420P, 64, row.height, 0, 0, 0);
+        const FramePtr out = makeFrame(AV_PIX_FMT_YUV420P, 64, row.height);
         canvas.store(*out);
         EXPECT_NEAR(out->data[0][0], y, 1);
         EXPECT_NEAR(out->data[1][0], cb, 1);

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -20,6 +21,10 @@
 #include <vector>
 
 #include <unistd.h>
+
+extern "C" {
+#include <libavutil/pixdesc.h>
+}
 
 namespace fs = std::filesystem;
 
@@ -44,6 +49,10 @@ protected:
     fs::path m_folder;
 };
 
+inline const zrLayout& layoutOf(unsigned code) {
+    return *zrFindLayout(code);
+}
+
 inline const zrLayout& bgra = *zrFindLayout(ptBGRA32);
 
 inline StreamInfo infoOf(AVPixelFormat format, int width = 64, int height = 48) {
@@ -61,6 +70,21 @@ inline FramePtr makeFrame(AVPixelFormat format, int width, int height) {
     frame->height = height;
     if (av_frame_get_buffer(frame.get(), 0) < 0)
         throw std::bad_alloc();
+    return frame;
+}
+
+// Each plane full of its samples, in turns: the three of a packed format, or one of a planar one.
+inline FramePtr flatFrame(AVPixelFormat format, const std::vector<std::vector<unsigned>>& planes,
+                          std::size_t sampleBytes, int height = 48) {
+    FramePtr frame = makeFrame(format, 64, height);
+    const int chromaShift = av_pix_fmt_desc_get(format)->log2_chroma_h;
+    for (std::size_t i = 0; i < planes.size(); ++i) {
+        const int lines = i == 0 ? height : height >> chromaShift;
+        const std::size_t bytes = static_cast<std::size_t>(frame->linesize[i] * lines);
+        for (std::size_t k = 0; k < bytes / sampleBytes; ++k)
+            std::memcpy(frame->data[i] + k * sampleBytes, &planes[i][k % planes[i].size()],
+                        sampleBytes);
+    }
     return frame;
 }
 
@@ -114,6 +138,17 @@ inline std::vector<Bytes> readAll(const std::string& path,
         frames.push_back(pixelsOf(canvas, 4));
     }
     return frames;
+}
+
+inline std::vector<Bytes> v210Packets(const std::string& path) {
+    FrameSource source(path, layoutOf(ptV210));
+    const FramePtr frame(av_frame_alloc());
+    std::vector<Bytes> packets;
+    while (source.read(*frame)) {
+        EXPECT_EQ(frame->format, barePixels);
+        packets.emplace_back(frame->data[0], frame->data[0] + frame->linesize[0] * frame->height);
+    }
+    return packets;
 }
 
 // The message of the error with the wanted status, or what happened in its place.
