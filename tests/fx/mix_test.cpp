@@ -132,6 +132,10 @@ TEST(Mix, BytesByFractions) {
         mixBytesByFraction(out.data(), a.data(), b.data(), a.size(), fraction,
                            nextOf(out.data(), a.data(), b.data()));
         ASSERT_EQ(out, expected) << t;
+        out = a;
+        mixBytesByFraction(out.data(), out.data(), b.data(), a.size(), fraction,
+                           nextOf(out.data(), a.data(), b.data()));
+        ASSERT_EQ(out, expected) << t << ", over the first";
     }
     EXPECT_EQ(used, weights.size() - 2) << "the two that are nearest to 0 and 1 are too near";
     for (const double t : {0.0, 1.0, -0.5, 1.5, 0.0 / 0.0, 1.0 / 0.0}) {
