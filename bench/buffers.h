@@ -1,14 +1,14 @@
 // Frames of any size, touched before any clock starts.
 #pragma once
 
-#include <sys/mman.h>
-
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <new>
 #include <random>
+
+#include <sys/mman.h>
 
 class Buffer {
 public:

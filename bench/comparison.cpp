@@ -110,10 +110,9 @@ constexpr const char* compiler = "GCC " __VERSION__;
 
 std::string processorName() {
     std::ifstream info("/proc/cpuinfo");
-    for (std::string line; std::getline(info, line);) {
+    for (std::string line; std::getline(info, line);)
         if (line.starts_with("model name"))
             return line.substr(line.find(':') + 2);
-    }
     return "unknown";
 }
 

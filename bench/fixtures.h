@@ -4,8 +4,6 @@
 
 #include "zrdraw/zrdraw.h"
 
-#include <sys/mman.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -13,6 +11,8 @@
 #include <memory>
 #include <new>
 #include <random>
+
+#include <sys/mman.h>
 
 inline constexpr int frameWidth = 1920;
 inline constexpr int frameHeight = 1080;

@@ -119,9 +119,8 @@ void addLayer(const StreamLayout& layout, const FrameSize& size, const Layer& la
 
 void addOverlayComparisons() {
     for (const FrameSize& size : frameSizes) {
-        for (const StreamLayout& layout : layouts) {
+        for (const StreamLayout& layout : layouts)
             for (const Layer& layer : layers)
                 addLayer(layout, size, layer);
-        }
     }
 }

@@ -1,7 +1,7 @@
 // The span kernels: fills and copies against the C library's, blends beside those of others.
 #include "peers.h"
-#include "platform/memory.h"
 #include "subsystems.h"
+#include "zrdraw/platform/memory.h"
 #include "zrdraw/span.h"
 
 namespace {

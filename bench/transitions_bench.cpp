@@ -6,11 +6,11 @@
 #include "zrdraw/mux.h"
 #include "zrdraw/transitions.h"
 
-#include <immintrin.h>
-
 #include <array>
 #include <functional>
 #include <thread>
+
+#include <immintrin.h>
 
 namespace {
 
@@ -40,8 +40,8 @@ Job copyOnFourThreads(const Shared& pictures) {
 }
 
 // Two reads and one write for each byte, on one thread.
-__attribute__((target("avx2"))) void mixBytewise(unsigned char* to, const unsigned char* a,
-                                                 const unsigned char* b, std::size_t bytes) {
+[[gnu::target("avx2")]] void mixBytewise(unsigned char* to, const unsigned char* a,
+                                         const unsigned char* b, std::size_t bytes) {
     for (std::size_t i = 0; i + 32 <= bytes; i += 32) {
         const __m256i x = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(a + i));
         const __m256i y = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(b + i));

@@ -9,10 +9,6 @@ install(TARGETS clipFile LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(EXPORT zrdraw-targets NAMESPACE zrdraw:: DESTINATION ${package_dir})
 install(DIRECTORY include/zrdraw ${PROJECT_BINARY_DIR}/include/zrdraw
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
-# What a host that brings its own platform layer implements.
-install(DIRECTORY src/platform/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zrdraw/platform
-        FILES_MATCHING PATTERN "*.h")
-install(FILES host/zrhost.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zrdraw)
 
 configure_package_config_file(cmake/zrdraw-config.cmake.in
   ${PROJECT_BINARY_DIR}/zrdraw-config.cmake INSTALL_DESTINATION ${package_dir})

@@ -1,8 +1,8 @@
 /* Makes a drawing object by the flat interface and fills a line of its frame by a span kernel. */
-#include <stdio.h>
-
 #include <zrdraw/exports.h>
 #include <zrdraw/span.h>
+
+#include <stdio.h>
 
 int main(void) {
     static char frame[64 * 64 * 4];

@@ -2,9 +2,6 @@
 #include "zrdraw/font.h"
 #include "zrdraw/zrdraw.h"
 
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -14,6 +11,9 @@
 #include <optional>
 #include <span>
 #include <string>
+
+#include <sys/mman.h>
+#include <unistd.h>
 
 namespace {
 

@@ -3,14 +3,14 @@
 
 #include "zrdraw/layouts.h"
 
-#include <sanitizer/asan_interface.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <vector>
+
+#include <sanitizer/asan_interface.h>
 
 struct FrameShape {
     const zrLayout* layout;

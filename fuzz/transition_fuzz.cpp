@@ -1,11 +1,8 @@
 // Transitions and the mux by an input's bytes, on pictures with guard bytes about each.
 #include "input.h"
-
 #include "zrdraw/layouts.h"
 #include "zrdraw/mux.h"
 #include "zrdraw/transitions.h"
-
-#include <sanitizer/asan_interface.h>
 
 #include <algorithm>
 #include <array>
@@ -13,6 +10,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <vector>
+
+#include <sanitizer/asan_interface.h>
 
 namespace {
 

@@ -1,9 +1,6 @@
-/**
- * Allocation. Large blocks that are given back are kept for the next call: touching the pages of a
- * fresh frame costs more than most of what is done with it.
- */
-#include "platform/memory.h"
-
+// Allocation. Large blocks that are given back are kept for the next call: touching the pages of a
+// fresh frame costs more than most of what is done with it.
+#include "zrdraw/platform/memory.h"
 #include "zrdraw/types.h"
 
 #include <algorithm>
@@ -22,7 +19,7 @@ constexpr std::size_t hugePage = std::size_t{2} << 20;
 constexpr std::size_t leastKept = std::size_t{1} << 20;
 constexpr std::size_t mostKept = std::size_t{256} << 20; // bytes of all kept blocks
 
-/** Stands in the cache line before the memory that callers get. */
+// Stands in the cache line before the memory that callers get.
 struct Header {
     std::size_t bytes; // of the block, header included
 };
@@ -49,10 +46,10 @@ Header* allocate(std::size_t bytes) {
     return new (block) Header{rounded};
 }
 
-/** The blocks that wait for the next call, of any thread. */
+// The blocks that wait for the next call, of any thread.
 class Kept {
 public:
-    /** A block of at least this size and not much more, or null. */
+    // A block of at least this size and not much more, or null.
     Header* take(std::size_t bytes) {
         const std::lock_guard lock(m_mutex);
         for (Header*& block : m_blocks) {
@@ -66,7 +63,7 @@ public:
         return nullptr;
     }
 
-    /** Whether the block was kept. */
+    // Whether the block was kept.
     bool keep(Header* block) {
         const std::lock_guard lock(m_mutex);
         const auto place = std::find(m_blocks.begin(), m_blocks.end(), nullptr);

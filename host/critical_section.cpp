@@ -1,7 +1,5 @@
-/**
- * Critical sections: a recursive pthread mutex inside the storage the caller brings.
- */
-#include "platform/events.h"
+// Critical sections: a recursive pthread mutex inside the storage the caller brings.
+#include "zrdraw/platform/events.h"
 
 #include <pthread.h>
 

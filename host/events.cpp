@@ -1,8 +1,6 @@
-/**
- * Events over a condition variable. Time is that of the steady clock, so that a change of the
- * system's date neither ends nor prolongs a wait.
- */
-#include "platform/events.h"
+// Events over a condition variable. Time is that of the steady clock, so that a change of the
+// system's date neither ends nor prolongs a wait.
+#include "zrdraw/platform/events.h"
 
 #include "handle.h"
 
@@ -17,36 +15,34 @@ constexpr unsigned int withoutBound = 0xFFFFFFFFU;
 
 class Event {
 public:
-    Event(bool manualReset, bool isSet) : manualReset_(manualReset), isSet_(isSet) {}
+    Event(bool manualReset, bool isSet) : m_manualReset(manualReset), m_isSet(isSet) {}
 
     void set() {
         // Notified under the lock: a waiter may close the event as soon as its wait returns.
-        const std::lock_guard lock(mutex_);
-        isSet_ = true;
-        if (manualReset_) {
-            changed_.notify_all();
-        } else {
-            changed_.notify_one();
-        }
+        const std::lock_guard lock(m_mutex);
+        m_isSet = true;
+        if (m_manualReset)
+            m_changed.notify_all();
+        else
+            m_changed.notify_one();
     }
 
     WaitResult wait(unsigned int timeout) {
-        std::unique_lock lock(mutex_);
-        const auto isSet = [this] { return isSet_; };
-        if (timeout == withoutBound) {
-            changed_.wait(lock, isSet);
-        } else if (!changed_.wait_for(lock, std::chrono::milliseconds(timeout), isSet)) {
+        std::unique_lock lock(m_mutex);
+        const auto isSet = [this] { return m_isSet; };
+        if (timeout == withoutBound)
+            m_changed.wait(lock, isSet);
+        else if (!m_changed.wait_for(lock, std::chrono::milliseconds(timeout), isSet))
             return waitTimedOut;
-        }
-        isSet_ = manualReset_;
+        m_isSet = m_manualReset;
         return waitDone;
     }
 
 private:
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    const bool manualReset_;
-    bool isSet_;
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    const bool m_manualReset;
+    bool m_isSet;
 };
 
 } // namespace
@@ -63,9 +59,8 @@ ZRDRAW_API int zrOSCloseEvent(void* event) {
 }
 
 ZRDRAW_API int zrOSSetEvent(void* event) {
-    if (event == nullptr) {
+    if (event == nullptr)
         return 0;
-    }
     static_cast<Event*>(event)->set();
     return 1;
 }

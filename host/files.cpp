@@ -1,7 +1,5 @@
-/**
- * Places in the file system and loading at run time.
- */
-#include "platform/files.h"
+// Places in the file system and loading at run time.
+#include "zrdraw/platform/files.h"
 
 #include "zrdraw/types.h"
 
@@ -16,7 +14,7 @@ namespace {
 
 constexpr std::size_t pathBytes = 4096;
 
-/** With a slash at its end; empty when it is not known. */
+// With a slash at its end; empty when it is not known.
 std::string folderOfThisLibrary() {
     Dl_info info{};
     if (dladdr(&pathBytes, &info) == 0)

@@ -1,8 +1,6 @@
-/**
- * Frames of the media layer: a record and its pixels. The trace of who asked is not kept.
- */
-#include "platform/media.h"
-#include "platform/memory.h"
+// Frames of the media layer: a record and its pixels. The trace of who asked is not kept.
+#include "zrdraw/platform/media.h"
+#include "zrdraw/platform/memory.h"
 #include "zrdraw/types.h"
 
 #include <algorithm>

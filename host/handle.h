@@ -1,9 +1,6 @@
-/**
- * Objects that leave the layer as an untyped handle. The handle owns the object until it is
- * adopted back.
- */
-#ifndef ZRDRAW_HOST_HANDLE_H
-#define ZRDRAW_HOST_HANDLE_H
+// Objects that leave the layer as an untyped handle. The handle owns the object until it is
+// adopted back.
+#pragma once
 
 #include <memory>
 #include <new>
@@ -11,7 +8,7 @@
 
 namespace zrhost {
 
-/** Callers across the C interface learn of missing memory by null, never by an exception. */
+// Callers across the C interface learn of missing memory by null, never by an exception.
 template <class T, class... Arguments>
 std::unique_ptr<T> makeOrNull(Arguments&&... arguments) {
     try {
@@ -27,5 +24,3 @@ std::unique_ptr<T> adopt(void* handle) {
 }
 
 } // namespace zrhost
-
-#endif

@@ -1,9 +1,7 @@
-/**
- * Copies and fills. A fill repeats a 4-byte word; wherever a store starts, the word
- * turned by the distance from the start of the run continues the pattern, so head, body and tail
- * may overlap freely.
- */
-#include "platform/memory.h"
+// Copies and fills. A fill repeats a 4-byte word; wherever a store starts, the word
+// turned by the distance from the start of the run continues the pattern, so head, body and tail
+// may overlap freely.
+#include "zrdraw/platform/memory.h"
 
 #include "zrdraw/types.h"
 
@@ -22,13 +20,13 @@ using Byte = unsigned char;
 constexpr std::size_t cacheLine = 64;
 constexpr std::size_t turn = 128;
 
-/** From here on the string store wins: it takes cache lines over without reading them first. */
+// From here on the string store wins: it takes cache lines over without reading them first.
 constexpr std::size_t stringStoreFrom = 512 * 1024;
 
-/** A string much longer than the caches may be written past them, at half the speed. */
+// A string much longer than the caches may be written past them, at half the speed.
 constexpr std::size_t pieceWords = 32 * 1024;
 
-/** The word as it reads for a store that starts this many bytes into the run. */
+// The word as it reads for a store that starts this many bytes into the run.
 Word wordAt(Word value, std::size_t distance) {
     return std::rotr(value, static_cast<int>(8 * (distance % sizeof(Word))));
 }
@@ -47,21 +45,20 @@ Chunk repeat(Word word) {
     }
 }
 
-/** The chunk of `value` as it reads this many bytes into the run; whole words need no new one. */
+// The chunk of `value` as it reads this many bytes into the run; whole words need no new one.
 template <class Chunk>
 Chunk chunkAt(Chunk chunk, Word value, std::size_t distance) {
     return distance % sizeof(Word) == 0 ? chunk : repeat<Chunk>(wordAt(value, distance));
 }
 
-/** Stores Count chunks side by side, at any alignment. */
+// Stores Count chunks side by side, at any alignment.
 template <class Chunk, std::size_t Count>
 void store(Byte* at, Chunk chunk) {
-    for (std::size_t i = 0; i < Count; ++i) {
+    for (std::size_t i = 0; i < Count; ++i)
         std::memcpy(at + i * sizeof(Chunk), &chunk, sizeof(Chunk));
-    }
 }
 
-/** Fills a run of Count to 2 * Count chunks by two stores that may overlap. */
+// Fills a run of Count to 2 * Count chunks by two stores that may overlap.
 template <class Chunk, std::size_t Count = 1>
 void fillEnds(Byte* run, Word value, std::size_t bytes) {
     const std::size_t tail = bytes - Count * sizeof(Chunk);
@@ -70,7 +67,7 @@ void fillEnds(Byte* run, Word value, std::size_t bytes) {
     store<Chunk, Count>(run + tail, chunkAt(chunk, value, tail));
 }
 
-/** Fills whole 8-byte words up to `end` and at most 7 bytes beyond. */
+// Fills whole 8-byte words up to `end` and at most 7 bytes beyond.
 void fillByStringStore(Byte* at, const Byte* end, Word word) {
     auto left = (static_cast<std::size_t>(end - at) + 7) / 8;
     const auto pattern = repeat<std::uint64_t>(word);
@@ -81,7 +78,7 @@ void fillByStringStore(Byte* at, const Byte* end, Word word) {
     }
 }
 
-/** Fills 128 bytes or more; the body is stored by whole cache lines. */
+// Fills 128 bytes or more; the body is stored by whole cache lines.
 void fillLong(Byte* run, Word value, std::size_t bytes) {
     const auto chunk = repeat<__m256i>(value);
     store<__m256i, 2>(run, chunk);
@@ -92,35 +89,31 @@ void fillLong(Byte* run, Word value, std::size_t bytes) {
         fillByStringStore(run + head, end, wordAt(value, head));
     } else {
         const auto body = chunkAt(chunk, value, head);
-        for (Byte* at = run + head; at < end; at += turn) {
+        for (Byte* at = run + head; at < end; at += turn)
             store<__m256i, 4>(at, body);
-        }
     }
     store<__m256i, 4>(run + tail, chunkAt(chunk, value, tail));
 }
 
-/** Fills 32 to 127 bytes. */
+// Fills 32 to 127 bytes.
 void fillMiddle(Byte* run, Word value, std::size_t bytes) {
-    if (bytes >= 64) {
+    if (bytes >= 64)
         fillEnds<__m256i, 2>(run, value, bytes);
-    } else {
+    else
         fillEnds<__m256i>(run, value, bytes);
-    }
 }
 
-/** Fills up to 31 bytes. */
+// Fills up to 31 bytes.
 void fillShort(Byte* run, Word value, std::size_t bytes) {
-    if (bytes >= 16) {
+    if (bytes >= 16)
         fillEnds<__m128i>(run, value, bytes);
-    } else if (bytes >= 8) {
+    else if (bytes >= 8)
         fillEnds<std::uint64_t>(run, value, bytes);
-    } else if (bytes >= 4) {
+    else if (bytes >= 4)
         fillEnds<Word>(run, value, bytes);
-    } else {
-        for (std::size_t i = 0; i < bytes; ++i) {
+    else
+        for (std::size_t i = 0; i < bytes; ++i)
             run[i] = static_cast<Byte>(wordAt(value, i));
-        }
-    }
 }
 
 } // namespace
@@ -137,13 +130,12 @@ ZRDRAW_API void* zrOSCopyMemory(void* dst, const void* src, unsigned long bytes)
 
 ZRDRAW_API void* SetMemoryFast(void* dst, unsigned int value, unsigned long bytes) {
     auto* const run = static_cast<Byte*>(dst);
-    if (bytes >= turn) {
+    if (bytes >= turn)
         fillLong(run, value, bytes);
-    } else if (bytes >= 32) {
+    else if (bytes >= 32)
         fillMiddle(run, value, bytes);
-    } else {
+    else
         fillShort(run, value, bytes);
-    }
     return dst;
 }
 

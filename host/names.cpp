@@ -1,8 +1,6 @@
-/**
- * Names of codecs, by the four characters of biCompression, and of file types.
- */
-#include "platform/media.h"
-#include "zrhost.h"
+// Names of codecs, by the four characters of biCompression, and of file types.
+#include "zrdraw/platform/media.h"
+#include "zrdraw/zrhost.h"
 
 #include <algorithm>
 #include <cstring>
@@ -54,15 +52,14 @@ constexpr const char* anyCodec = "Video";
 
 const CodecName* rowOf(std::string_view code) {
     for (const CodecName& row : codecNames) {
-        for (std::size_t at = 0; at < row.codes.size(); at += code.size() + 1) {
+        for (std::size_t at = 0; at < row.codes.size(); at += code.size() + 1)
             if (row.codes.substr(at, code.size()) == code)
                 return &row;
-        }
     }
     return nullptr;
 }
 
-/** Callers keep the pointers, so a text stays as long as the process does. */
+// Callers keep the pointers, so a text stays as long as the process does.
 const char* keptText(std::string_view text) {
     static std::mutex mutex;
     static std::set<std::string, std::less<>> texts;
@@ -111,19 +108,17 @@ ZRDRAW_API const char* kpxutilCodecTypeString(unsigned int code) {
 }
 
 ZRDRAW_API const char* kpxutilFileTypeString(unsigned int code) {
-    for (const FileType& row : fileTypes) {
+    for (const FileType& row : fileTypes)
         if (row.type == code)
             return row.name;
-    }
     return "File";
 }
 
 ZRDRAW_API unsigned int zrFileTypeOf(const char* demuxerName) {
     const std::string_view name(demuxerName);
-    for (const FileType& row : fileTypes) {
+    for (const FileType& row : fileTypes)
         if (!name.empty() && std::count(std::begin(row.demuxers), std::end(row.demuxers), name))
             return row.type;
-    }
     return name.ends_with("_pipe") ? zrFileImage : zrFileUnknown;
 }
 

@@ -1,8 +1,5 @@
-/**
- * Numbers as texts.
- */
-#include "platform/config_store.h"
-
+// Numbers as texts.
+#include "zrdraw/platform/config_store.h"
 #include "zrdraw/types.h"
 
 #include <charconv>

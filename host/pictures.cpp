@@ -1,7 +1,6 @@
-/**
- * Flips and the nearest-pixel resize of 32-bit pictures.
- */
-#include "platform/resize.h"
+// Flips and the nearest-pixel resize of 32-bit pictures.
+#include "zrdraw/platform/memory.h"
+#include "zrdraw/platform/resize.h"
 #include "zrdraw/types.h"
 
 #include <algorithm>
@@ -9,8 +8,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-
-#include "platform/memory.h"
 
 namespace {
 
@@ -28,7 +25,7 @@ void store(unsigned char* line, std::size_t x, Pixel pixel) {
     std::memcpy(line + x * pixelBytes, &pixel, sizeof pixel);
 }
 
-/** Works from both ends at once, so that source and destination may be the same. */
+// Works from both ends at once, so that source and destination may be the same.
 void flipLine(unsigned char* dst, const unsigned char* src, std::size_t width) {
     for (std::size_t x = 0; x < (width + 1) / 2; ++x) {
         const Pixel left = load(src, x), right = load(src, width - 1 - x);
@@ -46,7 +43,7 @@ void exchangeLines(unsigned char* dstUpper, unsigned char* dstLower, const unsig
     }
 }
 
-/** The source coordinate of a destination one, or -1 where there is none. */
+// The source coordinate of a destination one, or -1 where there is none.
 int sourceOf(int at, double factor, double shift, int first, int count) {
     const double source = std::floor((at - shift) / factor);
     return source >= first && source < first + count ? static_cast<int>(source) : -1;

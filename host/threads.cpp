@@ -1,8 +1,6 @@
-/**
- * Threads over pthreads. A thread is known by a record: that of a thread made here belongs to its
- * handle until the handle is closed, that of any other thread lives as long as the thread.
- */
-#include "platform/threads.h"
+// Threads over pthreads. A thread is known by a record: that of a thread made here belongs to its
+// handle until the handle is closed, that of any other thread lives as long as the thread.
+#include "zrdraw/platform/threads.h"
 
 #include "handle.h"
 #include "zrdraw/types.h"
@@ -21,46 +19,43 @@ namespace {
 
 class ThreadRecord {
 public:
-    /** The calling thread, which runs already. */
-    ThreadRecord() : systemId_(gettid()) {}
+    // The calling thread, which runs already.
+    ThreadRecord() : m_systemId(gettid()) {}
 
     ThreadRecord(zrOSThreadRoutine* routine, void* argument, const char* name)
-        : routine_(routine), argument_(argument) {
-        std::strncpy(name_, name != nullptr ? name : "", sizeof name_ - 1);
+        : m_routine(routine), m_argument(argument) {
+        std::strncpy(m_name, name != nullptr ? name : "", sizeof m_name - 1);
     }
 
-    /**
-     * Does not wait until the thread runs: that would cost more than the work of a short one. What
-     * the system does for a thread it does for itself when it begins.
-     */
+    // Does not wait until the thread runs: that would cost more than the work of a short one. What
+    // the system does for a thread it does for itself when it begins.
     bool start(const pthread_attr_t& attributes) {
-        return pthread_create(&thread_, &attributes, run, this) == 0;
+        return pthread_create(&m_thread, &attributes, run, this) == 0;
     }
 
-    unsigned int number() const { return number_; }
+    unsigned int number() const { return m_number; }
 
-    /** @return whether the thread has ended; false for one that cannot be waited for */
-    bool join() { return routine_ != nullptr && pthread_join(thread_, nullptr) == 0; }
+    // @return whether the thread has ended; false for one that cannot be waited for
+    bool join() { return m_routine != nullptr && pthread_join(m_thread, nullptr) == 0; }
 
     int priority() {
-        const std::lock_guard lock(mutex_);
-        return priority_;
+        const std::lock_guard lock(m_mutex);
+        return m_priority;
     }
 
     void setPriority(int priority) {
-        const std::lock_guard lock(mutex_);
-        priority_ = priority;
-        if (systemId_ != notRunning) {
+        const std::lock_guard lock(m_mutex);
+        m_priority = priority;
+        if (m_systemId != notRunning)
             askForPriority();
-        }
     }
 
     static ThreadRecord* current() {
-        if (current_ == nullptr) {
+        if (m_current == nullptr) {
             thread_local ThreadRecord foreign;
-            current_ = &foreign;
+            m_current = &foreign;
         }
-        return current_;
+        return m_current;
     }
 
 private:
@@ -68,33 +63,31 @@ private:
 
     static void* run(void* handle) {
         auto* const self = static_cast<ThreadRecord*>(handle);
-        current_ = self;
+        m_current = self;
         self->begin();
-        const std::uintptr_t result = self->routine_(self->argument_);
+        const std::uintptr_t result = self->m_routine(self->m_argument);
         // The system gives the number of an ended thread to another, which must keep its priority.
         self->retire();
         return reinterpret_cast<void*>(result);
     }
 
     void begin() {
-        if (name_[0] != 0) {
-            pthread_setname_np(pthread_self(), name_);
-        }
-        const std::lock_guard lock(mutex_);
-        systemId_ = gettid();
-        if (priority_ != 0) {
+        if (m_name[0] != 0)
+            pthread_setname_np(pthread_self(), m_name);
+        const std::lock_guard lock(m_mutex);
+        m_systemId = gettid();
+        if (m_priority != 0)
             askForPriority();
-        }
     }
 
     void retire() {
-        const std::lock_guard lock(mutex_);
-        systemId_ = notRunning;
+        const std::lock_guard lock(m_mutex);
+        m_systemId = notRunning;
     }
 
-    /** A refusal is no failure: the number alone is what the caller can rely on. */
+    // A refusal is no failure: the number alone is what the caller can rely on.
     void askForPriority() {
-        setpriority(PRIO_PROCESS, static_cast<id_t>(systemId_), -std::clamp(priority_, -19, 20));
+        setpriority(PRIO_PROCESS, static_cast<id_t>(m_systemId), -std::clamp(m_priority, -19, 20));
     }
 
     static unsigned int nextNumber() {
@@ -102,35 +95,35 @@ private:
         return ++last;
     }
 
-    static thread_local ThreadRecord* current_;
+    static thread_local ThreadRecord* m_current;
 
-    zrOSThreadRoutine* const routine_ = nullptr;
-    void* const argument_ = nullptr;
-    const unsigned int number_ = nextNumber();
-    char name_[16] = {}; // the system refuses a longer name rather than cut it
-    pthread_t thread_ = {};
-    std::mutex mutex_; // guards what follows
-    int priority_ = 0;
-    pid_t systemId_ = notRunning;
+    zrOSThreadRoutine* const m_routine = nullptr;
+    void* const m_argument = nullptr;
+    const unsigned int m_number = nextNumber();
+    char m_name[16] = {}; // the system refuses a longer name rather than cut it
+    pthread_t m_thread = {};
+    std::mutex m_mutex; // guards what follows
+    int m_priority = 0;
+    pid_t m_systemId = notRunning;
 };
 
-thread_local ThreadRecord* ThreadRecord::current_ = nullptr;
+thread_local ThreadRecord* ThreadRecord::m_current = nullptr;
 
 class ThreadAttributes {
 public:
     explicit ThreadAttributes(unsigned long stackSize) {
-        pthread_attr_init(&value_);
+        pthread_attr_init(&m_value);
         // A size below the system's least is refused, 0 among them: the default remains.
-        pthread_attr_setstacksize(&value_, stackSize);
+        pthread_attr_setstacksize(&m_value, stackSize);
     }
-    ~ThreadAttributes() { pthread_attr_destroy(&value_); }
+    ~ThreadAttributes() { pthread_attr_destroy(&m_value); }
     ThreadAttributes(const ThreadAttributes&) = delete;
     ThreadAttributes& operator=(const ThreadAttributes&) = delete;
 
-    const pthread_attr_t& value() const { return value_; }
+    const pthread_attr_t& value() const { return m_value; }
 
 private:
-    pthread_attr_t value_;
+    pthread_attr_t m_value;
 };
 
 } // namespace
@@ -142,24 +135,20 @@ ZRDRAW_API void* zrOSCreateThread(void* /*attributes*/, unsigned long stackSize,
                                   zrOSThreadRoutine* routine, void* argument,
                                   unsigned int /*flags*/, unsigned int* threadId,
                                   const char* name) {
-    if (routine == nullptr) {
+    if (routine == nullptr)
         return nullptr;
-    }
     auto record = zrhost::makeOrNull<ThreadRecord>(routine, argument, name);
-    if (!record || !record->start(ThreadAttributes(stackSize).value())) {
+    if (!record || !record->start(ThreadAttributes(stackSize).value()))
         return nullptr;
-    }
-    if (threadId != nullptr) {
+    if (threadId != nullptr)
         *threadId = record->number();
-    }
     return record.release();
 }
 
 ZRDRAW_API int zrOSCloseThread(void* thread, const char* /*name*/) {
     // A thread that closes itself, or one not made here, keeps its record: it is still in use.
-    if (thread != nullptr && static_cast<ThreadRecord*>(thread)->join()) {
+    if (thread != nullptr && static_cast<ThreadRecord*>(thread)->join())
         zrhost::adopt<ThreadRecord>(thread).reset();
-    }
     return 0;
 }
 
@@ -168,9 +157,8 @@ ZRDRAW_API void* zrOSGetCurrentThread(void) {
 }
 
 ZRDRAW_API int zrOSSetThreadPriority(void* thread, int priority) {
-    if (thread == nullptr) {
+    if (thread == nullptr)
         return 0;
-    }
     static_cast<ThreadRecord*>(thread)->setPriority(priority);
     return 1;
 }

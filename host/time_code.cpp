@@ -1,8 +1,6 @@
-/**
- * Time code texts, by way of libavutil.
- */
-#include "platform/media.h"
-#include "zrhost.h"
+// Time code texts, by way of libavutil.
+#include "zrdraw/platform/media.h"
+#include "zrdraw/zrhost.h"
 
 #include <algorithm>
 #include <charconv>
@@ -25,7 +23,7 @@ struct Type {
     bool drop;
 };
 
-/** Drop-frame types stand before their like: they are the usual ones at their rates. */
+// Drop-frame types stand before their like: they are the usual ones at their rates.
 constexpr Type types[] = {
     {zrTimeCode24, 24, false},    {zrTimeCode25, 25, false}, {zrTimeCode30Drop, 30, true},
     {zrTimeCode30, 30, false},    {zrTimeCode48, 48, false}, {zrTimeCode50, 50, false},
@@ -43,10 +41,8 @@ const Type& typeOf(unsigned int typeAndFlags) {
     return found != std::end(types) ? *found : types[zrTimeCode30 - 1];
 }
 
-/**
- * The rates of a type are its own and the slow one, with 0.5 % around them. Drop-frame keeps time
- * with the clock at the slow rates only.
- */
+// The rates of a type are its own and the slow one, with 0.5 % around them. Drop-frame keeps time
+// with the clock at the slow rates only.
 const Type* typeFor(double rate, int drop) {
     constexpr double tolerance = 0.005, middle = (1.0 + slow) / 2.0;
     for (const Type& type : types) {
@@ -59,7 +55,7 @@ const Type* typeFor(double rate, int drop) {
     return nullptr;
 }
 
-/** The numbers that drop-frame leaves out at the start of a minute. */
+// The numbers that drop-frame leaves out at the start of a minute.
 int droppedNumbers(const Type& type) {
     return type.drop ? type.frames / 15 : 0;
 }
@@ -69,7 +65,7 @@ std::int64_t framesOfDay(const Type& type) {
     return minutes * 60 * type.frames - (minutes - undropped) * droppedNumbers(type);
 }
 
-/** Reads a field of two digits, or of three where its numbers go past 99. */
+// Reads a field of two digits, or of three where its numbers go past 99.
 bool readField(std::string_view& text, int most, int& value) {
     const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
     const std::size_t mostDigits = most > 100 ? 3 : 2;

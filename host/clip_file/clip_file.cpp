@@ -1,8 +1,6 @@
-/**
- * The reader of media files, a library of its own: the first picture of any file that FFmpeg reads,
- * as B, G, R, A, a byte each. Alpha is kept; a picture without is opaque.
- */
-#include "platform/media.h"
+// The reader of media files, a library of its own: the first picture of any file that FFmpeg reads,
+// as B, G, R, A, a byte each. Alpha is kept; a picture without is opaque.
+#include "zrdraw/platform/media.h"
 #include "zrdraw/types.h"
 
 #include <cstddef>
@@ -42,7 +40,7 @@ using Packet = std::unique_ptr<AVPacket, AvFree<av_packet_free>>;
 
 constexpr int pixelBytes = 4;
 
-/** What a handle stands for. */
+// What a handle stands for.
 struct Clip {
     Frame picture;
     AVRational rate{25, 1};
@@ -63,10 +61,8 @@ Input openInput(const char* path) {
                                                                             : nullptr;
 }
 
-/**
- * What a decoder refuses, rather than hand out a picture with a damaged part. The strictest check
- * finds pictures that are cut off, but makes other decoders refuse sound files for small oddities.
- */
+// What a decoder refuses, rather than hand out a picture with a damaged part. The strictest check
+// finds pictures that are cut off, but makes other decoders refuse sound files for small oddities.
 int errorChecks(AVCodecID codec) {
     const bool strictest = codec == AV_CODEC_ID_MJPEG || codec == AV_CODEC_ID_PNG;
     return AV_EF_CRCCHECK | AV_EF_BITSTREAM | AV_EF_BUFFER | (strictest ? AV_EF_EXPLODE : 0);
@@ -83,10 +79,8 @@ Codec openDecoder(const AVStream& stream) {
     return avcodec_open2(decoder.get(), codec, nullptr) >= 0 ? std::move(decoder) : nullptr;
 }
 
-/**
- * A JPEG without its end, which the decoder would make up. Within a scan the bytes of the end
- * marker cannot occur, so one behind the start of the last scan is the picture's own.
- */
+// A JPEG without its end, which the decoder would make up. Within a scan the bytes of the end
+// marker cannot occur, so one behind the start of the last scan is the picture's own.
 bool isCutJpeg(const AVFormatContext& input, const AVPacket& packet) {
     const std::string_view demuxer = input.iformat->name;
     const bool isPicture = demuxer == "image2" || demuxer.ends_with("_pipe");
@@ -99,7 +93,7 @@ bool isCutJpeg(const AVFormatContext& input, const AVPacket& packet) {
     return scan == bytes.npos || bytes.find("\xFF\xD9", scan) == bytes.npos;
 }
 
-/** False when the file ends or fails before a picture is whole. */
+// False when the file ends or fails before a picture is whole.
 bool decodeFirst(AVFormatContext& input, AVCodecContext& decoder, int stream, AVFrame& picture) {
     const Packet packet(av_packet_alloc());
     if (!packet)
@@ -144,7 +138,7 @@ std::unique_ptr<Clip> openClip(const char* path) {
     return clip;
 }
 
-/** Large pictures are BT.709 where nobody says. */
+// Large pictures are BT.709 where nobody says.
 const int* coefficientsOf(const AVFrame& picture) {
     constexpr int highDefinition = 720;
     if (picture.colorspace != AVCOL_SPC_UNSPECIFIED && picture.colorspace != AVCOL_SPC_RGB)
@@ -152,7 +146,7 @@ const int* coefficientsOf(const AVFrame& picture) {
     return sws_getCoefficients(picture.height >= highDefinition ? SWS_CS_ITU709 : SWS_CS_ITU601);
 }
 
-/** A format and its range. The scaler takes a format that implies full range under protest. */
+// A format and its range. The scaler takes a format that implies full range under protest.
 struct Samples {
     AVPixelFormat format;
     bool fullRange;
@@ -167,17 +161,16 @@ Samples samplesOf(const AVFrame& picture) {
         {AV_PIX_FMT_YUVJ411P, AV_PIX_FMT_YUV411P},
     };
     const auto format = static_cast<AVPixelFormat>(picture.format);
-    for (const auto& twin : twins) {
+    for (const auto& twin : twins)
         if (format == twin.fullRange)
             return {twin.plain, true};
-    }
     const AVPixFmtDescriptor* description = av_pix_fmt_desc_get(format);
     const bool grey = description != nullptr && description->nb_components <= 2;
     return {format, picture.color_range == AVCOL_RANGE_JPEG ||
                         (grey && picture.color_range == AVCOL_RANGE_UNSPECIFIED)};
 }
 
-/** Into a buffer of its own first, because the scaler writes behind a line's end. */
+// Into a buffer of its own first, because the scaler writes behind a line's end.
 bool convert(const AVFrame& picture, std::uint8_t* pixels) {
     const Samples samples = samplesOf(picture);
     const std::unique_ptr<SwsContext, SwsFree> context(

@@ -1,13 +1,11 @@
-/**
- * The configuration store: texts that wait in this process until they are saved, over a file that
- * all processes share.
- */
-#include "platform/config_store.h"
+// The configuration store: texts that wait in this process until they are saved, over a file that
+// all processes share.
+#include "zrdraw/platform/config_store.h"
 
-#include "platform/files.h"
 #include "shared_store.h"
 #include "store_files.h"
-#include "zrhost.h"
+#include "zrdraw/platform/files.h"
+#include "zrdraw/zrhost.h"
 
 #include <cstdio>
 #include <cstring>
@@ -25,64 +23,62 @@ using zrhost::StoreTexts;
 class Store {
 public:
     bool holdsPath(const std::string& path) {
-        const auto waiting = waiting_.lower_bound({path, {}});
-        return (waiting != waiting_.end() && waiting->first.first == path) ||
+        const auto waiting = m_waiting.lower_bound({path, {}});
+        return (waiting != m_waiting.end() && waiting->first.first == path) ||
                shared().holdsPath(path);
     }
 
     std::optional<std::string> text(const StoreKey& key) {
-        const auto waiting = waiting_.find(key);
-        return waiting != waiting_.end() ? waiting->second : shared().text(key);
+        const auto waiting = m_waiting.find(key);
+        return waiting != m_waiting.end() ? waiting->second : shared().text(key);
     }
 
     void put(StoreKey key, std::string text) {
-        waiting_.insert_or_assign(std::move(key), std::move(text));
+        m_waiting.insert_or_assign(std::move(key), std::move(text));
     }
 
     void save() {
-        if (!waiting_.empty()) {
-            shared().save(waiting_);
-            waiting_.clear();
+        if (!m_waiting.empty()) {
+            shared().save(m_waiting);
+            m_waiting.clear();
         }
     }
 
-    /** Leaves everything as it is when it throws. */
+    // Leaves everything as it is when it throws.
     void use(const char* file) {
         auto next =
             open(file != nullptr ? zrhost::absoluteFile(file) : zrhost::environmentStoreFile());
         next->check();
-        shared_ = std::move(next);
-        waiting_.clear();
+        m_shared = std::move(next);
+        m_waiting.clear();
     }
 
-    /** @return what the log has to say of the operations since the last call */
-    std::vector<std::string> takeNotices() { return std::exchange(notices_, {}); }
+    // @return what the log has to say of the operations since the last call
+    std::vector<std::string> takeNotices() { return std::exchange(m_notices, {}); }
 
-    /** A database must not be open in two processes by one opening. */
+    // A database must not be open in two processes by one opening.
     void prepareFork() {
-        if (shared_) {
-            shared_->close();
-        }
+        if (m_shared)
+            m_shared->close();
     }
 
-    /** What waits is the parent's to save: saved from here, it might undo what the parent saved. */
-    void beginChild() { waiting_.clear(); }
+    // What waits is the parent's to save: saved from here, it might undo what the parent saved.
+    void beginChild() { m_waiting.clear(); }
 
 private:
     std::unique_ptr<SharedStore> open(std::string file) {
-        return std::make_unique<SharedStore>(std::move(file), notices_);
+        return std::make_unique<SharedStore>(std::move(file), m_notices);
     }
 
     SharedStore& shared() {
-        if (!shared_) {
-            shared_ = open(zrhost::environmentStoreFile());
-        }
-        return *shared_;
+        if (!m_shared)
+            m_shared = open(zrhost::environmentStoreFile());
+        return *m_shared;
     }
 
-    std::vector<std::string> notices_;
-    std::unique_ptr<SharedStore> shared_;
-    StoreTexts waiting_;
+    std::vector<std::string> m_notices;
+    std::unique_ptr<SharedStore> m_shared;
+    StoreTexts m_waiting;
 };
 
 std::mutex storeMutex;
@@ -100,7 +96,7 @@ const int forkHandlers = pthread_atfork(
         storeMutex.unlock();
     });
 
-/** How an operation ended. It is logged without the lock: a sink may use the store, or fork. */
+// How an operation ended. It is logged without the lock: a sink may use the store, or fork.
 struct Outcome {
     std::string problem; // empty when there is none
     bool isRepeated = false;
@@ -124,32 +120,28 @@ Outcome outcomeOf(const Operation& operation) {
 }
 
 void logNotices(const Outcome& outcome) {
-    for (const std::string& notice : outcome.notices) {
+    for (const std::string& notice : outcome.notices)
         ErrOut("%s", notice.c_str());
-    }
 }
 
-/** A program reads dozens of texts in a row: what is wrong with the store is said once. */
+// A program reads dozens of texts in a row: what is wrong with the store is said once.
 enum class Repeats { Silent, Logged };
 
-/** @return 0, or -1 with one line in the log */
+// @return 0, or -1 with one line in the log
 template <class Operation>
 int run(Repeats repeats, const Operation& operation) {
     const Outcome outcome = outcomeOf(operation);
     logNotices(outcome);
-    if (outcome.problem.empty()) {
+    if (outcome.problem.empty())
         return 0;
-    }
-    if (!outcome.isRepeated || repeats == Repeats::Logged) {
+    if (!outcome.isRepeated || repeats == Repeats::Logged)
         ErrOut("%s", outcome.problem.c_str());
-    }
     return -1;
 }
 
 void copyText(const std::string& text, char* buffer, unsigned int* length) {
-    if (buffer != nullptr && *length > 0) {
+    if (buffer != nullptr && *length > 0)
         buffer[text.copy(buffer, *length - 1)] = 0;
-    }
     *length = static_cast<unsigned int>(text.size() + 1);
 }
 
@@ -161,9 +153,8 @@ int writeText(StoreKey key, const char* text, std::size_t bytes) {
 int readText(const StoreKey& key, char* buffer, unsigned int* length) {
     std::optional<std::string> text;
     run(Repeats::Silent, [&] { text = store.text(key); });
-    if (!text) {
+    if (!text)
         return -1;
-    }
     copyText(*text, buffer, length);
     return 0;
 }
@@ -174,34 +165,31 @@ extern "C" {
 
 ZRDRAW_API int zrCFGKeyExists(int, const char* path) {
     bool holds = false;
-    if (path == nullptr) {
+    if (path == nullptr)
         return 0;
-    }
     run(Repeats::Silent, [&] { holds = store.holdsPath(path); });
     return holds ? 1 : 0;
 }
 
 ZRDRAW_API int zrCFGValueString(int, const char* path, const char* name, char* buffer,
                                 unsigned int* length, int write) {
-    if (path == nullptr || name == nullptr || length == nullptr) {
+    if (path == nullptr || name == nullptr || length == nullptr)
         return -1;
-    }
-    if (write == 0) {
+    if (write == 0)
         return readText({path, name}, buffer, length);
-    }
     return buffer != nullptr ? writeText({path, name}, buffer, *length) : -1;
 }
 
 ZRDRAW_API int zrCFGSave(int, int, int) {
-    return run(Repeats::Logged, [] { store.save(); });
+    return run(
+        Repeats::Logged, [] { store.save(); });
 }
 
 ZRDRAW_API int zrCFGUseStore(const char* file, char* reason, unsigned int reasonBytes) {
     const Outcome outcome = outcomeOf([=] { store.use(file); });
     logNotices(outcome);
-    if (reason != nullptr && reasonBytes > 0) {
+    if (reason != nullptr && reasonBytes > 0)
         std::snprintf(reason, reasonBytes, "%s", outcome.problem.c_str());
-    }
     return outcome.problem.empty() ? 0 : -1;
 }
 

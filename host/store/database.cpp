@@ -34,35 +34,34 @@ const char* mendOf(int code) {
 
 class Database::Statement {
 public:
-    Statement(const Database& database, const char* sql) : database_(database) {
+    Statement(const Database& database, const char* sql) : m_database(database) {
         sqlite3_stmt* statement = nullptr;
-        const int code = sqlite3_prepare_v2(database.handle_.get(), sql, -1, &statement, nullptr);
-        statement_.reset(statement);
+        const int code = sqlite3_prepare_v2(database.m_handle.get(), sql, -1, &statement, nullptr);
+        m_statement.reset(statement);
         database.expectDone(code);
     }
 
-    /** The text has to live until the next step. */
+    // The text has to live until the next step.
     Statement& bind(int index, const std::string& text) {
-        database_.expectDone(sqlite3_bind_text64(statement_.get(), index, text.data(), text.size(),
-                                                 SQLITE_STATIC, SQLITE_UTF8));
+        m_database.expectDone(sqlite3_bind_text64(m_statement.get(), index, text.data(),
+                                                  text.size(), SQLITE_STATIC, SQLITE_UTF8));
         return *this;
     }
 
-    /** @return whether there is a row */
+    // @return whether there is a row
     bool step() {
-        const int code = sqlite3_step(statement_.get());
-        if (code != SQLITE_ROW) {
-            database_.expectDone(code);
-        }
+        const int code = sqlite3_step(m_statement.get());
+        if (code != SQLITE_ROW)
+            m_database.expectDone(code);
         return code == SQLITE_ROW;
     }
 
-    void reset() { sqlite3_reset(statement_.get()); }
+    void reset() { sqlite3_reset(m_statement.get()); }
 
-    /** @return the text in the row's first column */
+    // @return the text in the row's first column
     std::string text() const {
-        const unsigned char* const text = sqlite3_column_text(statement_.get(), 0);
-        const int bytes = sqlite3_column_bytes(statement_.get(), 0);
+        const unsigned char* const text = sqlite3_column_text(m_statement.get(), 0);
+        const int bytes = sqlite3_column_bytes(m_statement.get(), 0);
         return {reinterpret_cast<const char*>(text), static_cast<std::size_t>(bytes)};
     }
 
@@ -71,35 +70,34 @@ private:
         void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
     };
 
-    const Database& database_;
-    std::unique_ptr<sqlite3_stmt, Finalize> statement_;
+    const Database& m_database;
+    std::unique_ptr<sqlite3_stmt, Finalize> m_statement;
 };
 
 class Database::Transaction {
 public:
-    explicit Transaction(const Database& database) : database_(database) {
-        database_.run("BEGIN IMMEDIATE");
+    explicit Transaction(const Database& database) : m_database(database) {
+        m_database.run("BEGIN IMMEDIATE");
     }
     ~Transaction() {
-        sqlite3* const handle = database_.handle_.get();
-        if (sqlite3_get_autocommit(handle) == 0) {
+        sqlite3* const handle = m_database.m_handle.get();
+        if (sqlite3_get_autocommit(handle) == 0)
             sqlite3_exec(handle, "ROLLBACK", nullptr, nullptr, nullptr);
-        }
     }
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
 
-    void commit() { database_.run("COMMIT"); }
+    void commit() { m_database.run("COMMIT"); }
 
 private:
-    const Database& database_;
+    const Database& m_database;
 };
 
 void Database::Close::operator()(sqlite3* handle) const {
     sqlite3_close(handle);
 }
 
-Database::Database(const std::string& file) : file_(file) {
+Database::Database(const std::string& file) : m_file(file) {
     open();
     run("PRAGMA synchronous = FULL");
     checkWhole();
@@ -108,8 +106,8 @@ Database::Database(const std::string& file) : file_(file) {
 void Database::open() {
     sqlite3* handle = nullptr;
     const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
-    const int code = sqlite3_open_v2(file_.c_str(), &handle, flags, nullptr);
-    handle_.reset(handle);
+    const int code = sqlite3_open_v2(m_file.c_str(), &handle, flags, nullptr);
+    m_handle.reset(handle);
     expectDone(code);
     sqlite3_busy_timeout(handle, static_cast<int>(patience.count()));
     // The last one to close would remove the log of changes by its name, which may be that of a new
@@ -119,14 +117,13 @@ void Database::open() {
 
 void Database::checkWhole() const {
     Statement check(*this, "PRAGMA quick_check(1)");
-    if (check.step() && check.text() != "ok") {
-        throw DamageError(file_, check.text());
-    }
+    if (check.step() && check.text() != "ok")
+        throw DamageError(m_file, check.text());
 }
 
 bool Database::hasMoved() const {
     int moved = 0;
-    sqlite3_file_control(handle_.get(), nullptr, SQLITE_FCNTL_HAS_MOVED, &moved);
+    sqlite3_file_control(m_handle.get(), nullptr, SQLITE_FCNTL_HAS_MOVED, &moved);
     return moved != 0;
 }
 
@@ -142,9 +139,8 @@ bool Database::holdsPath(const std::string& path) const {
 }
 
 std::optional<std::string> Database::text(const StoreKey& key) const {
-    if (!hasTable()) {
+    if (!hasTable())
         return std::nullopt;
-    }
     Statement find(*this, "SELECT value FROM settings WHERE path = ?1 AND name = ?2");
     return find.bind(1, key.first).bind(2, key.second).step() ? std::optional(find.text())
                                                               : std::nullopt;
@@ -152,7 +148,7 @@ std::optional<std::string> Database::text(const StoreKey& key) const {
 
 void Database::save(const StoreTexts& texts) {
     // Refused while another program reads a database without it, which does as well, slower.
-    sqlite3_exec(handle_.get(), "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr);
+    sqlite3_exec(m_handle.get(), "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr);
     Transaction transaction(*this);
     run(createTable);
     {
@@ -164,11 +160,11 @@ void Database::save(const StoreTexts& texts) {
     }
     transaction.commit();
     // The texts are safe in the log of changes; a copy of the main file alone has them as well now.
-    sqlite3_wal_checkpoint_v2(handle_.get(), nullptr, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
+    sqlite3_wal_checkpoint_v2(m_handle.get(), nullptr, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
 }
 
 void Database::run(const char* sql) const {
-    expectDone(sqlite3_exec(handle_.get(), sql, nullptr, nullptr, nullptr));
+    expectDone(sqlite3_exec(m_handle.get(), sql, nullptr, nullptr, nullptr));
 }
 
 void Database::expectDone(int code) const {
@@ -178,9 +174,9 @@ void Database::expectDone(int code) const {
         return;
     case SQLITE_CORRUPT:
     case SQLITE_NOTADB:
-        throw DamageError(file_, sqlite3_errmsg(handle_.get()));
+        throw DamageError(m_file, sqlite3_errmsg(m_handle.get()));
     default:
-        throw StoreError(file_, sqlite3_errmsg(handle_.get()), mendOf(code));
+        throw StoreError(m_file, sqlite3_errmsg(m_handle.get()), mendOf(code));
     }
 }
 

@@ -1,8 +1,5 @@
-/**
- * A store's file: an SQLite database with one table of texts.
- */
-#ifndef ZRDRAW_HOST_STORE_DATABASE_H
-#define ZRDRAW_HOST_STORE_DATABASE_H
+// A store's file: an SQLite database with one table of texts.
+#pragma once
 
 #include <map>
 #include <memory>
@@ -14,23 +11,23 @@ struct sqlite3;
 
 namespace zrhost {
 
-/** A key path and the name of a text below it. */
+// A key path and the name of a text below it.
 using StoreKey = std::pair<std::string, std::string>;
 using StoreTexts = std::map<StoreKey, std::string>;
 
-/** Every operation throws DamageError or StoreError when it fails. One thread at a time. */
+// Every operation throws DamageError or StoreError when it fails. One thread at a time.
 class Database {
 public:
-    /** Opens a file, which is made when it is not there, and checks all of it. */
+    // Opens a file, which is made when it is not there, and checks all of it.
     explicit Database(const std::string& file);
 
-    /** @return whether the file has another name by now, or none */
+    // @return whether the file has another name by now, or none
     bool hasMoved() const;
 
     bool holdsPath(const std::string& path) const;
     std::optional<std::string> text(const StoreKey& key) const;
 
-    /** Makes all of the texts lasting, or none when it throws. */
+    // Makes all of the texts lasting, or none when it throws.
     void save(const StoreTexts& texts);
 
 private:
@@ -47,10 +44,8 @@ private:
     void expectDone(int code) const;
     bool hasTable() const;
 
-    const std::string file_;
-    std::unique_ptr<sqlite3, Close> handle_;
+    const std::string m_file;
+    std::unique_ptr<sqlite3, Close> m_handle;
 };
 
 } // namespace zrhost
-
-#endif

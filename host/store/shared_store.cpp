@@ -8,7 +8,7 @@
 namespace zrhost {
 
 SharedStore::SharedStore(std::string file, std::vector<std::string>& notices)
-    : file_(std::move(file)), notices_(notices) {}
+    : m_file(std::move(file)), m_notices(notices) {}
 
 void SharedStore::check() {
     read([](Database&) {});
@@ -27,49 +27,43 @@ std::optional<std::string> SharedStore::text(const StoreKey& key) {
 }
 
 void SharedStore::save(const StoreTexts& texts) {
-    makeFoldersOf(file_);
+    makeFoldersOf(m_file);
     runLocked([&](Database& database) { database.save(texts); });
 }
 
-/** Without a file the operation is left out: to read makes none. */
+// Without a file the operation is left out: to read makes none.
 void SharedStore::read(const Operation& operation) {
-    if (!tryOpenOne(operation) && storeFileExists(file_)) {
+    if (!tryOpenOne(operation) && storeFileExists(m_file))
         runLocked(operation);
-    }
 }
 
-/** The file is judged and replaced under the lock, so that no other process does either meanwhile.
- */
+// The file is judged and replaced under the lock, so that no other process does either meanwhile.
 void SharedStore::runLocked(const Operation& operation) {
-    const StoreLock lock(file_);
-    if (tryOpenOne(operation)) {
+    const StoreLock lock(m_file);
+    if (tryOpenOne(operation))
         return;
-    }
     try {
         reopen();
-        operation(*database_);
+        operation(*m_database);
     } catch (const DamageError& damage) {
         close();
-        const std::string aside = setAside(file_, lock);
-        notices_.push_back(aboutStore(file_, "it is damaged (" + damage.problem() +
-                                                 "), is kept as '" + aside +
-                                                 "' and a new one begun; set it up again"));
+        const std::string aside = setAside(m_file, lock);
+        m_notices.push_back(aboutStore(m_file, "it is damaged (" + damage.problem() +
+                                                   "), is kept as '" + aside +
+                                                   "' and a new one begun; set it up again"));
         reopen();
-        operation(*database_);
+        operation(*m_database);
     }
 }
 
-/**
- * Runs the operation on the file that is open already. Damage is not believed yet: what this
- * process has of the file may be out of date.
- * @return false when it has to run on a file that is opened anew
- */
+// Runs the operation on the file that is open already. Damage is not believed yet: what this
+// process has of the file may be out of date.
+// @return false when it has to run on a file that is opened anew
 bool SharedStore::tryOpenOne(const Operation& operation) {
-    if (!isOpen()) {
+    if (!isOpen())
         return false;
-    }
     try {
-        operation(*database_);
+        operation(*m_database);
         return true;
     } catch (const DamageError&) {
         close();
@@ -79,7 +73,7 @@ bool SharedStore::tryOpenOne(const Operation& operation) {
 
 void SharedStore::reopen() {
     close();
-    database_.emplace(file_);
+    m_database.emplace(m_file);
 }
 
 } // namespace zrhost

@@ -1,9 +1,6 @@
-/**
- * A store's file as several processes use it at once: opened when it is needed, and replaced by a
- * new one when it is damaged.
- */
-#ifndef ZRDRAW_HOST_STORE_SHARED_STORE_H
-#define ZRDRAW_HOST_STORE_SHARED_STORE_H
+// A store's file as several processes use it at once: opened when it is needed, and replaced by a
+// new one when it is damaged.
+#pragma once
 
 #include "database.h"
 
@@ -12,36 +9,34 @@
 
 namespace zrhost {
 
-/** Every operation throws StoreError when it fails. One thread at a time. */
+// Every operation throws StoreError when it fails. One thread at a time.
 class SharedStore {
 public:
-    /** @param notices gets a line when a damaged file was set aside. It outlives the store */
+    // @param notices gets a line when a damaged file was set aside. It outlives the store
     SharedStore(std::string file, std::vector<std::string>& notices);
 
-    /** Learns whether the file can be used. One that is not there can. */
+    // Learns whether the file can be used. One that is not there can.
     void check();
 
     bool holdsPath(const std::string& path);
     std::optional<std::string> text(const StoreKey& key);
     void save(const StoreTexts& texts);
 
-    /** Lets go of the file until it is needed again. */
-    void close() { database_.reset(); }
+    // Lets go of the file until it is needed again.
+    void close() { m_database.reset(); }
 
 private:
     using Operation = std::function<void(Database&)>;
 
-    bool isOpen() const { return database_ && !database_->hasMoved(); }
+    bool isOpen() const { return m_database && !m_database->hasMoved(); }
     bool tryOpenOne(const Operation& operation);
     void read(const Operation& operation);
     void runLocked(const Operation& operation);
     void reopen();
 
-    std::string file_;
-    std::vector<std::string>& notices_;
-    std::optional<Database> database_;
+    std::string m_file;
+    std::vector<std::string>& m_notices;
+    std::optional<Database> m_database;
 };
 
 } // namespace zrhost
-
-#endif

@@ -76,10 +76,9 @@ inline constexpr zrLayout zrLayouts[] = {
 
 /** The row of a code, or null for a code without one. */
 constexpr const zrLayout* zrFindLayout(unsigned int code) {
-    for (const zrLayout& layout : zrLayouts) {
+    for (const zrLayout& layout : zrLayouts)
         if (layout.code == code)
             return &layout;
-    }
     return nullptr;
 }
 

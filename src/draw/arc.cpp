@@ -1,10 +1,10 @@
 // Arcs, ellipses and pies: polygons with one chord a degree, whatever the radius.
-#include <cmath>
-#include <optional>
-
 #include "pixel/truncate.h"
 #include "zrdraw/font.h"
 #include "zrdraw/zrdraw.h"
+
+#include <cmath>
+#include <optional>
 
 int xStartArc = 0;
 int yStartArc = 0;

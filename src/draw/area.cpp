@@ -1,9 +1,9 @@
 // Areas made of runs, and outlines made of lines and arcs.
-#include <cstring>
-
 #include "draw/span_route.h"
-#include "platform/memory.h"
+#include "zrdraw/platform/memory.h"
 #include "zrdraw/zrdraw.h"
+
+#include <cstring>
 
 namespace {
 

@@ -1,10 +1,10 @@
 // Circles by the integer midpoint rule, and filled ones as horizontal runs.
-#include <cmath>
-
 #include "draw/plotter.h"
 #include "draw/walk.h"
 #include "pixel/truncate.h"
 #include "zrdraw/zrdraw.h"
+
+#include <cmath>
 
 int ZRDraw::Circle(int cx, int cy, int radius) {
     if (radius < 0)

@@ -1,9 +1,8 @@
 // ZRDraw itself: its state, the current position, and what is in the interface but does nothing.
+#include "zrdraw/font.h"
 #include "zrdraw/zrdraw.h"
 
 #include <cstddef>
-
-#include "zrdraw/font.h"
 
 namespace {
 constexpr ZRDraw::TextColor white{1.0, 1.0, 1.0, 1.0};

@@ -1,10 +1,10 @@
 // The four-connected flood fill, breadth first.
+#include "draw/plotter.h"
+#include "pixel/byte_order.h"
+
 #include <array>
 #include <cmath>
 #include <vector>
-
-#include "draw/plotter.h"
-#include "pixel/byte_order.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 // The linear blend of a rectangle from the foreground to the background colour.
+#include "draw/walk.h"
+#include "zrdraw/zrdraw.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>
-
-#include "draw/walk.h"
-#include "zrdraw/zrdraw.h"
 
 namespace {
 

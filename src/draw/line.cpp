@@ -1,13 +1,13 @@
 // Straight lines between integer end points: plain, dashed, axis-parallel, and chains of them.
-#include <algorithm>
-
 #include "draw/fixed_point.h"
 #include "draw/line_weighted.h"
 #include "draw/plotter.h"
 #include "draw/span_route.h"
 #include "draw/walk.h"
-#include "platform/memory.h"
+#include "zrdraw/platform/memory.h"
 #include "zrdraw/zrdraw.h"
+
+#include <algorithm>
 
 namespace {
 

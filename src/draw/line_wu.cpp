@@ -1,9 +1,9 @@
 // Xiaolin Wu's anti-aliased line in double precision.
-#include <cmath>
-#include <utility>
-
 #include "pixel/truncate.h"
 #include "zrdraw/zrdraw.h"
+
+#include <cmath>
+#include <utility>
 
 namespace {
 

@@ -1,11 +1,12 @@
 // The header of a 16-bit Windows metafile, with or without a placeable header before it. Records
 // are never replayed.
+#include "zrdraw/zrdraw.h"
+
 #include <cstdint>
 #include <cstring>
+
 #include <fcntl.h>
 #include <unistd.h>
-
-#include "zrdraw/zrdraw.h"
 
 namespace {
 
@@ -25,7 +26,7 @@ Word wordAt(const unsigned char* bytes, std::size_t offset) {
 
 // The 16-bit words from `start` up to `end`, which belong to no one object, combined by XOR; 0
 // when the start is not below the end.
-__attribute__((no_sanitize("address", "thread", "undefined"), noinline)) std::uint16_t
+[[gnu::no_sanitize("address", "thread", "undefined"), gnu::noinline]] std::uint16_t
 xorBetween(std::uintptr_t start, std::uintptr_t end) {
     std::uint16_t sum = 0;
     for (; start < end; start += sizeof sum)

@@ -1,10 +1,10 @@
 // Shortcuts past PutPixel and GetPixelRGBA, where an object has nothing to say of its own.
 #pragma once
 
-#include <typeinfo>
-
 #include "pixel/canvas.h"
 #include "zrdraw/formats.h"
+
+#include <typeinfo>
 
 // Whether an object is exactly a CDrawRGBA32, whose pixels are read and written by ZRPixel: calls
 // may then be skipped for what they would do. A class that a caller derived is none.

@@ -1,11 +1,11 @@
 // 12-bit Bayer mosaics, two samples in three bytes: bits 11 to 4 of the first, its bits 3 to 0
 // above bits 11 to 8 of the second, and bits 7 to 0 of the second.
-#include <array>
-#include <string_view>
-
 #include "formats/readers.h"
 #include "pixel/byte_order.h"
 #include "pixel/truncate.h"
+
+#include <array>
+#include <string_view>
 
 namespace {
 

@@ -1,9 +1,9 @@
 // Interleaved components: 16-bit Y, Cb, Cr with and without a fourth word, and the chroma planes.
 // The classes are alike but for the bytes of a pixel and what stands in them.
-#include <array>
-
 #include "formats/readers.h"
 #include "pixel/truncate.h"
+
+#include <array>
 
 namespace {
 

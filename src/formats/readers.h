@@ -1,12 +1,12 @@
 // What the format classes share: addresses of byte-wise pixels, and forms that differ in one place.
 #pragma once
 
-#include <algorithm>
-
 #include "pixel/canvas.h"
 #include "pixel/hsv.h"
 #include "zrdraw/formats.h"
 #include "zrdraw/layouts.h"
+
+#include <algorithm>
 
 inline unsigned int naturalLine(const ZRPixel& pixel, unsigned int code) {
     return zrLineBytes(zrFindLayout(code)->line, pixel.width);

@@ -1,8 +1,8 @@
 // Four half floats a pixel, from and to the 8-bit colour slots.
-#include <array>
-
 #include "formats/readers.h"
 #include "zrdraw/half_float.h"
+
+#include <array>
 
 namespace {
 

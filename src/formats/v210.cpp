@@ -1,8 +1,8 @@
 // The v210 layout: three 10-bit samples in each 32-bit word, six pixels in four words.
-#include <array>
-
 #include "formats/readers.h"
 #include "pixel/truncate.h"
+
+#include <array>
 
 namespace {
 

@@ -1,13 +1,13 @@
 // Transitions of 4:2:2 frames, by way of planes of three bytes a pixel in one scratch allocation.
-#include <algorithm>
-#include <cstdint>
-
 #include "fx/kernel_args.h"
 #include "fx/pixel_groups.h"
 #include "fx/planes.h"
-#include "platform/files.h"
-#include "platform/memory.h"
-#include "platform/threads.h"
+#include "zrdraw/platform/files.h"
+#include "zrdraw/platform/memory.h"
+#include "zrdraw/platform/threads.h"
+
+#include <algorithm>
+#include <cstdint>
 
 namespace {
 

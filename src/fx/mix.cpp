@@ -1,9 +1,9 @@
 // The mix in double precision: four samples at a time, and the last ones by themselves.
 #include "fx/mix.h"
 
-#include <immintrin.h>
-
 #include <cstring>
+
+#include <immintrin.h>
 
 namespace {
 

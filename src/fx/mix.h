@@ -2,9 +2,9 @@
 // precision, truncated, and cut to the width of a sample.
 #pragma once
 
-#include <cstddef>
-
 #include "pixel/truncate.h"
+
+#include <cstddef>
 
 struct MixWeights {
     double t; // of the first

@@ -1,15 +1,14 @@
 #include "fx/mix_fraction.h"
 
-#include <immintrin.h>
+#include "span/target.h"
+#include "zrdraw/span.h"
 
 #include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
 
-#include "zrdraw/span.h"
-
-#define TARGET_AVX2 __attribute__((target("avx2")))
+#include <immintrin.h>
 
 namespace {
 
@@ -20,22 +19,22 @@ MixStep roundedUp(double weight) {
     return static_cast<MixStep>(std::ceil(weight * wholeStep));
 }
 
-TARGET_AVX2 inline __m256i load(const unsigned char* from) {
+ZRDRAW_AVX2 inline __m256i load(const unsigned char* from) {
     return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from));
 }
 
-TARGET_AVX2 inline void store(unsigned char* to, __m256i bytes) {
+ZRDRAW_AVX2 inline void store(unsigned char* to, __m256i bytes) {
     _mm256_store_si256(reinterpret_cast<__m256i*>(to), bytes);
 }
 
-TARGET_AVX2 inline __m256i inBoth(const unsigned char (&row)[16]) {
+ZRDRAW_AVX2 inline __m256i inBoth(const unsigned char (&row)[16]) {
     return _mm256_broadcastsi128_si256(_mm_load_si128(reinterpret_cast<const __m128i*>(row)));
 }
 
 // What a run needs, in registers.
 class Vectors {
 public:
-    TARGET_AVX2 explicit Vectors(const MixFraction& fraction)
+    ZRDRAW_AVX2 explicit Vectors(const MixFraction& fraction)
         : m_weights(fraction.weights),
           m_stepOfFirst(_mm256_set1_epi16(static_cast<short>(fraction.stepOfFirst))),
           m_stepOfSecond(_mm256_set1_epi16(static_cast<short>(fraction.stepOfSecond))),
@@ -43,7 +42,7 @@ public:
           m_bits(_mm256_set1_epi64x(static_cast<long long>(0x8040201008040201U))) {}
 
     // 32 bytes; `to` is aligned.
-    TARGET_AVX2 void mix(unsigned char* to, const unsigned char* first,
+    ZRDRAW_AVX2 void mix(unsigned char* to, const unsigned char* first,
                          const unsigned char* second) const {
         const __m256i a = load(first), b = load(second);
         const __m256i greater = _mm256_max_epu8(a, b), lesser = _mm256_min_epu8(a, b);
@@ -77,14 +76,14 @@ private:
         __m256i whole, left;
     };
 
-    TARGET_AVX2 Product product(__m256i difference, __m256i isFirst) const {
+    ZRDRAW_AVX2 Product product(__m256i difference, __m256i isFirst) const {
         const __m256i step = _mm256_blendv_epi8(m_stepOfSecond, m_stepOfFirst, isFirst);
         return {_mm256_mulhi_epu16(difference, step),
                 _mm256_srli_epi16(_mm256_mullo_epi16(difference, step), 8)};
     }
 
     // A shuffle gives 0 where the top bit of a place is set, so that one of the two rows answers.
-    TARGET_AVX2 __m256i minusOneWhereLess(__m256i bytes) const {
+    ZRDRAW_AVX2 __m256i minusOneWhereLess(__m256i bytes) const {
         const __m256i place = _mm256_and_si256(bytes, _mm256_set1_epi8(static_cast<char>(0x8F)));
         const __m256i row = _mm256_or_si256(
             _mm256_shuffle_epi8(m_lessBelow, place),
@@ -96,7 +95,7 @@ private:
     }
 
     // Fewer than `many` cost less one by one than all together.
-    TARGET_AVX2 void mixOneByOne(unsigned char* to, __m256i a, __m256i b, __m256i mixed,
+    ZRDRAW_AVX2 void mixOneByOne(unsigned char* to, __m256i a, __m256i b, __m256i mixed,
                                  unsigned int doubtful) const {
         // The runs may be the same memory: what was read remains what is mixed.
         alignas(vectorBytes) unsigned char ofFirst[vectorBytes], ofSecond[vectorBytes];
@@ -131,7 +130,7 @@ bool hasFraction(const MixWeights& weights, MixFraction& fraction) {
     return true;
 }
 
-TARGET_AVX2 void mixBytesByFraction(unsigned char* to, const unsigned char* first,
+ZRDRAW_AVX2 void mixBytesByFraction(unsigned char* to, const unsigned char* first,
                                     const unsigned char* second, std::size_t count,
                                     const MixFraction& fraction, const MixNext& next) {
     const Vectors vectors(fraction);

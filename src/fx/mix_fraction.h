@@ -1,9 +1,9 @@
 // Mixing bytes by weights that are no whole steps, in integers as far as these can tell.
 #pragma once
 
-#include <cstddef>
-
 #include "fx/mix.h"
+
+#include <cstddef>
 
 // The result lies d * weight above the lesser of two bytes, d being their difference and the weight
 // that of the greater. With the weight rounded up to 65536ths the product is too large by less than

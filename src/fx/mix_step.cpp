@@ -1,8 +1,8 @@
-#include <cstring>
-
 #include "fx/mix_step_avx2.h"
 #include "fx/mix_step_loops.h"
 #include "zrdraw/span.h"
+
+#include <cstring>
 
 namespace {
 

@@ -1,18 +1,17 @@
 #include "fx/mix_step_avx2.h"
 
-#include <immintrin.h>
+#include "fx/mix_step_loops.h"
+#include "span/target.h"
 
 #include <algorithm>
 #include <cstdint>
 
-#include "fx/mix_step_loops.h"
-
-#define TARGET_AVX2 __attribute__((target("avx2")))
+#include <immintrin.h>
 
 namespace {
 
 // Sixteen-bit halves of 32 differences times the factor, as the loop has them for one byte.
-TARGET_AVX2 inline __m256i step32(__m256i first, __m256i second, __m256i base, __m256i factor) {
+ZRDRAW_AVX2 inline __m256i step32(__m256i first, __m256i second, __m256i base, __m256i factor) {
     const __m256i zero = _mm256_setzero_si256();
     const __m256i low =
         _mm256_sub_epi16(_mm256_unpacklo_epi8(first, zero), _mm256_unpacklo_epi8(second, zero));
@@ -28,7 +27,7 @@ TARGET_AVX2 inline __m256i step32(__m256i first, __m256i second, __m256i base, _
 
 } // namespace
 
-TARGET_AVX2 void mixBytesByStepAvx2(unsigned char* to, const unsigned char* first,
+ZRDRAW_AVX2 void mixBytesByStepAvx2(unsigned char* to, const unsigned char* first,
                                     const unsigned char* second, std::size_t count, MixStep step,
                                     const MixNext& next) {
     constexpr std::size_t vector = 32;
@@ -48,7 +47,7 @@ TARGET_AVX2 void mixBytesByStepAvx2(unsigned char* to, const unsigned char* firs
     mixBytesLoop(to + i, first + i, second + i, count - i, step);
 }
 
-TARGET_AVX2 void mixWordsByStepAvx2(unsigned short* to, const unsigned short* first,
+ZRDRAW_AVX2 void mixWordsByStepAvx2(unsigned short* to, const unsigned short* first,
                                     const unsigned short* second, std::size_t count, MixStep step,
                                     const MixNext& next) {
     constexpr std::size_t block = cacheLineBytes / sizeof *to;

@@ -1,16 +1,15 @@
 // The loops of the integer mix, which are compiled once for each width of vector.
 #pragma once
 
-#include <cstring>
-
 #include "fx/mix.h"
+
+#include <cstring>
 
 // b + (a - b) * step / 65536, rounded down. The step goes into a signed 16-bit factor, as the
 // multiplication of vectors has them; what it is off by, 65536, is one whole difference.
-__attribute__((always_inline)) inline void mixBytesLoop(unsigned char* to,
-                                                        const unsigned char* first,
-                                                        const unsigned char* second,
-                                                        std::size_t count, MixStep step) {
+[[gnu::always_inline]] inline void mixBytesLoop(unsigned char* to, const unsigned char* first,
+                                                const unsigned char* second, std::size_t count,
+                                                MixStep step) {
     constexpr MixStep half = 32768;
     const auto factor = static_cast<short>(static_cast<unsigned short>(step));
     if (step < half) {
@@ -26,10 +25,9 @@ __attribute__((always_inline)) inline void mixBytesLoop(unsigned char* to,
     }
 }
 
-__attribute__((always_inline)) inline void mixWordsLoop(unsigned short* to,
-                                                        const unsigned short* first,
-                                                        const unsigned short* second,
-                                                        std::size_t count, MixStep step) {
+[[gnu::always_inline]] inline void mixWordsLoop(unsigned short* to, const unsigned short* first,
+                                                const unsigned short* second, std::size_t count,
+                                                MixStep step) {
     const MixStep rest = 65536 - step;
     // Words may stand at any address, as a pitch may be odd.
     const auto wordAt = [](const unsigned short* words, std::size_t index) {

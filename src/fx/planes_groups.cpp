@@ -1,11 +1,10 @@
 // v210: words of three 10-bit samples, of which the top eight bits are kept.
-#include "fx/v210_group.h"
-
-#include <immintrin.h>
-
 #include "fx/planes.h"
 #include "fx/planes_groups_avx2.h"
+#include "fx/v210_group.h"
 #include "zrdraw/span.h"
+
+#include <immintrin.h>
 
 namespace {
 

@@ -1,29 +1,28 @@
 #include "fx/planes_groups_avx2.h"
 
-#include <immintrin.h>
-
 #include "fx/planes.h"
 #include "fx/v210_group.h"
+#include "span/target.h"
 
-#define TARGET_AVX2 __attribute__((target("avx2")))
+#include <immintrin.h>
 
 namespace {
 
 constexpr unsigned int wordsBytes = 2 * groupFrameBytes;
 constexpr unsigned int pixelsBytes = 2 * groupPlaneBytes;
 
-TARGET_AVX2 inline __m256i inBoth(const char (&places)[16]) {
+ZRDRAW_AVX2 inline __m256i inBoth(const char (&places)[16]) {
     return _mm256_broadcastsi128_si256(_mm_load_si128(reinterpret_cast<const __m128i*>(places)));
 }
 
-TARGET_AVX2 inline void storeGroup(unsigned char* to, __m128i pixels, __m128i lastChroma) {
+ZRDRAW_AVX2 inline void storeGroup(unsigned char* to, __m128i pixels, __m128i lastChroma) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(to), pixels);
     _mm_storeu_si16(to + sizeof pixels, lastChroma);
 }
 
 } // namespace
 
-TARGET_AVX2 unsigned int expandTwoByTwo(const unsigned char* from, unsigned char* to,
+ZRDRAW_AVX2 unsigned int expandTwoByTwo(const unsigned char* from, unsigned char* to,
                                         unsigned int count) {
     const __m256i places = inBoth(planePlaces), chromaPlaces = inBoth(lastChromaPlaces);
     unsigned int done = 0;
@@ -39,7 +38,7 @@ TARGET_AVX2 unsigned int expandTwoByTwo(const unsigned char* from, unsigned char
     return done;
 }
 
-TARGET_AVX2 unsigned int packTwoByTwo(const unsigned char* from, unsigned char* to,
+ZRDRAW_AVX2 unsigned int packTwoByTwo(const unsigned char* from, unsigned char* to,
                                       unsigned int count) {
     const __m256i places = inBoth(wordPlaces);
     unsigned int done = 0;

@@ -1,7 +1,7 @@
 // 8-bit 4:2:2. Only the positions of the bytes count, not what they mean.
-#include <immintrin.h>
-
 #include "fx/planes.h"
+
+#include <immintrin.h>
 
 namespace {
 

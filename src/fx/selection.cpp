@@ -1,8 +1,8 @@
 // From a transition's code to its kernel: one sorted table of ranges.
+#include "fx/kernel_args.h"
+
 #include <algorithm>
 #include <iterator>
-
-#include "fx/kernel_args.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // The slide: one frame moves off the other, by block copies.
-#include <algorithm>
-
 #include "fx/kernel_args.h"
 #include "fx/pixel_groups.h"
-#include "platform/memory.h"
+#include "zrdraw/platform/memory.h"
+
+#include <algorithm>
 
 namespace {
 

@@ -1,10 +1,11 @@
 // One kernel on four short-lived threads, a quadrant each.
+#include "zrdraw/platform/threads.h"
+
+#include "fx/kernel_args.h"
+
 #include <atomic>
 
 #include <unistd.h>
-
-#include "fx/kernel_args.h"
-#include "platform/threads.h"
 
 namespace {
 

@@ -31,8 +31,8 @@ alignas(16) constexpr char lastChromaPlaces[] = {cb4, cr4, -1, -1, -1, -1, -1, -
 // The chroma of the odd pixels is dropped.
 alignas(16) constexpr char wordPlaces[] = {1, 0, 2, -1, 3, 7, 6, -1, 8, 9, 13, -1, 12, 14, 15, -1};
 
-using Words4 = unsigned int __attribute__((vector_size(16)));
-using Words8 = unsigned int __attribute__((vector_size(32)));
+using Words4 [[gnu::vector_size(16)]] = unsigned int;
+using Words8 [[gnu::vector_size(32)]] = unsigned int;
 
 // The top eight bits of each word's three 10-bit fields, as bytes, and back.
 template <typename Words>

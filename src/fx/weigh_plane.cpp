@@ -1,9 +1,9 @@
 // Mixing one 8-bit plane into another, sixteen bytes at a time where that gives the same.
-#include <immintrin.h>
+#include "zrdraw/transitions.h"
 
 #include <cstddef>
 
-#include "zrdraw/transitions.h"
+#include <immintrin.h>
 
 namespace {
 
@@ -57,10 +57,9 @@ extern "C" unsigned char* weigh_plane(unsigned char* first, const unsigned char*
     const __m128i wf = _mm_set1_epi32(weightFirst);
     for (; lines > 0; --lines) {
         int done = 0;
-        if (mayTakeBlocks(first, second, width)) {
+        if (mayTakeBlocks(first, second, width))
             for (; done + blockBytes <= width; done += blockBytes)
                 weighBlock(first + done, second + done, wf, ws);
-        }
         weighBytes(first + done, second + done, width - done, weightSecond, weightFirst);
         first += pitchFirst;
         second += pitchSecond;

@@ -3,12 +3,12 @@
 // Each wipe is a range of lines and a range of columns, worked out once a call, and a rule that
 // tells which of the two frames has the pixels in both, and in one only. Edges are 32-bit products
 // and differences that wrap.
-#include <algorithm>
-#include <cstring>
-
 #include "fx/kernel_args.h"
 #include "fx/pixel_groups.h"
-#include "platform/memory.h"
+#include "zrdraw/platform/memory.h"
+
+#include <algorithm>
+#include <cstring>
 
 namespace {
 

@@ -1,7 +1,7 @@
-#include <algorithm>
-
 #include "mux/modes.h"
-#include "platform/memory.h"
+#include "zrdraw/platform/memory.h"
+
+#include <algorithm>
 
 namespace {
 
@@ -44,12 +44,11 @@ void splitColumns(const MuxArgs& m) {
 
 void splitLines(const MuxArgs& m) {
     const unsigned int split = m.splitY <= m.height ? m.splitY : m.height / 2;
-    for (unsigned int y = 0; y < m.height; ++y) {
+    for (unsigned int y = 0; y < m.height; ++y)
         if (y == split && m.has(zrMuxDivider))
             SetMemoryFast(m.dst + m.line(y), dividerGrey, m.pitch);
         else
             copyLine(m, y, y < split ? m.a : m.b, y);
-    }
 }
 
 // Pixel k comes from k pixels before `from`.

@@ -3,22 +3,22 @@
 #pragma once
 
 #include "mux/mux_args.h"
+#include "span/target.h"
 #include "zrdraw/span.h"
 
 // out = combine(a, b) for each pixel of a line.
 template <typename Combine>
-__attribute__((always_inline)) inline void combineLine(unsigned char* to, const unsigned char* a,
-                                                       const unsigned char* b, std::size_t pixels,
-                                                       Combine combine) {
+[[gnu::always_inline]] inline void combineLine(unsigned char* to, const unsigned char* a,
+                                               const unsigned char* b, std::size_t pixels,
+                                               Combine combine) {
     for (std::size_t x = 0; x < pixels; ++x)
         storePixel(to + x * MuxArgs::pixelBytes, combine(loadPixel(a + x * MuxArgs::pixelBytes),
                                                          loadPixel(b + x * MuxArgs::pixelBytes)));
 }
 
 template <typename Combine>
-__attribute__((target("avx2"))) void combineLineAvx2(unsigned char* to, const unsigned char* a,
-                                                     const unsigned char* b, std::size_t pixels,
-                                                     Combine combine) {
+ZRDRAW_AVX2 void combineLineAvx2(unsigned char* to, const unsigned char* a, const unsigned char* b,
+                                 std::size_t pixels, Combine combine) {
     combineLine(to, a, b, pixels, combine);
 }
 

@@ -2,8 +2,8 @@
 #include "fx/pixel_groups.h"
 #include "mux/grid.h"
 #include "mux/modes.h"
-#include "platform/memory.h"
-#include "platform/resize.h"
+#include "zrdraw/platform/memory.h"
+#include "zrdraw/platform/resize.h"
 #include "zrdraw/transitions.h"
 
 namespace {
@@ -40,10 +40,9 @@ constexpr Mode modes[] = {
 };
 
 const Mode* modeOf(unsigned int flags) {
-    for (const Mode& mode : modes) {
+    for (const Mode& mode : modes)
         if (mode.code == (flags & modeBits))
             return &mode;
-    }
     return nullptr;
 }
 

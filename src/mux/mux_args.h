@@ -1,10 +1,10 @@
 // What a mode of the mux works on: the two sources as A and B, and the parameters.
 #pragma once
 
+#include "zrdraw/mux.h"
+
 #include <cstddef>
 #include <cstring>
-
-#include "zrdraw/mux.h"
 
 struct MuxArgs {
     unsigned char* a;

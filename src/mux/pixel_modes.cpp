@@ -1,13 +1,14 @@
-#include <algorithm>
-
 #include "mux/combine.h"
 #include "mux/modes.h"
+
+#include <algorithm>
 
 namespace {
 
 template <unsigned int ofA, unsigned int ofB>
 void combineMasked(const MuxArgs& m) {
-    combineAll(m, [](unsigned int a, unsigned int b) { return (a & ofA) | (b & ofB); });
+    combineAll(
+        m, [](unsigned int a, unsigned int b) { return (a & ofA) | (b & ofB); });
 }
 
 unsigned int byteOf(unsigned int pixel, unsigned int index) {
@@ -38,17 +39,16 @@ bool differsBy(unsigned int a, unsigned int b, unsigned int threshold) {
 }
 
 // Bits 8 to 15 of a byte's weighed sum; 16 bits are enough for them.
-__attribute__((always_inline)) inline void mixLine(unsigned char* to, const unsigned char* a,
-                                                   const unsigned char* b, std::size_t bytes,
-                                                   unsigned short weightA, unsigned short weightB) {
+[[gnu::always_inline]] inline void mixLine(unsigned char* to, const unsigned char* a,
+                                           const unsigned char* b, std::size_t bytes,
+                                           unsigned short weightA, unsigned short weightB) {
     for (std::size_t i = 0; i < bytes; ++i)
         to[i] = static_cast<unsigned char>(
             static_cast<unsigned short>(a[i] * weightA + b[i] * weightB) >> 8);
 }
 
-__attribute__((target("avx2"))) void mixLineAvx2(unsigned char* to, const unsigned char* a,
-                                                 const unsigned char* b, std::size_t bytes,
-                                                 unsigned short weightA, unsigned short weightB) {
+ZRDRAW_AVX2 void mixLineAvx2(unsigned char* to, const unsigned char* a, const unsigned char* b,
+                             std::size_t bytes, unsigned short weightA, unsigned short weightB) {
     mixLine(to, a, b, bytes, weightA, weightB);
 }
 

@@ -1,9 +1,9 @@
 // By contract: these modes take lines for packed and do not look at the pitch.
-#include <algorithm>
-
 #include "mux/modes.h"
-#include "platform/memory.h"
-#include "platform/resize.h"
+#include "zrdraw/platform/memory.h"
+#include "zrdraw/platform/resize.h"
+
+#include <algorithm>
 
 namespace {
 

@@ -1,11 +1,11 @@
 // The pass over one frame, layer by layer.
+#include "pixel/fatal.h"
+#include "zrdraw/platform/media.h"
+#include "zrdraw/zroverlay.h"
+
 #include <cstdio>
 #include <cstring>
 #include <initializer_list>
-
-#include "pixel/fatal.h"
-#include "platform/media.h"
-#include "zrdraw/zroverlay.h"
 
 namespace {
 

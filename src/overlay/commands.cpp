@@ -1,7 +1,7 @@
 // Control commands: setting and asking at run time.
-#include <cstring>
-
 #include "zrdraw/zroverlay.h"
+
+#include <cstring>
 
 namespace {
 

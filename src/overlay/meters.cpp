@@ -1,8 +1,8 @@
 // The audio meters: a panel with a scale, and for each channel a bar of segments and a peak marker.
+#include "zrdraw/zroverlay.h"
+
 #include <cmath>
 #include <cstring>
-
-#include "zrdraw/zroverlay.h"
 
 namespace {
 

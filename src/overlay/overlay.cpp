@@ -1,7 +1,7 @@
 // The overlay's life: construction, the description of a stream, and the end.
-#include "platform/media.h"
-#include "platform/memory.h"
 #include "zrdraw/overlay_settings.h"
+#include "zrdraw/platform/media.h"
+#include "zrdraw/platform/memory.h"
 
 namespace {
 
@@ -15,14 +15,12 @@ CZrOverlay::CZrOverlay()
       reservedArray(nullptr), iniPath(nullptr), iniFile(nullptr), wmWidth(0), wmHeight(0),
       wmLayout(0), wmV210(nullptr), wmYuv2(nullptr), wmBgra(nullptr),
       pixelCode(0), video{}, system{} {
-    for (const zrOverlaySetting& setting : zrOverlaySettings) {
+    for (const zrOverlaySetting& setting : zrOverlaySettings)
         if (setting.number != nullptr)
             this->*setting.number = setting.initial;
-    }
-    for (const zrOverlaySlotSetting& setting : zrOverlaySlotSettings) {
+    for (const zrOverlaySlotSetting& setting : zrOverlaySlotSettings)
         for (unsigned int slot = 0; slot < textSlots; ++slot)
             (this->*setting.numbers)[slot] = setting.initial + setting.step * slot;
-    }
 }
 
 // By contract: the watermark caches stay allocated.

@@ -1,11 +1,11 @@
 // Settings in the configuration store. Numbers are stored as decimal texts; nothing is checked.
-#include <cstdio>
-#include <cstdlib>
-
 #include "overlay/slot_key.h"
 #include "pixel/fatal.h"
-#include "platform/config_store.h"
 #include "zrdraw/overlay_settings.h"
+#include "zrdraw/platform/config_store.h"
+
+#include <cstdio>
+#include <cstdlib>
 
 namespace {
 
@@ -52,12 +52,11 @@ int CZrOverlay::LoadSetting(const char* name, unsigned int& value) {
 
 int CZrOverlay::SaveConfig() {
     iniPath = nullptr; // by contract, so that nothing ever goes to a settings file
-    for (const zrOverlaySetting& setting : zrOverlaySettings) {
+    for (const zrOverlaySetting& setting : zrOverlaySettings)
         if (setting.number == nullptr)
             SaveSetting(setting.key, static_cast<const char*>(Watermark));
         else if (setting.saved)
             SaveSetting(setting.key, this->*setting.number);
-    }
     for (int slot = 0; slot < textSlots; ++slot) {
         for (const zrOverlaySlotSetting& setting : zrOverlaySlotSettings)
             SaveSetting(SlotKey(setting.key, slot).text, (this->*setting.numbers)[slot]);
@@ -75,10 +74,9 @@ int CZrOverlay::LoadConfig() {
     // looked for by itself.
     if (zrCFGKeyExists(zrCFGDefaultStore, zrOverlayKeyPath) == 0)
         SaveConfig();
-    for (const zrOverlaySetting& setting : zrOverlaySettings) {
+    for (const zrOverlaySetting& setting : zrOverlaySettings)
         if (setting.number != nullptr)
             LoadSetting(setting.key, this->*setting.number);
-    }
     for (int slot = 0; slot < textSlots; ++slot) {
         for (const zrOverlaySlotSetting& setting : zrOverlaySlotSettings)
             LoadSetting(SlotKey(setting.key, slot).text, (this->*setting.numbers)[slot]);

@@ -1,13 +1,13 @@
 // Settings in a text file of one section.
+#include "overlay/slot_key.h"
+#include "zrdraw/overlay_settings.h"
+
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <vector>
 
 #include <strings.h>
-
-#include "overlay/slot_key.h"
-#include "zrdraw/overlay_settings.h"
 
 namespace {
 
@@ -39,15 +39,13 @@ bool names(const char* line, const char* key) {
 }
 
 void takeLine(CZrOverlay& overlay, const char* line) {
-    for (const zrOverlaySetting& setting : zrOverlaySettings) {
+    for (const zrOverlaySetting& setting : zrOverlaySettings)
         if (setting.number != nullptr && names(line, setting.key))
             overlay.*setting.number = numberOf(line);
-    }
     for (int slot = 0; slot < CZrOverlay::textSlots; ++slot) {
-        for (const zrOverlaySlotSetting& setting : zrOverlaySlotSettings) {
+        for (const zrOverlaySlotSetting& setting : zrOverlaySlotSettings)
             if (names(line, SlotKey(setting.key, slot).text))
                 (overlay.*setting.numbers)[slot] = numberOf(line);
-        }
         // By contract: an earlier text of the same file is lost, not freed.
         if (names(line, SlotKey(zrOverlayTextKey, slot).text))
             overlay.CustomText[slot] = newTextOf(line);

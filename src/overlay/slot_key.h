@@ -1,9 +1,9 @@
 // The key of a setting that each text slot has.
 #pragma once
 
-#include <cstdio>
-
 #include "zrdraw/overlay_settings.h"
+
+#include <cstdio>
 
 struct SlotKey {
     SlotKey(const char* format, int slot) {

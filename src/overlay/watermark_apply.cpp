@@ -1,11 +1,11 @@
 // Laying the watermark on a frame, in one of three layouts.
-#include <algorithm>
-
 #include "overlay/watermark.h"
-#include "platform/files.h"
 #include "zrdraw/layouts.h"
+#include "zrdraw/platform/files.h"
 #include "zrdraw/span.h"
 #include "zrdraw/zroverlay.h"
+
+#include <algorithm>
 
 namespace {
 

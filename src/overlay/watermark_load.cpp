@@ -1,12 +1,12 @@
 // Reading the watermark's file into a cache in the stream's layout.
+#include "overlay/watermark.h"
+#include "zrdraw/platform/files.h"
+#include "zrdraw/platform/media.h"
+#include "zrdraw/platform/memory.h"
+#include "zrdraw/zroverlay.h"
+
 #include <cstring>
 #include <memory>
-
-#include "overlay/watermark.h"
-#include "platform/files.h"
-#include "platform/media.h"
-#include "platform/memory.h"
-#include "zrdraw/zroverlay.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 // From a bitmap header to a layout and a size: one decision on biCompression.
+#include "zrdraw/exports.h"
+#include "zrdraw/zrdraw.h"
+
 #include <algorithm>
 #include <cstring>
 #include <string_view>
-
-#include "zrdraw/exports.h"
-#include "zrdraw/zrdraw.h"
 
 namespace {
 
@@ -156,10 +156,9 @@ const Format* findFormat(unsigned int compression) {
     char name[4];
     std::memcpy(name, &compression, 4);
     for (const Format& format : formats) {
-        for (std::size_t at = 0; at < format.names.size(); at += 5) {
+        for (std::size_t at = 0; at < format.names.size(); at += 5)
             if (format.names.compare(at, 4, name, 4) == 0)
                 return &format;
-        }
     }
     return nullptr;
 }

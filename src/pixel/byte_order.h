@@ -1,9 +1,9 @@
 // Byte orders of the 8-bit RGB layouts, by code.
 #pragma once
 
-#include <array>
-
 #include "zrdraw/layouts.h"
+
+#include <array>
 
 // The order of a code from 1 to 6; every other code has that of ptRGBA32.
 inline const zrByteOrder& byteOrderOf(unsigned int pixelType) {

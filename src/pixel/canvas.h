@@ -1,12 +1,12 @@
 // Where a pixel of the RGB layouts stands. Every writer and reader of them goes through here.
 #pragma once
 
-#include <cstring>
-
 #include "zrdraw/zrpixel.h"
 
+#include <cstring>
+
 // The part of pullOntoCanvas that pixels inside the canvas do not need.
-__attribute__((noinline, cold)) bool pullEdgeOntoCanvas(const ZRPixel& pixel, int& x, int& y);
+[[gnu::noinline, gnu::cold]] bool pullEdgeOntoCanvas(const ZRPixel& pixel, int& x, int& y);
 
 // Whether (x, y) is on the canvas. A coordinate equal to the width or the height is pulled back
 // onto the last pixel or line. Signed numbers: a height that is negative as one refuses all.

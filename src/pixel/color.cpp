@@ -1,10 +1,10 @@
 // Colours in slots and colours of pixels, in the layouts of 8-bit RGB.
-#include <cstring>
-
 #include "pixel/byte_order.h"
 #include "pixel/hsv.h"
 #include "pixel/truncate.h"
 #include "zrdraw/zrpixel.h"
+
+#include <cstring>
 
 namespace {
 

@@ -1,7 +1,7 @@
 // From a layout code to a drawing object, and the object's end.
-#include <algorithm>
-
 #include "zrdraw/formats.h"
+
+#include <algorithm>
 
 namespace {
 

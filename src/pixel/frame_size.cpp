@@ -18,10 +18,9 @@ struct PackedBytesTable {
 
 constexpr PackedBytesTable packedBytes = [] {
     PackedBytesTable table{};
-    for (const zrLayout& layout : zrLayouts) {
+    for (const zrLayout& layout : zrLayouts)
         if (layout.code <= highestSizedCode)
             table.bytes[layout.code] = layout.packedBytes;
-    }
     return table;
 }();
 

@@ -1,8 +1,8 @@
 #include "pixel/hsv.h"
 
-#include <algorithm>
-
 #include "pixel/color_matrix.h"
+
+#include <algorithm>
 
 Hsv toHsv(double r, double g, double b, double greyHue) {
     const double v = std::max({r, g, b});

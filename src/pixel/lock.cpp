@@ -1,8 +1,8 @@
 // The lock and the change event of a canvas, for callers that share it between threads.
-#include <unistd.h>
-
-#include "platform/events.h"
+#include "zrdraw/platform/events.h"
 #include "zrdraw/zrpixel.h"
+
+#include <unistd.h>
 
 namespace {
 constexpr unsigned int waitForever = 0xFFFFFFFFU;

@@ -1,12 +1,12 @@
 // The canvas: where pixels are, and how they are written.
-#include <cstddef>
-#include <cstring>
-
 #include "pixel/canvas.h"
 #include "pixel/truncate.h"
-#include "platform/events.h"
 #include "zrdraw/layouts.h"
+#include "zrdraw/platform/events.h"
 #include "zrdraw/zrpixel.h"
+
+#include <cstddef>
+#include <cstring>
 
 namespace {
 

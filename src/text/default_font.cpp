@@ -1,11 +1,11 @@
 // The choice of a default font file. No font but the built-in one can be active, so a file is only
 // looked for and noted.
+#include "pixel/fatal.h"
+#include "zrdraw/platform/files.h"
+#include "zrdraw/zrdraw.h"
+
 #include <array>
 #include <string_view>
-
-#include "pixel/fatal.h"
-#include "platform/files.h"
-#include "zrdraw/zrdraw.h"
 
 namespace {
 

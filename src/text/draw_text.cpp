@@ -1,11 +1,11 @@
 // Text laid out in a rectangle, in the built-in font at a scale that the rectangle's height gives.
-#include <algorithm>
-#include <bit>
-#include <cstring>
-
 #include "draw/plotter.h"
 #include "zrdraw/font.h"
 #include "zrdraw/zrdraw.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
 
 namespace {
 
@@ -49,12 +49,11 @@ void drawCellLine(ZRPixel& pixel, const Plotter& plotter, int column, int row, i
         const auto rest = static_cast<unsigned char>(bits << at);
         const int ink = std::countl_one(rest);
         const int run = ink != 0 ? ink : std::min(std::countl_zero(rest), glyphWidth - at);
-        if (ink != 0) {
+        if (ink != 0)
             plotter.putRun(column + at * scale, row, run * scale);
-        } else if (opaque) {
+        else if (opaque)
             for (int k = 0; k < run * scale; ++k)
                 pixel.PutPixel(column + at * scale + k, row, false);
-        }
         at += run;
     }
 }

@@ -1,13 +1,14 @@
 // Readers of font bitmaps. What they read is kept for callers and never drawn with.
-#include <array>
-#include <cstring>
-#include <fcntl.h>
-#include <unistd.h>
-#include <vector>
-
 #include "pixel/fatal.h"
 #include "zrdraw/font.h"
 #include "zrdraw/zrdraw.h"
+
+#include <array>
+#include <cstring>
+#include <vector>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 unsigned char data[1048576] = {};
 zrBitmapHeader pImgHdr = {};

@@ -1,8 +1,8 @@
 // Labels: strings in the built-in font at an integer scale, through Point and LineHoriz.
-#include <cstring>
-
 #include "zrdraw/font.h"
 #include "zrdraw/zrdraw.h"
+
+#include <cstring>
 
 namespace {
 
@@ -71,10 +71,9 @@ int ZRDraw::Label(int x, int y, const char* text, bool inverse, bool opaque) {
         const auto code = static_cast<signed char>(text[i]);
         const unsigned char* glyph = labelFont + code * labelHeight;
         int row = y;
-        for (int line = labelHeight - 1; line >= 0; --line) {
+        for (int line = labelHeight - 1; line >= 0; --line)
             for (unsigned int repeat = 0; repeat < labelScale; ++repeat, ++row)
                 drawRow(*this, x, row, glyph[line], style);
-        }
     }
     return 0;
 }

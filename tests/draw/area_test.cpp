@@ -1,9 +1,9 @@
 // Filled and outlined areas, erases and gradients.
-#include <gtest/gtest.h>
-
 #include "platform/injection.h"
 #include "support/recorder.h"
 #include "support/test_canvas.h"
+
+#include <gtest/gtest.h>
 
 TEST(FillRect, TheRightColumnBelongsToItAndTheBottomRowDoesNot) {
     struct Case {

@@ -1,11 +1,11 @@
 // Circles, arcs and Bezier curves as text art.
-#include <gtest/gtest.h>
-
-#include <utility>
-
 #include "support/recorder.h"
 #include "support/test_canvas.h"
 #include "zrdraw/font.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
 
 TEST(Circle, SmallRadii) {
     const char* const arts[] = {

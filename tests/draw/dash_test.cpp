@@ -1,7 +1,7 @@
 // Dashed lines as rows of text.
-#include <gtest/gtest.h>
-
 #include "support/test_canvas.h"
+
+#include <gtest/gtest.h>
 
 TEST(Dash, Patterns) {
     struct Case {

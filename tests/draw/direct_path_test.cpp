@@ -1,12 +1,12 @@
 // Objects of our own 32-bit class skip the virtual calls; a class derived from it gets every one of
 // them. Both leave the same frame.
+#include "zrdraw/formats.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <random>
 #include <vector>
-
-#include "zrdraw/formats.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // The flood fill: what it reaches, and in which order it visits.
-#include <gtest/gtest.h>
-
 #include "support/test_canvas.h"
 #include "zrdraw/formats.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,10 +1,10 @@
 // Points, the current position, straight lines and polylines, compared as text art.
+#include "support/recorder.h"
+#include "support/test_canvas.h"
+
 #include <gtest/gtest.h>
 
 #include <utility>
-
-#include "support/recorder.h"
-#include "support/test_canvas.h"
 
 namespace {
 

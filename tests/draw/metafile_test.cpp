@@ -1,14 +1,15 @@
 // The metafile header reader.
+#include "support/temp_file.h"
+#include "zrdraw/formats.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <cstring>
-#include <fcntl.h>
 #include <string>
 #include <utility>
 
-#include "support/temp_file.h"
-#include "zrdraw/formats.h"
+#include <fcntl.h>
 
 namespace {
 

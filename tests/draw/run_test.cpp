@@ -1,9 +1,9 @@
 // Axis-parallel runs: what they refuse, and the three routes of the horizontal ones.
-#include <gtest/gtest.h>
-
 #include "platform/injection.h"
 #include "support/test_canvas.h"
 #include "zrdraw/formats.h"
+
+#include <gtest/gtest.h>
 
 TEST(LineHoriz, CoversBothEndsOrRefusesWhole) {
     struct Case {

@@ -1,15 +1,15 @@
 // One drawing with every primitive in each layout. The pictures were looked at once; what changes a
 // byte of one since shows here, with the picture.
+#include "zrdraw/exports.h"
+#include "zrdraw/layouts.h"
+#include "zrdraw/zrdraw.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <string>
 #include <vector>
-
-#include "zrdraw/exports.h"
-#include "zrdraw/layouts.h"
-#include "zrdraw/zrdraw.h"
 
 namespace {
 

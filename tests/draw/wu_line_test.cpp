@@ -1,10 +1,10 @@
 // Anti-aliased lines: the coverage travels in the alpha of the foreground colour.
+#include "support/test_canvas.h"
+
 #include <gtest/gtest.h>
 
 #include <map>
 #include <utility>
-
-#include "support/test_canvas.h"
 
 namespace {
 

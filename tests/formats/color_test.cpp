@@ -1,7 +1,7 @@
 // How the format classes pack the colours they are given.
-#include <tuple>
-
 #include "support/guarded_canvas.h"
+
+#include <tuple>
 
 TEST(FormatColor, PackingOf422) {
     struct Case {

@@ -1,15 +1,16 @@
 // Half floats against plain arithmetic, and against the processor where it converts them.
+#include "zrdraw/half_float.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <immintrin.h>
 #include <random>
 
-#include "zrdraw/half_float.h"
+#include <immintrin.h>
 
 namespace {
 
-__attribute__((target("f16c"))) std::uint16_t processorHalf(float value) {
+[[gnu::target("f16c")]] std::uint16_t processorHalf(float value) {
     return static_cast<std::uint16_t>(_cvtss_sh(value, _MM_FROUND_TO_NEAREST_INT));
 }
 

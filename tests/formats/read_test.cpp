@@ -1,9 +1,9 @@
 // What the readers of the format classes make of given bytes, on and off the canvas.
+#include "support/guarded_canvas.h"
+
 #include <array>
 #include <cmath>
 #include <map>
-
-#include "support/guarded_canvas.h"
 
 namespace {
 
@@ -20,11 +20,9 @@ constexpr Form rgba = &ZRPixel::GetPixelRGBA, yCbCr = &ZRPixel::GetPixelYCbCr,
 void expectRead(GuardedCanvas& canvas, Form form, int x, int y, const Reading& expected) {
     double c[4] = {untouched, untouched, untouched, untouched};
     EXPECT_EQ((canvas.as<ZRDraw>().*form)(x, y, c[0], c[1], c[2], c[3]), expected.result);
-    for (int i = 0; i < 4; ++i) {
-        if (expected.c[i] != anything) {
+    for (int i = 0; i < 4; ++i)
+        if (expected.c[i] != anything)
             EXPECT_NEAR(c[i], expected.c[i], 1e-12) << i << " at " << x << "," << y;
-        }
-    }
 }
 
 // The 8-bit and the 10-bit form, as one: {y, cb, cr, a}, all 77 before the call.
@@ -273,9 +271,8 @@ TEST(FormatRead, Components) {
         }
         expectRead(canvas, yCbCr, 4, 0, zeros);
         expectRead(canvas, yCbCr, 0, -1, zeros);
-        if (c.luma == 0.5) {
+        if (c.luma == 0.5)
             EXPECT_EQ(canvas->GetLuma(9, 9), 0.5);
-        }
     }
 }
 

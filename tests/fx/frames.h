@@ -1,12 +1,12 @@
 // Frames between guard bytes, and calls of transitions by one record of their arguments.
 #pragma once
 
+#include "zrdraw/transitions.h"
+
 #include <cstddef>
 #include <ostream>
 #include <random>
 #include <vector>
-
-#include "zrdraw/transitions.h"
 
 // Calls name the arguments that matter; the others of the record are 0.
 #pragma GCC diagnostic ignored "-Wmissing-field-initializers"

@@ -1,3 +1,6 @@
+#include "fx/frames.h"
+#include "platform/injection.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -5,9 +8,6 @@
 #include <cstring>
 #include <stdexcept>
 #include <string>
-
-#include "fx/frames.h"
-#include "platform/injection.h"
 
 namespace {
 

@@ -1,14 +1,14 @@
 // The bodies of the dissolve against each other and against exact integers.
-#include <gtest/gtest.h>
-
-#include <algorithm>
-
 #include "fx/frames.h"
 #include "fx/mix.h"
 #include "fx/mix_fraction.h"
 #include "fx/mix_step_avx2.h"
 #include "fx/mix_step_loops.h"
 #include "zrdraw/span.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace {
 

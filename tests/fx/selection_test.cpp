@@ -1,8 +1,8 @@
+#include "fx/frames.h"
+
 #include <gtest/gtest.h>
 
 #include <vector>
-
-#include "fx/frames.h"
 
 namespace {
 

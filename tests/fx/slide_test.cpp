@@ -1,9 +1,9 @@
+#include "fx/frames.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstring>
-
-#include "fx/frames.h"
 
 namespace {
 

@@ -1,3 +1,6 @@
+#include "fx/frames.h"
+#include "platform/injection.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -7,9 +10,6 @@
 #include <thread>
 
 #include <dlfcn.h>
-
-#include "fx/frames.h"
-#include "platform/injection.h"
 
 namespace {
 

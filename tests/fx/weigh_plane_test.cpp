@@ -1,8 +1,8 @@
+#include "fx/frames.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdint>
-
-#include "fx/frames.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
+#include "fx/frames.h"
+
 #include <gtest/gtest.h>
 
 #include <cstring>
-
-#include "fx/frames.h"
 
 namespace {
 

@@ -1,4 +1,8 @@
 // The reader of media files, loaded by its name as the library loads it.
+#include "support/temp_file.h"
+#include "zrdraw/platform/files.h"
+#include "zrdraw/platform/media.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdarg>
@@ -7,10 +11,6 @@
 #include <string>
 
 #include <unistd.h>
-
-#include "platform/files.h"
-#include "platform/media.h"
-#include "support/temp_file.h"
 
 extern "C" {
 #include <libavcodec/avcodec.h>
@@ -44,7 +44,7 @@ protected:
                                                                nullptr);
     }
 
-    /** The first picture of a file of this content; empty when it cannot be opened. */
+    // The first picture of a file of this content; empty when it cannot be opened.
     std::string pictureOf(const std::string& content) {
         const TempFile file(content);
         void* clip = open(file.path());
@@ -76,7 +76,7 @@ struct AvFree {
 
 constexpr int width = 37, height = 23; // of encoded pictures
 
-/** What a byte of a line of an encoded picture is, in each plane. */
+// What a byte of a line of an encoded picture is, in each plane.
 char sampleOf(int x, int y) {
     return static_cast<char>(x * 89 + y * 7);
 }

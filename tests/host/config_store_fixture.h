@@ -2,8 +2,8 @@
 #ifndef ZRDRAW_TESTS_HOST_CONFIG_STORE_FIXTURE_H
 #define ZRDRAW_TESTS_HOST_CONFIG_STORE_FIXTURE_H
 
-#include "platform/config_store.h"
-#include "zrhost.h"
+#include "zrdraw/platform/config_store.h"
+#include "zrdraw/zrhost.h"
 
 #include <gtest/gtest.h>
 
@@ -55,7 +55,7 @@ inline void fill(const std::string& file, const std::string& contents) {
     std::ofstream(file, std::ios::binary) << contents;
 }
 
-/** Runs work in a process of its own, which ends with it. */
+// Runs work in a process of its own, which ends with it.
 inline pid_t inChild(const std::function<bool()>& work) {
     const pid_t child = fork();
     if (child == 0)

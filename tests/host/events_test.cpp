@@ -1,5 +1,5 @@
 // Events and critical sections of the default platform layer.
-#include "platform/events.h"
+#include "zrdraw/platform/events.h"
 
 #include <gtest/gtest.h>
 
@@ -44,21 +44,21 @@ TEST(Events, NullHandlesAreRefused) {
     EXPECT_EQ(-1, zrOSWaitForEvent(nullptr, 0));
 }
 
-/** Three threads that wait for one event and tell by another that they are through. */
+// Three threads that wait for one event and tell by another that they are through.
 class Waiters {
 public:
     explicit Waiters(void* event) {
         for (int i = 0; i < count; ++i) {
-            threads_.emplace_back([this, event] {
+            m_threads.emplace_back([this, event] {
                 EXPECT_EQ(0, zrOSWaitForEvent(event, withoutBound));
-                ++released_;
-                zrOSSetEvent(progress_.get());
+                ++m_released;
+                zrOSSetEvent(m_progress.get());
             });
         }
-        zrOSWaitForEvent(progress_.get(), 20); // most likely all of them wait by then
+        zrOSWaitForEvent(m_progress.get(), 20); // most likely all of them wait by then
     }
     ~Waiters() {
-        for (std::thread& thread : threads_)
+        for (std::thread& thread : m_threads)
             thread.join();
     }
     Waiters(const Waiters&) = delete;
@@ -67,16 +67,16 @@ public:
     static constexpr int count = 3;
 
     int awaitReleased(int wanted) {
-        while (released_ < wanted)
-            zrOSWaitForEvent(progress_.get(), withoutBound);
-        zrOSWaitForEvent(progress_.get(), 20); // the chance for one too many
-        return released_;
+        while (m_released < wanted)
+            zrOSWaitForEvent(m_progress.get(), withoutBound);
+        zrOSWaitForEvent(m_progress.get(), 20); // the chance for one too many
+        return m_released;
     }
 
 private:
-    Event progress_ = makeEvent(false, false);
-    std::atomic<int> released_ = 0;
-    std::vector<std::thread> threads_;
+    Event m_progress = makeEvent(false, false);
+    std::atomic<int> m_released = 0;
+    std::vector<std::thread> m_threads;
 };
 
 TEST(Events, AutoResetReleasesOneWaiterForEachSet) {
@@ -98,29 +98,29 @@ TEST(Events, ManualResetReleasesAllAndStays) {
 
 class CriticalSection : public testing::Test {
 protected:
-    CriticalSection() { zrOSInitializeCriticalSection(&section_); }
-    ~CriticalSection() override { zrOSDeleteCriticalSection(&section_); }
+    CriticalSection() { zrOSInitializeCriticalSection(&m_section); }
+    ~CriticalSection() override { zrOSDeleteCriticalSection(&m_section); }
 
     int tryFromAnotherThread() {
         int taken = -1;
         std::thread([&] {
-            taken = zrOSTryEnterCriticalSection(&section_);
+            taken = zrOSTryEnterCriticalSection(&m_section);
             if (taken == 1)
-                zrOSLeaveCriticalSection(&section_);
+                zrOSLeaveCriticalSection(&m_section);
         }).join();
         return taken;
     }
 
-    zrOSCriticalSection section_;
+    zrOSCriticalSection m_section;
 };
 
 TEST_F(CriticalSection, ItsOwnerEntersAgainAndHoldsItUntilTheLastLeave) {
-    zrOSEnterCriticalSection(&section_);
-    zrOSEnterCriticalSection(&section_);
-    EXPECT_EQ(1, zrOSTryEnterCriticalSection(&section_));
+    zrOSEnterCriticalSection(&m_section);
+    zrOSEnterCriticalSection(&m_section);
+    EXPECT_EQ(1, zrOSTryEnterCriticalSection(&m_section));
     for (int left = 3; left > 0; --left) {
         EXPECT_EQ(0, tryFromAnotherThread()) << left << " to leave";
-        zrOSLeaveCriticalSection(&section_);
+        zrOSLeaveCriticalSection(&m_section);
     }
     EXPECT_EQ(1, tryFromAnotherThread());
 }
@@ -130,9 +130,9 @@ TEST_F(CriticalSection, ExcludesOtherThreads) {
     int plainCount = 0;
     const auto work = [&] {
         for (int i = 0; i < rounds; ++i) {
-            zrOSEnterCriticalSection(&section_);
+            zrOSEnterCriticalSection(&m_section);
             ++plainCount;
-            zrOSLeaveCriticalSection(&section_);
+            zrOSLeaveCriticalSection(&m_section);
         }
     };
     std::thread first(work);

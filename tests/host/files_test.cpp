@@ -1,6 +1,6 @@
 // Places in the file system, loading and the log of the default platform layer.
-#include "platform/files.h"
-#include "zrhost.h"
+#include "zrdraw/platform/files.h"
+#include "zrdraw/zrhost.h"
 
 #include <gtest/gtest.h>
 

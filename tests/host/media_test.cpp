@@ -1,12 +1,12 @@
 // Names of codecs and files, and frames.
+#include "zrdraw/platform/media.h"
+#include "zrdraw/zrhost.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <cstring>
 #include <string>
-
-#include "platform/media.h"
-#include "zrhost.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // Copies, fills and allocation of the default platform layer.
-#include "platform/memory.h"
+#include "zrdraw/platform/memory.h"
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@ constexpr unsigned char guard = 0xA5;
 constexpr std::size_t guardBytes = 160; // more than the widest turn of a fill
 constexpr std::size_t alignment = 64;
 
-/** Fills a run with guards around it; compares every byte with one written by its definition. */
+// Fills a run with guards around it; compares every byte with one written by its definition.
 void checkFill(std::size_t offset, std::size_t bytes) {
     constexpr unsigned int value = 0x44332211;
     constexpr unsigned char pattern[4] = {0x11, 0x22, 0x33, 0x44};

@@ -1,9 +1,8 @@
 // Numbers as texts, in the default platform layer.
-#include "platform/config_store.h"
-
-#include <gtest/gtest.h>
+#include "zrdraw/platform/config_store.h"
 
 #include <climits>
+#include <gtest/gtest.h>
 
 namespace {
 

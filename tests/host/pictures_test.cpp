@@ -1,5 +1,6 @@
 // Flips and the resize of the default platform layer, and the blocks that its allocator keeps.
-#include "platform/resize.h"
+#include "zrdraw/platform/memory.h"
+#include "zrdraw/platform/resize.h"
 
 #include <gtest/gtest.h>
 
@@ -7,8 +8,6 @@
 #include <cstdint>
 #include <cstring>
 #include <vector>
-
-#include "platform/memory.h"
 
 namespace {
 

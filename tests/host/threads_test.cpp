@@ -1,10 +1,10 @@
 // Threads, priorities and interlocked counts of the default platform layer.
-#include "platform/events.h"
-#include "platform/threads.h"
-
-#include <gtest/gtest.h>
+#include "zrdraw/platform/events.h"
+#include "zrdraw/platform/threads.h"
 
 #include <climits>
+#include <gtest/gtest.h>
+
 #include <string>
 
 #include <pthread.h>

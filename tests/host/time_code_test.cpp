@@ -1,12 +1,12 @@
 // Time code against a rule that counts frame by frame.
+#include "zrdraw/platform/media.h"
+#include "zrdraw/zrhost.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdio>
 #include <string>
-
-#include "platform/media.h"
-#include "zrhost.h"
 
 namespace {
 

@@ -1,4 +1,8 @@
 // Every mode of the mux against a rule for one pixel, on random pictures; its guards and its grid.
+#include "fx/frames.h"
+#include "platform/injection.h"
+#include "zrdraw/mux.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -6,10 +10,6 @@
 #include <cstring>
 #include <optional>
 #include <string>
-
-#include "fx/frames.h"
-#include "platform/injection.h"
-#include "zrdraw/mux.h"
 
 namespace {
 

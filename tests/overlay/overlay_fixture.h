@@ -2,6 +2,10 @@
 // frames are plain BGRA unless a test says otherwise.
 #pragma once
 
+#include "platform/injection.h"
+#include "zrdraw/formats.h"
+#include "zrdraw/zroverlay.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -11,10 +15,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "platform/injection.h"
-#include "zrdraw/formats.h"
-#include "zrdraw/zroverlay.h"
 
 // Pixels as words: B, G, R, A from the lowest byte up.
 inline constexpr unsigned int untouched = 0x40404040, clear = 0, black = 0xFF000000,

@@ -216,9 +216,8 @@ TEST_F(OverlayPass, EvenLinesAreStoredForGood) {
         for (const auto& [key, number] : numbersOf(overlay)) {
             const bool line = key == "SourceFormatY" || key == "AudioY" || key == "TimeCodeY" ||
                               key == "TimeCodeSize" || key.starts_with("CustomTextY");
-            if (key.find("Enable") == std::string::npos) {
+            if (key.find("Enable") == std::string::npos)
                 EXPECT_EQ(*number, line && c.even ? 50 : 51) << key << c.flags;
-            }
         }
     }
 }

@@ -1,10 +1,9 @@
 // Settings in the configuration store and in files.
 #include "overlay/overlay_fixture.h"
+#include "support/temp_file.h"
 
 #include <fstream>
 #include <iterator>
-
-#include "support/temp_file.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #include <sanitizer/lsan_interface.h>
@@ -100,11 +99,9 @@ TEST_F(OverlaySettings, LoadFromAnEmptyStoreSavesFirst) {
     EXPECT_EQ(calls, wanted);
     before.TimeCodeVsyncEnable = before.TimeCodeVUBEnable; // not saved: takes the number before
     EXPECT_EQ(changes(before, overlay), "");
-    for (const auto& [key, number] : numbersOf(before)) {
-        if (key != "TimeCodeVsyncEnable") {
+    for (const auto& [key, number] : numbersOf(before))
+        if (key != "TimeCodeVsyncEnable")
             EXPECT_EQ(store[key], std::to_string(static_cast<int>(*number))) << key;
-        }
-    }
     EXPECT_EQ(store["CustomText3"] + store["CustomText2"] + store["Watermark"], "third");
 }
 

@@ -6,8 +6,7 @@ cc=$1 cxx=$2 source_dir=$3 build_dir=$4
 includes=(-I"$source_dir/include" -I"$build_dir/include")
 warnings=(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror -fsyntax-only)
 
-for header in "$source_dir"/include/zrdraw/*.h "$source_dir"/src/platform/*.h \
-              "$source_dir"/host/zrhost.h; do
+for header in "$source_dir"/include/zrdraw/*.h "$source_dir"/include/zrdraw/platform/*.h; do
     "$cxx" -std=c++20 "${warnings[@]}" "${includes[@]}" -x c++ "$header"
     if ! grep -qE '^(class|constexpr|inline) ' "$header"; then
         "$cc" -std=c11 "${warnings[@]}" "${includes[@]}" -x c "$header"

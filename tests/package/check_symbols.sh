@@ -29,7 +29,7 @@ done
 undefined=$(nm -D --undefined-only --format=posix "$library" | awk '{print $1}' | grep -v @ |
     grep -vE '^(__gmon_start__|_ITM_|__cxa_)' || true)
 for name in $undefined; do
-    if ! grep -rqw -- "$name" "$source_dir"/src/platform; then
+    if ! grep -rqw -- "$name" "$source_dir"/include/zrdraw/platform; then
         echo "undefined, but no platform operation: $name" >&2
         status=1
     fi

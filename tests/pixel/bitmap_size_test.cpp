@@ -1,11 +1,11 @@
 // What a bitmap header becomes: layout, size and the fields that are completed.
+#include "zrdraw/exports.h"
+#include "zrdraw/zrdraw.h"
+
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <string>
-
-#include "zrdraw/exports.h"
-#include "zrdraw/zrdraw.h"
 
 namespace {
 

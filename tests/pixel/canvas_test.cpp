@@ -1,11 +1,11 @@
 // Where pixels stand on a canvas and every way in which one is written.
+#include "support/test_canvas.h"
+#include "zrdraw/formats.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cmath>
-
-#include "support/test_canvas.h"
-#include "zrdraw/formats.h"
 
 using Bytes = std::vector<unsigned char>;
 
@@ -34,9 +34,8 @@ TEST(Canvas, AddressesAndTheEdgeRule) {
             SCOPED_TRACE(testing::Message() << code << " at " << c.x << "," << c.y);
             const bool legal = c.column >= 0;
             const int offset = c.line * static_cast<int>(canvas->pitch) + c.column * pixelBytes;
-            if (code == 1 || c.line == 0) {
+            if (code == 1 || c.line == 0)
                 EXPECT_EQ(canvas->GetPixel(c.x, c.y), legal ? canvas.frame() + offset : nullptr);
-            }
             EXPECT_EQ(canvas->PutPixel(c.x, c.y, true), legal ? 0 : -1);
         }
         EXPECT_TRUE(canvas.guardsIntact());

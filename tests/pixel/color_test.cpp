@@ -1,9 +1,9 @@
 // Colours packed into slots, and pixels read back, on the 8-bit RGB layouts.
+#include "support/test_canvas.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
-
-#include "support/test_canvas.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // The colour model: matrices in every mode, and hue, saturation and value.
+#include "zrdraw/zrpixel.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
-
-#include "zrdraw/zrpixel.h"
 
 namespace {
 

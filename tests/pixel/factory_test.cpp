@@ -1,14 +1,14 @@
 // Making drawing objects, counting their references, and the flat interface.
+#include "platform/injection.h"
+#include "zrdraw/exports.h"
+#include "zrdraw/formats.h"
+
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <thread>
 #include <tuple>
 #include <vector>
-
-#include "platform/injection.h"
-#include "zrdraw/exports.h"
-#include "zrdraw/formats.h"
 
 TEST(Factory, ServedCodesGetTheirClass) {
     char frame[400];

@@ -1,13 +1,13 @@
 // Frame sizes by layout code, and what the catalogue holds of each layout.
-#include <gtest/gtest.h>
-
-#include <iterator>
-#include <map>
-
 #include "zrdraw/exports.h"
 #include "zrdraw/layouts.h"
 #include "zrdraw/span.h"
 #include "zrdraw/zrdraw.h"
+
+#include <gtest/gtest.h>
+
+#include <iterator>
+#include <map>
 
 TEST(FrameSize, ByCode) {
     struct Case {
@@ -54,9 +54,8 @@ TEST(Catalogue, RowsAreWhole) {
         EXPECT_GT(layout.code, last) << "in order of codes: " << layout.name;
         last = layout.code;
         EXPECT_EQ(zrFindLayout(layout.code), &layout);
-        if (layout.packedBytes != 0) {
+        if (layout.packedBytes != 0)
             EXPECT_EQ(layout.packedBytes, zrLineBytes(layout.line, 1)) << layout.name;
-        }
     }
     EXPECT_EQ(std::size(zrLayouts), 26U);
     EXPECT_EQ(zrFindLayout(0), nullptr);

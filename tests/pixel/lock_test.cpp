@@ -1,11 +1,11 @@
 // The lock and the change event of an object.
+#include "platform/injection.h"
+#include "zrdraw/zrpixel.h"
+
 #include <gtest/gtest.h>
 
 #include <future>
 #include <thread>
-
-#include "platform/injection.h"
-#include "zrdraw/zrpixel.h"
 
 TEST(Lock, IsReentrantAndExclusive) {
     ZRPixel pixel;

@@ -1,14 +1,14 @@
 #include "platform/injection.h"
 
+#include "zrdraw/platform/events.h"
+#include "zrdraw/types.h"
+
 #include <cstdarg>
 #include <cstdio>
 #include <type_traits>
 
 #include <dlfcn.h>
 #include <unistd.h>
-
-#include "platform/events.h"
-#include "zrdraw/types.h"
 
 Injection& injection() {
     static Injection instance;

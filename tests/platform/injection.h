@@ -2,14 +2,14 @@
 // member is empty the operation is that of the platform layer. Reset by the guard's end.
 #pragma once
 
+#include "zrdraw/platform/config_store.h"
+#include "zrdraw/platform/files.h"
+#include "zrdraw/platform/media.h"
+#include "zrdraw/platform/memory.h"
+#include "zrdraw/platform/threads.h"
+
 #include <functional>
 #include <string>
-
-#include "platform/config_store.h"
-#include "platform/files.h"
-#include "platform/media.h"
-#include "platform/memory.h"
-#include "platform/threads.h"
 
 struct Injection {
     std::function<void*()> createEvent;

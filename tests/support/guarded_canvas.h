@@ -2,6 +2,8 @@
 // touches or leaves is seen. Serves also classes that the factory never makes.
 #pragma once
 
+#include "zrdraw/formats.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,8 +11,6 @@
 #include <sstream>
 #include <string>
 #include <vector>
-
-#include "zrdraw/formats.h"
 
 using Make = std::unique_ptr<ZRDraw> (*)(unsigned int code);
 
@@ -30,10 +30,9 @@ public:
             values.push_back(word == "--" ? kept : std::stoi(word, nullptr, 16));
     }
     explicit Bytes(const std::vector<unsigned int>& littleEndianWords) {
-        for (const unsigned int word : littleEndianWords) {
+        for (const unsigned int word : littleEndianWords)
             for (int shift = 0; shift < 32; shift += 8)
                 values.push_back(static_cast<int>(word >> shift & 0xFF));
-        }
     }
     std::vector<int> values;
 };

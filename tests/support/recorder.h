@@ -1,10 +1,10 @@
 // A drawing object that notes every pixel it is asked for, in order, instead of writing it.
 #pragma once
 
+#include "zrdraw/formats.h"
+
 #include <utility>
 #include <vector>
-
-#include "zrdraw/formats.h"
 
 struct Recorder : CDrawRGBA32 {
     Recorder() : ZRDraw(ptRGBA32), CDrawRGBA32(ptRGBA32) {}

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <string>
+
 #include <unistd.h>
 
 class TempFile {

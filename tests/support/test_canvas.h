@@ -1,13 +1,13 @@
 // A canvas for tests: guard bytes around the frame and behind each line, and its pixels as text.
 #pragma once
 
+#include "zrdraw/zrdraw.h"
+
 #include <algorithm>
 #include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
-
-#include "zrdraw/zrdraw.h"
 
 class TestCanvas {
 public:

@@ -1,11 +1,11 @@
 // Which default font file is looked for, and what comes of it.
+#include "platform/injection.h"
+#include "support/test_canvas.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
-
-#include "platform/injection.h"
-#include "support/test_canvas.h"
 
 TEST(DefaultFont, TheFileGoesByTheWidthOfTheCanvas) {
     const std::pair<unsigned int, std::string> cases[] = {{720, "deffont_sd.bmp"},

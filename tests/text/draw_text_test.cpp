@@ -1,10 +1,10 @@
 // Text laid out in rectangles.
+#include "support/recorder.h"
+#include "support/test_canvas.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
-
-#include "support/recorder.h"
-#include "support/test_canvas.h"
 
 TEST(DrawText, PlacementAndReport) {
     using Placed = std::array<int, 4>; // left, top, right, bottom

@@ -1,12 +1,12 @@
 // The readers of font bitmaps.
+#include "support/recorder.h"
+#include "support/temp_file.h"
+#include "zrdraw/font.h"
+
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <string>
-
-#include "support/recorder.h"
-#include "support/temp_file.h"
-#include "zrdraw/font.h"
 
 namespace {
 

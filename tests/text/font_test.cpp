@@ -1,12 +1,12 @@
 // The glyphs of the built-in font.
+#include "zrdraw/font.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <map>
 #include <string>
 #include <vector>
-
-#include "zrdraw/font.h"
 
 namespace {
 
@@ -46,11 +46,9 @@ TEST(Font, OnlyCodes0And32AreBlankAndNoTwoGlyphsAreAlike) {
 
 TEST(Font, TheBottomRowIsFreeButForDescendersAndBoxes) {
     const std::string descenders = ",;_gjpqy";
-    for (int code = 32; code < 127; ++code) {
-        if (descenders.find(static_cast<char>(code)) == std::string::npos) {
+    for (int code = 32; code < 127; ++code)
+        if (descenders.find(static_cast<char>(code)) == std::string::npos)
             EXPECT_EQ(glyph(code)[0], 0) << static_cast<char>(code);
-        }
-    }
 }
 
 TEST(Font, BoxPiecesJoin) {
@@ -64,10 +62,9 @@ TEST(Font, BoxPiecesJoin) {
         row |= 0x18;
     EXPECT_EQ(line, glyph(cross));
     // Every piece meets its neighbour above and below in the columns of a single or double line.
-    for (int code = 179; code <= 218; ++code) {
+    for (int code = 179; code <= 218; ++code)
         for (const int edge : {glyph(code).front(), glyph(code).back()})
             EXPECT_TRUE(edge == 0 || edge == 0x18 || edge == 0x66) << code << ": " << edge;
-    }
     for (const int row : glyph(219))
         EXPECT_EQ(row, 0xFF) << "the full block";
 }

@@ -1,7 +1,7 @@
 // Labels in the built-in font.
-#include <gtest/gtest.h>
-
 #include "support/test_canvas.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -157,12 +157,11 @@ std::string runConfig(const CLI::App& config, const ConfigOptions& options) {
         return "";
     }
     std::vector<Assignment> assignments;
-    if (config.got_subcommand("import")) {
+    if (config.got_subcommand("import"))
         assignments = imported(options.file);
-    } else {
+    else
         for (const std::string& text : options.assignments)
             assignments.push_back(parseAssignment(text));
-    }
     store(assignments);
     return "";
 }

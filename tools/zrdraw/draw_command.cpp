@@ -91,10 +91,9 @@ public:
 
     void run(WorkingFrame& frame) {
         const DrawPtr draw = makeDraw(frame);
-        for (const Command& command : m_script) {
+        for (const Command& command : m_script)
             if (command.run(*draw) == -1 && m_refused.insert(&command).second && !m_quiet)
                 warn(command, frame);
-        }
     }
 
 private:

@@ -33,9 +33,8 @@ std::string layoutName(const zrLayout& layout) {
 }
 
 const zrLayout& layoutNamed(const std::string& name) {
-    for (const zrLayout& layout : zrLayouts) {
+    for (const zrLayout& layout : zrLayouts)
         if (layoutName(layout) == name)
             return layout;
-    }
     throw UsageError(fmt::format("there is no layout '{}'; use one of: {}", name, allNames()));
 }

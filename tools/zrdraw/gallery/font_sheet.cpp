@@ -1,5 +1,4 @@
 #include "gallery/sheets.h"
-
 #include "zrdraw/font.h"
 
 #include <fmt/format.h>

@@ -1,7 +1,6 @@
 #include "gallery/cell_sheet.h"
 #include "gallery/pictures.h"
 #include "gallery/sheets.h"
-
 #include "layout_names.h"
 #include "script/parser.h"
 

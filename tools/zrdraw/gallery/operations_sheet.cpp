@@ -1,8 +1,7 @@
+#include "error.h"
 #include "gallery/cell_sheet.h"
 #include "gallery/cells.h"
 #include "gallery/sheets.h"
-
-#include "error.h"
 #include "script/parser.h"
 
 #include <fmt/format.h>

@@ -1,7 +1,6 @@
 #include "gallery/cell_sheet.h"
 #include "gallery/pictures.h"
 #include "gallery/sheets.h"
-
 #include "pair/mux_modes.h"
 #include "pair/transition.h"
 #include "pair/wipe_names.h"

@@ -127,10 +127,9 @@ void FrameSink::openEncoder(const AVCodec& codec) {
     if (isInterlaced(encoder.field_order))
         encoder.flags |= AV_CODEC_FLAG_INTERLACED_DCT;
     AVDictionary* settings = nullptr;
-    for (const EncoderSetting& row : qualitySettings) {
+    for (const EncoderSetting& row : qualitySettings)
         if (row.encoder == codec.name)
             av_dict_set(&settings, row.key, row.value, 0);
-    }
     const int opened = avcodec_open2(&encoder, &codec, &settings);
     av_dict_free(&settings);
     if (opened < 0)

@@ -44,10 +44,9 @@ AVPixelFormat withColors(AVPixelFormat format) {
 AVPixelFormat bestFormat(const AVPixelFormat* offered, AVPixelFormat source) {
     const AVPixelFormat wanted = withColors(source);
     std::vector<AVPixelFormat> possible;
-    for (; *offered != AV_PIX_FMT_NONE; ++offered) {
+    for (; *offered != AV_PIX_FMT_NONE; ++offered)
         if (sws_isSupportedOutput(*offered))
             possible.push_back(*offered);
-    }
     possible.push_back(AV_PIX_FMT_NONE);
     return avcodec_find_best_pix_fmt_of_list(possible.data(), wanted,
                                              hasFlag(wanted, AV_PIX_FMT_FLAG_ALPHA), nullptr);
@@ -58,19 +57,17 @@ std::string extensionOf(const std::string& path) {
 }
 
 const AVOutputFormat* muxerNamed(const std::string& name) {
-    for (const FormatAlias& alias : aliases) {
+    for (const FormatAlias& alias : aliases)
         if (alias.name == name)
             return av_guess_format(alias.muxer, nullptr, nullptr);
-    }
     return av_guess_format(name.c_str(), nullptr, nullptr);
 }
 
 const AVOutputFormat* muxerForFile(const std::string& path) {
     const std::string extension = extensionOf(path);
-    for (const FormatAlias& alias : aliases) {
+    for (const FormatAlias& alias : aliases)
         if (extension == fmt::format(".{}", alias.name))
             return muxerNamed(alias.muxer);
-    }
     // The bare extension, because digits in the rest of the name would mean a numbered sequence.
     return av_guess_format(nullptr, ("x" + extension).c_str(), nullptr);
 }

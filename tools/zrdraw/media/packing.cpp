@@ -63,10 +63,9 @@ constexpr Row rows[] = {
 constexpr Row mosaicRow{0, AV_PIX_FMT_RGB48LE, byCells};
 
 constexpr const Row& rowOf(const zrLayout& layout) {
-    for (const Row& row : rows) {
+    for (const Row& row : rows)
         if (row.code == layout.code)
             return row;
-    }
     return mosaicRow;
 }
 

@@ -91,10 +91,9 @@ WorkingFrame::WorkingFrame(const zrLayout& layout, int width, int height)
     if (av_frame_get_buffer(m_picture.get(), 0) < 0)
         throw std::bad_alloc();
     // Mid grey, which is the luma of a chroma plane that no picture was loaded into.
-    for (const AVBufferRef* plane : m_picture->buf) {
+    for (const AVBufferRef* plane : m_picture->buf)
         if (plane)
             std::memset(plane->data, 0x80, plane->size);
-    }
 }
 
 std::optional<cmYCbCr> WorkingFrame::matrixMode() const {

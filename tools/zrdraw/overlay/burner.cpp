@@ -28,10 +28,9 @@ constexpr Description descriptions[] = {
     {ptBGRA32, "", 32}, {ptUYVY, "yuv2", 16}, {ptV210, "012v", 16}};
 
 const Description& descriptionOf(const zrLayout& layout) {
-    for (const Description& row : descriptions) {
+    for (const Description& row : descriptions)
         if (row.code == layout.code)
             return row;
-    }
     throw UsageError(fmt::format("overlays are burnt in bgra, uyvy or v210, not in {}: use one of "
                                  "them as --layout, or leave it out",
                                  layoutName(layout)));
@@ -45,8 +44,9 @@ void setText(CZrOverlay& overlay, int slot, const std::string& text) {
 }
 
 bool isAssigned(const BurnOptions& options, const char* key) {
-    return std::any_of(options.settings.begin(), options.settings.end(),
-                       [key](const Assignment& setting) { return setting.key->name == key; });
+    return std::any_of(
+        options.settings.begin(), options.settings.end(),
+        [key](const Assignment& setting) { return setting.key->name == key; });
 }
 
 bool hasLayer(const CZrOverlay& overlay) {
@@ -123,7 +123,7 @@ void Burner::applyOptions(const BurnOptions& options, unsigned audioChannels) {
         setText(m_overlay, static_cast<int>(slot), options.texts[slot]);
         m_overlay.CustomTextEnabled[slot] = 1;
     }
-    for (const auto& [key, value] : options.settings) {
+    for (const auto& [key, value] : options.settings)
         if (key->number)
             m_overlay.*key->number = settingNumber(*key, value);
         else if (key->numbers)
@@ -132,7 +132,6 @@ void Burner::applyOptions(const BurnOptions& options, unsigned audioChannels) {
             m_watermark = value;
         else
             setText(m_overlay, key->slot, value);
-    }
     m_overlay.Watermark = m_watermark.empty() ? nullptr : m_watermark.data();
     // Whoever burns an overlay wants one, and time code if nothing else was asked for.
     if (!isAssigned(options, "Enabled"))

@@ -24,10 +24,9 @@ bool isKnown(const zrLayout& layout) {
 
 std::string knownNames() {
     std::vector<std::string> names;
-    for (const zrLayout& layout : zrLayouts) {
+    for (const zrLayout& layout : zrLayouts)
         if (isKnown(layout))
             names.push_back(layoutName(layout));
-    }
     return fmt::format("{}", fmt::join(names, ", "));
 }
 

@@ -1,11 +1,11 @@
 #include "pair/v210_words.h"
 
-#include <immintrin.h>
-
 #include <cstring>
 
+#include <immintrin.h>
+
 // The library needs no less.
-#define TARGET __attribute__((target("avx")))
+#define TARGET [[gnu::target("avx")]]
 
 namespace {
 

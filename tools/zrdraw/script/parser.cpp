@@ -80,12 +80,11 @@ public:
 
     Arguments read() {
         std::vector<Argument> arguments;
-        for (const Parameter& parameter : m_operation.parameters) {
+        for (const Parameter& parameter : m_operation.parameters)
             if (parameter.kind == Kind::Flag)
                 arguments.emplace_back();
             else
                 arguments.push_back(readParameter(parameter));
-        }
         readFlags(arguments);
         Arguments result(std::move(arguments));
         requireSound(result);

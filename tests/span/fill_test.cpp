@@ -1,11 +1,11 @@
 // Runs of a pattern: every body writes the same bytes, and none beyond the run.
+#include "span/bodies.h"
+#include "zrdraw/span.h"
+
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <vector>
-
-#include "draw/span_bodies.h"
-#include "zrdraw/span.h"
 
 namespace {
 
@@ -54,10 +54,9 @@ void expectRun(const Body& body, unsigned int bytes, unsigned long count, std::s
 TEST(FillPattern, EveryCountAtEveryAlignment) {
     for (const Body& body : bodies()) {
         for (const unsigned int bytes : body.sizes) {
-            for (unsigned long count = 0; count <= 200; ++count) {
+            for (unsigned long count = 0; count <= 200; ++count)
                 for (std::size_t offset = 0; offset < 32; ++offset)
                     expectRun(body, bytes, count, offset);
-            }
             expectRun(body, bytes, 5000, 1);
         }
     }

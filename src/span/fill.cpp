@@ -1,10 +1,11 @@
 // Runs of one pattern. A pattern of 4 or 8 bytes is read once, so that it may lie directly before
 // the run; other widths are read anew for each element where pattern and run overlap.
+#include "span/bodies.h"
+
 #include <cstdint>
 #include <cstring>
-#include <immintrin.h>
 
-#include "draw/span_bodies.h"
+#include <immintrin.h>
 
 namespace {
 

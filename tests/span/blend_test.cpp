@@ -1,12 +1,12 @@
 // The "over" blend: the rule itself, and that both bodies follow it.
+#include "span/bodies.h"
+#include "zrdraw/span.h"
+
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <random>
 #include <vector>
-
-#include "draw/span_bodies.h"
-#include "zrdraw/span.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // The exported span kernels: guards, and the choice of a body per call.
 #include "zrdraw/span.h"
 
-#include "draw/span_bodies.h"
+#include "span/bodies.h"
 
 void zrdraw_fill_pattern_c(void* dst, const void* pattern, unsigned int patternBytes,
                            unsigned long count) {

@@ -1,4 +1,4 @@
-#include "draw/span_bodies.h"
+#include "span/bodies.h"
 
 namespace {
 

@@ -1,9 +1,8 @@
 // The blend of span_blend.cpp, eight pixels at a time and bit for bit the same.
+#include "span/bodies.h"
+#include "span/target.h"
+
 #include <immintrin.h>
-
-#include "draw/span_bodies.h"
-
-#define TARGET_AVX2 __attribute__((target("avx2"), always_inline)) inline
 
 namespace {
 
@@ -21,7 +20,7 @@ struct Constants {
     __m256i reciprocal; // 257 a 16-bit lane
 };
 
-TARGET_AVX2 Constants makeConstants() {
+ZRDRAW_AVX2_INLINE Constants makeConstants() {
     return {_mm256_setr_epi8(3, 3, 3, 3, 7, 7, 7, 7, 11, 11, 11, 11, 15, 15, 15, 15, 3, 3, 3, 3, 7,
                              7, 7, 7, 11, 11, 11, 11, 15, 15, 15, 15),
             _mm256_set1_epi32(static_cast<int>(0xFF000000U)),
@@ -36,12 +35,13 @@ TARGET_AVX2 Constants makeConstants() {
 // signed numbers, weights the pairs (a, 255 - a). Their sum of products is within 128 * 255 of
 // zero, so it cannot saturate, and adding that back gives t = s * a + d * (255 - a). The quotient
 // floor(t / 255) is (t + 1) * 257 / 65,536 rounded down, for every t up to 65,025.
-TARGET_AVX2 __m256i mix(__m256i weights, __m256i colors, const Constants& k) {
+ZRDRAW_AVX2_INLINE __m256i mix(__m256i weights, __m256i colors, const Constants& k) {
     const __m256i next = _mm256_add_epi16(_mm256_maddubs_epi16(weights, colors), k.uncentre);
     return _mm256_mulhi_epu16(next, k.reciprocal);
 }
 
-TARGET_AVX2 void blendBlock(unsigned char* dst, const unsigned char* src, const Constants& k) {
+ZRDRAW_AVX2_INLINE void blendBlock(unsigned char* dst, const unsigned char* src,
+                                   const Constants& k) {
     const __m256i s = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src));
     const __m256i sourceAlpha = _mm256_shuffle_epi8(s, k.alphaToAll);
     const __m256i kept = _mm256_cmpeq_epi8(_mm256_max_epu8(sourceAlpha, k.leastKept), sourceAlpha);
@@ -66,8 +66,8 @@ TARGET_AVX2 void blendBlock(unsigned char* dst, const unsigned char* src, const 
 
 } // namespace
 
-__attribute__((target("avx2"))) void span::blendAvx2(unsigned char* dst, const unsigned char* src,
-                                                     unsigned long pixels) {
+ZRDRAW_AVX2 void span::blendAvx2(unsigned char* dst, const unsigned char* src,
+                                 unsigned long pixels) {
     const Constants k = makeConstants();
     unsigned long left = pixels;
 #pragma GCC unroll 2

@@ -1,9 +1,11 @@
 // Runs of 4- and 8-byte patterns in unaligned 32-byte stores. The pattern is loaded once and stays
 // in a register; there is no aligning prologue, so runs may be very short.
-#include <cstring>
-#include <immintrin.h>
+#include "span/bodies.h"
+#include "span/target.h"
 
-#include "draw/span_bodies.h"
+#include <cstring>
+
+#include <immintrin.h>
 
 namespace {
 
@@ -71,10 +73,8 @@ void span::fillAvx(unsigned char* dst, const unsigned char* pattern, unsigned in
     fillRest(dst, broadcast(pattern, patternBytes), patternBytes * count);
 }
 
-__attribute__((target("avx2"))) void span::fillAvx2(unsigned char* dst,
-                                                    const unsigned char* pattern,
-                                                    unsigned int patternBytes,
-                                                    unsigned long count) {
+ZRDRAW_AVX2 void span::fillAvx2(unsigned char* dst, const unsigned char* pattern,
+                                unsigned int patternBytes, unsigned long count) {
     if (patternBytes != 4 && patternBytes != 8)
         return;
     const __m256i vector = broadcast(pattern, patternBytes);
@@ -85,9 +85,8 @@ __attribute__((target("avx2"))) void span::fillAvx2(unsigned char* dst,
         bytes -= filled;
     }
 #pragma GCC unroll 8
-    for (; bytes >= wideBytes; bytes -= wideBytes, dst += wideBytes) {
+    for (; bytes >= wideBytes; bytes -= wideBytes, dst += wideBytes)
         for (unsigned long at = 0; at < wideBytes; at += vectorBytes)
             store32(dst + at, vector);
-    }
     fillRest(dst, vector, bytes);
 }

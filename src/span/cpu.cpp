@@ -1,9 +1,9 @@
 // The processor test: AVX2 needs the processor's word and the operating system's, which keeps the
 // vector registers over a switch of threads.
+#include "zrdraw/span.h"
+
 #include <cpuid.h>
 #include <immintrin.h>
-
-#include "zrdraw/span.h"
 
 namespace {
 
@@ -13,7 +13,7 @@ constexpr unsigned int leaf1EcxAvx = 1U << 28;
 constexpr unsigned long long xcr0XmmAndYmm = 0x6;
 constexpr unsigned int leaf7EbxAvx2 = 1U << 5;
 
-__attribute__((target("xsave"))) unsigned long long readXcr0() {
+[[gnu::target("xsave")]] unsigned long long readXcr0() {
     return _xgetbv(0);
 }
 
