@@ -1,5 +1,5 @@
 // The four-connected flood fill, breadth first.
-#include "draw/plotter.h"
+#include "draw/run.h"
 #include "pixel/byte_order.h"
 
 #include <array>
@@ -114,6 +114,8 @@ int ZRDraw::Fill(int x, int y, double tolerance) {
     x = x == columns ? columns - 1 : x;
     y = y == lines ? lines - 1 : y;
     if (x < 0 || y < 0 || x > columns || y > lines)
+        return -1;
+    if (canvas == nullptr && readsUntested(*this))
         return -1;
     Color seed{};
     double alpha = 0.0;

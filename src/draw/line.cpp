@@ -1,10 +1,8 @@
 // Straight lines between integer end points: plain, dashed, axis-parallel, and chains of them.
 #include "draw/fixed_point.h"
 #include "draw/line_weighted.h"
-#include "draw/plotter.h"
-#include "draw/span_route.h"
+#include "draw/run.h"
 #include "draw/walk.h"
-#include "zrdraw/platform/memory.h"
 #include "zrdraw/zrdraw.h"
 
 #include <algorithm>
@@ -84,26 +82,7 @@ int ZRDraw::LineHoriz(int x0, int y, int x1) {
         isOffCanvas(*this, std::min(x0, x1), std::max(x0, x1), width))
         return -1;
     y = pullBack(y, height);
-    const int left = pullBack(std::min(x0, x1), width);
-    const int right = pullBack(std::max(x0, x1), width);
-    const unsigned int more = static_cast<unsigned int>(right - left);
-
-    const SpanRoute route = spanRoute(*this, true);
-    if (route == SpanRoute::Words) {
-        SetMemoryFast(wordAddress(*this, left, y), foreColor, more * 4 + 4);
-        return 0;
-    }
-    if (route == SpanRoute::Packed) {
-        // The format class encodes the first pixel, and the run repeats its bytes.
-        PutPixel(left, y, true);
-        if (char* first = GetPixel(left, y); first != nullptr) {
-            const unsigned int bytes = zrdraw_packed_pixel_bytes(pixelType);
-            zrdraw_fill_pattern(first + bytes, first, bytes, more);
-            return 0;
-        }
-    }
-    for (int x = left; x <= right; ++x)
-        PutPixel(x, y, true);
+    drawRun(*this, pullBack(std::min(x0, x1), width), pullBack(std::max(x0, x1), width), y);
     return 0;
 }
 

@@ -1,5 +1,7 @@
 #include "draw/line_weighted.h"
 
+#include "draw/run.h"
+
 namespace {
 
 struct Color {
@@ -12,8 +14,11 @@ Color foreground(ZRDraw& draw) {
     return c;
 }
 
+// Black off the canvas.
 Color pixelAt(ZRDraw& draw, int x, int y) {
     Color c{};
+    if (readsUntested(draw) && draw.GetPixel(x, y) == nullptr)
+        return c;
     draw.GetPixelRGBA(x, y, c.r, c.g, c.b, c.a);
     return c;
 }

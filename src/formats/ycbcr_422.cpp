@@ -12,10 +12,8 @@ bool isLumaFirst(unsigned int pixelType) {
 
 // Every code but the other three counts as ptUYVY.
 const zrPairOrder& orderOf(unsigned int pixelType) {
-    constexpr unsigned int first = 6;
-    static_assert(zrLayouts[first].code == ptYUYV && zrLayouts[first + 3].code == ptVYUY);
-    const unsigned int known = pixelType - ptYUYV <= ptVYUY - ptYUYV ? pixelType : ptUYVY;
-    return zrLayouts[first + known - ptYUYV].pair;
+    const bool isKnown = pixelType - ptYUYV <= ptVYUY - ptYUYV;
+    return zrFindLayout(isKnown ? pixelType : ptUYVY)->pair;
 }
 
 // By contract: added without masks, so that a sample above 255 runs into the next byte.

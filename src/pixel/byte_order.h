@@ -7,9 +7,8 @@
 
 // The order of a code from 1 to 6; every other code has that of ptRGBA32.
 inline const zrByteOrder& byteOrderOf(unsigned int pixelType) {
-    static_assert(zrLayouts[0].code == ptRGBA32 && zrLayouts[5].code == ptBGR24);
-    const bool rgb8 = pixelType >= ptRGBA32 && pixelType <= ptBGR24;
-    return zrLayouts[rgb8 ? pixelType - ptRGBA32 : 0].bytes;
+    const bool isRgb8 = pixelType >= ptRGBA32 && pixelType <= ptBGR24;
+    return zrFindLayout(isRgb8 ? pixelType : ptRGBA32)->bytes;
 }
 
 // The 256 values of a channel byte / 255, as a division would give them.

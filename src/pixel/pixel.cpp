@@ -63,7 +63,7 @@ int ZRPixel::SetCanvas(char* newCanvas, int newHeight, int newWidth, int newPitc
     width = magnitude(newWidth);
     pitch = magnitude(newPitch == 0 ? static_cast<int>(GetPitch()) : newPitch);
     const zrLayout* layout = zrFindLayout(pixelType);
-    if (layout != nullptr && layout->pitchRaised) {
+    if (layout != nullptr && layout->has(zrPitchRaised)) {
         const unsigned int naturalLine = zrLineBytes(layout->line, width);
         if (pitch < naturalLine)
             pitch = naturalLine;

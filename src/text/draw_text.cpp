@@ -1,5 +1,5 @@
 // Text laid out in a rectangle, in the built-in font at a scale that the rectangle's height gives.
-#include "draw/plotter.h"
+#include "draw/run.h"
 #include "zrdraw/font.h"
 #include "zrdraw/zrdraw.h"
 
