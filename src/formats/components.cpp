@@ -37,9 +37,7 @@ int put(const ZRPixel& pixel, int x, int y, int stride, Values... values) {
 }
 
 double wordAt(const char* address, int at) {
-    unsigned short word;
-    std::memcpy(&word, address + 2 * at, sizeof word);
-    return word * per65536;
+    return loadAs<unsigned short>(address + 2 * at) * per65536;
 }
 
 // A form of the two chroma planes. By contract: 8-bit samples are read as 16-bit ones too, so that

@@ -1,6 +1,7 @@
 // Byte orders of the 8-bit RGB layouts, by code.
 #pragma once
 
+#include "pixel/rgba.h"
 #include "zrdraw/layouts.h"
 
 #include <array>
@@ -20,10 +21,6 @@ inline constexpr auto unitValues = [] {
 }();
 
 // The channels of a pixel, each byte / 255; alpha is 1.0 in layouts without one.
-struct Rgba {
-    double r, g, b, a;
-};
-
 inline Rgba unpackRgba(const unsigned char* bytes, const zrByteOrder& order) {
     const auto channel = [bytes](signed char at) { return at < 0 ? 1.0 : unitValues[bytes[at]]; };
     return {channel(order.r), channel(order.g), channel(order.b), channel(order.a)};
