@@ -15,8 +15,8 @@ enum zrFontSize { zrFontWidth = 8, zrFontHeight = 10, zrFontGlyphs = 256 };
 
 /**
  * The glyph of a code starts at code * zrFontHeight: a byte a row, the bottom row first, bit 7
- * leftmost, a set bit is ink. Codes 0 and 32 alone are blank. The bottom row of the codes 32 to 127
- * is blank too: ZRDraw::DrawText, from scale 2 up, puts that of the next code above a glyph.
+ * leftmost, a set bit is ink. Codes 0 and 32 alone are blank. The bottom row of the codes to 127 is
+ * blank too: from scale 2 up, ZRDraw::DrawText shows that of the next code above a glyph.
  */
 ZRDRAW_API extern const unsigned char gFont8x10[zrFontGlyphs * zrFontHeight];
 

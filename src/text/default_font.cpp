@@ -70,10 +70,6 @@ int ZRDraw::HaveFont() {
     return 0;
 }
 
-int ZRDraw::TextOut(int, int, const char*, int) {
-    return 0;
-}
-
 int UseDefaultFont(ZRDraw*& draw, bool builtIn) {
     if (draw->HaveFont() != 0) {
         draw->UseDefaultFont(builtIn);

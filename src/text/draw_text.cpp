@@ -95,3 +95,7 @@ int ZRDraw::DrawText(const char* text, int count, RECT* rect, unsigned int forma
 int ZRDraw::ZRDrawText(const char* text, int count, RECT* rect, unsigned int format) {
     return DrawText(text, count, rect, format);
 }
+
+int ZRDraw::TextOut(int, int, const char*, int) {
+    return 0;
+}
