@@ -1,6 +1,6 @@
 // Arcs, ellipses and pies: polygons with one chord a degree, whatever the radius.
 #include "pixel/truncate.h"
-#include "zrdraw/font.h"
+#include "zrdraw/arc_ends.h"
 #include "zrdraw/zrdraw.h"
 
 #include <atomic>

@@ -1,7 +1,7 @@
 // Circles, arcs and Bezier curves as text art.
 #include "support/recorder.h"
 #include "support/test_canvas.h"
-#include "zrdraw/font.h"
+#include "zrdraw/arc_ends.h"
 
 #include <gtest/gtest.h>
 
