@@ -73,12 +73,10 @@ unsigned int dissolve(const KernelArgs& args) {
 
 } // namespace
 
-extern "C" unsigned int zrfxDISSOLVE2(ZRFX_PARAMETERS) {
+unsigned int zrfxDISSOLVE2(ZRFX_PARAMETERS) {
     return dissolve(ZRFX_ARGUMENTS);
 }
 
-extern "C" unsigned int zrfxDISSOLVE(ZRFX_PARAMETERS) {
-    const bool integers = pixelType >= ptRGBA32 && pixelType <= ptBGR24;
-    const bool deep = pixelType >= fxFloat4 && pixelType <= fxWord4;
-    return integers || deep ? zrfxDISSOLVE2(ZRFX_VALUES) : 0;
+unsigned int zrfxDISSOLVE(ZRFX_PARAMETERS) {
+    return pixelGroup(pixelType).isKnown() ? zrfxDISSOLVE2(ZRFX_VALUES) : 0;
 }

@@ -1,5 +1,4 @@
 // The one door of the mux: sources, flips, the mode by one table, the grid.
-#include "fx/pixel_groups.h"
 #include "mux/grid.h"
 #include "mux/modes.h"
 #include "zrdraw/platform/memory.h"

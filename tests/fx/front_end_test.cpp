@@ -257,6 +257,20 @@ TEST_F(FrontEndFailures, WithoutMemoryTheySaySoAndRestoreThePriority) {
     }
 }
 
+// Addresses are numbers that wrap. There is no memory there: whatever is touched ends the test.
+TEST_F(FrontEndFailures, APlaneAtNullIsNoMemory) {
+    constexpr unsigned int width = 40, height = 10, planeBytes = 1536; // 3 * 400 rounded up
+    for (const FrontEnd* end : {&ycbcr, &v210})
+        for (const std::uintptr_t behind :
+             {std::uintptr_t{1}, std::uintptr_t{planeBytes}, std::uintptr_t{2 * planeBytes}}) {
+            injection().alloc = [behind](unsigned int) { return reinterpret_cast<void*>(-behind); };
+            EXPECT_EQ(call(*end, width, height), 0xFFFFFFFFU) << end->name << ' ' << behind;
+            EXPECT_EQ(m_log, Messages{"No Memory ZRDraw_DisplayWipeYCbCr"});
+            EXPECT_EQ(m_freed, std::vector<void*>{});
+            EXPECT_EQ(priority(), before);
+        }
+}
+
 TEST_F(FrontEndFailures, AThrowingAllocatorLeavesThePriorityRaised) {
     injection().alloc = [](unsigned int) -> void* { throw std::bad_alloc(); };
     for (const FrontEnd* end : {&ycbcr, &v210}) {
