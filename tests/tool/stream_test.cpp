@@ -4,8 +4,11 @@
 #include "pair/mux_modes.h"
 #include "pair/transition.h"
 #include "pair/v210_words.h"
+#include "pair/wipe_names.h"
 #include "tool/media_fixture.h"
 #include "zrdraw/v210.h"
+
+#include <fmt/format.h>
 
 #include <cstring>
 #include <map>
@@ -263,7 +266,7 @@ TEST(Transitions, KeepEverySampleOfV210) {
             EXPECT_EQ(lumaOf(out), lumaOf(x < edge ? b : a)) << "column " << x;
         }
     }
-    Transition slide(layout, width, height, 500, false, false);
+    Transition slide(layout, width, height, zrSlideUp, false, false);
     slide.draw(a, b, out, 0);
     for (int i = 0; i < 16 * 8 / 4; ++i)
         EXPECT_EQ(wordOf(out, i), wordOf(a, i) & 0x3FFFFFFF) << i;
@@ -284,6 +287,17 @@ TEST_F(Stream, AWipeBeginsAndEndsWithItsSources) {
     EXPECT_EQ(out[8], b[6]);
     EXPECT_NE(out[4], a[4]);
     EXPECT_NE(out[4], b[2]);
+}
+
+TEST(WipeNames, AreThoseOfTheTable) {
+    const std::string list = listWipes();
+    for (const zrWipe& wipe : zrWipes)
+        if (wipe.name != nullptr) {
+            EXPECT_EQ(wipeCodeOf(wipe.name), wipe.first);
+            EXPECT_NE(list.find(fmt::format("{}  {} ", wipe.first, wipe.name)), std::string::npos);
+        }
+    EXPECT_EQ(wipeCodeOf("45"), 45U);
+    EXPECT_THROW(wipeCodeOf("2147483648"), UsageError) << "the bit of --swap";
 }
 
 TEST_F(Stream, MuxUndoesItsFlips) {
