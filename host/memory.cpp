@@ -118,8 +118,6 @@ void fillShort(Byte* run, Word value, std::size_t bytes) {
 
 } // namespace
 
-extern "C" {
-
 ZRDRAW_API void* CopyMemoryFast(void* dst, const void* src, unsigned long bytes) {
     return std::memcpy(dst, src, bytes);
 }
@@ -138,5 +136,3 @@ ZRDRAW_API void* SetMemoryFast(void* dst, unsigned int value, unsigned long byte
         fillShort(run, value, bytes);
     return dst;
 }
-
-} // extern "C"

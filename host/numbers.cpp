@@ -10,8 +10,6 @@ constexpr std::size_t longestNumber = 32; // the digits in base 2, or a sign and
 
 } // namespace
 
-extern "C" {
-
 ZRDRAW_API char* itoa(int value, char* text, int base) {
     char* end = text;
     if (base == 10) {
@@ -23,5 +21,3 @@ ZRDRAW_API char* itoa(int value, char* text, int base) {
     *end = 0;
     return text;
 }
-
-} // extern "C"

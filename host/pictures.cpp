@@ -51,8 +51,6 @@ int sourceOf(int at, double factor, double shift, int first, int count) {
 
 } // namespace
 
-extern "C" {
-
 ZRDRAW_API int pxsw_flip_vert(unsigned char* dst, unsigned char* src, unsigned int width,
                               unsigned int height, unsigned int pitch) {
     for (std::size_t y = 0; y < (std::size_t{height} + 1) / 2; ++y) {
@@ -110,5 +108,3 @@ ZRDRAW_API unsigned char* ippsMalloc_8u(int bytes) {
 ZRDRAW_API void ippsFree(void* memory) {
     ZRFree(memory);
 }
-
-} // extern "C"

@@ -161,8 +161,6 @@ int readText(const StoreKey& key, char* buffer, unsigned int* length) {
 
 } // namespace
 
-extern "C" {
-
 ZRDRAW_API int zrCFGKeyExists(int, const char* path) {
     bool holds = false;
     if (path == nullptr)
@@ -192,5 +190,3 @@ ZRDRAW_API int zrCFGUseStore(const char* file, char* reason, unsigned int reason
         std::snprintf(reason, reasonBytes, "%s", outcome.problem.c_str());
     return outcome.problem.empty() ? 0 : -1;
 }
-
-} // extern "C"
