@@ -127,6 +127,26 @@ TEST_F(ConfigStore, FollowsAFileThatIsMovedAwayOrBack) {
     EXPECT_EQ("1", get("A"));
 }
 
+TEST_F(ConfigStore, LeavesItsFileAloneWhenTheLastOneClosesIt) {
+    const std::string log = file + "-wal";
+    const auto filesThere = [&] { return fs::exists(log) + fs::exists(file + "-shm"); };
+    put("A", "1");
+    ASSERT_EQ(0, save());
+    EXPECT_EQ(2, filesThere());
+    use(folder + "/none");
+    EXPECT_EQ(0, filesThere()) << "another store is used";
+
+    const pid_t child = fork();
+    if (child == 0) {
+        use(file);
+        put("A", "2");
+        std::exit(save() == 0 && filesThere() == 2 ? 0 : 1);
+    }
+    ASSERT_EQ(0, statusOf(child));
+    EXPECT_EQ(0, filesThere()) << "the process ended";
+    EXPECT_EQ("2", (use(file), get("A")));
+}
+
 TEST_F(ConfigStore, ReportsAFileThatCannotBeWrittenAndKeepsTheTexts) {
     fill(folder + "/plain", "a file");
     const std::string below = folder + "/plain/settings.db";
