@@ -7,6 +7,7 @@
 #include "zrdraw/platform/files.h"
 #include "zrdraw/zrhost.h"
 
+#include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <mutex>
@@ -199,4 +200,17 @@ ZRDRAW_API int zrCFGUseStore(const char* file, char* reason, unsigned int reason
     if (reason != nullptr && reasonBytes > 0)
         std::snprintf(reason, reasonBytes, "%s", outcome.problem.c_str());
     return outcome.problem.empty() ? 0 : -1;
+}
+
+ZRDRAW_API char* itoa(int value, char* text, int base) {
+    constexpr std::size_t longest = 32; // the digits in base 2
+    char* end = text;
+    if (base == 10) {
+        end = std::to_chars(text, text + longest, value).ptr;
+    } else if (base >= 2 && base <= 36) {
+        const auto pattern = static_cast<unsigned int>(value);
+        end = std::to_chars(text, text + longest, pattern, base).ptr;
+    }
+    *end = 0;
+    return text;
 }

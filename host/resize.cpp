@@ -1,6 +1,7 @@
 // Flips and the nearest-pixel resize of 32-bit pictures.
-#include "zrdraw/platform/memory.h"
 #include "zrdraw/platform/resize.h"
+
+#include "zrdraw/platform/memory.h"
 #include "zrdraw/types.h"
 
 #include <algorithm>
