@@ -35,10 +35,10 @@ using MixBody = void(unsigned char* to, const unsigned char* first, const unsign
 struct Mix {
     MixBody* body;
     double ofFirst, ofSecond;             // their sum is 1, but for rounding
-    unsigned int firstUnits, secondUnits; // in 65536ths, rounded up; 0 where a weight is none
+    unsigned int firstUnits, secondUnits; // in 65536ths, rounded up; 0 off the scale
 
-    // For `mixRoundedBytesAvx2`, whether a mix of a byte with itself is one less: bit (byte / 16) %
-    // 8 of element byte % 16, for the bytes up to 127 and for those above.
+    // For `mixRoundedBytesAvx2`: whether a mix of a byte with itself is one less, in bit
+    // (byte / 16) % 8 of element byte % 16; for the bytes up to 127 and for those above.
     alignas(16) unsigned char lessBelow[16];
     alignas(16) unsigned char lessAbove[16];
 
