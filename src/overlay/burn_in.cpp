@@ -96,7 +96,7 @@ void drawCustomTexts(const CZrOverlay& overlay, char* text) {
 
 int CZrOverlay::BurnIn(DFRAME* frame, unsigned int* audioLevels, unsigned int* audioPeaks,
                        unsigned int tcAdjust) {
-    if (bitmapHeader.biSizeImage == 0)
+    if (bitmapHeader.biSizeImage == 0 || frame == nullptr)
         return 0;
     // By contract: the object is made even while the overlay is off.
     if (draw == nullptr && GetDraw(&bitmapHeader, frame->videoData, draw) != 0)

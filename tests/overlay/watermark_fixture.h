@@ -12,6 +12,8 @@ struct Clip {
     int width = 0, height = 0;
     std::vector<unsigned char> pixels;
     bool opens = true, hasMemory = true;
+    std::string lacks; // the entry that its reader does not have
+    int claims = 1;    // times the size, each way, that it tells
     std::vector<std::string> calls;
     DFRAME frame{};
 };
@@ -31,8 +33,8 @@ inline void* openClip(const char* path, unsigned int access, unsigned int share,
 
 inline int getInfo(void** handle, int kind, int index, KPXVIDEO* record, void* a, void* b) {
     note("info", *handle == &clip, kind, index, record->header.biSize, a == b);
-    record->header.biWidth = clip.width;
-    record->header.biHeight = clip.height;
+    record->header.biWidth = clip.width * clip.claims;
+    record->header.biHeight = clip.height * clip.claims;
     return 0;
 }
 
@@ -52,6 +54,8 @@ inline int closeClip(void** handle) {
 
 inline void* entryOf(const char* name) {
     note(name, 0);
+    if (clip.lacks == name)
+        return nullptr;
     return std::map<std::string, void*>{{"cfOpen", reinterpret_cast<void*>(openClip)},
                                         {"cfGetFileInfo", reinterpret_cast<void*>(getInfo)},
                                         {"cfReadFrameUnc", reinterpret_cast<void*>(readFrame)},
