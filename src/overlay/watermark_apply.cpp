@@ -109,13 +109,13 @@ void applyBgra(const CZrOverlay& overlay, unsigned char* frame) {
 int CZrOverlay::ApplyWatermark(DFRAME* frame) {
     auto* const bytes = reinterpret_cast<unsigned char*>(frame->videoData);
     switch (wmLayout) {
-    case watermarkYuv2:
+    case zrWatermarkYuv2:
         applyYuv2(*this, bytes);
         break;
-    case watermarkV210:
+    case zrWatermarkV210:
         applyV210(*this, frame->videoData);
         break;
-    case watermarkBgra:
+    case zrWatermarkBgra:
         applyBgra(*this, bytes);
         break;
     default:

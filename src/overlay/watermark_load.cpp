@@ -139,15 +139,15 @@ void cachePixels(CZrOverlay& overlay, const char* pixels) {
 // In any other layout there is no cache.
 void makeCache(CZrOverlay& overlay, ZRDraw& image, const char* pixels) {
     switch (overlay.wmLayout) {
-    case watermarkYuv2:
+    case zrWatermarkYuv2:
         cachePairs(overlay, image);
         overlay.WatermarkX &= ~1U; // by contract, for good
         break;
-    case watermarkV210:
+    case zrWatermarkV210:
         cacheDeepPairs(overlay, image);
         overlay.WatermarkX &= ~1U;
         break;
-    case watermarkBgra:
+    case zrWatermarkBgra:
         cachePixels(overlay, pixels);
         break;
     default:
@@ -157,11 +157,11 @@ void makeCache(CZrOverlay& overlay, ZRDraw& image, const char* pixels) {
 
 // A cache of an earlier load has that one's size. By contract: it is not freed.
 void forgetCache(CZrOverlay& overlay) {
-    if (overlay.wmLayout == watermarkYuv2)
+    if (overlay.wmLayout == zrWatermarkYuv2)
         overlay.wmYuv2 = nullptr;
-    else if (overlay.wmLayout == watermarkV210)
+    else if (overlay.wmLayout == zrWatermarkV210)
         overlay.wmV210 = nullptr;
-    else if (overlay.wmLayout == watermarkBgra)
+    else if (overlay.wmLayout == zrWatermarkBgra)
         overlay.wmBgra = nullptr;
 }
 

@@ -11,7 +11,7 @@ namespace {
 long heapAllocations = 0;
 
 constexpr int width = 640, height = 100;
-constexpr unsigned int yuv2 = 0x32767579, v210 = 0x76323130;
+constexpr unsigned int yuv2 = zrWatermarkYuv2, v210 = zrWatermarkV210;
 
 struct Text {
     std::string text;
@@ -38,6 +38,8 @@ Picture pictureOf(const std::vector<Text>& texts, bool filled) {
     throw std::bad_alloc();
 }
 #endif
+
+namespace {
 
 class OverlayPass : public OverlayTest {
 protected:
@@ -325,3 +327,5 @@ TEST_F(OverlayPass, BoxByHeightAndWidth) {
     wanted.box(3, 2, 5, 2, white);
     EXPECT_EQ(picture.difference(wanted), "");
 }
+
+} // namespace

@@ -36,8 +36,6 @@ std::vector<std::string> everyKey(const std::string& verb) {
     return keys;
 }
 
-} // namespace
-
 class OverlaySettings : public OverlayTest {};
 
 TEST_F(OverlaySettings, InitialValues) {
@@ -253,3 +251,5 @@ TEST_F(OverlaySettings, ReadFile) {
         EXPECT_TRUE(calls.empty());
     }
 }
+
+} // namespace

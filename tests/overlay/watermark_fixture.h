@@ -5,7 +5,9 @@
 
 #include <list>
 
-inline constexpr unsigned int yuv2 = 0x32767579, v210 = 0x76323130, uyvy = 0x59565955;
+inline constexpr unsigned int bgra = zrWatermarkBgra, yuv2 = zrWatermarkYuv2,
+                              v210 = zrWatermarkV210;
+inline constexpr unsigned int uyvy = 0x59565955; // the same pixels as yuv2, but no watermark
 
 // What the reader of media files finds, and the calls that reach it.
 struct Clip {
