@@ -1,6 +1,6 @@
 // Feeds an input to both readers of font files, as far as the contract lets it be read.
 #include "memory_file.h"
-#include "zrdraw/font.h"
+#include "zrdraw/font_files.h"
 #include "zrdraw/zrdraw.h"
 
 #include <algorithm>

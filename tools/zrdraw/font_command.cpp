@@ -2,7 +2,7 @@
 
 #include "drawing.h"
 #include "error.h"
-#include "zrdraw/font.h"
+#include "zrdraw/font_files.h"
 
 #include <fmt/format.h>
 
