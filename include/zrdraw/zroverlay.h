@@ -67,8 +67,8 @@ public:
      *     const bool served = code != ptNone && bytes != 0 && bytes != 0xFFFFFFFF;
      *
      * A plain bitmap of 15 or 16 bits passes as served, and its pixels are written as 4 bytes each.
-     * A frame must have GetDrawSize(code, width, height, 0) bytes, which for v210 may be more than
-     * what the header's form answers.
+     * A frame must have zrFrameRoom bytes
+     * (zrdraw/layouts.h) at a pitch of 0, which may be more than the header's form answers.
      * @return 0, also for null records, of which nothing is taken
      */
     virtual int Create(KPXVIDEO* newVideo, KPXSYSTEM* newSystem);

@@ -7,6 +7,7 @@
 
 inline constexpr unsigned int bgra = zrWatermarkBgra, yuv2 = zrWatermarkYuv2,
                               v210 = zrWatermarkV210;
+static_assert(bgra == 0 && yuv2 == 0x32767579 && v210 == 0x76323130, "the codes are the host's");
 inline constexpr unsigned int uyvy = 0x59565955; // the same pixels as yuv2, but no watermark
 
 // What the reader of media files finds, and the calls that reach it.

@@ -95,6 +95,16 @@ TEST_F(OverlayWatermark, NothingToLoad) {
     EXPECT_EQ(picture.difference(Picture(16, 8)), "");
 }
 
+// No memory is what a picture without pixels needs.
+TEST_F(OverlayWatermark, EmptyPicture) {
+    injection().alloc = [](unsigned int) { return nullptr; };
+    for (const unsigned int code : {bgra, yuv2, v210}) {
+        load(0, 0, code);
+        EXPECT_EQ(clip.calls.back(), "unload 1");
+    }
+    EXPECT_TRUE(log.empty());
+}
+
 TEST_F(OverlayWatermark, FileThatCannotBeOpened) {
     clip.opens = false;
     overlay.wmLayout = 0;
@@ -144,7 +154,7 @@ TEST_F(OverlayWatermark, HostsThatLackSomething) {
     const Injection whole = injection();
     unsigned int old[16] = {};
     for (const Case& c : cases) {
-        for (const unsigned int code : {0U, yuv2, v210}) {
+        for (const unsigned int code : {bgra, yuv2, v210}) {
             SCOPED_TRACE(std::string(c.what) + " " + std::to_string(code));
             injection() = whole;
             clip = {};
@@ -159,7 +169,7 @@ TEST_F(OverlayWatermark, HostsThatLackSomething) {
             EXPECT_EQ(Lines(clip.calls.end() - static_cast<long>(c.last.size()), clip.calls.end()),
                       c.last);
             // An old cache does not fit the new size.
-            EXPECT_EQ(overlay.wmBgra == nullptr, c.line == noMemory && code == 0);
+            EXPECT_EQ(overlay.wmBgra == nullptr, c.line == noMemory && code == bgra);
             EXPECT_EQ(overlay.wmYuv2 == nullptr, c.line == noMemory && code == yuv2);
             EXPECT_EQ(overlay.wmV210 == nullptr, c.line == noMemory && code == v210);
             EXPECT_EQ(overlay.wmLayout, c.line == noMemory ? code : 0);
@@ -178,7 +188,7 @@ TEST_F(OverlayWatermark, HostsThatLackSomething) {
 TEST_F(OverlayWatermark, CachesGoBackByZRFree) {
     injection().alloc = nullptr;
     place(0, 0);
-    for (const unsigned int code : {0U, yuv2, v210}) {
+    for (const unsigned int code : {bgra, yuv2, v210}) {
         load(4, 4, code);
         void* const caches[] = {overlay.wmBgra, overlay.wmYuv2, overlay.wmV210};
         EXPECT_EQ(std::count(std::begin(caches), std::end(caches), nullptr), 2) << code;
@@ -193,7 +203,7 @@ TEST_F(OverlayWatermark, CachesGoBackByZRFree) {
 
 // A frame without pixels, or none at all.
 TEST_F(OverlayWatermark, NothingToDrawOn) {
-    for (const unsigned int code : {0U, yuv2, v210}) {
+    for (const unsigned int code : {bgra, yuv2, v210}) {
         load(4, 4, code);
         place(0, 0);
         overlay.Enabled = 1;

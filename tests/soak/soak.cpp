@@ -28,7 +28,7 @@ using Clock = std::chrono::steady_clock;
 // What threads, pools and the reader's libraries take comes in the first rounds.
 constexpr int warmRounds = 3;
 constexpr auto roundTime = std::chrono::seconds(5);
-constexpr long allowedGrowth = 2048; // kB
+constexpr long allowedGrowth = 1024; // kB
 
 struct Layout {
     unsigned int compression, code;
@@ -71,8 +71,8 @@ private:
             sendText();
         if (m_number % 50 == 0)
             mix();
-        if (m_number % 100 == 0)
-            takeLayout(m_number / 100);
+        if (m_number % 25 == 0)
+            takeLayout(m_number / 25);
         if (m_number % 200 == 0)
             saveAndLoad();
     }
