@@ -12,7 +12,7 @@ namespace {
 
 std::string textOf(unsigned int count, unsigned int type) {
     char text[512] = {};
-    EXPECT_EQ(tc2String(count, type | 0x30100, text), 0);
+    EXPECT_EQ(tc2String(count, type | zrTimeCodeTextFlags, text), 0);
     return text;
 }
 
