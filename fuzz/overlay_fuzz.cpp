@@ -85,6 +85,7 @@ private:
         m_overlay.Destroy();
         freeCaches();
         choosePicture();
+        placeLayers();
         KPXVIDEO video{};
         KPXSYSTEM system{};
         const Stream& stream = pick(m_input, streams);
@@ -121,7 +122,21 @@ private:
         host.hasReader = m_input.below(8) != 7;
         host.opens = m_input.below(8) != 7;
         host.mostBytes = m_input.below(8) != 7 ? 0xFFFFFFFF : 100;
-        m_overlay.WatermarkEnable = m_input.flag();
+    }
+
+    // On the frame or about it, which a first value seldom is; and some of the layers on.
+    void placeLayers() {
+        for (unsigned int* place :
+             {&m_overlay.AudioX, &m_overlay.AudioY, &m_overlay.TimeCodeX, &m_overlay.TimeCodeY,
+              &m_overlay.WatermarkX, &m_overlay.WatermarkY, &m_overlay.SourceFormatX,
+              &m_overlay.SourceFormatY, &m_overlay.CustomTextX[0], &m_overlay.CustomTextY[0]})
+            *place = static_cast<unsigned int>(m_input.between(-10, 50));
+        const int layers = m_input.byte();
+        m_overlay.WatermarkEnable = (layers & 3) != 0;
+        m_overlay.AudioEnable = (layers & 4) != 0;
+        m_overlay.TimeCodeLTCEnable = (layers & 8) != 0;
+        m_overlay.TimeCodeVITCEnable = (layers & 16) != 0;
+        m_overlay.SourceFormatEnable = (layers & 32) != 0;
     }
 
     // The caches are the host's to free.
@@ -148,7 +163,7 @@ private:
     void burnIn() {
         m_overlay.Enabled = m_input.below(8) != 0;
         m_overlay.AudioChannels %= CZrOverlay::historyChannels + 1;
-        m_overlay.TimeCodeSize %= 256;
+        m_overlay.TimeCodeSize %= 20; // large letters take their time
         if (!watermarkFits())
             m_overlay.WatermarkEnable = 0;
         DFRAME frame{};
