@@ -94,7 +94,7 @@ public:
     virtual int FillCircle(int cx, int cy, int radius);
     /**
      * Part of the ellipse inscribed in a box, counter-clockwise from the angle of one point to that
-     * of another, as chords of one degree. The ends go to xStartArc and so on of zrdraw/font.h.
+     * of another, as chords of one degree. The ends go to xStartArc and so on of zrdraw/arc_ends.h.
      * @return 0; -1 for an empty box or a point that is its centre
      */
     virtual int Arc(int left, int top, int right, int bottom, int xStart, int yStart, int xEnd,
@@ -249,7 +249,7 @@ public:
     int TextOut(int x, int y, const char* text, int count);
     /**
      * Reads a 24-bit uncompressed bitmap file, which has to be writable, into `data` and `pImgHdr`
-     * of zrdraw/font.h. Pixels of more than `data` holds end the process.
+     * of zrdraw/font_files.h. Pixels of more than `data` holds end the process.
      * @return 0; -1 for a file that cannot be opened or read, which is closed, and for one of
      *         another kind, which stays open
      */
