@@ -25,6 +25,8 @@ ZRDRAW_AVX2 void combineLineAvx2(unsigned char* to, const unsigned char* a, cons
 // The same for every line of the pictures.
 template <typename Combine>
 void combineAll(const MuxArgs& m, Combine combine) {
+    if (m.isEmpty())
+        return;
     const bool wide = zrdraw_avx2_available() != 0;
     for (unsigned int y = 0; y < m.height; ++y) {
         const std::size_t line = m.line(y);

@@ -108,6 +108,8 @@ void muxKey(const MuxArgs& m) {
 }
 
 void muxMix(const MuxArgs& m) {
+    if (m.isEmpty())
+        return;
     const auto weightA = static_cast<unsigned short>(m.position >> 8);
     const auto weightB = static_cast<unsigned short>(256 - (m.position >> 8));
     const bool wide = zrdraw_avx2_available() != 0;

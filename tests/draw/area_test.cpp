@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+namespace {
+
 TEST(FillRect, TheRightColumnBelongsToItAndTheBottomRowDoesNot) {
     struct Case {
         RECT rect;
@@ -102,8 +104,6 @@ TEST(RoundRect, CornersWithoutAWidthOrAHeight) {
     EXPECT_EQ(square.art(), plain.art()) << "refused, nothing drawn";
 }
 
-namespace {
-
 // The red byte of each pixel as a digit, a quarter of the range each, a row a line.
 std::string shades(TestCanvas& canvas) {
     std::string rows;
@@ -114,8 +114,6 @@ std::string shades(TestCanvas& canvas) {
     }
     return rows;
 }
-
-} // namespace
 
 TEST(GradientRect, Angles) {
     struct Case {
@@ -150,3 +148,5 @@ TEST(GradientRect, LimitsItsCornersAndLeavesTheColour) {
     canvas->SetCanvas(canvas.frame(), 0, 4, 0);
     EXPECT_EQ(canvas->GradientRect(0, 0, 3, 1, 0), -1);
 }
+
+} // namespace

@@ -8,6 +8,8 @@
 #include <thread>
 #include <utility>
 
+namespace {
+
 TEST(Circle, SmallRadii) {
     const char* const arts[] = {
         ".......\n.......\n.......\n...#...\n.......\n.......\n.......\n",
@@ -156,3 +158,5 @@ TEST(Bezier, Chains) {
     }
     EXPECT_EQ(canvas->PolyBezier(nullptr, 4), -1);
 }
+
+} // namespace

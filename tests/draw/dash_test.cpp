@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+namespace {
+
 TEST(Dash, Patterns) {
     struct Case {
         int x0, x1, on, off;
@@ -39,3 +41,5 @@ TEST(Dash, SlopesFollowTheLine) {
     canvas->Dash(2, 4, 2, 0, 1, 1);
     EXPECT_EQ(canvas.art(), "..#..\n.....\n..#..\n.....\n..#..\n");
 }
+
+} // namespace

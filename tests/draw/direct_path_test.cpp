@@ -50,8 +50,6 @@ void drawSomething(ZRDraw& draw, std::mt19937& random) {
     }
 }
 
-} // namespace
-
 TEST(DirectPath, LeavesWhatTheVirtualCallsLeave) {
     constexpr unsigned int seed = 20261125;
     SCOPED_TRACE(testing::Message() << "seed " << seed);
@@ -72,3 +70,5 @@ TEST(DirectPath, LeavesWhatTheVirtualCallsLeave) {
         EXPECT_TRUE(direct.guardsIntact());
     }
 }
+
+} // namespace

@@ -15,8 +15,6 @@ void paint(TestCanvas& canvas, const std::string& digits) {
     }
 }
 
-} // namespace
-
 TEST(Fill, ReachesNeighboursWithinTheTolerance) {
     struct Case {
         int x, y;
@@ -77,3 +75,5 @@ TEST(Fill, VisitsInTheOrderOfAQueueAndReadsEachPixelOnce) {
         EXPECT_EQ(draw.log, "r10 r10 w10 r20 w20 r00 w00 r11 r21 w21 r01 w01 ") << why;
     }
 }
+
+} // namespace

@@ -17,8 +17,6 @@ Pixels pixelsOf(int x0, int y0, int x1, int y1, bool antiAlias) {
     return draw.pixels;
 }
 
-} // namespace
-
 TEST(Line, Shapes) {
     struct Case {
         const char* name;
@@ -135,3 +133,5 @@ TEST(WeightedLine, PairsOfPixelsAndTheirColours) {
     EXPECT_EQ(draw.colors[2], 0U) << "weight 128/255: (0.5 + 0.002) / 255 is below one step";
     EXPECT_EQ(draw.foreColor, 0U) << "the colour is left changed";
 }
+
+} // namespace

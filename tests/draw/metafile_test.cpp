@@ -24,8 +24,6 @@ bool isOpen(int file) {
     return fcntl(file, F_GETFD) != -1;
 }
 
-} // namespace
-
 TEST(Metafile, WithoutAPlaceableHeader) {
     MetafileOwner draw;
     EXPECT_EQ(draw.EMFClose(), 0);
@@ -74,3 +72,5 @@ TEST(Metafile, PlaceableHeader) {
         << "a wrong checksum";
     EXPECT_TRUE(isOpen(owner.draw.metaFile));
 }
+
+} // namespace

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+namespace {
+
 TEST(LineHoriz, CoversBothEndsOrRefusesWhole) {
     struct Case {
         int x0, y, x1, result;
@@ -102,3 +104,5 @@ TEST(LineHoriz, PackedRunsRepeatTheirFirstPixel) {
     draw.LineHoriz(2, 0, 8);
     EXPECT_EQ(draw.puts, 18) << "and where the first pixel has no address";
 }
+
+} // namespace

@@ -21,8 +21,6 @@ std::map<std::pair<int, int>, int> coverage(TestCanvas& canvas) {
 
 using Coverage = std::map<std::pair<int, int>, int>;
 
-} // namespace
-
 TEST(LineWu, CoverageOfALine) {
     // A gradient of 1/2: whole pixels and halves in turn; ends are half covered.
     const Coverage gentle{{{0, 0}, 127}, {{0, 1}, 0},   {{1, 0}, 127}, {{1, 1}, 127}, {{2, 1}, 255},
@@ -64,3 +62,5 @@ TEST(LineWu, TheColourKeepsItsStrengthAndThePositionMovesWithLineWuTo) {
     EXPECT_EQ(canvas.bytesAt(4, 0, 4), (std::vector<unsigned char>{0, 0, 255, 255}));
     EXPECT_TRUE(canvas.guardsIntact());
 }
+
+} // namespace

@@ -6,8 +6,6 @@ namespace {
 constexpr Make signedSizes[] = {make<CDrawYCbCrYUYV>, make<CDrawYCbCrYCbCr16>,
                                 make<CDrawYCbCrYCbCrA16>, make<CDrawUV8>, make<CDrawUV16>};
 
-} // namespace
-
 TEST(FormatCanvas, TheWidthForcesTheMatrixMode) {
     char frame[16];
     for (const unsigned int from : {0U, 1U, 2U, 3U, 4U, 5U, 6U, 7U, 8U, 9U, 1000U, 1001U, 1002U,
@@ -106,3 +104,5 @@ TEST(FormatCanvas, ConstructorsReplaceCodesThatAreNotTheirs) {
     for (const Make makeDraw : signedSizes)
         EXPECT_EQ(makeDraw(33)->yCbCrMode, cmRec709);
 }
+
+} // namespace

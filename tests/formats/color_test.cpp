@@ -3,6 +3,8 @@
 
 #include <tuple>
 
+namespace {
+
 TEST(FormatColor, PackingOf422) {
     struct Case {
         unsigned int code, fractions, samples, white, overflow;
@@ -133,3 +135,5 @@ TEST(FormatColor, ComponentsOnAScaleOf65536) {
     EXPECT_EQ(withAlpha.yccForeground.fourth, 49152U) << "Cr once more";
     EXPECT_EQ(withAlpha.yccBackground.fourth, 66256U);
 }
+
+} // namespace

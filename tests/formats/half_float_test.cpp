@@ -14,8 +14,6 @@ namespace {
     return static_cast<std::uint16_t>(_cvtss_sh(value, _MM_FROUND_TO_NEAREST_INT));
 }
 
-} // namespace
-
 TEST(HalfFloat, EveryHalfIsExactAndReturns) {
     for (unsigned int bits = 0; bits <= 0xFFFF; ++bits) {
         const auto half = static_cast<std::uint16_t>(bits);
@@ -85,3 +83,5 @@ TEST(HalfFloat, ConvertsAsTheProcessorDoes) {
             ASSERT_EQ(zrFloatToHalf(value), processorHalf(value)) << std::hexfloat << value;
     }
 }
+
+} // namespace

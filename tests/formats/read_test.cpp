@@ -44,8 +44,6 @@ void expectSamples10(GuardedCanvas& canvas, int x, std::array<unsigned int, 4> e
 const Reading noHsv{-1, {untouched, untouched, untouched, untouched}};
 const Reading zeros{-1, {0, 0, 0, 0}};
 
-} // namespace
-
 TEST(FormatRead, PairsOf422GiveTheFirstLuma) {
     struct Case {
         unsigned int code;
@@ -283,3 +281,5 @@ TEST(FormatReadDeathTest, LumaOffTheCanvasStopsTheProgram) {
         EXPECT_DEATH(canvas->GetLuma(2, 0), "");
     }
 }
+
+} // namespace

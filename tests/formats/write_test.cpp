@@ -55,8 +55,6 @@ void setMembers(ZRDraw& base) {
 
 void leave(ZRDraw&) {}
 
-} // namespace
-
 TEST(FormatWrite, WholePixels) {
     struct Case {
         Make make;
@@ -251,3 +249,5 @@ TEST(FormatWrite, BayerMosaics) {
         }
     }
 }
+
+} // namespace

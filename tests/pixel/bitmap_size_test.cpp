@@ -49,8 +49,6 @@ void check(const Case& c, int width, int height) {
     EXPECT_EQ(qtGetDrawSizeBMI(&again), c.bytes) << "without a place for the code";
 }
 
-} // namespace
-
 TEST(BitmapSize, FormatsOfOneLayout) {
     // 1000 x 7 pixels.
     const Case cases[] = {
@@ -143,3 +141,5 @@ TEST(BitmapSize, ProductsWrapAtThirtyTwoBitsBeforeTheDivision) {
     const auto product = static_cast<int>(16LL * 40000 * 40000);
     EXPECT_EQ(GetDrawSize(&info), static_cast<unsigned int>(product / 6));
 }
+
+} // namespace

@@ -7,6 +7,8 @@
 #include <array>
 #include <cmath>
 
+namespace {
+
 using Bytes = std::vector<unsigned char>;
 
 TEST(Canvas, AddressesAndTheEdgeRule) {
@@ -202,3 +204,5 @@ TEST(Canvas, PercentIsAFractionOfOne) {
     EXPECT_EQ(canvas->PercentY(1.5), 7);
     EXPECT_EQ(canvas->PercentX(-0.5), -4);
 }
+
+} // namespace

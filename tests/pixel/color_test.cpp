@@ -15,8 +15,6 @@ Values slotOf(ZRDraw& draw, bool selector) {
     return v;
 }
 
-} // namespace
-
 TEST(ColorSlots, DefaultsAndIndependence) {
     TestCanvas canvas(3, 1, 1);
     EXPECT_EQ(slotOf(canvas.draw(), true), (Values{1, 1, 1, 1}));
@@ -128,3 +126,5 @@ TEST(GetLuma, WeighsRawBytesOnAScaleOf256) {
         }
     }
 }
+
+} // namespace

@@ -29,8 +29,6 @@ struct Converter : ZRPixel {
     double alpha = sentinel;
 };
 
-} // namespace
-
 TEST(Matrices, OneColourInEveryMode) {
     // Worked out by hand for R = 1, G = 0.5, B = 0.25, and for Y = 0.5, Cb = 0.6, Cr = 0.45.
     struct Case {
@@ -147,3 +145,5 @@ TEST(BlendPixel, IsNotClamped) {
     pixel.BlendPixel(r, g, b, 0.0, 0.5, 1.0, 300);
     expectNear({r, g, b}, {-1.5, 0.5, 2.5});
 }
+
+} // namespace

@@ -10,6 +10,8 @@
 #include <tuple>
 #include <vector>
 
+namespace {
+
 TEST(Factory, ServedCodesGetTheirClass) {
     char frame[400];
     for (unsigned int code = 1; code <= 6; ++code) {
@@ -150,3 +152,5 @@ TEST(Factory, ANullEventHandleSurvives) {
     EXPECT_EQ(draw->PutPixel(0, 0, true), 0);
     ReleaseDraw(draw);
 }
+
+} // namespace

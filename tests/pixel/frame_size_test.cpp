@@ -9,6 +9,8 @@
 #include <iterator>
 #include <map>
 
+namespace {
+
 TEST(FrameSize, ByCode) {
     struct Case {
         unsigned int code;
@@ -95,3 +97,5 @@ TEST(Catalogue, PackedPixelBytes) {
     }
     EXPECT_EQ(zrdraw_packed_pixel_bytes(ptNone), 0U);
 }
+
+} // namespace

@@ -7,6 +7,8 @@
 #include <future>
 #include <thread>
 
+namespace {
+
 TEST(Lock, IsReentrantAndExclusive) {
     ZRPixel pixel;
     const auto elsewhere = [](auto function) {
@@ -59,3 +61,5 @@ TEST(ChangeEvent, SignalsBetweenThreads) {
     producer.join();
     EXPECT_EQ(pixel.lastChange, 0U) << "the library leaves the number alone";
 }
+
+} // namespace

@@ -15,8 +15,6 @@ using Blend = void (*)(unsigned char*, const unsigned char*, unsigned long);
 
 constexpr Blend blends[] = {zrdraw_blend_bgra_over, zrdraw_blend_bgra_over_c};
 
-} // namespace
-
 TEST(Blend, ExactQuotientsForEveryCombination) {
     // For each pair of source byte and alpha, 256 pixels that hold every destination byte.
     constexpr unsigned long pixels = 256;
@@ -88,3 +86,5 @@ TEST(Processor, TestIsConsistent) {
     EXPECT_EQ(zrdraw_avx2_compiled(), 1);
     EXPECT_EQ(zrdraw_avx2_available(), __builtin_cpu_supports("avx2") ? 1 : 0);
 }
+
+} // namespace

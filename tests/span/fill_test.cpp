@@ -48,8 +48,6 @@ void expectRun(const Body& body, unsigned int bytes, unsigned long count, std::s
                                 << " bytes at offset " << offset;
 }
 
-} // namespace
-
 TEST(FillPattern, EveryCountAtEveryAlignment) {
     for (const Body& body : bodies()) {
         for (const unsigned int bytes : body.sizes) {
@@ -97,3 +95,5 @@ TEST(FillPattern, NothingToDoAndNothingDone) {
         span::fillAvx2(&byte, pattern, 3, 1);
     EXPECT_EQ(byte, guard);
 }
+
+} // namespace
