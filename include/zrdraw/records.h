@@ -65,8 +65,7 @@ typedef struct DFRAME {
  *   query answers one of them, that of the first switch that is on, or 0. paramA answers the size
  *   with the stream's time code type above it, `tcType` << 8.
  * - Audio: `channels` is 32 at most; more write behind the overlay's fields. 0 becomes 8.
- * - (*) set only. (**) asked only: no command sets the path, or loads the watermark that is
- * enabled.
+ * - (*) set only. (**) asked only: no command sets the path or loads the watermark.
  * - (***) A set takes the slot, 0 to 9 and not tested, from a valid paramA, a query from a valid
  *   valueA. In both, the slot is 0 when that flag is not set or valueA, the switch of a set, is
  *   above 9.
@@ -87,8 +86,7 @@ typedef struct MEDIACMD {
     unsigned int valueA;
     unsigned int valueB;
     unsigned int valueC;
-    char
-        cmdText[1]; /**< ends with a zero; the room is that of the host's record, behind this one */
+    char cmdText[1]; /**< ends with a zero; its room is the rest of the host's record */
 } MEDIACMD;
 
 #pragma pack(pop)

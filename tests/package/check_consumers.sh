@@ -16,9 +16,11 @@ block() { # LANGUAGE NUMBER PAGE: the text of a fenced block
 diff "$examples_dir/draw_frame.cpp" <(block cpp 1 README.md)
 diff "$examples_dir/own_layout.cpp" <(block cpp 1 docs/extending.md)
 diff "$examples_dir/own_wipe.cpp" <(block cpp 2 docs/extending.md)
-platform_lines=$(block c 1 docs/extending.md)
-[ -n "$platform_lines" ]
-[[ $(<"$examples_dir/own_platform.c") == *"$platform_lines"* ]]
+threads=$(block c 1 docs/extending.md)
+if [[ -z $threads || $(<"$examples_dir/own_platform.c") != *"$threads"* ]]; then
+    echo "docs/extending.md: its lines of own_platform.c are not those of the example" >&2
+    exit 1
+fi
 echo "documents: as the examples"
 
 run_examples() { # DIRECTORY of the programs

@@ -1,11 +1,18 @@
 // The subcommands that work on streams: overlay, wipe, mux and config, as a user runs them.
 #include "error.h"
 #include "overlay/burner.h"
+#include "pair/mux_modes.h"
 #include "pair/transition.h"
 #include "pair/v210_words.h"
+#include "pair/wipe_names.h"
 #include "tool/media_fixture.h"
+#include "zrdraw/v210.h"
+
+#include <fmt/format.h>
 
 #include <cstring>
+#include <map>
+#include <sstream>
 
 namespace {
 
@@ -220,14 +227,14 @@ TEST(V210Words, GoThereAndBack) {
             std::memcpy(&value, &words[static_cast<std::size_t>(6 * pixel + 2 * component)], 2);
             return value;
         };
-        EXPECT_EQ(sample(0, 0), line[0] >> 10 & 0x3FF);
-        EXPECT_EQ(sample(0, 1), line[0] & 0x3FF);
-        EXPECT_EQ(sample(0, 2), line[0] >> 20);
-        if (width > 5) {
-            EXPECT_EQ(sample(5, 0), line[3] >> 20);
-            EXPECT_EQ(sample(5, 1), line[2] >> 20) << "the chroma of a pair is at both";
-            EXPECT_EQ(sample(5, 2), line[3] >> 10 & 0x3FF);
-        }
+        for (int x = 0; x < width; ++x)
+            for (int component = 0; component < 3; ++component) {
+                const auto [word, bit] =
+                    zrV210::placeOf(static_cast<unsigned>(x) % 6, static_cast<unsigned>(component));
+                EXPECT_EQ(sample(x, component),
+                          line[static_cast<std::size_t>(x / 6 * 4) + word] >> bit & 0x3FF)
+                    << width << ", column " << x << ", component " << component;
+            }
         packV210Line(words.data(), reinterpret_cast<std::uint8_t*>(back.data()), width);
         for (std::size_t i = 0; i < static_cast<std::size_t>((width + 5) / 6 * 4); ++i)
             EXPECT_EQ(back[i], line[i]) << width << ", word " << i;
@@ -259,7 +266,7 @@ TEST(Transitions, KeepEverySampleOfV210) {
             EXPECT_EQ(lumaOf(out), lumaOf(x < edge ? b : a)) << "column " << x;
         }
     }
-    Transition slide(layout, width, height, 500, false, false);
+    Transition slide(layout, width, height, zrSlideUp, false, false);
     slide.draw(a, b, out, 0);
     for (int i = 0; i < 16 * 8 / 4; ++i)
         EXPECT_EQ(wordOf(out, i), wordOf(a, i) & 0x3FFFFFFF) << i;
@@ -282,7 +289,18 @@ TEST_F(Stream, AWipeBeginsAndEndsWithItsSources) {
     EXPECT_NE(out[4], b[2]);
 }
 
-TEST_F(Stream, MuxKnowsEveryModeAndUndoesItsFlips) {
+TEST(WipeNames, AreThoseOfTheTable) {
+    const std::string list = listWipes();
+    for (const zrWipe& wipe : zrWipes)
+        if (wipe.name != nullptr) {
+            EXPECT_EQ(wipeCodeOf(wipe.name), wipe.first);
+            EXPECT_NE(list.find(fmt::format("{}  {} ", wipe.first, wipe.name)), std::string::npos);
+        }
+    EXPECT_EQ(wipeCodeOf("45"), 45U);
+    EXPECT_THROW(wipeCodeOf("2147483648"), UsageError) << "the bit of --swap";
+}
+
+TEST_F(Stream, MuxUndoesItsFlips) {
     makeClip("a.png", "-f lavfi -i testsrc2=s=60x40", "-frames:v 1");
     makeClip("b.mov", "-f lavfi -i smptebars=s=60x40:r=25:d=0.2", "-c:v png");
     ASSERT_EQ(tool("mux a.png b.mov out.mov --mode a --flip-a h --codec png"), 0) << errors();
@@ -293,9 +311,24 @@ TEST_F(Stream, MuxKnowsEveryModeAndUndoesItsFlips) {
     const Bytes a = readAll(at("a.png")).at(0);
     for (std::size_t x = 0; x < 60; ++x)
         EXPECT_EQ(frames[0][4 * x], a[4 * (59 - x)]);
+}
+
+TEST_F(Stream, EveryMuxModeOfTheListShowsAnotherPicture) {
+    makeClip("a.png", "-f lavfi -i testsrc2=s=60x40", "-frames:v 1");
+    makeClip("b.png", "-f lavfi -i smptebars=s=60x40", "-frames:v 1");
     ASSERT_EQ(tool("mux --list"), 0);
-    const std::string list = output();
-    EXPECT_EQ(std::count(list.begin(), list.end(), '\n'), 26);
+    std::istringstream list(output());
+    std::string line;
+    std::getline(list, line); // the head
+    std::map<std::string, std::string> pictures;
+    while (std::getline(list, line)) {
+        const std::string mode = line.substr(0, line.find(' '));
+        ASSERT_EQ(tool("mux a.png b.png out.png --force --block 8 --code 3 --mode " + mode), 0)
+            << errors();
+        const auto [other, isNew] = pictures.emplace(readFile(at("out.png")), mode);
+        EXPECT_TRUE(isNew) << mode << " shows what " << other->second << " does";
+    }
+    EXPECT_EQ(pictures.size(), muxModeNames().size());
 }
 
 } // namespace
