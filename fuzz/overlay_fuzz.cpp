@@ -15,7 +15,7 @@
 namespace {
 
 // Keeps the slowest input far below the fuzzer's time limit.
-constexpr int mostSteps = 24;
+constexpr int mostSteps = 12;
 
 struct Stream {
     unsigned int compression;
@@ -163,7 +163,7 @@ private:
     void burnIn() {
         m_overlay.Enabled = m_input.below(8) != 0;
         m_overlay.AudioChannels %= CZrOverlay::historyChannels + 1;
-        m_overlay.TimeCodeSize %= 20; // large letters take their time
+        m_overlay.TimeCodeSize %= 8; // large letters take their time
         if (!watermarkFits())
             m_overlay.WatermarkEnable = 0;
         DFRAME frame{};

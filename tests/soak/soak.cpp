@@ -47,6 +47,7 @@ public:
         m_overlay.TimeCodeVITCEnable = m_overlay.SourceFormatEnable = m_overlay.AudioEnable = 1;
         m_overlay.AudioChannels = 8;
         m_overlay.WatermarkX = m_overlay.WatermarkY = 64;
+        saveAndLoad(); // opens the store, which stays open
         takeLayout(0);
     }
     ~Stream() { freeCaches(); }
