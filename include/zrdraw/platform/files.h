@@ -25,7 +25,8 @@ int zrOSFileExists(const char* path);
  */
 void* zrOSLoadLibrary(const char* name, int mode);
 void* zrOSGetProcAddress(void* library, const char* name);
-/** @return 1 when the library was released, 0 for a null handle */
+/** Gives back the caller's hold; a layer may keep the library loaded for the next load.
+ * @return 1 when it was given back, 0 for a null handle */
 int zrOSFreeLibrary(void* library);
 
 /** Logs one message, with the format rules of printf. */
