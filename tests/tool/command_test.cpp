@@ -196,6 +196,8 @@ TEST_F(CommandTest, FailuresAreOneLineAndLeaveNothing) {
         std::string part;
     } cases[] = {
         {"$Z", 2, "subcommand"},
+        {"$Z typs", 2, "there is no subcommand 'typs'; did you mean types?\n"},
+        {"$Z config gte", 2, "there is no subcommand 'gte'; did you mean get"},
         {"$Z paint", 2, "see zrdraw --help"},
         {"$Z draw $M/clip.mkv", 2, "OUT"},
         {"$Z draw $M/clip.mkv out.mkv --what", 2, "--what"},
@@ -242,10 +244,17 @@ TEST_F(CommandTest, FailuresAreOneLineAndLeaveNothing) {
 }
 
 TEST_F(CommandTest, InterruptedLeavesNothing) {
-    const Result result = shell("mkfifo in; $Z draw in out.mkv & exec 3>in; cat $M/clip.y4m >&3\n"
-                                "kill -TERM $!; wait $!");
-    expectError(result, 1, "interrupted");
-    EXPECT_EQ(left(), Names{"in"});
+    shell("mkfifo in");
+    for (const std::string signal : {"TERM", "HUP"}) {
+        const std::string kill = "$Z draw in out.mkv & exec 3>in; cat $M/clip.y4m >&3\n"
+                                 "kill -" +
+                                 signal + " $!; ";
+        expectError(shell(kill + "wait $!"), 1, "interrupted");
+        EXPECT_EQ(left(), Names{"in"}) << signal;
+        // What the caller ignores, as nohup does, is ignored.
+        EXPECT_EQ(shell("trap '' " + signal + "\n" + kill + "exec 3>&-; wait $!").status, 0);
+        fs::remove(m_folder / "out.mkv");
+    }
 }
 
 TEST_F(CommandTest, RefusedCommandsWarnOnce) {

@@ -1,10 +1,10 @@
 // A folder for media that tests make, and frames of noise to put into them.
 #pragma once
 
-#include "error.h"
 #include "media/frame_sink.h"
 #include "media/frame_source.h"
 #include "media/working_frame.h"
+#include "tool_error.h"
 
 #include <gtest/gtest.h>
 

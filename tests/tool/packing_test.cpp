@@ -1,5 +1,5 @@
 // Layouts against the media libraries' pixel formats, and streams that are not decoded at all.
-#include "drawing.h"
+#include "draw_object.h"
 #include "tool/media_fixture.h"
 
 #include <cstring>

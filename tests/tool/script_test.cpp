@@ -1,7 +1,7 @@
 // The script language: what is refused with which words, and what good scripts leave on a canvas.
-#include "error.h"
 #include "gallery/cells.h"
 #include "script/parser.h"
+#include "tool_error.h"
 
 #include <gtest/gtest.h>
 

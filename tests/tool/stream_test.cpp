@@ -1,9 +1,9 @@
 // The subcommands that work on streams: overlay, wipe, mux and config, as a user runs them.
-#include "error.h"
 #include "overlay/burner.h"
 #include "pair/transition.h"
 #include "pair/v210_words.h"
 #include "tool/media_fixture.h"
+#include "tool_error.h"
 
 #include <cstring>
 

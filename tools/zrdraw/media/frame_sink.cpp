@@ -1,9 +1,9 @@
 #include "media/frame_sink.h"
 
-#include "error.h"
 #include "media/output_format.h"
 #include "media/packing.h"
 #include "media/pixel_formats.h"
+#include "tool_error.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 #include "media/frame_source.h"
 
-#include "error.h"
 #include "media/packing.h"
+#include "tool_error.h"
 
 #include <fmt/format.h>
 

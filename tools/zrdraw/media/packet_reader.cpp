@@ -1,7 +1,7 @@
 #include "media/packet_reader.h"
 
-#include "error.h"
 #include "media/completeness.h"
+#include "tool_error.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,6 @@
 #include "media/v210_packer.h"
 
-#include "error.h"
+#include "tool_error.h"
 
 #include <fmt/format.h>
 

@@ -1,9 +1,9 @@
 #include "overlay/burner.h"
 
-#include "error.h"
 #include "layout_names.h"
 #include "media/pixel_formats.h"
 #include "overlay/settings_store.h"
+#include "tool_error.h"
 #include "zrdraw/platform/config_store.h"
 #include "zrdraw/platform/media.h"
 #include "zrdraw/zrhost.h"

@@ -1,7 +1,7 @@
 #include "overlay/setting_names.h"
 
-#include "error.h"
 #include "near_names.h"
+#include "tool_error.h"
 
 #include <fmt/format.h>
 

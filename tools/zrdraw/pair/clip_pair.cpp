@@ -1,7 +1,8 @@
 #include "pair/clip_pair.h"
 
-#include "error.h"
+#include "interrupt.h"
 #include "media/packing.h"
+#include "tool_error.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>

@@ -1,7 +1,7 @@
 #include "pair/wipe_names.h"
 
-#include "error.h"
 #include "near_names.h"
+#include "tool_error.h"
 
 #include <fmt/format.h>
 
