@@ -26,7 +26,7 @@ Word wordAt(const unsigned char* bytes, std::size_t offset) {
 
 // The 16-bit words from `start` up to `end`, which belong to no one object, combined by XOR; 0
 // when the start is not below the end.
-[[gnu::no_sanitize("address", "thread", "undefined"), gnu::noinline]] std::uint16_t
+__attribute__((no_sanitize("address", "thread", "undefined"), noinline)) std::uint16_t
 xorBetween(std::uintptr_t start, std::uintptr_t end) {
     std::uint16_t sum = 0;
     for (; start < end; start += sizeof sum)

@@ -7,6 +7,7 @@
 #include "media/frame_source.h"
 #include "media/output_file.h"
 #include "media/working_frame.h"
+#include "numbers.h"
 #include "script/parser.h"
 #include "subcommand.h"
 #include "tool_error.h"
@@ -16,7 +17,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
 #include <cstdint>
 #include <cstring>
 #include <fstream>
@@ -65,9 +65,9 @@ struct FrameRange {
 };
 
 bool readFrameNumber(std::string_view text, std::int64_t& value) {
-    const char* const end = text.data() + text.size();
-    const auto [after, error] = std::from_chars(text.data(), end, value);
-    return error == std::errc{} && after == end && value >= 0 && value < FrameRange{}.end;
+    const auto number = numberIn<std::int64_t>(text);
+    value = number.value_or(-1);
+    return value >= 0 && value < FrameRange{}.end;
 }
 
 FrameRange parseFrameRange(std::string_view text) {
@@ -129,9 +129,7 @@ void passAudio(FrameSource& source, FrameSink& sink) {
 // Draws on every frame of the range and writes it. Returns how many those were.
 std::int64_t drawFrames(FrameSource& source, FrameSink& sink, FrameRange range,
                         WorkingFrame& canvas, ScriptRunner& runner, Progress& progress) {
-    const FramePtr decoded(av_frame_alloc());
-    if (!decoded)
-        throw std::bad_alloc();
+    const FramePtr decoded = newFrame();
     if (sink.takesOneFrame())
         range.end = std::min(range.end, range.first + 1);
     std::int64_t written = 0;

@@ -3,6 +3,7 @@
 #include "layout_names.h"
 #include "media/frame_sink.h"
 #include "media/output_file.h"
+#include "numbers.h"
 #include "pair/clip_pair.h"
 #include "pair/mux_modes.h"
 #include "pair/wipe_names.h"
@@ -14,7 +15,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <limits>
 
@@ -36,17 +36,6 @@ struct Options : PairOptions {
 };
 
 constexpr double scale = 65536.0;
-
-template <typename Number>
-Number numberIn(std::string_view text, const char* option, Number low, Number high) {
-    Number number{};
-    const char* const end = text.data() + text.size();
-    const auto [after, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc{} || after != end || number < low || number > high)
-        throw UsageError(
-            fmt::format("{}: expected a number from {} to {}, got '{}'", option, low, high, text));
-    return number;
-}
 
 unsigned flips(const std::string& text, const char* option, unsigned horizontal,
                unsigned vertical) {
@@ -92,7 +81,7 @@ MuxParameters parametersOf(const Options& options) {
               flips(options.flipB, "--flip-b", zrMuxFlipBHorizontal, zrMuxFlipBVertical);
     p.wipeCode = wipeCodeOf(options.code);
     p.position = static_cast<unsigned>(
-        std::lround(numberIn<double>(options.position, "--position", 0.0, 1.0) * scale));
+        std::lround(numberIn(options.position, "--position", 0.0, 1.0) * scale));
     if (mode == zrMuxBlocks)
         p.position = static_cast<unsigned>(options.block) << 8;
     p.param = mode == zrMuxDifference ? static_cast<unsigned>(options.gain)

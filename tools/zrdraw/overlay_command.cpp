@@ -16,7 +16,6 @@
 #include <fmt/format.h>
 
 #include <limits>
-#include <new>
 
 namespace {
 
@@ -89,9 +88,7 @@ public:
     }
 
     void frames() {
-        const FramePtr decoded(av_frame_alloc());
-        if (!decoded)
-            throw std::bad_alloc();
+        const FramePtr decoded = newFrame();
         const double seconds = av_q2d(av_inv_q(m_source.info().frameRate));
         std::int64_t number = 0;
         while (!(m_sink.takesOneFrame() && number > 0) && m_source.read(*decoded)) {

@@ -1,5 +1,6 @@
 // `zrdraw types`: the catalogue of layouts, and what bitmap headers become.
 #include "layout_names.h"
+#include "numbers.h"
 #include "subcommand.h"
 #include "tool_error.h"
 #include "zrdraw/zrdraw.h"
@@ -7,7 +8,6 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-#include <charconv>
 #include <cstring>
 #include <iterator>
 #include <optional>
@@ -52,22 +52,6 @@ std::string catalogue(int width) {
     return text;
 }
 
-// Reads `count` numbers with a separator between them; nothing for any other text.
-template <class T, std::size_t count>
-bool readList(std::string_view text, char separator, int base, T (&values)[count]) {
-    const char* next = text.data();
-    const char* const end = next + text.size();
-    for (std::size_t i = 0; i < count; ++i) {
-        if (i > 0 && (next == end || *next++ != separator))
-            return false;
-        const auto [after, error] = std::from_chars(next, end, values[i], base);
-        if (error != std::errc{})
-            return false;
-        next = after;
-    }
-    return next == end;
-}
-
 unsigned readCompression(const std::string& text) {
     if (text == "0" || text == "3")
         return text == "0" ? 0 : 3;
@@ -81,10 +65,10 @@ unsigned readCompression(const std::string& text) {
 tagBITMAPINFO makeHeader(const Options& options) {
     tagBITMAPINFO info{};
     int size[2] = {};
-    if (!readList(options.size, 'x', 10, size))
+    if (!readNumbers(options.size, 'x', 10, size))
         throw UsageError(
             fmt::format("--size: expected WIDTHxHEIGHT such as 1920x1080, got '{}'", options.size));
-    if (!readList(options.mask, ',', 16, info.biMask))
+    if (!readNumbers(options.mask, ',', 16, info.biMask))
         throw UsageError(
             fmt::format("--mask: expected four bytes such as 00,00,FF,00, got '{}'", options.mask));
     info.biSize = offsetof(tagBITMAPINFO, biMask);

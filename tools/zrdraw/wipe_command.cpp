@@ -4,6 +4,7 @@
 #include "media/frame_sink.h"
 #include "media/output_file.h"
 #include "media/packing.h"
+#include "numbers.h"
 #include "overlay/burner.h"
 #include "pair/clip_pair.h"
 #include "pair/transition.h"
@@ -14,7 +15,6 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-#include <charconv>
 #include <cmath>
 
 namespace {
@@ -32,15 +32,6 @@ struct Options : PairOptions {
 LayoutChoice chooseLayout(const Options& options) {
     return options.layout.empty() ? LayoutChoice(overlayLayout)
                                   : always(layoutNamed(options.layout));
-}
-
-double positionOf(const std::string& text) {
-    double position = -1.0;
-    const char* const end = text.data() + text.size();
-    const auto [after, error] = std::from_chars(text.data(), end, position);
-    if (error != std::errc{} || after != end || position < 0.0 || position > 1.0)
-        throw UsageError(fmt::format("--position: expected a number from 0 to 1, got '{}'", text));
-    return position;
 }
 
 unsigned onScale(double position) {
@@ -64,7 +55,7 @@ public:
         takeFirst(m_pair.first(), m_from);
         takeFirst(m_pair.second(), m_to);
         if (!m_options.position.empty())
-            transition(onScale(positionOf(m_options.position)));
+            transition(onScale(numberIn(m_options.position, "--position", 0.0, 1.0)));
         else if (m_sink.takesOneFrame())
             throw UsageError("a picture shows one position: add --position, or name a clip");
         else
