@@ -14,11 +14,12 @@ namespace {
 
 struct StreamLayout {
     const char* name;
-    const char* compression; // four characters, or none
+    unsigned int compression;
     unsigned int code;
 };
-constexpr StreamLayout layouts[] = {
-    {"bgra", "", ptBGRA32}, {"uyvy", "yuv2", ptUYVY}, {"v210", "012v", ptV210}};
+constexpr StreamLayout layouts[] = {{"bgra", zrWatermarkBgra, ptBGRA32},
+                                    {"uyvy", zrWatermarkYuv2, ptUYVY},
+                                    {"v210", zrWatermarkV210, ptV210}};
 
 // A picture of 300 x 200 with alpha for the watermark.
 const char* watermarkFile() {
@@ -83,7 +84,7 @@ std::shared_ptr<CZrOverlay> makeOverlay(const StreamLayout& layout, const FrameS
     header.biWidth = size.width;
     header.biHeight = size.height;
     header.biBitCount = 32;
-    std::memcpy(&header.biCompression, layout.compression, std::strlen(layout.compression));
+    header.biCompression = layout.compression;
     header.biSizeImage = GetDrawSize(layout.code, size.width, size.height, 0);
     video->header = header;
     video->rate = 50;

@@ -4,7 +4,7 @@
 #include "peers.h"
 #include "subsystems.h"
 #include "zrdraw/mux.h"
-#include "zrdraw/transitions.h"
+#include "zrdraw/wipes.h"
 
 #include <array>
 #include <functional>
@@ -68,13 +68,13 @@ Job wipe(const Shared& pictures, const FrameSize& size, unsigned int code, unsig
 }
 
 void addWipes(const FrameSize& size, const Shared& pictures) {
-    constexpr unsigned int codes[] = {1, 2, 3, 4, 5, 6, 7, 8, 21, 22, 23, 24, 25, 26, 101, 500};
-    for (const unsigned int code : codes)
-        addComparison({std::string("wipe ") + std::to_string(code) + "/" + size.name,
-                       microseconds,
-                       wipe(pictures, size, code, scale, scale * 2 / 5),
-                       {{"memcpy, 4 threads", copyOnFourThreads(pictures), 1 / 1.25}},
-                       true});
+    for (const zrWipe& row : zrWipes)
+        if (row.name != nullptr && row.kernel != zrfxDISSOLVE)
+            addComparison({std::string("wipe ") + row.name + "/" + size.name,
+                           microseconds,
+                           wipe(pictures, size, row.first, scale, scale * 2 / 5),
+                           {{"memcpy, 4 threads", copyOnFourThreads(pictures), 1 / 1.25}},
+                           true});
 }
 
 void addDissolves(const FrameSize& size, const Shared& pictures) {
@@ -148,8 +148,8 @@ void addFullPrecision(const FrameSize& size) {
                        expand(frames->a, words->a);
                        expand(frames->b, words->b);
                        ZRDraw_DisplayWipe(words->a.bytes(), pitch, words->b.bytes(), pitch,
-                                          words->a.bytes(), pitch, 101, 35, width, height, 1, 1, 0,
-                                          0, 0, 0, scale, scale / 2);
+                                          words->a.bytes(), pitch, zrWipeRectangle, zrWipeWord3,
+                                          width, height, 1, 1, 0, 0, 0, 0, scale, scale / 2);
                        for (unsigned int y = 0; y < height; ++y)
                            packV210Line(words->a.bytes() + std::size_t{pitch} * y,
                                         frames->out.bytes() + bytes / height * y, size.width);
@@ -175,8 +175,8 @@ void addFrontEnds(const FrameSize& size) {
                        microseconds,
                        repeated([=, door = door] {
                            door(pictures->a.bytes(), pitch, pictures->b.bytes(), pitch,
-                                pictures->out.bytes(), pitch, 101, 0, width, height, 1, 1, 0, 0, 0,
-                                0, scale, scale / 2);
+                                pictures->out.bytes(), pitch, zrWipeRectangle, 0, width, height, 1,
+                                1, 0, 0, 0, 0, scale, scale / 2);
                        }),
                        {{"memcpy of the three", repeated([pictures, bytes] {
                              std::memcpy(pictures->out.bytes(), pictures->a.bytes(), bytes);

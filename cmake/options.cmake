@@ -11,7 +11,17 @@ if(ZRDRAW_SANITIZE)
   # What the sanitizers insert makes g++ 12 lose sight of what std::regex initialises.
   target_compile_options(zrdraw_options INTERFACE
     $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+else()
+  # Overruns of the stack and of the C library's copies end the program. The latter are found by
+  # the optimiser.
+  add_compile_options(-fstack-protector-strong
+    $<$<NOT:$<CONFIG:,Debug>>:-U_FORTIFY_SOURCE$<SEMICOLON>-D_FORTIFY_SOURCE=2>)
 endif()
+add_link_options(-Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
+
+# Programs are position independent as well; without this the compiler's own default would decide.
+include(CheckPIESupported)
+check_pie_supported()
 
 # What the library's exact arithmetic rests on: 32-bit sums wrap, products are not fused, and AVX
 # is the baseline.

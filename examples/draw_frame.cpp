@@ -1,4 +1,3 @@
-// Draws on a frame of its own and writes it as frame.ppm.
 #include <zrdraw/zrdraw.h>
 
 #include <fstream>
@@ -13,7 +12,6 @@ int main() {
         return 1;
     draw->SetColorRGBA(1.0, 0.8, 0.0, 1.0, true);
     draw->Line(10, 160, 309, 60);
-    draw->Dash(10, 170, 309, 170, 8, 4);
     draw->LabelFont(0U, 3);
     draw->Label(20, 20, "REC 01:02", false, false);
     ReleaseDraw(draw);
@@ -21,5 +19,4 @@ int main() {
     std::ofstream file("frame.ppm", std::ios::binary);
     file << "P6 320 180 255\n";
     file.write(frame.data(), static_cast<std::streamsize>(frame.size()));
-    return file.flush() ? 0 : 1;
 }

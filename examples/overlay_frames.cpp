@@ -17,7 +17,7 @@ std::unique_ptr<KPXVIDEO> describeStream() {
     auto video = std::make_unique<KPXVIDEO>();
     video->header.biWidth = width;
     video->header.biHeight = height;
-    std::memcpy(&video->header.biCompression, "yuv2", 4);
+    video->header.biCompression = zrWatermarkYuv2; // UYVY
     video->header.biSizeImage = GetDrawSize(ptUYVY, width, height, 0);
     video->rate = framesPerSecond;
     video->scale = 1;

@@ -1,23 +1,16 @@
 // Feeds an input to both readers of font files, as far as the contract lets it be read.
-#include "zrdraw/font.h"
+#include "memory_file.h"
+#include "zrdraw/font_files.h"
 #include "zrdraw/zrdraw.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <optional>
 #include <span>
-#include <string>
-
-#include <sys/mman.h>
-#include <unistd.h>
 
 namespace {
-
-using Bytes = std::span<const std::uint8_t>;
 
 // A byte of a file; the readers take what lies behind its end as 0.
 unsigned int byteAt(Bytes file, std::size_t offset) {
@@ -63,50 +56,6 @@ std::optional<std::size_t> endOfWalk(Bytes file) {
     }
     return at;
 }
-
-// A file in memory, which takes each input in turn.
-class MemoryFile {
-public:
-    MemoryFile() : m_file(memfd_create("input", MFD_CLOEXEC)) {
-        if (m_file < 0)
-            fail("memfd_create");
-        m_path = "/proc/self/fd/" + std::to_string(m_file);
-    }
-
-    const char* path() const { return m_path.c_str(); }
-
-    void assign(Bytes content) {
-        if (ftruncate(m_file, 0) != 0)
-            fail("ftruncate");
-        write(content, 0);
-    }
-
-    void write(Bytes content, std::size_t offset) {
-        const auto at = static_cast<off_t>(offset);
-        if (pwrite(m_file, content.data(), content.size(), at) !=
-            static_cast<ssize_t>(content.size()))
-            fail("pwrite");
-    }
-
-    // Lets a reader open this file, and closes the descriptor that it got in case it did not. Some
-    // by contract do not, when they turn a file down.
-    template <typename Reader>
-    void read(Reader reader) const {
-        const int next = dup(m_file);
-        close(next);
-        reader(path());
-        close(next);
-    }
-
-private:
-    [[noreturn]] static void fail(const char* call) {
-        std::perror(call);
-        std::abort();
-    }
-
-    int m_file;
-    std::string m_path;
-};
 
 ZRDraw& reader() {
     static ZRDraw* const draw = [] {

@@ -22,14 +22,7 @@ struct FrameShape {
     }
     int pitch() const { return lineBytes() + padding; }
 
-    // By contract: some writes to 24-bit layouts address the last line as if its pixels had four
-    // bytes; half a pixel pair at the end of an odd width is written as a whole one, and an 8-bit
-    // chroma plane read with the next pixel; and readers of mosaics look at the line below.
-    int bytes() const {
-        constexpr int halfPair = 2;
-        const int lines = layout->mosaic[0] != '\0' ? height + 1 : height;
-        return (lines - 1) * pitch() + std::max(pitch(), width * 4) + halfPair;
-    }
+    int bytes() const { return static_cast<int>(zrFrameRoom(*layout, width, height, pitch())); }
 };
 
 class GuardedFrame {

@@ -2,7 +2,7 @@
 #include "input.h"
 #include "zrdraw/layouts.h"
 #include "zrdraw/mux.h"
-#include "zrdraw/transitions.h"
+#include "zrdraw/wipes.h"
 
 #include <algorithm>
 #include <array>
@@ -50,10 +50,9 @@ private:
 struct Group {
     unsigned int pixelType, bytes;
 };
-constexpr Group groups[] = {{1, 4},  {6, 3},  {29, 16}, {30, 12}, {31, 6},
-                            {32, 8}, {33, 3}, {34, 4},  {35, 6},  {36, 8}};
-constexpr unsigned int codes[] = {0,  1,  2,  3,   4,   5,   6,   7,   8,   21,  22,  23, 24,
-                                  25, 26, 45, 101, 130, 300, 500, 501, 502, 503, 507, 510};
+constexpr Group groups[] = {
+    {ptRGBA32, 4},    {ptBGR24, 3},     {ptRGB48, 6},     {ptARGB64, 8},      {zrWipeByte3, 3},
+    {zrWipeByte4, 4}, {zrWipeWord3, 6}, {zrWipeWord4, 8}, {zrWipeFloat3, 12}, {zrWipeFloat4, 16}};
 
 template <typename Value, std::size_t count>
 const Value& pick(Input& input, const Value (&values)[count]) {
@@ -67,6 +66,13 @@ unsigned int number(Input& input) {
     return value;
 }
 
+// One of a row of the table, or the one behind it, which may be in no row.
+unsigned int code(Input& input) {
+    const zrWipe& row = pick(input, zrWipes);
+    return row.first +
+           static_cast<unsigned int>(input.below(static_cast<int>(row.last - row.first + 2)));
+}
+
 // Within the scale mostly, sometimes anywhere.
 unsigned int position(Input& input, unsigned int scale) {
     return input.below(4) == 3 ? number(input) : number(input) % (scale + 1);
@@ -78,15 +84,16 @@ void wipe(Input& input) {
     const auto height = static_cast<unsigned int>(input.between(0, 24));
     const unsigned int line = width * group.bytes;
     // Slides take lines for packed; all others have a pitch for each source.
-    const unsigned int code = pick(input, codes) | (input.flag() ? 0x80000000U : 0);
+    const unsigned int wipeCode = code(input) | (input.flag() ? zrWipeSwap : 0);
     const unsigned int padding = static_cast<unsigned int>(input.below(9));
     // By contract a line of the first source's pitch may go to one of the second's.
     const unsigned int pitch = line + padding;
     Picture a(std::size_t{pitch} * height), b(std::size_t{pitch} * height),
         out(std::size_t{pitch} * height);
     const unsigned int scale = 1 + number(input) % 70000;
-    ZRDraw_DisplayWipe(a.data(), pitch, b.data(), pitch, out.data(), pitch, code, group.pixelType,
-                       width, height, 1, 1, 0, 0, 0, 0, scale, position(input, scale));
+    ZRDraw_DisplayWipe(a.data(), pitch, b.data(), pitch, out.data(), pitch, wipeCode,
+                       group.pixelType, width, height, 1, 1, 0, 0, 0, 0, scale,
+                       position(input, scale));
 }
 
 void frontEnd(Input& input) {
@@ -98,8 +105,8 @@ void frontEnd(Input& input) {
     Picture a(std::size_t{line} * height), b(std::size_t{line} * height),
         out(std::size_t{line} * height);
     const auto door = v210 ? ZRDraw_DisplayWipeV210 : ZRDraw_DisplayWipeYCbCr;
-    door(a.data(), line, b.data(), line, out.data(), line, pick(input, codes), 0, width, height, 1,
-         1, 0, 0, 0, 0, 65536, position(input, 65536));
+    door(a.data(), line, b.data(), line, out.data(), line, code(input), 0, width, height, 1, 1, 0,
+         0, 0, 0, 65536, position(input, 65536));
 }
 
 void mux(Input& input) {
@@ -123,10 +130,10 @@ void mux(Input& input) {
     const unsigned int gridX =
         gridMode == 2 ? static_cast<unsigned int>(input.between(1, 50)) : std::min(percent, 100U);
     ZRDraw_DisplayMuxRGBA(a.data(), pitch * height, b.data(), pitch * height, out.data(), 0,
-                          mode | switches, pick(input, codes), position(input, 65536),
-                          number(input) % 300, number(input) % (width + 2),
-                          number(input) % (height + 2), gridMode, gridX,
-                          static_cast<unsigned int>(input.between(1, 50)), width, height, pitch);
+                          mode | switches, code(input), position(input, 65536), number(input) % 300,
+                          number(input) % (width + 2), number(input) % (height + 2), gridMode,
+                          gridX, static_cast<unsigned int>(input.between(1, 50)), width, height,
+                          pitch);
 }
 
 } // namespace

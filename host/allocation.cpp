@@ -87,8 +87,6 @@ Kept& kept() {
 
 } // namespace
 
-extern "C" {
-
 ZRDRAW_API void* ZRAlloc(unsigned int bytes) {
     const std::size_t wanted = bytes + cacheLine + 1; // 0 bytes give a pointer too
     Header* block = wanted >= leastKept ? kept().take(wanted) : nullptr;
@@ -104,5 +102,3 @@ ZRDRAW_API void ZRFree(void* memory) {
     if (block->bytes < leastKept || !kept().keep(block))
         std::free(block);
 }
-
-} // extern "C"

@@ -14,8 +14,6 @@ pthread_mutex_t* mutexOf(zrOSCriticalSection* section) {
 
 } // namespace
 
-extern "C" {
-
 ZRDRAW_API void zrOSInitializeCriticalSection(zrOSCriticalSection* section) {
     pthread_mutexattr_t attributes;
     pthread_mutexattr_init(&attributes);
@@ -39,5 +37,3 @@ ZRDRAW_API int zrOSTryEnterCriticalSection(zrOSCriticalSection* section) {
 ZRDRAW_API void zrOSLeaveCriticalSection(zrOSCriticalSection* section) {
     pthread_mutex_unlock(mutexOf(section));
 }
-
-} // extern "C"

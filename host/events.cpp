@@ -47,8 +47,6 @@ private:
 
 } // namespace
 
-extern "C" {
-
 ZRDRAW_API void* zrOSCreateEvent(void* /*attributes*/, int manualReset, int initialState,
                                  const char* /*name*/) {
     return zrhost::makeOrNull<Event>(manualReset != 0, initialState != 0).release();
@@ -68,5 +66,3 @@ ZRDRAW_API int zrOSSetEvent(void* event) {
 ZRDRAW_API int zrOSWaitForEvent(void* event, unsigned int timeout) {
     return event == nullptr ? waitNoEvent : static_cast<Event*>(event)->wait(timeout);
 }
-
-} // extern "C"

@@ -14,18 +14,26 @@ namespace {
 
 constexpr std::size_t pathBytes = 4096;
 
+// Where a library lies that the system does not find by its bare name: among the package's own
+// ones, or beside this one where all of them are built.
+constexpr std::string_view privateFolders[] = {"zrdraw/", ""};
+
 // With a slash at its end; empty when it is not known.
 std::string folderOfThisLibrary() {
     Dl_info info{};
-    if (dladdr(&pathBytes, &info) == 0)
+    if (dladdr(&privateFolders, &info) == 0)
         return "";
     const std::string_view path(info.dli_fname);
     return std::string(path.substr(0, path.rfind('/') + 1));
 }
 
-} // namespace
+// A library that is given back stays for the next who asks: the reader of media files brings a
+// dozen others along, and the loader never gets all of their memory back.
+void* open(const char* name, int mode) {
+    return dlopen(name, mode | RTLD_NODELETE);
+}
 
-extern "C" {
+} // namespace
 
 ZRDRAW_API int zrOSGetAppDir(char* path) {
     const ssize_t length = readlink("/proc/self/exe", path, pathBytes);
@@ -43,11 +51,16 @@ ZRDRAW_API int zrOSFileExists(const char* path) {
 }
 
 ZRDRAW_API void* zrOSLoadLibrary(const char* name, int mode) {
-    void* const library = dlopen(name, mode);
+    void* library = open(name, mode);
     if (library != nullptr || std::string_view(name).find('/') != std::string_view::npos)
         return library;
-    const std::string besideThis = folderOfThisLibrary() + name;
-    return dlopen(besideThis.c_str(), mode);
+    for (const std::string_view folder : privateFolders) {
+        const std::string path = folderOfThisLibrary().append(folder) + name;
+        library = open(path.c_str(), mode);
+        if (library != nullptr)
+            break;
+    }
+    return library;
 }
 
 ZRDRAW_API void* zrOSGetProcAddress(void* library, const char* name) {
@@ -58,5 +71,3 @@ ZRDRAW_API void* zrOSGetProcAddress(void* library, const char* name) {
 ZRDRAW_API int zrOSFreeLibrary(void* library) {
     return library != nullptr && dlclose(library) == 0 ? 1 : 0;
 }
-
-} // extern "C"

@@ -6,8 +6,6 @@
 #include <algorithm>
 #include <cstdlib>
 
-extern "C" {
-
 ZRDRAW_API int DFrameMemTrace(int operation, unsigned int dataBytes, unsigned int recordBytes,
                               DFRAME** frame, const char*, int) {
     constexpr int make = 10, release = 11;
@@ -32,5 +30,3 @@ ZRDRAW_API int DFrameMemTrace(int operation, unsigned int dataBytes, unsigned in
     *frame = made;
     return 0;
 }
-
-} // extern "C"

@@ -1,6 +1,6 @@
-// Copies and fills. A fill repeats a 4-byte word; wherever a store starts, the word
-// turned by the distance from the start of the run continues the pattern, so head, body and tail
-// may overlap freely.
+// Copies and fills. A fill repeats a 4-byte word. A store may start anywhere in the run: with the
+// word rotated by its distance from the start it continues the pattern, so that head, body and tail
+// may overlap.
 #include "zrdraw/platform/memory.h"
 
 #include "zrdraw/types.h"
@@ -18,12 +18,13 @@ using Word = std::uint32_t;
 using Byte = unsigned char;
 
 constexpr std::size_t cacheLine = 64;
-constexpr std::size_t turn = 128;
+constexpr std::size_t bodyStep = 128; // bytes that each round of a long fill's loop stores
 
-// From here on the string store wins: it takes cache lines over without reading them first.
+// From this many bytes on `rep stosq` is faster: it takes over cache lines without reading them.
 constexpr std::size_t stringStoreFrom = 512 * 1024;
 
-// A string much longer than the caches may be written past them, at half the speed.
+// The processor may write a `rep stosq` much longer than its caches past them, at half the speed,
+// so a long fill is several of these.
 constexpr std::size_t pieceWords = 32 * 1024;
 
 // The word as it reads for a store that starts this many bytes into the run.
@@ -83,13 +84,13 @@ void fillLong(Byte* run, Word value, std::size_t bytes) {
     const auto chunk = repeat<__m256i>(value);
     store<__m256i, 2>(run, chunk);
     const std::size_t head = cacheLine - reinterpret_cast<std::uintptr_t>(run) % cacheLine;
-    const std::size_t tail = bytes - turn;
+    const std::size_t tail = bytes - bodyStep;
     const Byte* const end = run + tail;
     if (bytes >= stringStoreFrom) {
         fillByStringStore(run + head, end, wordAt(value, head));
     } else {
         const auto body = chunkAt(chunk, value, head);
-        for (Byte* at = run + head; at < end; at += turn)
+        for (Byte* at = run + head; at < end; at += bodyStep)
             store<__m256i, 4>(at, body);
     }
     store<__m256i, 4>(run + tail, chunkAt(chunk, value, tail));
@@ -118,8 +119,6 @@ void fillShort(Byte* run, Word value, std::size_t bytes) {
 
 } // namespace
 
-extern "C" {
-
 ZRDRAW_API void* CopyMemoryFast(void* dst, const void* src, unsigned long bytes) {
     return std::memcpy(dst, src, bytes);
 }
@@ -130,7 +129,7 @@ ZRDRAW_API void* zrOSCopyMemory(void* dst, const void* src, unsigned long bytes)
 
 ZRDRAW_API void* SetMemoryFast(void* dst, unsigned int value, unsigned long bytes) {
     auto* const run = static_cast<Byte*>(dst);
-    if (bytes >= turn)
+    if (bytes >= bodyStep)
         fillLong(run, value, bytes);
     else if (bytes >= 32)
         fillMiddle(run, value, bytes);
@@ -138,5 +137,3 @@ ZRDRAW_API void* SetMemoryFast(void* dst, unsigned int value, unsigned long byte
         fillShort(run, value, bytes);
     return dst;
 }
-
-} // extern "C"

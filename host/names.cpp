@@ -91,8 +91,6 @@ constexpr FileType fileTypes[] = {
 
 } // namespace
 
-extern "C" {
-
 ZRDRAW_API const char* kpxutilCodecTypeString(unsigned int code) {
     constexpr unsigned int plainBitmap = 0;
     if (code == plainBitmap)
@@ -121,5 +119,3 @@ ZRDRAW_API unsigned int zrFileTypeOf(const char* demuxerName) {
             return row.type;
     return name.ends_with("_pipe") ? zrFileImage : zrFileUnknown;
 }
-
-} // extern "C"

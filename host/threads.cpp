@@ -128,8 +128,6 @@ private:
 
 } // namespace
 
-extern "C" {
-
 // The flags are ignored: there is no operation that would wake a thread started asleep.
 ZRDRAW_API void* zrOSCreateThread(void* /*attributes*/, unsigned long stackSize,
                                   zrOSThreadRoutine* routine, void* argument,
@@ -173,5 +171,3 @@ ZRDRAW_API int zrOSInterlockedIncrement(int* count) {
 ZRDRAW_API int zrOSInterlockedDecrement(int* count) {
     return --std::atomic_ref(*count);
 }
-
-} // extern "C"

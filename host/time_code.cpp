@@ -85,8 +85,6 @@ bool readSign(std::string_view& text, bool beforeFrames) {
 
 } // namespace
 
-extern "C" {
-
 ZRDRAW_API unsigned int zrTimeCodeType(int numerator, int denominator, int drop) {
     const Type* type = typeFor(static_cast<double>(numerator) / denominator, drop);
     return type != nullptr ? type->number : 0;
@@ -139,5 +137,3 @@ ZRDRAW_API int zrTimeCodeFrames(const char* text, unsigned int type, unsigned in
     *frameCount = static_cast<unsigned int>(number - dropped * (allMinutes - allMinutes / 10));
     return 0;
 }
-
-} // extern "C"

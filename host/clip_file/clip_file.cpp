@@ -40,9 +40,16 @@ using Packet = std::unique_ptr<AVPacket, AvFree<av_packet_free>>;
 
 constexpr int pixelBytes = 4;
 
+Frame makeFrame() {
+    Frame frame(av_frame_alloc());
+    if (!frame)
+        throw std::bad_alloc();
+    return frame;
+}
+
 // What a handle stands for.
 struct Clip {
-    Frame picture;
+    Frame picture = makeFrame();
     AVRational rate{25, 1};
 };
 
@@ -129,8 +136,7 @@ std::unique_ptr<Clip> openClip(const char* path) {
     AVStream* stream = input->streams[index];
     const Codec decoder = openDecoder(*stream);
     auto clip = std::make_unique<Clip>();
-    clip->picture.reset(av_frame_alloc());
-    if (!decoder || !clip->picture || !decodeFirst(*input, *decoder, index, *clip->picture))
+    if (!decoder || !decodeFirst(*input, *decoder, index, *clip->picture))
         return nullptr;
     const AVRational rate = av_guess_frame_rate(input.get(), stream, nullptr);
     if (rate.num > 0 && rate.den > 0)
@@ -177,9 +183,9 @@ bool convert(const AVFrame& picture, std::uint8_t* pixels) {
         sws_getContext(picture.width, picture.height, samples.format, picture.width, picture.height,
                        AV_PIX_FMT_BGRA, SWS_BILINEAR | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT,
                        nullptr, nullptr, nullptr));
-    const Frame converted(av_frame_alloc());
-    if (!context || !converted)
+    if (!context)
         return false;
+    const Frame converted = makeFrame();
     converted->format = AV_PIX_FMT_BGRA;
     converted->width = picture.width;
     converted->height = picture.height;
@@ -202,6 +208,7 @@ Clip* clipOf(void** handle) {
 
 } // namespace
 
+// Found by their names at run time, so that no header declares them.
 extern "C" {
 
 ZRDRAW_API void* cfOpen(const char* path, unsigned int, unsigned int, void*, unsigned int,
@@ -235,7 +242,11 @@ ZRDRAW_API unsigned int cfReadFrameUnc(void** handle, unsigned int, int, int, in
     const auto bytes = static_cast<unsigned int>(picture.width * picture.height * pixelBytes);
     if (frame == nullptr)
         return bytes;
-    return convert(picture, reinterpret_cast<std::uint8_t*>(frame->videoData)) ? bytes : 0;
+    try {
+        return convert(picture, reinterpret_cast<std::uint8_t*>(frame->videoData)) ? bytes : 0;
+    } catch (const std::bad_alloc&) {
+        return 0;
+    }
 }
 
 ZRDRAW_API int cfClose(void** handle) {

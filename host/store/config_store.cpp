@@ -7,6 +7,7 @@
 #include "zrdraw/platform/files.h"
 #include "zrdraw/zrhost.h"
 
+#include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <mutex>
@@ -56,8 +57,12 @@ public:
     // @return what the log has to say of the operations since the last call
     std::vector<std::string> takeNotices() { return std::exchange(m_notices, {}); }
 
-    // A database must not be open in two processes by one opening.
-    void prepareFork() {
+    // @return whether the problem of an operation, or its success, is that of the one before
+    bool isRepeated(const std::string& problem) {
+        return std::exchange(m_lastProblem, problem) == problem;
+    }
+
+    void close() {
         if (m_shared)
             m_shared->close();
     }
@@ -77,18 +82,26 @@ private:
     }
 
     std::vector<std::string> m_notices;
+    std::string m_lastProblem;
     std::unique_ptr<SharedStore> m_shared;
     StoreTexts m_waiting;
 };
 
 std::mutex storeMutex;
-Store store;
+Store& store = *new Store; // never destroyed: threads may use it while the process ends
 
-// The child of a fork gets a store that no thread is in the middle of changing.
+[[gnu::destructor]] void closeStore() {
+    const std::unique_lock lock(storeMutex, std::try_to_lock);
+    if (lock) // else a thread is in the middle of using it, and never comes to an end
+        store.close();
+}
+
+// The child of a fork gets a store that no thread is in the middle of changing. A database must not
+// be open in two processes by one opening.
 const int forkHandlers = pthread_atfork(
     [] {
         storeMutex.lock();
-        store.prepareFork();
+        store.close();
     },
     [] { storeMutex.unlock(); },
     [] {
@@ -105,7 +118,6 @@ struct Outcome {
 
 template <class Operation>
 Outcome outcomeOf(const Operation& operation) {
-    static std::string lastProblem;
     const std::lock_guard guard(storeMutex);
     Outcome outcome;
     try {
@@ -113,8 +125,7 @@ Outcome outcomeOf(const Operation& operation) {
     } catch (const std::exception& error) {
         outcome.problem = error.what();
     }
-    outcome.isRepeated = outcome.problem == lastProblem;
-    lastProblem = outcome.problem;
+    outcome.isRepeated = store.isRepeated(outcome.problem);
     outcome.notices = store.takeNotices();
     return outcome;
 }
@@ -161,8 +172,6 @@ int readText(const StoreKey& key, char* buffer, unsigned int* length) {
 
 } // namespace
 
-extern "C" {
-
 ZRDRAW_API int zrCFGKeyExists(int, const char* path) {
     bool holds = false;
     if (path == nullptr)
@@ -193,4 +202,15 @@ ZRDRAW_API int zrCFGUseStore(const char* file, char* reason, unsigned int reason
     return outcome.problem.empty() ? 0 : -1;
 }
 
-} // extern "C"
+ZRDRAW_API char* itoa(int value, char* text, int base) {
+    constexpr std::size_t longest = 32; // the digits in base 2
+    char* end = text;
+    if (base == 10) {
+        end = std::to_chars(text, text + longest, value).ptr;
+    } else if (base >= 2 && base <= 36) {
+        const auto pattern = static_cast<unsigned int>(value);
+        end = std::to_chars(text, text + longest, pattern, base).ptr;
+    }
+    *end = 0;
+    return text;
+}

@@ -111,7 +111,7 @@ void Database::open() {
     expectDone(code);
     sqlite3_busy_timeout(handle, static_cast<int>(patience.count()));
     // The last one to close would remove the log of changes by its name, which may be that of a new
-    // store when this one was set aside meanwhile.
+    // store when this one was set aside meanwhile: not before it is known that it was not.
     sqlite3_db_config(handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
 }
 
@@ -125,6 +125,10 @@ bool Database::hasMoved() const {
     int moved = 0;
     sqlite3_file_control(m_handle.get(), nullptr, SQLITE_FCNTL_HAS_MOVED, &moved);
     return moved != 0;
+}
+
+void Database::tidyAtEnd() {
+    sqlite3_db_config(m_handle.get(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
 }
 
 bool Database::hasTable() const {

@@ -24,6 +24,10 @@ public:
     // @return whether the file has another name by now, or none
     bool hasMoved() const;
 
+    // The end removes the log of changes, unless others use it or the file has moved. Nobody may
+    // set the file aside meanwhile: the log goes by its name.
+    void tidyAtEnd();
+
     bool holdsPath(const std::string& path) const;
     std::optional<std::string> text(const StoreKey& key) const;
 

@@ -26,6 +26,18 @@ std::optional<std::string> SharedStore::text(const StoreKey& key) {
     return text;
 }
 
+void SharedStore::close() noexcept {
+    std::optional<StoreLock> lock;
+    try {
+        if (isOpen())
+            lock.emplace(m_file);
+    } catch (const std::exception&) { // the log of changes stays, for the next to close
+    }
+    if (lock)
+        m_database->tidyAtEnd();
+    drop();
+}
+
 void SharedStore::save(const StoreTexts& texts) {
     makeFoldersOf(m_file);
     runLocked([&](Database& database) { database.save(texts); });
@@ -46,7 +58,7 @@ void SharedStore::runLocked(const Operation& operation) {
         reopen();
         operation(*m_database);
     } catch (const DamageError& damage) {
-        close();
+        drop();
         const std::string aside = setAside(m_file, lock);
         m_notices.push_back(aboutStore(m_file, "it is damaged (" + damage.problem() +
                                                    "), is kept as '" + aside +
@@ -66,13 +78,13 @@ bool SharedStore::tryOpenOne(const Operation& operation) {
         operation(*m_database);
         return true;
     } catch (const DamageError&) {
-        close();
+        drop();
         return false;
     }
 }
 
 void SharedStore::reopen() {
-    close();
+    drop();
     m_database.emplace(m_file);
 }
 

@@ -14,6 +14,9 @@ class SharedStore {
 public:
     // @param notices gets a line when a damaged file was set aside. It outlives the store
     SharedStore(std::string file, std::vector<std::string>& notices);
+    ~SharedStore() { close(); }
+    SharedStore(const SharedStore&) = delete;
+    SharedStore& operator=(const SharedStore&) = delete;
 
     // Learns whether the file can be used. One that is not there can.
     void check();
@@ -22,8 +25,9 @@ public:
     std::optional<std::string> text(const StoreKey& key);
     void save(const StoreTexts& texts);
 
-    // Lets go of the file until it is needed again.
-    void close() { m_database.reset(); }
+    // Lets go of the file until it is needed again. The last of all processes to do so leaves the
+    // file alone, without its log of changes.
+    void close() noexcept;
 
 private:
     using Operation = std::function<void(Database&)>;
@@ -33,6 +37,7 @@ private:
     void read(const Operation& operation);
     void runLocked(const Operation& operation);
     void reopen();
+    void drop() { m_database.reset(); } // as the files are
 
     std::string m_file;
     std::vector<std::string>& m_notices;

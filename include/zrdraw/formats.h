@@ -1,6 +1,11 @@
 /**
  * The format classes: each reads and writes one family of layouts. Objects of them come from
  * GetDraw; a class is named here for callers that derive from one or make one themselves.
+ *
+ * Inheritance is virtual, so that a derived class names ZRDraw(code) in its own constructor, and
+ * sets `pixelType` where its layout has a code. An object starts with one reference; ReleaseDraw
+ * deletes it with the last one, so one that `new` did not make gets a further reference before it
+ * is handed there.
  */
 #ifndef ZRDRAW_FORMATS_H
 #define ZRDRAW_FORMATS_H
@@ -37,17 +42,21 @@ public:
  * writes to it reach two bytes behind the natural line.
  *
  * SetCanvas keeps the signs of height and width, so that a negative one refuses every pixel; it
- * raises a pitch below 2 * width; and it forces the matrix mode to BT.709 above a width of 720
+ * raises a pitch below 2 * width, as which a negative one does not count: that stays the very large
+ * number that its bits make; and it forces the matrix mode to BT.709 above a width of 720
  * and to BT.601 else, unless the full-range mode of the right standard is set.
  *
  * Colours: SetColorYCbCr takes fractions of the member scale and adds the member offset, so that
  * SetColorRGBA, whose matrix is in studio range already, gives white Y 232 and black Y 30 in
- * BT.709. SetColorYCbCr10 and SetColorYCbCr8 pack samples as they are; none is masked.
+ * BT.709. SetColorYCbCr10 and SetColorYCbCr8 pack samples as they are; none is masked. The latter
+ * is not virtual: by a ZRDraw* it is ZRPixel's, which goes through SetColorYCbCr and makes (Y 200,
+ * Cb 100, Cr 50) into (200, 104, 60).
  * Foreground and background draw in odd colours until they are set: see docs/contract.md.
  *
  * On YUYV and YVYU an even pixel writes the luma of the odd one of its pair and the other way
  * round. Readers take the first luma of the pair, but for GetPixelRGBA on UYVY. Off the canvas
- * they answer 0: GetPixelRGBA with a mid grey and alpha 0.0, the others with 0. GetLuma does not
+ * they answer 0: GetPixelRGBA with a mid grey and alpha 0.0, the others with 0 and the alpha left
+ * alone. GetLuma does not
  * test the coordinate. There is no HSV: GetPixelHSV answers -1 and writes nothing.
  */
 class ZRDRAW_API CDrawYCbCrYUYV : public virtual ZRDraw {
@@ -235,9 +244,10 @@ public:
  * Readers take the 2 x 2 cell that the pixel is in, with the first green of it, as 8-bit values;
  * alpha is 1.0. No coordinate is tested, and they read beyond what they are given: GetLuma reads
  * the line below the given one, GetPixelRGBA that below an even one and that below the last for a
- * coordinate equal to the height, and in the last column of an odd width both read a byte behind
- * the natural line. GetLuma averages three raw bytes from the line as given, not from the cell's
- * first.
+ * coordinate equal to the height. In the last column of an odd width GetPixelRGBA reads two bytes
+ * behind the natural line and GetLuma one; for a coordinate equal to an even width GetPixelRGBA
+ * reads one. zrFrameRoom of zrdraw/layouts.h counts all of that. GetLuma averages three raw bytes
+ * from the line as given, not from the cell's first.
  */
 class ZRDRAW_API CDrawBayer : public virtual ZRDraw {
 public:

@@ -5,7 +5,6 @@
 #ifndef ZRDRAW_HALF_FLOAT_H
 #define ZRDRAW_HALF_FLOAT_H
 
-#include <bit>
 #include <cstdint>
 
 namespace zrHalfFloat {
@@ -28,7 +27,7 @@ constexpr std::uint32_t shiftRounded(std::uint32_t value, std::uint32_t bits) {
  * loses its payload. */
 constexpr std::uint16_t zrFloatToHalf(float value) {
     using namespace zrHalfFloat;
-    const auto bits = std::bit_cast<std::uint32_t>(value);
+    const auto bits = __builtin_bit_cast(std::uint32_t, value);
     const std::uint32_t sign = bits >> 16 & 0x8000;
     const std::uint32_t mantissa = bits & 0x7FFFFF;
     const std::uint32_t field = bits >> 23 & 0xFF;
@@ -51,15 +50,15 @@ constexpr float zrHalfToFloat(std::uint16_t half) {
     const std::uint32_t exponent = half >> 10 & 31U;
     const std::uint32_t mantissa = half & 0x3FFU;
     if (exponent == 31)
-        return std::bit_cast<float>(sign | 255U << 23 | mantissa << 13);
+        return __builtin_bit_cast(float, sign | 255U << 23 | mantissa << 13);
     if (exponent != 0)
-        return std::bit_cast<float>(sign | (exponent + exponentShift) << 23 | mantissa << 13);
+        return __builtin_bit_cast(float, sign | (exponent + exponentShift) << 23 | mantissa << 13);
     if (mantissa == 0)
-        return std::bit_cast<float>(sign);
+        return __builtin_bit_cast(float, sign);
     // Subnormal: moved up until the leading one stands in bit 10, which a float does not store.
-    const auto shifts = static_cast<std::uint32_t>(std::countl_zero(mantissa)) - 21;
-    return std::bit_cast<float>(sign | (exponentShift + 1 - shifts) << 23 |
-                                (mantissa << shifts & 0x3FFU) << 13);
+    const auto shifts = static_cast<std::uint32_t>(__builtin_clz(mantissa)) - 21;
+    return __builtin_bit_cast(float, sign | (exponentShift + 1 - shifts) << 23 |
+                                         (mantissa << shifts & 0x3FFU) << 13);
 }
 
 #endif

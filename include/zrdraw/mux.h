@@ -44,7 +44,7 @@ enum zrMuxSwitch {
     zrMuxGrid = 0x1000000,
     zrMuxFlipBHorizontal = 0x2000000,
     zrMuxFlipBVertical = 0x4000000,
-    zrMuxDivider = 0x8000000,     /**< of zrMuxSplit: a grey line at the split */
+    zrMuxDivider = 0x8000000,     /**< of zrMuxSplit: a grey line at the split, see below */
     zrMuxSecondForm = 0x10000000, /**< of interleave, split, mirrors and windows */
     zrMuxFlipAHorizontal = 0x20000000,
     zrMuxFlipAVertical = 0x40000000
@@ -56,6 +56,14 @@ enum zrMuxSwitch {
 /**
  * Composes a picture. Nothing is tested: the caller sees to pointers, sizes and the ranges of the
  * grid, where a step of 0 divides by zero or does not end.
+ *
+ * The divider of a split by columns stands at column `splitX`: where that is the width, it is
+ * written behind the pixels of each line, four bytes into what the pitch leaves there. In a packed
+ * picture that is the first pixel of the next line, before this is drawn, and behind the last line
+ * four bytes that must be the caller's. A split by lines at the height has no divider.
+ *
+ * A picture without pixels is no error. Modes that copy whole lines do so without a width too, and
+ * the grid comes after any mode.
  * @param size1    bytes that the mode A copies, of whichever source is A
  * @param size2    bytes that the mode B copies
  * @param reserved ignored

@@ -17,6 +17,7 @@ struct zrOverlaySetting {
     unsigned int initial;
     bool saved; /**< a setting that is not saved is loaded all the same */
     const char* help;
+    bool layer = false; /**< switches a layer of the picture on */
 };
 
 /** A number that each of the ten custom texts has; %d of the key is the slot. */
@@ -33,16 +34,16 @@ struct zrOverlaySlotSetting {
 inline constexpr zrOverlaySetting zrOverlaySettings[] = {
     {"Enabled", &CZrOverlay::Enabled, 0, true, "master switch"},
     {"FillBackground", &CZrOverlay::FillBackground, 1, true, "1: texts stand on a filled background"},
-    {"AudioEnable", &CZrOverlay::AudioEnable, 0, true, "audio meters"},
+    {"AudioEnable", &CZrOverlay::AudioEnable, 0, true, "audio meters", true},
     {"AudioX", &CZrOverlay::AudioX, 20, true, "left of the meters, pixels"},
     {"AudioY", &CZrOverlay::AudioY, 100, true, "top of the meters, lines"},
     {"AudioChannels", &CZrOverlay::AudioChannels, 2, true, "meters, 32 at most; 0 becomes 8"},
     {"VChipEnable", &CZrOverlay::VChipEnable, 0, true, "kept, without effect on the picture"},
     {"CaptionsEnable", &CZrOverlay::CaptionsEnable, 0, true, "kept, without effect on the picture"},
     {"CaptionSource", &CZrOverlay::CaptionSource, 0, true, "kept, without effect on the picture"},
-    {"TimeCodeLTCEnable", &CZrOverlay::TimeCodeLTCEnable, 0, true, "linear time code"},
+    {"TimeCodeLTCEnable", &CZrOverlay::TimeCodeLTCEnable, 0, true, "linear time code", true},
     {"TimeCodeLUBEnable", &CZrOverlay::TimeCodeLUBEnable, 0, true, "kept, without effect on the picture"},
-    {"TimeCodeVITCEnable", &CZrOverlay::TimeCodeVITCEnable, 0, true, "vertical interval time code"},
+    {"TimeCodeVITCEnable", &CZrOverlay::TimeCodeVITCEnable, 0, true, "vertical interval time code", true},
     {"TimeCodeVUBEnable", &CZrOverlay::TimeCodeVUBEnable, 0, true, "kept, without effect on the picture"},
     {"TimeCodeVsyncEnable", &CZrOverlay::TimeCodeVsyncEnable, 0, false, "loaded, never saved; without effect on the picture"},
     {"TimeCodeLTCFrameEnable", &CZrOverlay::TimeCodeLTCFrameEnable, 0, true, "kept, without effect on the picture"},
@@ -50,12 +51,12 @@ inline constexpr zrOverlaySetting zrOverlaySettings[] = {
     {"TimeCodeX", &CZrOverlay::TimeCodeX, 20, true, "left of the time codes, pixels"},
     {"TimeCodeY", &CZrOverlay::TimeCodeY, 300, true, "top of the first time code, lines"},
     {"TimeCodeSize", &CZrOverlay::TimeCodeSize, 2, true, "scale of the time codes; 1 is 8 x 10 pixels a character"},
-    {"WatermarkEnable", &CZrOverlay::WatermarkEnable, 0, true, "watermark"},
+    {"WatermarkEnable", &CZrOverlay::WatermarkEnable, 0, true, "watermark", true},
     {"WatermarkX", &CZrOverlay::WatermarkX, 400, true, "left of the watermark, pixels"},
     {"WatermarkY", &CZrOverlay::WatermarkY, 400, true, "top of the watermark, lines"},
     {"WatermarkOpacity", &CZrOverlay::WatermarkOpacity, 50, true, "kept, without effect on the picture"},
     {"Watermark", nullptr, 0, true, "file of the watermark; saved, never loaded"},
-    {"SourceFormatEnable", &CZrOverlay::SourceFormatEnable, 0, true, "rate, file type, codec, size and scan of the source"},
+    {"SourceFormatEnable", &CZrOverlay::SourceFormatEnable, 0, true, "rate, file type, codec, size and scan of the source", true},
     {"SourceFormatX", &CZrOverlay::SourceFormatX, 20, true, "left of the source's format, pixels"},
     {"SourceFormatY", &CZrOverlay::SourceFormatY, 600, true, "top of the source's format, lines"},
 };

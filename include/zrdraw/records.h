@@ -43,7 +43,37 @@ typedef struct DFRAME {
     unsigned char opaque4[44];
 } DFRAME;
 
-/** A control command, as CZrOverlay::SetMode takes it. */
+/**
+ * A control command, as CZrOverlay::SetMode takes it. A set takes the fields that `cmdFlags` has
+ * valid and changes nothing in the record; a query writes fields and adds their flags. What each
+ * field carries, by sub-code:
+ *
+ *     zrOverlay...   valueA           valueB           valueC  paramA            paramB    cmdText
+ *     Master         Enabled          FillBackground*
+ *     Audio          enable           X                Y                         channels
+ *     VChip          enable
+ *     Captions       enable           source
+ *     TimeCode       switches, below  X                Y       size (type << 8)
+ *     Watermark      enable           X                Y       opacity                     path**
+ *     SourceFormat   enable           X                Y
+ *     CustomText     enable           X                Y       slot***                     text
+ *     Reserved...    0 when asked
+ *
+ * All numbers are taken as they come, but for paramA, of which a set takes the low byte (and of a
+ * slot all).
+ * - TimeCode: a set takes zrOverlayTimeCodeSwitch bits in valueA, and an absent bit switches off; a
+ *   query answers one of them, that of the first switch that is on, or 0. paramA answers the size
+ *   with the stream's time code type above it, `tcType` << 8.
+ * - Audio: `channels` is 32 at most; more write behind the overlay's fields. 0 becomes 8.
+ * - (*) set only. (**) asked only: no command sets the path or loads the watermark.
+ * - (***) A set takes the slot, 0 to 9 and not tested, from a valid paramA, a query from a valid
+ *   valueA. In both, the slot is 0 when that flag is not set or valueA, the switch of a set, is
+ *   above 9.
+ * - A text that is set has 511 characters at most, and 128 to be saved: a longer one ends the
+ *   process in BurnIn, or in SaveConfig.
+ * - A query copies text or path whole, zero included, with no bound but the room of the host's
+ *   record, and must not be sent while there is none: CZrOverlay::Watermark or CustomText null.
+ */
 typedef struct MEDIACMD {
     unsigned char opaque1[36];
     unsigned int cmd;      /**< zrCommandSet, zrCommandGet or zrCommandGetState */
@@ -56,13 +86,24 @@ typedef struct MEDIACMD {
     unsigned int valueA;
     unsigned int valueB;
     unsigned int valueC;
-    char cmdText[1]; /**< ends with a zero; as long as the host's record has room for */
+    char cmdText[1]; /**< ends with a zero; its room is the rest of the host's record */
 } MEDIACMD;
 
 #pragma pack(pop)
 
 /** Bits of KPXVIDEO::flags. Neither or both of the two mean progressive in the source line. */
 enum zrScanFlag { zrScanInterlaced = 0x100, zrScanSegmented = 0x200 };
+
+/**
+ * The values of biCompression in whose streams a watermark can lie: four characters in memory
+ * order, or 0 for a plain bitmap, which must have 32 bits. All else of an overlay is burnt into
+ * every layout that GetDraw serves.
+ */
+enum zrWatermarkCode {
+    zrWatermarkBgra = 0,
+    zrWatermarkYuv2 = 0x32767579, /**< "yuv2", ptUYVY */
+    zrWatermarkV210 = 0x76323130  /**< "012v", ptV210 */
+};
 
 /** MEDIACMD::cmd. Any other does nothing. */
 enum zrCommand { zrCommandGet = 14, zrCommandSet = 15, zrCommandGetState = 16 };
@@ -90,6 +131,9 @@ enum zrOverlayCommand {
     zrOverlayReservedFirst = 111008,
     zrOverlayReservedLast = 111010
 };
+
+/** MEDIACMD::valueA of zrOverlayTimeCode. The vsync switch has no effect on the picture. */
+enum zrOverlayTimeCodeSwitch { zrOverlayLtc = 1, zrOverlayVitc = 2, zrOverlayVsync = 16 };
 
 #ifdef __cplusplus
 static_assert(sizeof(KPXVIDEO) == 1428 && offsetof(KPXVIDEO, scale) == 1084 &&

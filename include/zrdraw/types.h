@@ -52,8 +52,8 @@ enum zrPixelType ZRDRAW_ENUM_BASE {
 
 /**
  * Colour matrix modes, the standards of BT.601, BT.709 and BT.2020 in studio and full range.
- * Each Raw mode is the mode 1000 lower without the clamp of the YCbCr to RGB direction. Any other
- * value may be stored; the conversions then leave their outputs alone.
+ * Each Raw mode but 1007 is the mode 1000 lower without the clamp of the YCbCr to RGB direction.
+ * Any other value may be stored; the conversions then leave their outputs alone.
  */
 enum cmYCbCr ZRDRAW_ENUM_BASE {
     cmRec601Default = 0, /**< the same as cmRec601 */
@@ -72,7 +72,7 @@ enum cmYCbCr ZRDRAW_ENUM_BASE {
     cmRec709FullRaw = 1004,
     cmRec2020Raw = 1005,
     cmRec2020FullRaw = 1006,
-    cmRec2020CLRaw = 1007,
+    cmRec2020CLRaw = 1007, /**< towards RGB as 1008, not as 7 without the clamp */
     cmRec2020CLUncentredRaw = 1008
 };
 

@@ -122,7 +122,8 @@ public:
     virtual int Bezier(int x1, int y1, int x2, int y2, int x3, int y3, int x4, int y4);
     /** Bezier curves end to end: 3n + 1 points. @return 0; -1 for null or another count */
     virtual int PolyBezier(const _POINT* points, unsigned int count);
-    /** PolyBezier from points[0]; the last point becomes the current position. */
+    /** PolyBezier from points[0]; the last point becomes the current position. In both, a count
+     * with the top bit set is a very large one, not a negative one. */
     virtual int PolyBezierTo(const _POINT* points, unsigned int count);
 
     /**
@@ -133,7 +134,8 @@ public:
     virtual int Polyline(const _POINT* points, unsigned int count);
     /**
      * Polyline from points[0]; the current position then becomes points[count], so the caller
-     * supplies one element more than it draws. Refused as Polyline, with the position unchanged.
+     * supplies one element more than it draws. Refused as Polyline, with the position unchanged. A
+     * count with the top bit set draws nothing and succeeds, and that far element is read.
      */
     virtual int PolylineTo(const _POINT* points, unsigned int count);
 
@@ -147,7 +149,7 @@ public:
     /** The outline of a rectangle, corners included. @return 0 */
     virtual int Rectangle(int left, int top, int right, int bottom);
     /**
-     * An outline with elliptic corners.
+     * An outline with elliptic corners. The current position becomes the end of the last corner.
      * @param cornerWidth both corners of a side together, pixels; cornerHeight likewise
      * @return 0; -1 when the corners do not fit
      */
@@ -166,13 +168,14 @@ public:
      * Flood fill, four-connected, of the pixels whose r, g and b each differ by at most `tolerance`
      * (0.0 to 1.0) from those of (x, y). Takes a byte a pixel of the canvas while it runs, and the
      * frontier; an allocation failure leaves as the allocator's exception.
-     * @return 0; -1 without a canvas or off it
+     * @return 0; -1 off the canvas, for a width or height below 1, and without a frame, but on
+     * 4:2:2 and v210, whose readers never refuse, 0 without a frame
      */
     virtual int Fill(int x, int y, double tolerance);
     /**
      * A linear blend from the foreground to the background colour at an angle in degrees: 0 from
      * left to right, 90 from top to bottom. The foreground colour is left as the last pixel's.
-     * @return 0; -1 without a canvas
+     * @return 0; -1 for a width or height below 1
      */
     virtual int GradientRect(int left, int top, int right, int bottom, int angle);
 
@@ -228,11 +231,14 @@ public:
 
     /**
      * Lays a string out in a rectangle, in the built-in font at a scale of 1 to 20, a tenth of the
-     * rectangle's height. Nothing is wrapped or clipped, and the whole string is drawn. With
-     * `textTransparent` false the cells are painted in the background slot.
+     * rectangle's height; a `bottom` of 0 or a negative `top` means scale 1. Characters are codes 0
+     * to 127. Nothing is wrapped or clipped, and the whole string is drawn. With `textTransparent`
+     * false the cells are painted in the background slot. From scale 2 on, a cell's topmost lines
+     * show the bottom row of the next code's glyph, which is blank for all of text.
      * @param count  characters that alignment to the right and the report count with
      * @param rect   updated by the placement: top and left when centred, left when aligned to the
-     *               right, else bottom; with zrTextReport it becomes the text's rectangle
+     *               right, nothing when the bottom is kept, else bottom; with zrTextReport it
+     *               becomes the text's rectangle
      * @param format bits of zrTextFormat
      * @return 0, always
      */
@@ -242,9 +248,10 @@ public:
     /** Does nothing. @return 0 */
     int TextOut(int x, int y, const char* text, int count);
     /**
-     * Reads a 24-bit uncompressed bitmap file into `data` and `pImgHdr` of zrdraw/font.h. Pixels of
-     * more than `data` holds end the process.
-     * @return 0; -1 for a file that cannot be read or is another kind, and then it stays open
+     * Reads a 24-bit uncompressed bitmap file, which has to be writable, into `data` and `pImgHdr`
+     * of zrdraw/font.h. Pixels of more than `data` holds end the process.
+     * @return 0; -1 for a file that cannot be opened or read, which is closed, and for one of
+     *         another kind, which stays open
      */
     int ExtractBMPData(const char* path);
     /**

@@ -8,9 +8,22 @@
  *   may refuse a higher one, the number is kept all the same;
  * - an event name is accepted and ignored, every event is known to its process only;
  * - memory starts at a multiple of 64 bytes, and 0 bytes give a pointer that may be given back;
- * - a library that is to be loaded by its bare name is looked for where the system looks, and then
- *   beside this one, where clipFile.so is: it reads any picture or clip that FFmpeg reads;
- * - a log message is one line on standard error, "zrdraw: " before it and a newline after it.
+ * - a library that is to be loaded by its bare name is looked for where the system looks, then in
+ *   the folder zrdraw beside this one, where clipFile.so is, then beside this one. clipFile.so
+ *   reads any picture or clip that FFmpeg reads;
+ * - a library that was loaded stays loaded until the process ends, as its file was at that time:
+ *   zrOSFreeLibrary gives back the caller's hold only, and the next load costs microseconds;
+ * - a log message is one line on standard error, "zrdraw: " before it and a newline after it. Lines
+ *   that are the same as the one before and come within a minute of it are counted instead:
+ *   "zrdraw: ... 250 times more" stands before the next other line, at the next repeat after that
+ *   minute, or when the process ends by exit or the end of main. FFmpeg's own messages go to
+ *   standard error by way of av_log, not through this log.
+ *
+ * libzrdraw.so names no library for the operations that it asks of its host: a program that loads
+ * it at run time loads this one first, with its names for all:
+ *     dlopen("libzrhost.so.1", RTLD_NOW | RTLD_GLOBAL);
+ *     void* library = dlopen("libzrdraw.so.1", RTLD_NOW);
+ * Without the first line the second fails. A program that is linked to both has no need of either.
  */
 #ifndef ZRDRAW_ZRHOST_H
 #define ZRDRAW_ZRHOST_H
@@ -43,14 +56,19 @@ ZRDRAW_API void zrOSSetLogSink(zrOSLogSink* sink);
 /**
  * Types of time code, which vidGetTCType answers and tc2String takes. The drop-frame types leave
  * out numbers, not frames: the first two of each minute that 10 does not divide, or the first four
- * at 59.94 (SMPTE 12M). The texts are HH:MM:SS:FF, and HH:MM:SS;FF of the drop-frame types; they
- * wrap at 24 hours, and a count from below 0 counts back from there.
+ * at 59.94 (SMPTE 12M). The texts are HH:MM:SS:FF, HH:MM:SS;FF of the drop-frame types, and
+ * HH:MM:SS:FFF of zrTimeCode120, whose numbers need a third digit; they wrap at 24 hours, and a
+ * count from below 0 counts back from there.
+ *
+ * A rate is one of a type within 0.5 %, or when it is rounded to whole frames; for any other rate
+ * vidGetTCType answers zrTimeCode30, the one of an object without a stream. Where a type is taken,
+ * its lowest 8 bits count, and an unknown one is zrTimeCode30.
  */
 typedef enum zrTimeCode {
     zrTimeCode24 = 1, /**< also 23.976 */
     zrTimeCode25 = 2,
     zrTimeCode30Drop = 3, /**< the usual one at 29.97 */
-    zrTimeCode30 = 4,     /**< also 29.97 without drop; of an object without a stream */
+    zrTimeCode30 = 4,     /**< also 29.97 without drop, and what stands in for none */
     zrTimeCode48 = 5,     /**< also 47.952 */
     zrTimeCode50 = 6,
     zrTimeCode60Drop = 7, /**< the usual one at 59.94 */
@@ -110,9 +128,11 @@ ZRDRAW_API unsigned int zrFileTypeOf(const char* demuxerName);
  *
  * What is stored stays in the process until zrCFGSave, which writes it in one transaction: a crash
  * loses what was not saved and nothing else, and what could not be saved stays to be saved again. A
- * child of fork begins with nothing to save. A file that is damaged is set aside as NAME.damaged-N,
- * with one line in the log, and a new one begun. A store that cannot be used is one line in the
- * log, which reads that follow do not repeat.
+ * child of fork begins with nothing to save. While the store is in use SQLite keeps NAME-wal and
+ * NAME-shm beside it; they go when the last process that uses it turns to another store, forks, or
+ * ends by exit or the end of main, and stay after a crash, for the next use to clear up. A file
+ * that is damaged is set aside as NAME.damaged-N, with one line in the log, and a new one begun. A
+ * store that cannot be used is one line in the log, which reads that follow do not repeat.
  * @param reason receives what is wrong and its mend, or an empty text; may be null
  * @return 0, or -1 when the file exists and cannot be used; then the earlier store stays in use
  */

@@ -5,9 +5,30 @@
  * A host makes one a stream, lets it load its settings, hands it the stream's description with
  * Create, and calls BurnIn for each frame just before the frame leaves. Commands may change
  * settings at any time between frames. Nothing here takes a lock: BurnIn, commands and settings
- * must not run at the same time.
+ * of one object must not run at the same time; objects of different streams may.
  *
- * zrdraw/overlay_settings.h tells what each setting does.
+ * zrdraw/overlay_settings.h tells what each setting does, zrdraw/records.h what each command does.
+ *
+ * The watermark. It is read once, by Create, from the file of the field `Watermark`, into a cache
+ * for the stream's biCompression, which must be one of zrWatermarkCode: in any other stream nothing
+ * is cached and each frame writes a line to the log.
+ * - Where the reader, the file or memory is missing there is no watermark, and one line in the log.
+ *   The line of a file that cannot be opened has a number in the place of its name. A file that
+ *   opens and whose picture cannot be read is not noticed: what the memory held is shown.
+ * - The frame's lines are taken for packed: `width` * 4 bytes in code 0, `width` * 2 in "yuv2". So
+ *   a plain bitmap of 24 bits must have none: it is laid over the frame and behind its end.
+ * - Loading for "yuv2" or "012v" makes WatermarkX even. An odd one that a command sets later
+ *   exchanges Cb and Cr in "yuv2".
+ * - In "yuv2" what reaches over the right edge goes on in the next line, and that of the frame's
+ *   last line goes behind the frame: the picture must end on or before the edge, or above the
+ *   bottom. Code 0 and "012v" cut at the edge. All cut at the bottom.
+ * - In "012v" a picture of an odd width shows in the last column of each line but the last the
+ *   first pixel of the line below; in "yuv2" its last column is not shown.
+ * - Alpha mixes in code 0 and "yuv2"; in "012v" it only decides, above 10 of 1023, to draw.
+ * - By contract the caches are never freed, by Create for another stream or by the destructor. A
+ *   host that wants the memory back calls, while no BurnIn runs, ZRFree (zrdraw/platform/memory.h)
+ *   on `wmV210`, `wmYuv2` and `wmBgra` and sets all three to null. It must do so before a Create
+ *   for a stream of another layout that may load none: the old cache would be laid on its frames.
  */
 #ifndef ZRDRAW_ZROVERLAY_H
 #define ZRDRAW_ZROVERLAY_H
@@ -26,7 +47,7 @@ public:
     /** Takes the settings' initial values; reads no configuration. */
     CZrOverlay();
 
-    /** Frees the custom texts and releases the drawing object. Watermark caches stay allocated. */
+    /** Frees the custom texts and releases the drawing object, not the watermark caches. */
     virtual ~CZrOverlay();
 
     CZrOverlay(const CZrOverlay&) = delete;
@@ -35,8 +56,20 @@ public:
     /**
      * Takes a copy of a stream's description and loads the watermark, if that is enabled: settings
      * are to be loaded, and the field `Watermark` set, before. May be called again for another
-     * stream; a drawing object made meanwhile stays, and so do old watermark caches.
-     * @return 0
+     * stream, between frames; old watermark caches stay, and so does a drawing object made
+     * meanwhile, of the old layout: for another one call Destroy too.
+     *
+     * The description is not tested. Whether its layout can be drawn on, a host asks beforehand:
+     *
+     *     tagBITMAPINFO header = video.header; // which the call completes
+     *     unsigned int code = ptNone;
+     *     const unsigned int bytes = GetDrawSize(&header, &code);
+     *     const bool served = code != ptNone && bytes != 0 && bytes != 0xFFFFFFFF;
+     *
+     * A plain bitmap of 15 or 16 bits passes as served, and its pixels are written as 4 bytes each.
+     * A frame must have zrFrameRoom bytes
+     * (zrdraw/layouts.h) at a pitch of 0, which may be more than the header's form answers.
+     * @return 0, also for null records, of which nothing is taken
      */
     virtual int Create(KPXVIDEO* newVideo, KPXSYSTEM* newSystem);
 
@@ -45,14 +78,22 @@ public:
 
     /**
      * Draws the enabled layers into a frame: time codes, watermark, source format, custom texts,
-     * meters, each over the ones before. Does nothing before Create or while `Enabled` is 0. On an
-     * interlaced stream the tops of texts and meters and the size of the time code become even for
-     * good, in the settings themselves.
+     * meters, each over the ones before. Does nothing before Create, while `Enabled` is 0, for a
+     * stream whose biSizeImage is 0, and in a layout that GetDraw does not serve (tried again each
+     * frame, without a line in the log). On an interlaced stream the tops of texts and meters and
+     * the size of the time code become even for good, in the settings themselves.
+     *
+     * The frame's lines have no gaps: each is as long as zrLineBytes says for the layout and width.
      *
      * Allocates nothing after the first frame, but for a drawing object a frame where a watermark
-     * lies on v210.
-     * @param audioLevels 16-bit amplitudes, two channels a word, the even one low; may be null
-     * @param audioPeaks  peaks in the same form; may be null
+     * lies on v210. Throws std::bad_alloc when such an object cannot be made.
+     * @param frame       a null one, or one without `videoData`, is left alone
+     * @param audioLevels linear amplitudes of 16 bits, 65,535 full scale, two channels a word, the
+     *                    even one low: (AudioChannels + 1) / 2 words are read (4 where it is 0,
+     * which becomes 8). May be null: silence. The bars span 41 dB: the lowest of 15 segments lights
+     * from 892 on (-37 dB), full scale lights all but the topmost
+     * @param audioPeaks  peaks in the same form, holding and decay are the host's; may be null: no
+     *                    markers, as below a peak of 631
      * @param tcAdjust    frames that are taken off both time codes
      * @return 0
      */
@@ -60,9 +101,9 @@ public:
                        unsigned int tcAdjust);
 
     /**
-     * Sets or asks for settings, see zrCommand and zrOverlayCommand. Nothing is saved and no
-     * watermark is loaded. A query must not be sent for a text that is null: it is copied unseen,
-     * without a bound.
+     * Sets or asks for settings, see MEDIACMD. Nothing is saved and no watermark is loaded. A query
+     * of Watermark or CustomText copies a text into the record without a bound, and must not be
+     * sent while that text is null.
      * @return `valueA` as it came, also for a query; 0 for null
      */
     virtual int SetMode(MEDIACMD* command);
@@ -93,22 +134,25 @@ public:
 
     /**
      * Makes a settings file that holds its section line and nothing else, and saves the settings
-     * to the store.
+     * to the store. A file that cannot be opened for writing ends the process.
      * @return 0
      */
     virtual int SaveConfigINI(const char* path);
 
     /**
-     * Reads a settings file that must exist: drops all custom texts, sets every number that the
-     * section names to 0, and takes custom texts from the '=' of their line on.
+     * Reads a settings file. Drops all custom texts; then every line behind the first "[zroverlay]"
+     * counts, also those of later sections: each number whose key stands anywhere in a line becomes
+     * 0, and a custom text is its line from the '=' on, line end included. A file that cannot be
+     * opened, and a line with a key and no '=', end the process.
      * @return 0
      */
     virtual int LoadConfigINI(const char* path);
 
-    /** The meters' layer; `draw` must exist. @return 0 */
+    /** The meters' layer; `draw` must exist, and `AudioChannels` be 32 at most. @return 0 */
     int drawAudMeters(unsigned int* levels, unsigned int* peaks);
 
-    /** Reads the file of `Watermark` into a cache in the stream's layout. @return 0 */
+    /** Reads the file of `Watermark` into a cache in the stream's layout, as Create does. @return 0
+     */
     int LoadWatermark();
 
     /** The watermark's layer. @return 0 */
@@ -119,7 +163,7 @@ public:
     unsigned int AudioEnable;
     unsigned int AudioX;
     unsigned int AudioY;
-    unsigned int AudioChannels;
+    unsigned int AudioChannels; /**< historyChannels at most, which nothing tests */
     unsigned int VChipEnable;
     unsigned int CaptionsEnable;
     unsigned int CaptionSource;
@@ -145,7 +189,7 @@ public:
     unsigned int CustomTextEnabled[textSlots];
     unsigned int CustomTextX[textSlots];
     unsigned int CustomTextY[textSlots];
-    char* CustomText[textSlots]; /**< owned, made by new[] */
+    char* CustomText[textSlots]; /**< owned, made by new[]; 511 characters at most */
 
     ZRDraw* draw;               /**< made on the first frame */
     tagBITMAPINFO bitmapHeader; /**< of `video`, completed by GetDraw */

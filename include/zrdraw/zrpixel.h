@@ -38,7 +38,8 @@ public:
      * lock survive it.
      * @param newCanvas first byte of the frame; null is accepted, pixel operations then refuse
      * @param newHeight lines, and it stands before the width. A negative height counts as positive
-     *                  and only sets `flipped`, which changes no address
+     *                  and only sets `flipped`, which changes no address. The 4:2:2, v210 and
+     *                  component classes clear `flipped`, and tell what else they do with a sign
      * @param newWidth  pixels
      * @param newPitch  bytes from one line to the next. 0 takes the layout's natural line; a
      *                  negative pitch counts as positive; one below the natural line is raised to
@@ -68,8 +69,9 @@ public:
 
     /**
      * RGB on a scale of 0 to 255 to YCbCr on a scale of 0 to 1023, in studio range. The BT.601 and
-     * BT.709 studio modes share one matrix, the BT.2020 modes 5 and 6 another; in any other mode
-     * nothing is written. `aOut` is never written.
+     * BT.709 studio modes (0, 1, 3) share one matrix, the BT.2020 modes 5 and 6 another, and each
+     * raw mode does as the mode 1000 lower; in any other mode nothing is written. `aOut` is never
+     * written.
      * @return 0, always
      */
     virtual int RGBToYCbCr10(double r, double g, double b, double a, double& y, double& cb,
@@ -98,9 +100,10 @@ public:
     virtual char* GetPixel(int x, int y);
 
     /**
-     * Writes a pixel in the colour of a slot: blended with what is there when the transparency
-     * switch is on and the slot's transparency is above 0.0; added to it, scaled by the colour's
-     * alpha, when the additive switch is on (foreground only); stored otherwise.
+     * Writes a pixel in the colour of a slot. In the foreground with the additive switch on: added
+     * to what is there, scaled by the colour's alpha, whatever the transparency. Else, with the
+     * transparency switch on and the slot's transparency above 0.0: blended with what is there.
+     * Else stored.
      * On 24-bit layouts only the plain foreground write has three bytes; see docs/contract.md.
      * @return 0, or -1 off the canvas, with nothing written
      */
@@ -150,8 +153,9 @@ public:
     virtual int GetPixelHSV(int x, int y, double& h, double& s, double& v, double& a);
 
     /**
-     * Luma of a pixel on a scale of 256, so white reads 255/256. The coordinate must be on the
-     * canvas: it is not tested.
+     * Luma of a pixel on a scale of 256, by weights of its own: white reads 255/256, but 0.8556 in
+     * the full-range modes of BT.601 and BT.709 and their raw twins (2, 4, 1002, 1004). The
+     * coordinate must be on the canvas: it is not tested.
      */
     virtual double GetLuma(int x, int y);
 

@@ -1,8 +1,9 @@
 // Arcs, ellipses and pies: polygons with one chord a degree, whatever the radius.
 #include "pixel/truncate.h"
-#include "zrdraw/font.h"
+#include "zrdraw/arc_ends.h"
 #include "zrdraw/zrdraw.h"
 
+#include <atomic>
 #include <cmath>
 #include <optional>
 
@@ -20,6 +21,28 @@ constexpr double degreesPerRadian = 57.324840764331206;
 struct Ends {
     _POINT first, last;
 };
+
+// The arc that this thread drew last. The exported ends may be another thread's by the time a pie
+// reads them.
+thread_local std::optional<Ends> lastArc;
+
+// Any thread may draw an arc at any time, so that the exported ends are written as single words.
+void exportEnds(const Ends& ends) {
+    const auto put = [](int& to, int value) {
+        std::atomic_ref(to).store(value, std::memory_order_relaxed);
+    };
+    put(xStartArc, ends.first.x);
+    put(yStartArc, ends.first.y);
+    put(xEndArc, ends.last.x);
+    put(yEndArc, ends.last.y);
+}
+
+Ends exportedEnds() {
+    const auto get = [](int& from) {
+        return std::atomic_ref(from).load(std::memory_order_relaxed);
+    };
+    return {{get(xStartArc), get(yStartArc)}, {get(xEndArc), get(yEndArc)}};
+}
 
 // Draws the chords between the points of whole degrees, both ends included.
 template <typename PointAt>
@@ -116,11 +139,8 @@ int ZRDraw::Arc(int left, int top, int right, int bottom, int xStart, int yStart
         const float dy = sine * static_cast<float>(ry);
         return _POINT{truncateToInt(dx + cx), truncateToInt(cy - dy)};
     };
-    const Ends ends = drawChords(*this, truncateToInt(*start), truncateToInt(*end), pointAt);
-    xStartArc = ends.first.x;
-    yStartArc = ends.first.y;
-    xEndArc = ends.last.x;
-    yEndArc = ends.last.y;
+    lastArc = drawChords(*this, truncateToInt(*start), truncateToInt(*end), pointAt);
+    exportEnds(*lastArc);
     return 0;
 }
 
@@ -135,11 +155,13 @@ int ZRDraw::ArcTo(int left, int top, int right, int bottom, int xStart, int ySta
 
 int ZRDraw::Pie(int left, int top, int right, int bottom, int xStart, int yStart, int xEnd,
                 int yEnd) {
+    lastArc.reset();
     Arc(left, top, right, bottom, yStart, xStart, xEnd, yEnd);
     const int mx = (left + right) / 2;
     const int my = (top + bottom) / 2;
-    // By contract: after a refused arc these are the radii of the arc before.
-    Line(xStartArc, yStartArc, mx, my);
-    Line(xEndArc, yEndArc, mx, my);
+    // By contract: after a refused arc these are the radii of the arc before, on whatever object.
+    const Ends ends = lastArc ? *lastArc : exportedEnds();
+    Line(ends.first.x, ends.first.y, mx, my);
+    Line(ends.last.x, ends.last.y, mx, my);
     return 0;
 }

@@ -1,5 +1,5 @@
 // Circles by the integer midpoint rule, and filled ones as horizontal runs.
-#include "draw/plotter.h"
+#include "draw/run.h"
 #include "draw/walk.h"
 #include "pixel/truncate.h"
 #include "zrdraw/zrdraw.h"

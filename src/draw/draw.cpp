@@ -1,8 +1,12 @@
 // ZRDraw itself: its state, the current position, and what is in the interface but does nothing.
 #include "zrdraw/font.h"
+#include "zrdraw/kept_names.h"
 #include "zrdraw/zrdraw.h"
 
 #include <cstddef>
+
+void* mpEdgeBuffer = nullptr;
+unsigned int fp[3] = {};
 
 namespace {
 constexpr ZRDraw::TextColor white{1.0, 1.0, 1.0, 1.0};
@@ -12,8 +16,8 @@ constexpr ZRDraw::TextColor dimmed{0.6, 0.6, 0.6, 0.6};
 ZRDraw::ZRDraw(unsigned int)
     : metaFile(0), reservedWord(0), metaHeader(nullptr), placeableHeader(nullptr), currentX(0),
       currentY(0), reservedBlock{}, textColor0(white), textColor1(dimmed), textColor2(white),
-      textColor3(dimmed), textTransparent(true), labelFont(gFont8x10), labelWidth(8),
-      labelHeight(10), labelScale(1), useDefaultFont(false) {
+      textColor3(dimmed), textTransparent(true), labelFont(gFont8x10), labelWidth(zrFontWidth),
+      labelHeight(zrFontHeight), labelScale(1), useDefaultFont(false) {
     antiAlias = false;
     reservedFlag = false;
 }

@@ -1,5 +1,5 @@
 // The four-connected flood fill, breadth first.
-#include "draw/plotter.h"
+#include "draw/run.h"
 #include "pixel/byte_order.h"
 
 #include <array>
@@ -8,14 +8,10 @@
 
 namespace {
 
-struct Color {
-    double r, g, b;
-};
-
 // Which pixels are near enough to the seed. Alpha is not compared.
 class Match {
 public:
-    Match(ZRPixel& pixel, const Color& seed, double tolerance)
+    Match(ZRPixel& pixel, const Rgba& seed, double tolerance)
         : m_pixel(pixel), m_seed(seed), m_tolerance(tolerance), m_plain(isPlainRgba32(pixel)),
           m_order(byteOrderOf(pixel.pixelType)) {
         for (std::size_t byte = 0; byte < unitValues.size(); ++byte) {
@@ -34,10 +30,9 @@ public:
                    (m_near[bytes[m_order.g]] & nearG) != 0 &&
                    (m_near[bytes[m_order.b]] & nearB) != 0;
         }
-        Color c{};
-        double alpha = 0.0;
-        return m_pixel.GetPixelRGBA(x, y, c.r, c.g, c.b, alpha) == 0 && isNear(m_seed.r, c.r) &&
-               isNear(m_seed.g, c.g) && isNear(m_seed.b, c.b);
+        Rgba c{};
+        return readPixel(m_pixel, x, y, c) && isNear(m_seed.r, c.r) && isNear(m_seed.g, c.g) &&
+               isNear(m_seed.b, c.b);
     }
 
 private:
@@ -46,7 +41,7 @@ private:
     bool isNear(double seed, double value) const { return std::fabs(seed - value) <= m_tolerance; }
 
     ZRPixel& m_pixel;
-    Color m_seed;
+    Rgba m_seed;
     double m_tolerance;
     bool m_plain;
     zrByteOrder m_order;
@@ -111,13 +106,14 @@ int ZRDraw::Fill(int x, int y, double tolerance) {
     const int lines = static_cast<int>(height);
     if (columns < 1 || lines < 1)
         return -1;
-    x = x == columns ? columns - 1 : x;
-    y = y == lines ? lines - 1 : y;
+    x = pullEdge(x, width);
+    y = pullEdge(y, height);
     if (x < 0 || y < 0 || x > columns || y > lines)
         return -1;
-    Color seed{};
-    double alpha = 0.0;
-    if (GetPixelRGBA(x, y, seed.r, seed.g, seed.b, alpha) != 0)
+    if (canvas == nullptr && readsUntested(*this))
+        return -1;
+    Rgba seed{};
+    if (!readPixel(*this, x, y, seed))
         return -1;
     const Match match(*this, seed, tolerance < 0 ? 0.0 : tolerance);
     Flood(*this, columns, lines, match).from(x, y);

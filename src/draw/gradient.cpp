@@ -1,5 +1,7 @@
 // The linear blend of a rectangle from the foreground to the background colour.
 #include "draw/walk.h"
+#include "pixel/canvas.h"
+#include "pixel/rgba.h"
 #include "zrdraw/zrdraw.h"
 
 #include <algorithm>
@@ -8,14 +10,9 @@
 
 namespace {
 
-struct Channels {
-    double r, g, b, a;
-};
-
-// A coordinate equal to the extent is pulled back; a negative one becomes 0.
+// Coordinates behind the edge stay there, and PutPixel refuses them.
 int ontoCanvas(int coordinate, unsigned int extent) {
-    const int pulled = coordinate == static_cast<int>(extent) ? coordinate - 1 : coordinate;
-    return std::max(pulled, 0);
+    return std::max(pullEdge(coordinate, extent), 0);
 }
 
 } // namespace
@@ -27,11 +24,10 @@ int ZRDraw::GradientRect(int left, int top, int right, int bottom, int angle) {
     const int y0 = ontoCanvas(top, height), y1 = ontoCanvas(bottom, height);
     const int xMin = std::min(x0, x1), xMax = std::max(x0, x1);
     const int yMin = std::min(y0, y1), yMax = std::max(y0, y1);
-    Channels from{}, to{};
-    if (GetColorRGBA(from.r, from.g, from.b, from.a, true) != 0 ||
-        GetColorRGBA(to.r, to.g, to.b, to.a, false) != 0)
+    Rgba from{}, to{};
+    if (!readColor(*this, from, true) || !readColor(*this, to, false))
         return -1;
-    const Channels span{to.r - from.r, to.g - from.g, to.b - from.b, to.a - from.a};
+    const Rgba span{to.r - from.r, to.g - from.g, to.b - from.b, to.a - from.a};
 
     const double radians = angle * std::numbers::pi / 180;
     const double s = std::sin(radians);
@@ -46,8 +42,10 @@ int ZRDraw::GradientRect(int left, int top, int right, int bottom, int angle) {
         walk(xMin, xMax, 1, [&](int x) {
             const double t = std::clamp((x * c + row - low) / range, 0.0, 1.0);
             // By contract: the foreground is left as the last pixel's colour.
-            SetColorRGBA(span.r * t + from.r, span.g * t + from.g, span.b * t + from.b,
-                         span.a * t + from.a, true);
+            setColor(*this,
+                     {span.r * t + from.r, span.g * t + from.g, span.b * t + from.b,
+                      span.a * t + from.a},
+                     true);
             PutPixel(x, y, true);
         });
     });

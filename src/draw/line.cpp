@@ -1,27 +1,22 @@
 // Straight lines between integer end points: plain, dashed, axis-parallel, and chains of them.
 #include "draw/fixed_point.h"
 #include "draw/line_weighted.h"
-#include "draw/plotter.h"
-#include "draw/span_route.h"
+#include "draw/run.h"
 #include "draw/walk.h"
-#include "zrdraw/platform/memory.h"
 #include "zrdraw/zrdraw.h"
 
 #include <algorithm>
 
 namespace {
 
-int magnitude(int value) {
-    return value < 0 ? -value : value;
+// As a signed number, in which the distances of a line are compared.
+int distance(int difference) {
+    return static_cast<int>(magnitude(difference));
 }
 
 bool isOffCanvas(const ZRPixel& pixel, int low, int high, unsigned int extent) {
     return pixel.canvas == nullptr || pixel.width == 0 || pixel.height == 0 || low < 0 ||
            high > static_cast<int>(extent);
-}
-
-int pullBack(int coordinate, unsigned int extent) {
-    return coordinate == static_cast<int>(extent) ? coordinate - 1 : coordinate;
 }
 
 } // namespace
@@ -37,11 +32,11 @@ int ZRDraw::Line(int x0, int y0, int x1, int y1) {
     const _POINT q = upwards ? _POINT{x0, y0} : _POINT{x1, y1};
     const int dx = q.x - p.x;
     const int dy = q.y - p.y;
-    if (antiAlias && dx != 0 && dy != 0 && magnitude(dx) != dy)
+    if (antiAlias && dx != 0 && dy != 0 && distance(dx) != dy)
         return drawWeightedLine(*this, p, q);
 
     const Plotter plotter(*this);
-    if (dy > magnitude(dx)) {
+    if (dy > distance(dx)) {
         const int step = fixed::slope(dx, dy);
         int f = fixed::fromInt(p.x) + fixed::half;
         walk(p.y, q.y, 1, [&, step](int y) {
@@ -70,9 +65,9 @@ int ZRDraw::LineVert(int x, int y0, int y1) {
     if (isOffCanvas(*this, std::min(y0, y1), std::max(y0, y1), height) ||
         isOffCanvas(*this, x, x, width))
         return -1;
-    x = pullBack(x, width);
-    const int top = pullBack(std::min(y0, y1), height);
-    const int bottom = pullBack(std::max(y0, y1), height);
+    x = pullEdge(x, width);
+    const int top = pullEdge(std::min(y0, y1), height);
+    const int bottom = pullEdge(std::max(y0, y1), height);
     const Plotter plotter(*this);
     for (int y = top; y <= bottom; ++y)
         plotter.put(x, y);
@@ -83,27 +78,8 @@ int ZRDraw::LineHoriz(int x0, int y, int x1) {
     if (isOffCanvas(*this, y, y, height) ||
         isOffCanvas(*this, std::min(x0, x1), std::max(x0, x1), width))
         return -1;
-    y = pullBack(y, height);
-    const int left = pullBack(std::min(x0, x1), width);
-    const int right = pullBack(std::max(x0, x1), width);
-    const unsigned int more = static_cast<unsigned int>(right - left);
-
-    const SpanRoute route = spanRoute(*this, true);
-    if (route == SpanRoute::Words) {
-        SetMemoryFast(wordAddress(*this, left, y), foreColor, more * 4 + 4);
-        return 0;
-    }
-    if (route == SpanRoute::Packed) {
-        // The format class encodes the first pixel, and the run repeats its bytes.
-        PutPixel(left, y, true);
-        if (char* first = GetPixel(left, y); first != nullptr) {
-            const unsigned int bytes = zrdraw_packed_pixel_bytes(pixelType);
-            zrdraw_fill_pattern(first + bytes, first, bytes, more);
-            return 0;
-        }
-    }
-    for (int x = left; x <= right; ++x)
-        PutPixel(x, y, true);
+    y = pullEdge(y, height);
+    drawRun(*this, pullEdge(std::min(x0, x1), width), pullEdge(std::max(x0, x1), width), y);
     return 0;
 }
 
@@ -133,7 +109,7 @@ int ZRDraw::Dash(int x0, int y0, int x1, int y1, int on, int off) {
         });
     };
     const Plotter plotter(*this);
-    if (magnitude(y0 - y1) <= magnitude(x0 - x1))
+    if (distance(y0 - y1) <= distance(x0 - x1))
         dashes(x0, x1, y0, fixed::slope(y1 - y0, x1 - x0),
                [&](int x, int y) { plotter.put(x, y); });
     else

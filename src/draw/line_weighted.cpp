@@ -1,42 +1,39 @@
 #include "draw/line_weighted.h"
 
+#include "draw/run.h"
+#include "pixel/rgba.h"
+
 namespace {
 
-struct Color {
-    double r, g, b, a;
-};
-
-Color foreground(ZRDraw& draw) {
-    Color c{};
-    draw.GetColorRGBA(c.r, c.g, c.b, c.a, true);
+Rgba foreground(ZRDraw& draw) {
+    Rgba c{};
+    readColor(draw, c, true);
     return c;
 }
 
-Color pixelAt(ZRDraw& draw, int x, int y) {
-    Color c{};
-    draw.GetPixelRGBA(x, y, c.r, c.g, c.b, c.a);
+// Black off the canvas.
+Rgba pixelAt(ZRDraw& draw, int x, int y) {
+    Rgba c{};
+    if (!readsUntested(draw) || draw.GetPixel(x, y) != nullptr)
+        readPixel(draw, x, y, c);
     return c;
 }
 
 // By contract: colours are taken as 0 to 255 although they are 0 to 1, so what is written comes
 // out nearly black.
-void setForeground(ZRDraw& draw, const Color& c) {
-    draw.SetColorRGBA(c.r / 255.0, c.g / 255.0, c.b / 255.0, c.a / 255.0, true);
+void setForeground(ZRDraw& draw, const Rgba& c) {
+    setColor(draw, {c.r / 255.0, c.g / 255.0, c.b / 255.0, c.a / 255.0}, true);
 }
 
-Color mix(double weight1, const Color& c1, double weight2, const Color& c2) {
+Rgba mix(double weight1, const Rgba& c1, double weight2, const Rgba& c2) {
     return {weight1 * c1.r + weight2 * c2.r, weight1 * c1.g + weight2 * c2.g,
             weight1 * c1.b + weight2 * c2.b, weight1 * c1.a + weight2 * c2.a};
-}
-
-unsigned int magnitude(int value) {
-    return static_cast<unsigned int>(value < 0 ? -value : value);
 }
 
 } // namespace
 
 int drawWeightedLine(ZRDraw& draw, const _POINT& p, const _POINT& q) {
-    Color color = foreground(draw);
+    Rgba color = foreground(draw);
     setForeground(draw, color);
     draw.PutPixel(p.x, p.y, true);
     draw.PutPixel(q.x, q.y, true);
@@ -58,7 +55,7 @@ int drawWeightedLine(ZRDraw& draw, const _POINT& p, const _POINT& q) {
         const int y = p.y + (tall ? along : across);
         const double weight = ((position >> 8) & 0xFF) / 255.0;
         // Both pixels are mixed with what lies under the first one.
-        const Color under = pixelAt(draw, x, y);
+        const Rgba under = pixelAt(draw, x, y);
         color = foreground(draw);
         setForeground(draw, mix(weight, under, 1 - weight, color));
         draw.PutPixel(x, y, true);

@@ -1,5 +1,6 @@
 // The header of a 16-bit Windows metafile, with or without a placeable header before it. Records
 // are never replayed.
+#include "span/words.h"
 #include "zrdraw/zrdraw.h"
 
 #include <cstdint>
@@ -16,13 +17,6 @@ constexpr std::size_t metaBytes = 18;
 constexpr std::size_t rightAt = 10;
 constexpr std::size_t bottomAt = 12;
 constexpr std::size_t checksumAt = 20;
-
-template <typename Word>
-Word wordAt(const unsigned char* bytes, std::size_t offset) {
-    Word word;
-    std::memcpy(&word, bytes + offset, sizeof word);
-    return word;
-}
 
 // The 16-bit words from `start` up to `end`, which belong to no one object, combined by XOR; 0
 // when the start is not below the end.
@@ -60,7 +54,7 @@ int ZRDraw::EMFOpen(const char* path) {
         // and after a wrong one the file stays open.
         const auto start = reinterpret_cast<std::uintptr_t>(&placeableHeader);
         const auto end = reinterpret_cast<std::uintptr_t>(placeableHeader) + checksumAt;
-        if (xorBetween(start, end) != wordAt<std::uint16_t>(placeableHeader, checksumAt))
+        if (xorBetween(start, end) != loadAs<std::uint16_t>(placeableHeader + checksumAt))
             return -1;
         position = placeableBytes;
     }
@@ -73,8 +67,8 @@ int ZRDraw::EMFGetSize(int& emfWidth, int& emfHeight) {
     if (placeableHeader == nullptr)
         return -1;
     // By contract: the right and bottom coordinates, not differences.
-    emfWidth = wordAt<std::int16_t>(placeableHeader, rightAt);
-    emfHeight = wordAt<std::int16_t>(placeableHeader, bottomAt);
+    emfWidth = loadAs<std::int16_t>(placeableHeader + rightAt);
+    emfHeight = loadAs<std::int16_t>(placeableHeader + bottomAt);
     return 0;
 }
 

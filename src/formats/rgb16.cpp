@@ -34,9 +34,7 @@ int putWords(const ZRPixel& pixel, int x, int y, const WordOrder& order, Values.
 }
 
 unsigned int wordAt(const char* pixel, int at) {
-    unsigned short word;
-    std::memcpy(&word, pixel + 2 * at, sizeof word);
-    return word;
+    return loadAs<unsigned short>(pixel + 2 * at);
 }
 
 int readRgba(ZRPixel& pixel, int x, int y, const WordOrder& order, double& r, double& g, double& b,

@@ -1,4 +1,6 @@
 // The v210 layout: three 10-bit samples in each 32-bit word, six pixels in four words.
+#include "zrdraw/v210.h"
+
 #include "formats/readers.h"
 #include "pixel/truncate.h"
 
@@ -6,28 +8,25 @@
 
 namespace {
 
-constexpr int groupPixels = 6;
-constexpr int groupBytes = 16;
-constexpr double per1024 = 1.0 / 1024;
-constexpr unsigned int sampleBits = 0x3FF;
+using zrV210::Place;
+using zrV210::sampleMask;
 
-// A sample of a group: its word, and the bit of it where the sample begins.
-struct Place {
-    unsigned int word, bit;
-};
+constexpr int groupPixels = zrV210::groupPixels;
+constexpr int groupBytes = zrV210::groupBytes;
+constexpr double per1024 = 1.0 / 1024;
 
 struct PixelPlaces {
     Place y, cb, cr;
 };
 
-constexpr Place cb0{0, 0}, y0{0, 10}, cr0{0, 20}, y1{1, 0}, cb2{1, 10}, y2{1, 20};
-constexpr Place cr2{2, 0}, y3{2, 10}, cb4{2, 20}, y4{3, 0}, cr4{3, 10}, y5{3, 20};
+constexpr PixelPlaces placesOf(unsigned int pixel) {
+    return {zrV210::luma[pixel], zrV210::cb[pixel / 2], zrV210::cr[pixel / 2]};
+}
 
-constexpr PixelPlaces written[groupPixels] = {{y0, cb0, cr0}, {y1, cb0, cr0}, {y2, cb2, cr2},
-                                              {y3, cb2, cr2}, {y4, cb4, cr4}, {y5, cb4, cr4}};
 // By contract: the last pixel of a group reads the luma of the third.
-constexpr PixelPlaces read[groupPixels] = {{y0, cb0, cr0}, {y1, cb0, cr0}, {y2, cb2, cr2},
-                                           {y3, cb2, cr2}, {y4, cb4, cr4}, {y2, cb4, cr4}};
+constexpr PixelPlaces read[groupPixels] = {
+    placesOf(0), placesOf(1), placesOf(2),
+    placesOf(3), placesOf(4), {zrV210::luma[2], zrV210::cb[2], zrV210::cr[2]}};
 
 // The samples of a pixel never lie more than a word apart, so that one load and one store of two
 // words write them. All but the samples themselves is kept, bits 30 and 31 of a word too.
@@ -39,14 +38,15 @@ struct Window {
 
 constexpr auto windows = [] {
     std::array<Window, groupPixels> all{};
-    for (int i = 0; i < groupPixels; ++i) {
-        const PixelPlaces& places = written[i];
+    for (unsigned int i = 0; i < all.size(); ++i) {
+        const PixelPlaces places = placesOf(i);
         const unsigned int first = std::min({places.y.word, places.cb.word, places.cr.word, 2U});
         const auto bitOf = [first](Place place) { return 32 * (place.word - first) + place.bit; };
-        Window& window = all[static_cast<std::size_t>(i)];
-        window = {4 * first, bitOf(places.y), bitOf(places.cb), bitOf(places.cr), 0};
+        Window& window = all[i];
+        window = {zrV210::wordBytes * first, bitOf(places.y), bitOf(places.cb), bitOf(places.cr),
+                  0};
         for (const unsigned int bit : {window.y, window.cb, window.cr})
-            window.kept |= static_cast<unsigned long>(sampleBits) << bit;
+            window.kept |= static_cast<unsigned long>(sampleMask) << bit;
         window.kept = ~window.kept;
     }
     return all;
@@ -57,7 +57,7 @@ char* groupAddress(const ZRPixel& pixel, int x, int y) {
 }
 
 unsigned int sampleAt(const char* group, Place place) {
-    return loadWord(group + 4 * place.word) >> place.bit & sampleBits;
+    return loadWord(group + zrV210::wordBytes * place.word) >> place.bit & sampleMask;
 }
 
 struct Samples {
@@ -110,8 +110,8 @@ int CDrawYCbCr10::PutPixel(int x, int y, bool selector) {
     char* const words = groupAddress(*this, x, y) + window.byte;
     unsigned long value;
     std::memcpy(&value, words, sizeof value);
-    value = (value & window.kept) | (color & sampleBits) << window.y |
-            (color >> 10 & sampleBits) << window.cb | (color >> 20 & sampleBits) << window.cr;
+    value = (value & window.kept) | (color & sampleMask) << window.y |
+            (color >> 10 & sampleMask) << window.cb | (color >> 20 & sampleMask) << window.cr;
     std::memcpy(words, &value, sizeof value);
     return 0;
 }

@@ -1,5 +1,6 @@
 // The 8-bit 4:2:2 layouts. They differ in where the samples of a pixel pair stand.
 #include "formats/readers.h"
+#include "pixel/rgba.h"
 #include "pixel/truncate.h"
 
 namespace {
@@ -12,10 +13,8 @@ bool isLumaFirst(unsigned int pixelType) {
 
 // Every code but the other three counts as ptUYVY.
 const zrPairOrder& orderOf(unsigned int pixelType) {
-    constexpr unsigned int first = 6;
-    static_assert(zrLayouts[first].code == ptYUYV && zrLayouts[first + 3].code == ptVYUY);
-    const unsigned int known = pixelType - ptYUYV <= ptVYUY - ptYUYV ? pixelType : ptUYVY;
-    return zrLayouts[first + known - ptYUYV].pair;
+    const bool isKnown = pixelType - ptYUYV <= ptVYUY - ptYUYV;
+    return zrFindLayout(isKnown ? pixelType : ptUYVY)->pair;
 }
 
 // By contract: added without masks, so that a sample above 255 runs into the next byte.
@@ -47,10 +46,6 @@ Samples readPair(const char* pair, const zrPairOrder& order) {
     // NOLINTNEXTLINE(clang-analyzer-core.NullDereference)
     const auto sample = [pair](signed char at) { return static_cast<unsigned char>(pair[at]); };
     return {sample(order.y0), sample(order.cb), sample(order.cr)};
-}
-
-double clampToUnit(double value) {
-    return value < 0.0 ? 0.0 : value > 1.0 ? 1.0 : value;
 }
 
 // By contract: BT.709 in studio range is read by a row of its own, in units of 1/256.

@@ -1,7 +1,7 @@
 // Transitions of 4:2:2 frames, by way of planes of three bytes a pixel in one scratch allocation.
 #include "fx/kernel_args.h"
-#include "fx/pixel_groups.h"
 #include "fx/planes.h"
+#include "zrdraw/layouts.h"
 #include "zrdraw/platform/files.h"
 #include "zrdraw/platform/memory.h"
 #include "zrdraw/platform/threads.h"
@@ -37,21 +37,22 @@ Number roundedUp(Number value) {
     return (value + planeAlignment - 1) / planeAlignment * planeAlignment;
 }
 
-// Three planes in one allocation; sizes are 32-bit numbers that wrap.
+// Three planes in one allocation, as addresses that wrap: a pointer that is not null stays so for
+// the compiler, whatever is added to it. Sizes are 32-bit numbers that wrap.
 struct Planes {
-    Planes(unsigned char* memory, unsigned int pixels) {
-        const auto start = roundedUp(reinterpret_cast<std::uintptr_t>(memory));
-        first = reinterpret_cast<unsigned char*>(start);
-        const unsigned int size = roundedUp(PlaneCopy::pixelBytes * pixels);
-        second = first + size;
-        result = second + size;
-    }
-    bool arePlaced() const { return first != nullptr && second != nullptr && result != nullptr; }
+    Planes(const unsigned char* memory, unsigned int pixels)
+        : first(roundedUp(reinterpret_cast<std::uintptr_t>(memory))),
+          second(first + roundedUp(PlaneCopy::pixelBytes * pixels)),
+          result(second + roundedUp(PlaneCopy::pixelBytes * pixels)) {}
 
-    unsigned char* first;
-    unsigned char* second;
-    unsigned char* result;
+    bool arePlaced() const { return first != 0 && second != 0 && result != 0; }
+
+    std::uintptr_t first, second, result;
 };
+
+unsigned char* bytesAt(std::uintptr_t address) {
+    return reinterpret_cast<unsigned char*>(address);
+}
 
 unsigned int scratchBytes(unsigned int pixels) {
     return 3 * PlaneCopy::pixelBytes * pixels + planeSlack;
@@ -67,12 +68,13 @@ bool allocate(unsigned int bytes, unsigned char*& memory) {
     }
 }
 
-unsigned int wipePlanes(const FrameArgs& f, const Planes& planes) {
-    const unsigned int pitch = f.width * PlaneCopy::pixelBytes;
-    return ZRDraw_DisplayWipe(planes.first, pitch, planes.second, pitch, planes.result, pitch,
-                              f.wipeCode, fxByte3, f.width, f.height, f.fxReserved0, f.fxReserved1,
-                              f.fxReserved2, f.fxReserved3, f.fxReserved4, f.rangeStart, f.rangeEnd,
-                              f.position);
+unsigned int wipePlanes(KernelArgs f, const Planes& planes) {
+    f.srcA = bytesAt(planes.first);
+    f.srcB = bytesAt(planes.second);
+    f.dst = bytesAt(planes.result);
+    f.pitchA = f.pitchB = f.pitchDst = f.width * PlaneCopy::pixelBytes;
+    f.pixelType = zrWipeByte3;
+    return callWith(ZRDraw_DisplayWipe, f);
 }
 
 // What the two front ends differ in.
@@ -81,18 +83,18 @@ struct Layout {
     void (*pack)(const PlaneCopy&);
 };
 
-void expandSources(const Layout& layout, const FrameArgs& f, const Planes& planes) {
-    layout.expand({f.srcA, f.pitchA, planes.first, f.width, f.height});
-    layout.expand({f.srcB, f.pitchB, planes.second, f.width, f.height});
+void expandSources(const Layout& layout, const KernelArgs& f, const Planes& planes) {
+    layout.expand({f.srcA, f.pitchA, bytesAt(planes.first), f.width, f.height});
+    layout.expand({f.srcB, f.pitchB, bytesAt(planes.second), f.width, f.height});
 }
 
-void packResult(const Layout& layout, const FrameArgs& f, const Planes& planes) {
-    layout.pack({f.dst, f.pitchDst, planes.result, f.width, f.height});
+void packResult(const Layout& layout, const KernelArgs& f, const Planes& planes) {
+    layout.pack({f.dst, f.pitchDst, bytesAt(planes.result), f.width, f.height});
 }
 
 // The frame of a transition through planes. `wipe` answers whether there is a result to pack.
 template <typename Wipe>
-unsigned int throughPlanes(const Layout& layout, const FrameArgs& f, Wipe wipe) {
+unsigned int throughPlanes(const Layout& layout, const KernelArgs& f, Wipe wipe) {
     Priority priority;
     const unsigned int pixels = f.width * f.height;
     unsigned char* memory = nullptr;
@@ -118,8 +120,8 @@ constexpr Layout groups{expandGroups, packGroups};
 
 } // namespace
 
-extern "C" unsigned int ZRDraw_DisplayWipeYCbCr(ZRFX_FRAME_PARAMETERS) {
-    const FrameArgs f{ZRFX_FRAME_VALUES};
+unsigned int ZRDraw_DisplayWipeYCbCr(ZRFX_FRAME_PARAMETERS) {
+    const KernelArgs f = ZRFX_FRAME_ARGUMENTS;
     return throughPlanes(pairs, f, [&f](const Planes& planes, unsigned int& result) {
         try {
             result = wipePlanes(f, planes);
@@ -132,8 +134,8 @@ extern "C" unsigned int ZRDraw_DisplayWipeYCbCr(ZRFX_FRAME_PARAMETERS) {
 }
 
 // By contract: an exception of the transition passes, and the memory is lost.
-extern "C" unsigned int ZRDraw_DisplayWipeV210(ZRFX_FRAME_PARAMETERS) {
-    FrameArgs f{ZRFX_FRAME_VALUES};
+unsigned int ZRDraw_DisplayWipeV210(ZRFX_FRAME_PARAMETERS) {
+    KernelArgs f = ZRFX_FRAME_ARGUMENTS;
     const unsigned int line = zrLineBytes(zrFindLayout(ptV210)->line, width);
     for (unsigned int* pitch : {&f.pitchA, &f.pitchB, &f.pitchDst})
         *pitch = std::max(*pitch, line);

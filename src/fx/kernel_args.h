@@ -3,36 +3,19 @@
 
 #include "zrdraw/transitions.h"
 
-struct FrameArgs {
-    unsigned char* srcA;
-    unsigned int pitchA;
-    unsigned char* srcB;
-    unsigned int pitchB;
-    unsigned char* dst;
-    unsigned int pitchDst;
-    unsigned int wipeCode;
-    unsigned int pixelType;
-    unsigned int width;
-    unsigned int height;
-    unsigned int fxReserved0;
-    unsigned int fxReserved1;
-    unsigned int fxReserved2;
-    unsigned int fxReserved3;
-    unsigned int fxReserved4;
-    unsigned int rangeStart;
-    unsigned int rangeEnd;
-    unsigned int position;
-};
-
-struct KernelArgs : FrameArgs {
-    unsigned int xStart;
-    unsigned int xEnd;
-    unsigned int yStart;
-    unsigned int yEnd;
-
+// As a thread's record has them; what is behind the band is unused.
+struct KernelArgs : zrfxFXArgs {
     unsigned int scale() const { return rangeEnd - rangeStart; }
-    bool isSwapped() const { return static_cast<int>(wipeCode) < 0; }
+    bool isSwapped() const { return (wipeCode & zrWipeSwap) != 0; }
 };
+
+// Calls what takes the arguments one by one; of the band as many as `band` has.
+template <typename Function, typename... Band>
+unsigned int callWith(Function* function, const zrfxFXArgs& a, Band... band) {
+    return function(a.srcA, a.pitchA, a.srcB, a.pitchB, a.dst, a.pitchDst, a.wipeCode, a.pixelType,
+                    a.width, a.height, a.fxReserved0, a.fxReserved1, a.fxReserved2, a.fxReserved3,
+                    a.fxReserved4, a.rangeStart, a.rangeEnd, a.position, band...);
+}
 
 // The arguments of a kernel's definition, and as one value.
 #define ZRFX_FRAME_PARAMETERS                                                                      \
@@ -55,7 +38,11 @@ struct KernelArgs : FrameArgs {
 #define ZRFX_VALUES ZRFX_FRAME_VALUES, xStart, xEnd, yStart, yEnd
 #define ZRFX_ARGUMENTS                                                                             \
     KernelArgs {                                                                                   \
-        {ZRFX_FRAME_VALUES}, xStart, xEnd, yStart, yEnd                                            \
+        { ZRFX_VALUES, nullptr, nullptr, 0, nullptr }                                              \
+    }
+#define ZRFX_FRAME_ARGUMENTS                                                                       \
+    KernelArgs {                                                                                   \
+        { ZRFX_FRAME_VALUES, 0, 0, 0, 0, nullptr, nullptr, 0, nullptr }                            \
     }
 
 // Lines of the three frames. By contract: the destination has the pitch of the second source.

@@ -8,25 +8,25 @@
 
 namespace {
 
-__m128i shuffled(__m128i bytes, const char (&places)[16]) {
-    return _mm_shuffle_epi8(bytes, _mm_load_si128(reinterpret_cast<const __m128i*>(places)));
+__m128i shuffled(__m128i bytes, const Shuffle& shuffle) {
+    return _mm_shuffle_epi8(bytes, _mm_load_si128(reinterpret_cast<const __m128i*>(&shuffle)));
 }
 
 void expandGroup(const unsigned char* from, unsigned char* to) {
     const __m128i words = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
     const auto samples = reinterpret_cast<__m128i>(samplesOf(reinterpret_cast<Words4>(words)));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), shuffled(samples, planePlaces));
-    _mm_storeu_si16(to + sizeof samples, shuffled(samples, lastChromaPlaces));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), shuffled(samples, firstPlaneBytes));
+    _mm_storeu_si16(to + sizeof samples, shuffled(samples, lastPlaneBytes));
 }
 
 void packGroup(const unsigned char* from, unsigned char* to) {
     const __m128i pixels = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
-    const auto samples = reinterpret_cast<Words4>(shuffled(pixels, wordPlaces));
+    const auto samples = reinterpret_cast<Words4>(shuffled(pixels, samplesOfPlane));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(to), reinterpret_cast<__m128i>(wordsOf(samples)));
 }
 
 unsigned int groupsOf(unsigned int width) {
-    return width / groupPixels + (width % groupPixels != 0 ? 1 : 0);
+    return width / zrV210::groupPixels + (width % zrV210::groupPixels != 0 ? 1 : 0);
 }
 
 } // namespace
@@ -38,7 +38,7 @@ void expandGroups(const PlaneCopy& copy) {
         const unsigned char* const from = copy.frameLine(y);
         unsigned char* const to = copy.planeLine(y);
         for (unsigned int i = wide ? expandTwoByTwo(from, to, groups) : 0; i < groups; ++i)
-            expandGroup(from + i * groupFrameBytes, to + i * groupPlaneBytes);
+            expandGroup(from + i * zrV210::groupBytes, to + i * groupPlaneBytes);
     }
 }
 
@@ -49,6 +49,6 @@ void packGroups(const PlaneCopy& copy) {
         const unsigned char* const from = copy.planeLine(y);
         unsigned char* const to = copy.frameLine(y);
         for (unsigned int i = wide ? packTwoByTwo(from, to, groups) : 0; i < groups; ++i)
-            packGroup(from + i * groupPlaneBytes, to + i * groupFrameBytes);
+            packGroup(from + i * groupPlaneBytes, to + i * zrV210::groupBytes);
     }
 }

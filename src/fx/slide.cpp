@@ -7,8 +7,6 @@
 
 namespace {
 
-enum Direction : unsigned int { up = 500, left = 501, down = 502, right = 503, lastDown = 507 };
-
 // By contract: every layout that no other kernel knows has four bytes a pixel.
 unsigned int pixelBytes(unsigned int pixelType) {
     constexpr unsigned int otherBytes = 4;
@@ -52,19 +50,19 @@ void moveSideways(const Frames& f, unsigned int from, unsigned int to) {
 
 } // namespace
 
-extern "C" unsigned int zrfxSLIDE_Basic(ZRFX_PARAMETERS) {
+unsigned int zrfxSLIDE_Basic(ZRFX_PARAMETERS) {
     // By contract: one thread does the whole frame; a code with bit 31 is none of the slide's.
-    if (xStart != 0 || yStart != 0 || wipeCode < up || wipeCode > lastDown)
+    if (xStart != 0 || yStart != 0 || wipeCode < zrSlideUp || wipeCode > zrSlideDown7)
         return 0;
     const Frames frames(ZRFX_ARGUMENTS);
     switch (wipeCode) {
-    case up:
+    case zrSlideUp:
         moveUp(frames);
         break;
-    case left:
+    case zrSlideLeft:
         moveSideways(frames, frames.columns, 0);
         break;
-    case right:
+    case zrSlideRight:
         moveSideways(frames, 0, frames.columns);
         break;
     default:

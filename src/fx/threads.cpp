@@ -37,28 +37,21 @@ void waitFor(int& pending) {
 
 } // namespace
 
-extern "C" unsigned int zrfxFXThread(void* args) {
+unsigned int zrfxFXThread(void* args) {
     const auto& a = *static_cast<zrfxFXArgs*>(args);
-    const unsigned int result = a.kernel(
-        a.srcA, a.pitchA, a.srcB, a.pitchB, a.dst, a.pitchDst, a.wipeCode, a.pixelType, a.width,
-        a.height, a.fxReserved0, a.fxReserved1, a.fxReserved2, a.fxReserved3, a.fxReserved4,
-        a.rangeStart, a.rangeEnd, a.position, a.xStart, a.xEnd, a.yStart, a.yEnd);
+    const unsigned int result = callWith(a.kernel, a, a.xStart, a.xEnd, a.yStart, a.yEnd);
     zrOSInterlockedDecrement(a.pending);
     return result;
 }
 
-extern "C" unsigned int ZRDraw_FXMultiThread(ZRFX_PARAMETERS, zrfxKernel* kernel) {
+unsigned int ZRDraw_FXMultiThread(ZRFX_PARAMETERS, zrfxKernel* kernel) {
     int pending = 0;
     // An odd size leaves its extra column or line to the right or lower bands.
     const unsigned int w = width >> 1;
     const unsigned int h = height >> 1;
     const Band bands[] = {{0, w, 0, h}, {w, width, 0, h}, {0, w, h, height}, {w, width, h, height}};
-    zrfxFXArgs records[] = {
-        {ZRFX_FRAME_VALUES, 0, 0, 0, 0, kernel, nullptr, 0, &pending},
-        {ZRFX_FRAME_VALUES, 0, 0, 0, 0, kernel, nullptr, 0, &pending},
-        {ZRFX_FRAME_VALUES, 0, 0, 0, 0, kernel, nullptr, 0, &pending},
-        {ZRFX_FRAME_VALUES, 0, 0, 0, 0, kernel, nullptr, 0, &pending},
-    };
+    const zrfxFXArgs whole{ZRFX_VALUES, kernel, nullptr, 0, &pending};
+    zrfxFXArgs records[] = {whole, whole, whole, whole};
     const Band* band = bands;
     for (zrfxFXArgs& record : records) {
         record.xStart = band->xStart;

@@ -48,9 +48,9 @@ bool mayTakeBlocks(const unsigned char* first, const unsigned char* second, int 
 
 } // namespace
 
-extern "C" unsigned char* weigh_plane(unsigned char* first, const unsigned char* second,
-                                      int pitchFirst, int pitchSecond, int width, int lines,
-                                      int weightSecond, int weightFirst) {
+unsigned char* weigh_plane(unsigned char* first, const unsigned char* second, int pitchFirst,
+                           int pitchSecond, int width, int lines, int weightSecond,
+                           int weightFirst) {
     if (width < 1 || lines < 1)
         return first;
     const __m128i ws = _mm_set1_epi32(weightSecond);

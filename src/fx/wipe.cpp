@@ -12,14 +12,26 @@
 
 namespace {
 
-// A half-open range of lines or columns; 64 bits, so that one behind the last number has a place.
-struct Range {
-    unsigned long first, end;
+constexpr unsigned long allNumbers = 1UL << 32;
 
-    bool has(unsigned int at) const { return at >= first && at < end; }
+// A run of lines or columns by their 32-bit numbers, which are a ring: behind the last comes 0.
+struct Range {
+    unsigned int first;
+    unsigned long count;
+
+    bool has(unsigned int at) const { return at - first < count; }
+
+    // How many numbers from `at` on are in the range, or out of it, as that one is.
+    unsigned long alikeFrom(unsigned int at) const {
+        const unsigned int passed = at - first;
+        return (passed < count ? count : allNumbers) - passed;
+    }
 };
 
-constexpr unsigned long unbounded = 1UL << 32;
+// Half-open on the line of the numbers; empty where the end is not behind the first.
+Range between(unsigned long first, unsigned long end) {
+    return {static_cast<unsigned int>(first), end > first ? end - first : 0};
+}
 
 // The size of a frame in one direction, and how far the transition is.
 struct Axis {
@@ -27,15 +39,11 @@ struct Axis {
 
     unsigned int edge() const { return size * position / scale; }
     unsigned int halfEdge() const { return (size >> 1) * position / scale; }
+    unsigned int farEdge() const { return size - edge(); }
 };
 
-// Wrapped differences are 32-bit numbers.
-unsigned int wrapped(unsigned long value) {
-    return static_cast<unsigned int>(value);
-}
-
 Range everywhere(const Axis&) {
-    return {0, unbounded};
+    return {0, allNumbers};
 }
 
 // at < edge
@@ -45,49 +53,47 @@ Range beforeEdge(const Axis& axis) {
 
 // at > edge
 Range behindEdge(const Axis& axis) {
-    return {axis.edge() + 1UL, unbounded};
+    return between(axis.edge() + 1UL, allNumbers);
 }
 
 // at < size - edge
 Range beforeFarEdge(const Axis& axis) {
-    return {0, wrapped(axis.size - axis.edge())};
+    return {0, axis.farEdge()};
 }
 
 // at > size - edge
 Range behindFarEdge(const Axis& axis) {
-    return {wrapped(axis.size - axis.edge()) + 1UL, unbounded};
+    return between(axis.farEdge() + 1UL, allNumbers);
 }
 
-// size - at <= edge
+// size - at <= edge, the difference being one that wraps
 Range withinEdgeOfEnd(const Axis& axis) {
-    const unsigned int edge = axis.edge();
-    return {axis.size - std::min(edge, axis.size), axis.size + 1UL};
+    return {axis.farEdge(), axis.edge() + 1UL};
 }
 
-// size - at < edge
+// size - at < edge, likewise
 Range closerThanEdgeToEnd(const Axis& axis) {
-    const unsigned int edge = axis.edge();
-    return {edge > axis.size ? 0 : axis.size - edge + 1UL, axis.size + 1UL};
+    return {axis.farEdge() + 1, axis.edge()};
 }
 
 // halfEdge < at, and at < size - halfEdge
 Range middle(const Axis& axis) {
-    const unsigned int edge = axis.halfEdge();
-    return {edge + 1UL, wrapped(axis.size - edge)};
+    const unsigned int edge = axis.halfEdge(), farEdge = axis.size - edge;
+    return between(edge + 1UL, farEdge);
 }
 
 // at >= centre - halfEdge, and at <= halfEdge + size - centre
 Range aboutCentre(const Axis& axis) {
-    const unsigned int edge = axis.halfEdge();
-    const unsigned int centre = axis.size >> 1;
-    return {wrapped(centre - edge), wrapped(edge + axis.size - centre) + 1UL};
+    const unsigned int edge = axis.halfEdge(), centre = axis.size >> 1;
+    const unsigned int first = centre - edge, last = edge + axis.size - centre;
+    return between(first, last + 1UL);
 }
 
 // at > centre - halfEdge, and at < halfEdge + size - centre
 Range withinCentre(const Axis& axis) {
-    const unsigned int edge = axis.halfEdge();
-    const unsigned int centre = axis.size >> 1;
-    return {wrapped(centre - edge) + 1UL, wrapped(edge + axis.size - centre)};
+    const unsigned int edge = axis.halfEdge(), centre = axis.size >> 1;
+    const unsigned int before = centre - edge, end = edge + axis.size - centre;
+    return between(before + 1UL, end);
 }
 
 enum class Incoming {
@@ -102,36 +108,17 @@ struct Wipe {
     Incoming incoming;
 };
 
-constexpr Wipe horizontal{everywhere, beforeEdge, Incoming::InBoth};
-constexpr Wipe topLeft{beforeEdge, beforeEdge, Incoming::InBoth};
-constexpr Wipe topRight{beforeEdge, withinEdgeOfEnd, Incoming::InBoth};
-constexpr Wipe bottomRight{behindFarEdge, behindFarEdge, Incoming::InBoth};
-constexpr Wipe bottomLeft{closerThanEdgeToEnd, beforeEdge, Incoming::InBoth};
-constexpr Wipe rectangle{withinCentre, aboutCentre, Incoming::InBoth};
-constexpr Wipe fourCorners{middle, middle, Incoming::InNeither};
-constexpr Wipe fourSquare{middle, middle, Incoming::NotInBoth};
-constexpr Wipe barnDoorVertical{everywhere, middle, Incoming::NotInBoth};
-constexpr Wipe barnDoorHorizontal{middle, everywhere, Incoming::NotInBoth};
-constexpr Wipe topCenter{beforeFarEdge, middle, Incoming::NotInBoth};
-constexpr Wipe bottomCenter{behindEdge, middle, Incoming::NotInBoth};
-constexpr Wipe rightCenter{middle, behindEdge, Incoming::NotInBoth};
-constexpr Wipe leftCenter{middle, beforeFarEdge, Incoming::NotInBoth};
-
 // Copies the columns of a band, those of the range from one source and the others from the other.
 void copyLine(unsigned char* to, const unsigned char* inside, const unsigned char* outside,
               const Range& range, const KernelArgs& band, unsigned long pixelBytes) {
-    const unsigned long start = band.xStart, end = std::max(band.xEnd, band.xStart);
-    const unsigned long first = std::clamp(range.first, start, end);
-    const unsigned long last = std::clamp(range.end, first, end);
-    const auto copy = [=](const unsigned char* from, unsigned long begin, unsigned long behind) {
-        if (from == to) // drawn over one of its sources, where that source's pixels are already
-            return;
-        std::memcpy(to + begin * pixelBytes, from + begin * pixelBytes,
-                    (behind - begin) * pixelBytes);
-    };
-    copy(outside, start, first);
-    copy(inside, first, last);
-    copy(outside, last, end);
+    for (unsigned long x = band.xStart; x < band.xEnd;) {
+        const auto column = static_cast<unsigned int>(x);
+        const unsigned char* const from = range.has(column) ? inside : outside;
+        const unsigned long pixels = std::min(range.alikeFrom(column), band.xEnd - x);
+        if (from != to) // else it is drawn over this source, where the pixels are already
+            std::memcpy(to + x * pixelBytes, from + x * pixelBytes, pixels * pixelBytes);
+        x += pixels;
+    }
 }
 
 unsigned int draw(const Wipe& wipe, const KernelArgs& args) {
@@ -140,7 +127,7 @@ unsigned int draw(const Wipe& wipe, const KernelArgs& args) {
         return 0;
     const Range lines = wipe.lines({args.height, args.position, args.scale()});
     const Range columns = wipe.columns({args.width, args.position, args.scale()});
-    constexpr Range nowhere{0, 0}, all{0, unbounded};
+    constexpr Range nowhere{0, 0}, all{0, allNumbers};
     const bool incomingInside = wipe.incoming == Incoming::InBoth;
     const bool whole = wipe.incoming == Incoming::InNeither;
     for (unsigned int y = args.yStart; y < args.yEnd; ++y) {
@@ -173,26 +160,26 @@ unsigned int drawVertical(const KernelArgs& args) {
 
 } // namespace
 
-#define ZRFX_WIPE(name, row)                                                                       \
-    extern "C" unsigned int zrfxSMPTE_##name(ZRFX_PARAMETERS) {                                    \
-        return draw(row, ZRFX_ARGUMENTS);                                                          \
+#define ZRFX_WIPE(name, lines, columns, incoming)                                                  \
+    unsigned int zrfxSMPTE_##name(ZRFX_PARAMETERS) {                                               \
+        return draw({lines, columns, Incoming::incoming}, ZRFX_ARGUMENTS);                         \
     }
 
-ZRFX_WIPE(Horizontal, horizontal)
-ZRFX_WIPE(TopLeft, topLeft)
-ZRFX_WIPE(TopRight, topRight)
-ZRFX_WIPE(BottomRight, bottomRight)
-ZRFX_WIPE(BottomLeft, bottomLeft)
-ZRFX_WIPE(FourCorners, fourCorners)
-ZRFX_WIPE(FourSquare, fourSquare)
-ZRFX_WIPE(BarnDoorVertical, barnDoorVertical)
-ZRFX_WIPE(BarnDoorHorizontal, barnDoorHorizontal)
-ZRFX_WIPE(TopCenter, topCenter)
-ZRFX_WIPE(RightCenter, rightCenter)
-ZRFX_WIPE(BottomCenter, bottomCenter)
-ZRFX_WIPE(LeftCenter, leftCenter)
-ZRFX_WIPE(Rectangle, rectangle)
+ZRFX_WIPE(Horizontal, everywhere, beforeEdge, InBoth)
+ZRFX_WIPE(TopLeft, beforeEdge, beforeEdge, InBoth)
+ZRFX_WIPE(TopRight, beforeEdge, withinEdgeOfEnd, InBoth)
+ZRFX_WIPE(BottomRight, behindFarEdge, behindFarEdge, InBoth)
+ZRFX_WIPE(BottomLeft, closerThanEdgeToEnd, beforeEdge, InBoth)
+ZRFX_WIPE(FourCorners, middle, middle, InNeither)
+ZRFX_WIPE(FourSquare, middle, middle, NotInBoth)
+ZRFX_WIPE(BarnDoorVertical, everywhere, middle, NotInBoth)
+ZRFX_WIPE(BarnDoorHorizontal, middle, everywhere, NotInBoth)
+ZRFX_WIPE(TopCenter, beforeFarEdge, middle, NotInBoth)
+ZRFX_WIPE(RightCenter, middle, behindEdge, NotInBoth)
+ZRFX_WIPE(BottomCenter, behindEdge, middle, NotInBoth)
+ZRFX_WIPE(LeftCenter, middle, beforeFarEdge, NotInBoth)
+ZRFX_WIPE(Rectangle, withinCentre, aboutCentre, InBoth)
 
-extern "C" unsigned int zrfxSMPTE_Vertical(ZRFX_PARAMETERS) {
+unsigned int zrfxSMPTE_Vertical(ZRFX_PARAMETERS) {
     return drawVertical(ZRFX_ARGUMENTS);
 }

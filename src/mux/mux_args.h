@@ -17,6 +17,7 @@ struct MuxArgs {
     static constexpr unsigned int pixelBytes = 4;
 
     bool has(unsigned int bit) const { return (flags & bit) != 0; }
+    bool isEmpty() const { return width == 0 || height == 0; }
 
     // Line offsets are 32-bit products that wrap.
     std::size_t line(unsigned int y) const { return y * pitch; }

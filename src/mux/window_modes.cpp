@@ -65,6 +65,8 @@ void muxSqueeze(const MuxArgs& m) {
 }
 
 void muxTwoUp(const MuxArgs& m) {
+    if (m.isEmpty())
+        return;
     clear(m);
     for (unsigned int row = 0; row < m.height; row += 2) {
         unsigned char* to = m.dst + m.packedLine(row / 2 + m.height / 4);
@@ -78,6 +80,9 @@ void muxTwoUp(const MuxArgs& m) {
 }
 
 void muxWindows(const MuxArgs& m) {
+    // By contract: only the first form looks whether there is a pixel before it clears them.
+    if (m.isEmpty() && !m.has(zrMuxSecondForm))
+        return;
     clear(m);
     if (m.has(zrMuxSecondForm))
         windowsOfLines(m);

@@ -12,7 +12,6 @@ namespace {
 constexpr std::size_t textBytes = 512;
 constexpr unsigned int linesPerScale = 10;
 constexpr unsigned int smallTextLines = 30; // scale 3
-constexpr unsigned int timeCodeFlags = 0x30100;
 
 RECT rectOf(unsigned int left, unsigned int top, unsigned int right, unsigned int bottom) {
     return {static_cast<int>(left), static_cast<int>(top), static_cast<int>(right),
@@ -49,7 +48,7 @@ void drawTimeCodes(const CZrOverlay& overlay, const DFRAME& frame, unsigned int 
     const unsigned int lines = overlay.TimeCodeSize * linesPerScale;
     RECT rect = rectOf(overlay.TimeCodeX, overlay.TimeCodeY, 0, overlay.TimeCodeY + lines);
     const auto drawLine = [&](unsigned int count) {
-        tc2String(count - adjust, overlay.tcType | timeCodeFlags, text);
+        tc2String(count - adjust, overlay.tcType | zrTimeCodeTextFlags, text);
         drawText(*overlay.draw, text, rect);
         rect.top += static_cast<int>(lines);
         rect.bottom += static_cast<int>(lines);
@@ -96,7 +95,7 @@ void drawCustomTexts(const CZrOverlay& overlay, char* text) {
 
 int CZrOverlay::BurnIn(DFRAME* frame, unsigned int* audioLevels, unsigned int* audioPeaks,
                        unsigned int tcAdjust) {
-    if (bitmapHeader.biSizeImage == 0)
+    if (bitmapHeader.biSizeImage == 0 || frame == nullptr)
         return 0;
     // By contract: the object is made even while the overlay is off.
     if (draw == nullptr && GetDraw(&bitmapHeader, frame->videoData, draw) != 0)

@@ -1,39 +1,92 @@
 // Control commands: setting and asking at run time.
 #include "zrdraw/zroverlay.h"
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace {
 
-// The time code switches, as a command has them.
-constexpr unsigned int ltcBit = 1, vitcBit = 2, vsyncBit = 16;
+// A number of the record: the flag that makes it valid, where it stands, and what a set takes of
+// it.
+struct Field {
+    unsigned int flag;
+    std::size_t offset;
+    unsigned int taken;
+};
+constexpr unsigned int whole = 0xFFFFFFFF, lowByte = 0xFF;
+constexpr Field fields[] = {{zrValidValueA, offsetof(MEDIACMD, valueA), whole},
+                            {zrValidValueB, offsetof(MEDIACMD, valueB), whole},
+                            {zrValidValueC, offsetof(MEDIACMD, valueC), whole},
+                            {zrValidParamA, offsetof(MEDIACMD, paramA), lowByte},
+                            {zrValidParamB, offsetof(MEDIACMD, paramB), whole}};
 
-bool isValid(const MEDIACMD& command, unsigned int field) {
-    return (command.cmdFlags & field) != 0;
+// The settings of a sub-code, in the order of the fields; null where it has none.
+struct Row {
+    unsigned int subCode;
+    unsigned int CZrOverlay::*settings[std::size(fields)];
+    unsigned int unasked; // flags of what a query by contract does not tell
+};
+constexpr Row rows[] = {
+    {zrOverlayMaster, {&CZrOverlay::Enabled, &CZrOverlay::FillBackground}, zrValidValueB},
+    {zrOverlayAudio,
+     {&CZrOverlay::AudioEnable, &CZrOverlay::AudioX, &CZrOverlay::AudioY, nullptr,
+      &CZrOverlay::AudioChannels},
+     0},
+    {zrOverlayVChip, {&CZrOverlay::VChipEnable}, 0},
+    {zrOverlayCaptions, {&CZrOverlay::CaptionsEnable, &CZrOverlay::CaptionSource}, 0},
+    {zrOverlayTimeCode, // its switches are below
+     {nullptr, &CZrOverlay::TimeCodeX, &CZrOverlay::TimeCodeY, &CZrOverlay::TimeCodeSize},
+     0},
+    {zrOverlayWatermark,
+     {&CZrOverlay::WatermarkEnable, &CZrOverlay::WatermarkX, &CZrOverlay::WatermarkY,
+      &CZrOverlay::WatermarkOpacity},
+     0},
+    {zrOverlaySourceFormat,
+     {&CZrOverlay::SourceFormatEnable, &CZrOverlay::SourceFormatX, &CZrOverlay::SourceFormatY},
+     0},
+};
+
+// The numbers of a text slot, in the order of the fields.
+constexpr unsigned int (CZrOverlay::*slotSettings[])[CZrOverlay::textSlots] = {
+    &CZrOverlay::CustomTextEnabled, &CZrOverlay::CustomTextX, &CZrOverlay::CustomTextY};
+
+// The time code switches as a command has them, the first that is on first.
+struct Switch {
+    unsigned int bit;
+    unsigned int CZrOverlay::*setting;
+};
+constexpr Switch timeCodeSwitches[] = {{zrOverlayLtc, &CZrOverlay::TimeCodeLTCEnable},
+                                       {zrOverlayVitc, &CZrOverlay::TimeCodeVITCEnable},
+                                       {zrOverlayVsync, &CZrOverlay::TimeCodeVsyncEnable}};
+
+// Null for the sub-codes that are more than numbers, and for unknown ones.
+const Row* rowOf(unsigned int subCode) {
+    const Row* const row = std::find_if(std::begin(rows), std::end(rows),
+                                        [subCode](const Row& r) { return r.subCode == subCode; });
+    return row != std::end(rows) ? row : nullptr;
 }
 
-void take(const MEDIACMD& command, unsigned int field, unsigned int value, unsigned int& setting) {
-    if (isValid(command, field))
-        setting = value;
+bool isValid(const MEDIACMD& command, unsigned int flag) {
+    return (command.cmdFlags & flag) != 0;
 }
 
-// The three values that most commands have: a switch and a place.
-void takeValues(const MEDIACMD& command, unsigned int& a, unsigned int& b, unsigned int& c) {
-    take(command, zrValidValueA, command.valueA, a);
-    take(command, zrValidValueB, command.valueB, b);
-    take(command, zrValidValueC, command.valueC, c);
+void take(const MEDIACMD& command, const Field& field, unsigned int& setting) {
+    if (!isValid(command, field.flag))
+        return;
+    std::memcpy(&setting, reinterpret_cast<const char*>(&command) + field.offset, sizeof setting);
+    setting &= field.taken;
 }
 
-void giveValues(MEDIACMD& command, unsigned int a, unsigned int b, unsigned int c) {
-    command.valueA = a;
-    command.valueB = b;
-    command.valueC = c;
-    command.cmdFlags |= zrValidValueA | zrValidValueB | zrValidValueC;
+void give(MEDIACMD& command, const Field& field, unsigned int value) {
+    std::memcpy(reinterpret_cast<char*>(&command) + field.offset, &value, sizeof value);
+    command.cmdFlags |= field.flag;
 }
 
-// The low byte of paramA.
-void takeByte(const MEDIACMD& command, unsigned int& setting) {
-    take(command, zrValidParamA, command.paramA & 0xFF, setting);
+void giveText(MEDIACMD& command, const char* text) {
+    std::memcpy(reinterpret_cast<char*>(&command) + offsetof(MEDIACMD, cmdText), text,
+                std::strlen(text) + 1);
+    command.cmdFlags |= zrValidText;
 }
 
 // By contract: the switch's value is what must be a slot's number, here and in slotAsked.
@@ -49,30 +102,14 @@ unsigned int slotAsked(const MEDIACMD& command) {
     return chosen ? command.valueA : 0;
 }
 
-void setTimeCode(CZrOverlay& overlay, const MEDIACMD& command) {
-    if (isValid(command, zrValidValueA)) {
-        overlay.TimeCodeLTCEnable = (command.valueA & ltcBit) != 0;
-        overlay.TimeCodeVITCEnable = (command.valueA & vitcBit) != 0;
-        overlay.TimeCodeVsyncEnable = (command.valueA & vsyncBit) != 0;
-    }
-    take(command, zrValidValueB, command.valueB, overlay.TimeCodeX);
-    take(command, zrValidValueC, command.valueC, overlay.TimeCodeY);
-    takeByte(command, overlay.TimeCodeSize);
+void setTimeCodeSwitches(CZrOverlay& overlay, const MEDIACMD& command) {
+    if (!isValid(command, zrValidValueA))
+        return;
+    for (const Switch& each : timeCodeSwitches)
+        overlay.*each.setting = (command.valueA & each.bit) != 0;
 }
 
-// By contract: one code, that of the first switch that is on.
-unsigned int timeCodeSwitch(const CZrOverlay& overlay) {
-    if (overlay.TimeCodeLTCEnable != 0)
-        return ltcBit;
-    if (overlay.TimeCodeVITCEnable != 0)
-        return vitcBit;
-    return overlay.TimeCodeVsyncEnable != 0 ? vsyncBit : 0;
-}
-
-void setCustomText(CZrOverlay& overlay, const MEDIACMD& command) {
-    const unsigned int slot = slotSet(command);
-    takeValues(command, overlay.CustomTextEnabled[slot], overlay.CustomTextX[slot],
-               overlay.CustomTextY[slot]);
+void setText(CZrOverlay& overlay, const MEDIACMD& command, unsigned int slot) {
     if (!isValid(command, zrValidText))
         return;
     char*& text = overlay.CustomText[slot];
@@ -85,104 +122,53 @@ void setCustomText(CZrOverlay& overlay, const MEDIACMD& command) {
     std::memcpy(text, given, length + 1);
 }
 
-void giveText(MEDIACMD& command, const char* text) {
-    std::memcpy(reinterpret_cast<char*>(&command) + offsetof(MEDIACMD, cmdText), text,
-                std::strlen(text) + 1);
-    command.cmdFlags |= zrValidText;
+void setSlot(CZrOverlay& overlay, const MEDIACMD& command) {
+    const unsigned int slot = slotSet(command);
+    for (std::size_t i = 0; i < std::size(slotSettings); ++i)
+        take(command, fields[i], (overlay.*slotSettings[i])[slot]);
+    setText(overlay, command, slot);
 }
 
 void set(CZrOverlay& overlay, const MEDIACMD& command) {
-    switch (command.subCode) {
-    case zrOverlayMaster:
-        take(command, zrValidValueA, command.valueA, overlay.Enabled);
-        take(command, zrValidValueB, command.valueB, overlay.FillBackground);
-        break;
-    case zrOverlayAudio:
-        takeValues(command, overlay.AudioEnable, overlay.AudioX, overlay.AudioY);
-        take(command, zrValidParamB, command.paramB, overlay.AudioChannels);
-        break;
-    case zrOverlayVChip:
-        take(command, zrValidValueA, command.valueA, overlay.VChipEnable);
-        break;
-    case zrOverlayCaptions:
-        take(command, zrValidValueA, command.valueA, overlay.CaptionsEnable);
-        take(command, zrValidValueB, command.valueB, overlay.CaptionSource);
-        break;
-    case zrOverlayTimeCode:
-        setTimeCode(overlay, command);
-        break;
-    case zrOverlayWatermark:
-        takeValues(command, overlay.WatermarkEnable, overlay.WatermarkX, overlay.WatermarkY);
-        takeByte(command, overlay.WatermarkOpacity);
-        break;
-    case zrOverlaySourceFormat:
-        takeValues(command, overlay.SourceFormatEnable, overlay.SourceFormatX,
-                   overlay.SourceFormatY);
-        break;
-    case zrOverlayCustomText:
-        setCustomText(overlay, command);
-        break;
-    default:
-        break;
-    }
+    if (const Row* row = rowOf(command.subCode))
+        for (std::size_t i = 0; i < std::size(fields); ++i)
+            if (row->settings[i] != nullptr)
+                take(command, fields[i], overlay.*row->settings[i]);
+    if (command.subCode == zrOverlayTimeCode)
+        setTimeCodeSwitches(overlay, command);
+    else if (command.subCode == zrOverlayCustomText)
+        setSlot(overlay, command);
 }
 
+// By contract: one code, that of the first switch that is on.
 void answerTimeCode(const CZrOverlay& overlay, MEDIACMD& command) {
-    giveValues(command, timeCodeSwitch(overlay), overlay.TimeCodeX, overlay.TimeCodeY);
-    command.paramA = overlay.tcType << 8 | overlay.TimeCodeSize;
-    command.cmdFlags |= zrValidParamA;
+    const auto* const first =
+        std::find_if(std::begin(timeCodeSwitches), std::end(timeCodeSwitches),
+                     [&overlay](const Switch& each) { return overlay.*each.setting != 0; });
+    give(command, fields[0], first != std::end(timeCodeSwitches) ? first->bit : 0);
+    command.paramA |= overlay.tcType << 8; // the size stands there already
 }
 
-void answerCustomText(const CZrOverlay& overlay, MEDIACMD& command) {
+void answerSlot(const CZrOverlay& overlay, MEDIACMD& command) {
     const unsigned int slot = slotAsked(command);
-    giveValues(command, overlay.CustomTextEnabled[slot], overlay.CustomTextX[slot],
-               overlay.CustomTextY[slot]);
+    for (std::size_t i = 0; i < std::size(slotSettings); ++i)
+        give(command, fields[i], (overlay.*slotSettings[i])[slot]);
     giveText(command, overlay.CustomText[slot]);
 }
 
-void answerOne(MEDIACMD& command, unsigned int value) {
-    command.valueA = value;
-    command.cmdFlags |= zrValidValueA;
-}
-
 void answer(const CZrOverlay& overlay, MEDIACMD& command) {
-    switch (command.subCode) {
-    case zrOverlayMaster: // by contract, without FillBackground
-        answerOne(command, overlay.Enabled);
-        break;
-    case zrOverlayAudio:
-        giveValues(command, overlay.AudioEnable, overlay.AudioX, overlay.AudioY);
-        command.paramB = overlay.AudioChannels;
-        command.cmdFlags |= zrValidParamB;
-        break;
-    case zrOverlayVChip:
-        answerOne(command, overlay.VChipEnable);
-        break;
-    case zrOverlayCaptions:
-        answerOne(command, overlay.CaptionsEnable);
-        command.valueB = overlay.CaptionSource;
-        command.cmdFlags |= zrValidValueB;
-        break;
-    case zrOverlayTimeCode:
+    if (const Row* row = rowOf(command.subCode))
+        for (std::size_t i = 0; i < std::size(fields); ++i)
+            if (row->settings[i] != nullptr && (row->unasked & fields[i].flag) == 0)
+                give(command, fields[i], overlay.*row->settings[i]);
+    if (command.subCode == zrOverlayTimeCode)
         answerTimeCode(overlay, command);
-        break;
-    case zrOverlayWatermark:
-        giveValues(command, overlay.WatermarkEnable, overlay.WatermarkX, overlay.WatermarkY);
-        command.paramA = overlay.WatermarkOpacity;
-        command.cmdFlags |= zrValidParamA;
+    else if (command.subCode == zrOverlayWatermark)
         giveText(command, overlay.Watermark);
-        break;
-    case zrOverlaySourceFormat:
-        giveValues(command, overlay.SourceFormatEnable, overlay.SourceFormatX,
-                   overlay.SourceFormatY);
-        break;
-    case zrOverlayCustomText:
-        answerCustomText(overlay, command);
-        break;
-    default:
-        if (command.subCode >= zrOverlayReservedFirst && command.subCode <= zrOverlayReservedLast)
-            answerOne(command, 0);
-    }
+    else if (command.subCode == zrOverlayCustomText)
+        answerSlot(overlay, command);
+    else if (command.subCode >= zrOverlayReservedFirst && command.subCode <= zrOverlayReservedLast)
+        give(command, fields[0], 0);
 }
 
 } // namespace

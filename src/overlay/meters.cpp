@@ -1,4 +1,5 @@
 // The audio meters: a panel with a scale, and for each channel a bar of segments and a peak marker.
+#include "pixel/truncate.h"
 #include "zrdraw/zroverlay.h"
 
 #include <cmath>
@@ -98,7 +99,7 @@ void drawMarker(const CZrOverlay& overlay, int left, unsigned int peak) {
     if (ratio <= 0)
         return;
     const double top = panelHeight - ratio * panelHeight + overlay.AudioY + margin;
-    fillRect(overlay.draw, left, static_cast<int>(top), markerHeight, barWidth);
+    fillRect(overlay.draw, left, truncateToInt(top), markerHeight, barWidth);
 }
 
 } // namespace

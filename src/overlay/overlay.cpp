@@ -36,6 +36,8 @@ CZrOverlay::~CZrOverlay() {
 }
 
 int CZrOverlay::Create(KPXVIDEO* newVideo, KPXSYSTEM* newSystem) {
+    if (newVideo == nullptr || newSystem == nullptr)
+        return 0;
     CopyMemoryFast(&bitmapHeader, newVideo, sizeof bitmapHeader);
     zrOSCopyMemory(&video, newVideo, sizeof video);
     pixelCode = bitmapHeader.biCompression;

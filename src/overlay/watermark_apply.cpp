@@ -30,7 +30,7 @@ void blendPair(unsigned char* pair, const unsigned char* entry) {
 void applyYuv2(const CZrOverlay& overlay, unsigned char* frame) {
     constexpr unsigned int faintest = 8; // up to here a pair is left alone
     constexpr unsigned int pixelBytes = 2, pairBytes = 4;
-    if (overlay.wmYuv2 == nullptr)
+    if (frame == nullptr || overlay.wmYuv2 == nullptr)
         return;
     const Area area(overlay);
     const unsigned int pairs = overlay.wmWidth / 2;
@@ -58,7 +58,7 @@ void applyYuv2(const CZrOverlay& overlay, unsigned char* frame) {
 // whether one is drawn.
 void applyV210(const CZrOverlay& overlay, char* frame) {
     constexpr unsigned int faintest = 10;
-    if (overlay.wmV210 == nullptr || overlay.wmHeight == 0)
+    if (frame == nullptr || overlay.wmV210 == nullptr || overlay.wmHeight == 0)
         return;
     const Area area(overlay);
     const auto pitch = zrLineBytes(zrFindLayout(ptV210)->line, area.width);
@@ -88,7 +88,7 @@ void applyV210(const CZrOverlay& overlay, char* frame) {
 
 // By contract: lines have 4 bytes a pixel and no more.
 void applyBgra(const CZrOverlay& overlay, unsigned char* frame) {
-    if (overlay.wmBgra == nullptr)
+    if (frame == nullptr || overlay.wmBgra == nullptr)
         return;
     const Area area(overlay);
     for (unsigned int row = 0; row < overlay.wmHeight; ++row) {
@@ -109,13 +109,13 @@ void applyBgra(const CZrOverlay& overlay, unsigned char* frame) {
 int CZrOverlay::ApplyWatermark(DFRAME* frame) {
     auto* const bytes = reinterpret_cast<unsigned char*>(frame->videoData);
     switch (wmLayout) {
-    case watermarkYuv2:
+    case zrWatermarkYuv2:
         applyYuv2(*this, bytes);
         break;
-    case watermarkV210:
+    case zrWatermarkV210:
         applyV210(*this, frame->videoData);
         break;
-    case watermarkBgra:
+    case zrWatermarkBgra:
         applyBgra(*this, bytes);
         break;
     default:

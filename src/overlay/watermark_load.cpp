@@ -6,25 +6,39 @@
 #include "zrdraw/zroverlay.h"
 
 #include <cstring>
+#include <limits>
 #include <memory>
+#include <new>
 
 namespace {
 
+constexpr const char* readerName = "clipFile.so";
+
+struct FreeLibrary {
+    void operator()(void* library) const { zrOSFreeLibrary(library); }
+};
+using Library = std::unique_ptr<void, FreeLibrary>;
+
 // The reader of media files, a library of the host's that is held while a file is read.
 struct Reader {
-    void* library;
     cfOpenFunction* open;
     cfGetFileInfoFunction* getFileInfo;
     cfReadFrameUncFunction* readFrame;
     cfCloseFunction* close;
+
+    bool isWhole() const { return open && getFileInfo && readFrame && close; }
 };
 
-// By contract: neither the library nor an entry is tested.
-Reader loadReader() {
+Library loadLibrary() {
     constexpr int loadNow = 2;
-    void* const library = zrOSLoadLibrary("clipFile.so", loadNow);
+    return Library(zrOSLoadLibrary(readerName, loadNow));
+}
+
+Reader findEntries(void* library) {
+    if (library == nullptr)
+        return {};
     const auto entry = [library](const char* name) { return zrOSGetProcAddress(library, name); };
-    return {library, reinterpret_cast<cfOpenFunction*>(entry("cfOpen")),
+    return {reinterpret_cast<cfOpenFunction*>(entry("cfOpen")),
             reinterpret_cast<cfGetFileInfoFunction*>(entry("cfGetFileInfo")),
             reinterpret_cast<cfReadFrameUncFunction*>(entry("cfReadFrameUnc")),
             reinterpret_cast<cfCloseFunction*>(entry("cfClose"))};
@@ -40,20 +54,54 @@ unsigned int readFrame(const Reader& reader, void*& file, DFRAME* frame) {
     return reader.readFrame(&file, 0, 1, 1, 1, frame, nullptr, nullptr);
 }
 
-int makeFrame(unsigned int bytes, DFRAME*& frame) {
+struct FreeFrame {
+    void operator()(DFRAME* frame) const {
+        constexpr int operation = 11;
+        DFrameMemTrace(operation, 0, 0, &frame, "gen", 302);
+    }
+};
+using Frame = std::unique_ptr<DFRAME, FreeFrame>;
+
+Frame makeFrame(unsigned int bytes) {
     constexpr int operation = 10;
-    return DFrameMemTrace(operation, bytes, sizeof(DFRAME), &frame, "gen", 251);
+    DFRAME* frame = nullptr;
+    const int status = DFrameMemTrace(operation, bytes, sizeof(DFRAME), &frame, "gen", 251);
+    return Frame(status == 0 ? frame : nullptr);
 }
 
-void freeFrame(DFRAME*& frame) {
-    constexpr int operation = 11;
-    DFrameMemTrace(operation, 0, 0, &frame, "gen", 302);
+struct Release {
+    void operator()(ZRDraw* draw) const { ReleaseDraw(draw); }
+};
+using Image = std::unique_ptr<ZRDraw, Release>;
+
+Image makeImage(const CZrOverlay& overlay, char* pixels) {
+    ZRDraw* image = nullptr;
+    const int width = static_cast<int>(overlay.wmWidth);
+    GetDraw(ptBGRA32, width, static_cast<int>(overlay.wmHeight),
+            width * static_cast<int>(watermarkBgraBytes), pixels, image);
+    return Image(image);
+}
+
+// Room for so many bytes to a pixel. A size that no call can ask for has no memory either.
+void* allocateCache(const CZrOverlay& overlay, std::size_t pixelBytes) {
+    const std::size_t pixels = std::size_t{overlay.wmWidth} * overlay.wmHeight;
+    if (pixels > std::numeric_limits<unsigned int>::max() / pixelBytes)
+        throw std::bad_alloc();
+    const auto bytes = static_cast<unsigned int>(pixels * pixelBytes);
+    void* memory = nullptr;
+    try {
+        memory = ZRAlloc(bytes);
+    } catch (...) { // a host's own may throw what it likes
+        throw std::bad_alloc();
+    }
+    if (memory == nullptr && bytes != 0)
+        throw std::bad_alloc();
+    return memory;
 }
 
 // By contract: only the even pixel of a pair is read, and its luma stands twice.
 void cachePairs(CZrOverlay& overlay, ZRDraw& image) {
-    overlay.wmYuv2 = static_cast<unsigned char*>(
-        ZRAlloc(overlay.wmWidth * overlay.wmHeight * watermarkPairEntries));
+    overlay.wmYuv2 = static_cast<unsigned char*>(allocateCache(overlay, watermarkPairEntries));
     const unsigned int pairs = overlay.wmWidth / 2;
     unsigned char* entry = overlay.wmYuv2;
     for (unsigned int row = 0; row < overlay.wmHeight; ++row) {
@@ -69,8 +117,7 @@ void cachePairs(CZrOverlay& overlay, ZRDraw& image) {
 // entry is the next row's first one, which then overwrites it.
 void cacheDeepPairs(CZrOverlay& overlay, ZRDraw& image) {
     overlay.wmV210 = static_cast<unsigned int*>(
-        ZRAlloc(overlay.wmWidth * overlay.wmHeight * watermarkPairEntries *
-                static_cast<unsigned int>(sizeof(unsigned int))));
+        allocateCache(overlay, watermarkPairEntries * sizeof(unsigned int)));
     const unsigned int pairs = overlay.wmWidth / 2;
     for (unsigned int row = 0; row < overlay.wmHeight; ++row) {
         const int y = static_cast<int>(row);
@@ -85,23 +132,22 @@ void cacheDeepPairs(CZrOverlay& overlay, ZRDraw& image) {
 }
 
 void cachePixels(CZrOverlay& overlay, const char* pixels) {
-    const unsigned int bytes = overlay.wmWidth * overlay.wmHeight * watermarkBgraBytes;
-    overlay.wmBgra = static_cast<unsigned char*>(ZRAlloc(bytes));
-    std::memcpy(overlay.wmBgra, pixels, bytes);
+    overlay.wmBgra = static_cast<unsigned char*>(allocateCache(overlay, watermarkBgraBytes));
+    std::memcpy(overlay.wmBgra, pixels, overlay.wmWidth * overlay.wmHeight * watermarkBgraBytes);
 }
 
 // In any other layout there is no cache.
 void makeCache(CZrOverlay& overlay, ZRDraw& image, const char* pixels) {
     switch (overlay.wmLayout) {
-    case watermarkYuv2:
+    case zrWatermarkYuv2:
         cachePairs(overlay, image);
         overlay.WatermarkX &= ~1U; // by contract, for good
         break;
-    case watermarkV210:
+    case zrWatermarkV210:
         cacheDeepPairs(overlay, image);
         overlay.WatermarkX &= ~1U;
         break;
-    case watermarkBgra:
+    case zrWatermarkBgra:
         cachePixels(overlay, pixels);
         break;
     default:
@@ -109,40 +155,57 @@ void makeCache(CZrOverlay& overlay, ZRDraw& image, const char* pixels) {
     }
 }
 
+// A cache of an earlier load has that one's size. By contract: it is not freed.
+void forgetCache(CZrOverlay& overlay) {
+    if (overlay.wmLayout == zrWatermarkYuv2)
+        overlay.wmYuv2 = nullptr;
+    else if (overlay.wmLayout == zrWatermarkV210)
+        overlay.wmV210 = nullptr;
+    else if (overlay.wmLayout == zrWatermarkBgra)
+        overlay.wmBgra = nullptr;
+}
+
+// Throws where there is no memory. By contract: a host that makes no frame is not told of.
 void readPicture(CZrOverlay& overlay, const Reader& reader, void*& file) {
-    DFRAME* frame = nullptr;
-    if (makeFrame(readFrame(reader, file, nullptr), frame) != 0)
+    Image image; // by contract, given back after the frame
+    const Frame frame = makeFrame(readFrame(reader, file, nullptr));
+    if (frame == nullptr)
         return;
-    readFrame(reader, file, frame);
-    ZRDraw* image = nullptr;
-    const int width = static_cast<int>(overlay.wmWidth);
-    GetDraw(ptBGRA32, width, static_cast<int>(overlay.wmHeight),
-            width * static_cast<int>(watermarkBgraBytes), frame->videoData, image);
+    readFrame(reader, file, frame.get()); // by contract, whatever it answers
+    image = makeImage(overlay, frame->videoData);
     makeCache(overlay, *image, frame->videoData);
-    freeFrame(frame);
-    ReleaseDraw(image);
 }
 
 } // namespace
 
 int CZrOverlay::LoadWatermark() {
-    const auto record = std::make_unique<KPXVIDEO>();
-    record->header.biSize = sizeof(KPXVIDEO);
     if (Watermark == nullptr || Watermark[0] == '\0')
         return 0;
-    const Reader reader = loadReader();
+    Library library = loadLibrary();
+    const Reader reader = findEntries(library.get());
+    if (!reader.isWhole()) {
+        ErrOut("Error: Unable to load watermark reader <%s> ", readerName);
+        return 0;
+    }
     void* file = openFile(reader, Watermark);
     if (file == nullptr) {
         // By contract: the number is that of the pointer, and the reader stays loaded.
         ErrOut("Error: Unable to load watermark file <%d> ", Watermark);
+        (void)library.release();
         return 0;
     }
-    reader.getFileInfo(&file, 1, 0, record.get(), nullptr, nullptr);
-    wmWidth = static_cast<unsigned int>(record->header.biWidth);
-    wmHeight = static_cast<unsigned int>(record->header.biHeight);
+    KPXVIDEO record{};
+    record.header.biSize = sizeof record;
+    reader.getFileInfo(&file, 1, 0, &record, nullptr, nullptr);
+    wmWidth = static_cast<unsigned int>(record.header.biWidth);
+    wmHeight = static_cast<unsigned int>(record.header.biHeight);
     wmLayout = pixelCode;
-    readPicture(*this, reader, file);
+    forgetCache(*this);
+    try {
+        readPicture(*this, reader, file);
+    } catch (const std::bad_alloc&) {
+        ErrOut("Error: No memory for watermark <%s> ", Watermark);
+    }
     reader.close(&file);
-    zrOSFreeLibrary(reader.library);
     return 0;
 }

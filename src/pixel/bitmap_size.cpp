@@ -1,5 +1,4 @@
 // From a bitmap header to a layout and a size: one decision on biCompression.
-#include "zrdraw/exports.h"
 #include "zrdraw/zrdraw.h"
 
 #include <algorithm>
@@ -205,8 +204,4 @@ unsigned int GetDrawSize(tagBITMAPINFO* info, unsigned int* pixelType) {
 
 unsigned int GetDrawSize(tagBITMAPINFO* info) {
     return GetDrawSize(info, nullptr);
-}
-
-unsigned int qtGetDrawSizeBMI(tagBITMAPINFO* info) {
-    return GetDrawSize(info);
 }

@@ -1,9 +1,18 @@
 // Where a pixel of the RGB layouts stands. Every writer and reader of them goes through here.
 #pragma once
 
+#include "span/words.h"
 #include "zrdraw/zrpixel.h"
 
-#include <cstring>
+// A coordinate equal to the width or the height is that of the last pixel or line.
+inline int pullEdge(int coordinate, unsigned int extent) {
+    return coordinate == static_cast<int>(extent) ? coordinate - 1 : coordinate;
+}
+
+// Without the sign; that of the least number is lost.
+inline unsigned int magnitude(int value) {
+    return static_cast<unsigned int>(value < 0 ? -value : value);
+}
 
 // The part of pullOntoCanvas that pixels inside the canvas do not need.
 [[gnu::noinline, gnu::cold]] bool pullEdgeOntoCanvas(const ZRPixel& pixel, int& x, int& y);
@@ -42,11 +51,9 @@ inline char* rgb24Address(const ZRPixel& pixel, int x, int y) {
 }
 
 inline unsigned int loadWord(const char* address) {
-    unsigned int word;
-    std::memcpy(&word, address, sizeof word);
-    return word;
+    return loadAs<unsigned int>(address);
 }
 
 inline void storeWord(char* address, unsigned int word) {
-    std::memcpy(address, &word, sizeof word);
+    storeAs(address, word);
 }

@@ -1,5 +1,6 @@
 // RGB to YCbCr and back in every matrix mode of BT.601, BT.709 and BT.2020.
-#include "pixel/color_matrix.h"
+#include "pixel/rgba.h"
+#include "zrdraw/zrpixel.h"
 
 #include <array>
 
@@ -87,10 +88,6 @@ Rgb toRgbUncentred(double y, double cb, double cr) {
     return {y + 1.4746 * cr, y - 0.16455312684366 * cb - 0.57135312684366 * cr, y + 1.8814 * cb};
 }
 
-double clampToUnit(double value) {
-    return value < 0.0 ? 0.0 : value > 1.0 ? 1.0 : value;
-}
-
 // Fixed-point rows in units of 1/16384; the offset is added after the division.
 constexpr double fixedUnit = 16384;
 
@@ -105,10 +102,6 @@ constexpr Forward rec2020In10{
     {13954, 44416, 3840, 64}, {-4584, -19992, 24576, 512}, {24576, -30144, -2624, 512}};
 
 } // namespace
-
-bool isKnownMatrix(cmYCbCr mode) {
-    return rowOf(mode) >= 0;
-}
 
 int ZRPixel::RGBToYCbCr(double r, double g, double b, double, double& y, double& cb, double& cr,
                         double&) {
@@ -156,6 +149,15 @@ int ZRPixel::YCbCrToRGB(double y, double cb, double cr, double, double& r, doubl
     b = raw ? rgb[2] : clampToUnit(rgb[2]);
     aOut = 0.0;
     return 0;
+}
+
+int ZRPixel::YCbCrToHSV(double y, double cb, double cr, double a, double& h, double& s, double& v,
+                        double& aOut) {
+    if (rowOf(yCbCrMode) < 0)
+        return 0;
+    double r = 0.0, g = 0.0, b = 0.0, alpha = 0.0;
+    YCbCrToRGB(y, cb, cr, a, r, g, b, alpha);
+    return RGBToHSV(r, g, b, alpha, h, s, v, aOut);
 }
 
 int ZRPixel::SetYCbCrMode(cmYCbCr mode) {

@@ -12,6 +12,14 @@ ZRDraw* qtGetDrawBMI(tagBITMAPINFO* info, char* canvas) {
     return GetDraw(info, canvas, draw) == 0 ? draw : nullptr;
 }
 
+unsigned int qtGetDrawSize(unsigned int pixelType, int width, int height, int pitch) {
+    return GetDrawSize(pixelType, width, height, pitch);
+}
+
+unsigned int qtGetDrawSizeBMI(tagBITMAPINFO* info) {
+    return GetDrawSize(info);
+}
+
 int qtAddRefDraw(ZRDraw* draw) {
     return AddRefDraw(draw);
 }

@@ -107,17 +107,3 @@ int ReleaseDraw(ZRDraw*& draw) {
         delete held;
     return 0;
 }
-
-int UseDefaultFont(ZRDraw*& draw, bool builtIn) {
-    if (draw->HaveFont() != 0) {
-        draw->UseDefaultFont(builtIn);
-        return 1;
-    }
-    draw->UseDefaultFont(true);
-    return 0;
-}
-
-int SetFont(ZRDraw*& draw, char* path) {
-    draw->SetFont(path);
-    return draw->HaveFont() != 0 ? 1 : 0;
-}

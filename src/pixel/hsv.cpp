@@ -1,6 +1,6 @@
 #include "pixel/hsv.h"
 
-#include "pixel/color_matrix.h"
+#include "zrdraw/zrpixel.h"
 
 #include <algorithm>
 
@@ -30,13 +30,4 @@ int ZRPixel::RGBToHSV(double r, double g, double b, double a, double& h, double&
     if (!hsv.grey)
         aOut = a;
     return 0;
-}
-
-int ZRPixel::YCbCrToHSV(double y, double cb, double cr, double a, double& h, double& s, double& v,
-                        double& aOut) {
-    if (!isKnownMatrix(yCbCrMode))
-        return 0;
-    double r = 0.0, g = 0.0, b = 0.0, alpha = 0.0;
-    YCbCrToRGB(y, cb, cr, a, r, g, b, alpha);
-    return RGBToHSV(r, g, b, alpha, h, s, v, aOut);
 }

@@ -10,10 +10,6 @@
 
 namespace {
 
-unsigned int magnitude(int value) {
-    return static_cast<unsigned int>(value < 0 ? -value : value);
-}
-
 // By contract: the blend treats the word as one number, so carries run from one channel into the
 // next.
 void blendWord(char* address, unsigned int color, double weight) {
@@ -63,7 +59,7 @@ int ZRPixel::SetCanvas(char* newCanvas, int newHeight, int newWidth, int newPitc
     width = magnitude(newWidth);
     pitch = magnitude(newPitch == 0 ? static_cast<int>(GetPitch()) : newPitch);
     const zrLayout* layout = zrFindLayout(pixelType);
-    if (layout != nullptr && layout->pitchRaised) {
+    if (layout != nullptr && layout->has(zrPitchRaised)) {
         const unsigned int naturalLine = zrLineBytes(layout->line, width);
         if (pitch < naturalLine)
             pitch = naturalLine;
@@ -87,8 +83,8 @@ bool pullEdgeOntoCanvas(const ZRPixel& pixel, int& x, int& y) {
     if (pixel.canvas == nullptr || columns == 0 || lines == 0 || (x | y) < 0 || x > columns ||
         y > lines)
         return false;
-    x = x == columns ? columns - 1 : x;
-    y = y == lines ? lines - 1 : y;
+    x = pullEdge(x, pixel.width);
+    y = pullEdge(y, pixel.height);
     return true;
 }
 

@@ -1,6 +1,7 @@
 // Runs of one pattern. A pattern of 4 or 8 bytes is read once, so that it may lie directly before
 // the run; other widths are read anew for each element where pattern and run overlap.
 #include "span/bodies.h"
+#include "span/words.h"
 
 #include <cstdint>
 #include <cstring>
@@ -11,11 +12,10 @@ namespace {
 
 template <typename Word>
 void fillWords(unsigned char* dst, const unsigned char* pattern, unsigned long count) {
-    Word word;
-    std::memcpy(&word, pattern, sizeof word);
+    const auto word = loadAs<Word>(pattern);
 #pragma GCC unroll 8
     for (unsigned long i = 0; i < count; ++i)
-        std::memcpy(dst + i * sizeof word, &word, sizeof word);
+        storeAs(dst + i * sizeof word, word);
 }
 
 void fillElements(unsigned char* dst, const unsigned char* pattern, unsigned int patternBytes,

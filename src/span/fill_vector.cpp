@@ -2,6 +2,7 @@
 // in a register; there is no aligning prologue, so runs may be very short.
 #include "span/bodies.h"
 #include "span/target.h"
+#include "span/words.h"
 
 #include <cstring>
 
@@ -22,14 +23,8 @@ void store32(unsigned char* at, __m256i vector) {
 }
 
 __m256i broadcast(const unsigned char* pattern, unsigned int patternBytes) {
-    if (patternBytes == 4) {
-        int word;
-        std::memcpy(&word, pattern, sizeof word);
-        return _mm256_set1_epi32(word);
-    }
-    long long word;
-    std::memcpy(&word, pattern, sizeof word);
-    return _mm256_set1_epi64x(word);
+    return patternBytes == 4 ? _mm256_set1_epi32(loadAs<int>(pattern))
+                             : _mm256_set1_epi64x(loadAs<long long>(pattern));
 }
 
 // Fills whole pieces. @return the bytes filled

@@ -70,6 +70,16 @@ int ZRDraw::HaveFont() {
     return 0;
 }
 
-int ZRDraw::TextOut(int, int, const char*, int) {
+int UseDefaultFont(ZRDraw*& draw, bool builtIn) {
+    if (draw->HaveFont() != 0) {
+        draw->UseDefaultFont(builtIn);
+        return 1;
+    }
+    draw->UseDefaultFont(true);
     return 0;
+}
+
+int SetFont(ZRDraw*& draw, char* path) {
+    draw->SetFont(path);
+    return draw->HaveFont() != 0 ? 1 : 0;
 }

@@ -1,5 +1,5 @@
 // Text laid out in a rectangle, in the built-in font at a scale that the rectangle's height gives.
-#include "draw/plotter.h"
+#include "draw/run.h"
 #include "zrdraw/font.h"
 #include "zrdraw/zrdraw.h"
 
@@ -9,15 +9,13 @@
 
 namespace {
 
-constexpr int glyphWidth = 8;
-constexpr int glyphHeight = 10;
 constexpr int largestScale = 20;
 
 int scaleFor(const RECT& rect) {
     if (rect.bottom == 0 || rect.top < 0)
         return 1;
     const int height = rect.bottom - rect.top;
-    return std::clamp((height < 0 ? -height : height) / glyphHeight, 1, largestScale);
+    return std::clamp((height < 0 ? -height : height) / zrFontHeight, 1, largestScale);
 }
 
 // By contract: the width of a character is estimated as ten units although it advances by eight,
@@ -33,11 +31,11 @@ void centre(RECT& rect, int cellHeight, std::size_t length) {
 }
 
 void place(RECT& rect, int scale, int count, std::size_t length, unsigned int format) {
-    const int cellHeight = scale * glyphHeight;
+    const int cellHeight = scale * zrFontHeight;
     if ((format & zrTextCentre) != 0)
         centre(rect, cellHeight, length);
     else if ((format & zrTextRight) != 0)
-        rect.left = rect.right - scale * count * glyphWidth;
+        rect.left = rect.right - scale * count * zrFontWidth;
     else if ((format & zrTextKeepBottom) == 0)
         rect.bottom = rect.top + cellHeight;
 }
@@ -45,10 +43,10 @@ void place(RECT& rect, int scale, int count, std::size_t length, unsigned int fo
 // One line of a cell: eight bits, each `scale` columns wide, from run to run of like bits.
 void drawCellLine(ZRPixel& pixel, const Plotter& plotter, int column, int row, int scale,
                   unsigned char bits, bool opaque) {
-    for (int at = 0; at < glyphWidth;) {
+    for (int at = 0; at < zrFontWidth;) {
         const auto rest = static_cast<unsigned char>(bits << at);
         const int ink = std::countl_one(rest);
-        const int run = ink != 0 ? ink : std::min(std::countl_zero(rest), glyphWidth - at);
+        const int run = ink != 0 ? ink : std::min(std::countl_zero(rest), zrFontWidth - at);
         if (ink != 0)
             plotter.putRun(column + at * scale, row, run * scale);
         else if (opaque)
@@ -64,7 +62,7 @@ void drawCellLine(ZRPixel& pixel, const Plotter& plotter, int column, int row, i
 void drawCell(ZRPixel& pixel, int column, int bottom, int scale, const unsigned char* glyph,
               bool opaque) {
     const Plotter plotter(pixel);
-    const int cellHeight = scale * glyphHeight;
+    const int cellHeight = scale * zrFontHeight;
     for (int line = 0; line <= cellHeight; ++line) {
         const unsigned char bits = line == cellHeight ? 0 : *glyph;
         if (bits != 0 || opaque)
@@ -81,19 +79,23 @@ int ZRDraw::DrawText(const char* text, int count, RECT* rect, unsigned int forma
     const std::size_t length = std::strlen(text);
     place(*rect, scale, count, length, format);
     int column = rect->left;
-    for (std::size_t i = 0; i < length; ++i, column += scale * glyphWidth) {
+    for (std::size_t i = 0; i < length; ++i, column += scale * zrFontWidth) {
         const auto code = static_cast<signed char>(text[i]);
-        drawCell(*this, column, rect->bottom, scale, gFont8x10 + code * glyphHeight,
+        drawCell(*this, column, rect->bottom, scale, gFont8x10 + code * zrFontHeight,
                  !textTransparent);
     }
     if ((format & zrTextReport) != 0) {
         // By contract: `count` makes the width, not the length of the text.
-        rect->right = rect->left + count * scale * glyphWidth;
-        rect->bottom = rect->top + scale * glyphHeight;
+        rect->right = rect->left + count * scale * zrFontWidth;
+        rect->bottom = rect->top + scale * zrFontHeight;
     }
     return 0;
 }
 
 int ZRDraw::ZRDrawText(const char* text, int count, RECT* rect, unsigned int format) {
     return DrawText(text, count, rect, format);
+}
+
+int ZRDraw::TextOut(int, int, const char*, int) {
+    return 0;
 }

@@ -1,6 +1,7 @@
 // Readers of font bitmaps. What they read is kept for callers and never drawn with.
+#include "zrdraw/font_files.h"
+
 #include "pixel/fatal.h"
-#include "zrdraw/font.h"
 #include "zrdraw/zrdraw.h"
 
 #include <array>

@@ -6,9 +6,6 @@
 
 namespace {
 
-constexpr int glyphWidth = 8;
-constexpr int glyphHeight = 10;
-
 // How the pixels of a cell are written.
 struct CellStyle {
     int scale;
@@ -29,7 +26,7 @@ void drawDot(ZRDraw& draw, int column, int row, int scale, bool selector) {
 }
 
 void drawRow(ZRDraw& draw, int column, int row, unsigned int bits, const CellStyle& style) {
-    for (int bit = glyphWidth - 1; bit >= 0; --bit, column += style.scale) {
+    for (int bit = zrFontWidth - 1; bit >= 0; --bit, column += style.scale) {
         const bool ink = ((bits >> bit) & 1U) != 0;
         if (ink || style.opaque)
             drawDot(draw, column, row, style.scale, ink != style.inverse);
@@ -41,8 +38,8 @@ void drawRow(ZRDraw& draw, int column, int row, unsigned int bits, const CellSty
 int ZRDraw::LabelFont(unsigned int, int scale) {
     labelScale = static_cast<unsigned int>(scale);
     labelFont = gFont8x10;
-    labelWidth = glyphWidth;
-    labelHeight = glyphHeight;
+    labelWidth = zrFontWidth;
+    labelHeight = zrFontHeight;
     return 0;
 }
 

@@ -1,10 +1,11 @@
 // Circles, arcs and Bezier curves as text art.
 #include "support/recorder.h"
 #include "support/test_canvas.h"
-#include "zrdraw/font.h"
+#include "zrdraw/arc_ends.h"
 
 #include <gtest/gtest.h>
 
+#include <thread>
 #include <utility>
 
 TEST(Circle, SmallRadii) {
@@ -102,6 +103,25 @@ TEST(Arc, ArcToAndPieExchangeTheStartPoint) {
     arc->Line(8, 8, 16, 8);
     arc->Line(8, 8, 0, 7);
     EXPECT_EQ(pie.art(), arc.art());
+}
+
+TEST(Arc, APieHasItsOwnRadiiWhateverOtherThreadsDraw) {
+    struct Interrupted : Recorder {
+        Interrupted() : ZRDraw(ptRGBA32) {}
+        int Line(int x0, int y0, int x1, int y1) override {
+            if (!std::exchange(interrupted, x1 == 8 && y1 == 8)) // before the first radius
+                std::thread([] {
+                    TestCanvas(1, 40, 40)->Pie(20, 20, 36, 36, 30, 21, 22, 35);
+                }).join();
+            return Recorder::Line(x0, y0, x1, y1);
+        }
+        bool interrupted = false;
+    };
+    Recorder alone;
+    Interrupted other;
+    alone.Pie(0, 0, 16, 16, 8, 16, 0, 8);
+    other.Pie(0, 0, 16, 16, 8, 16, 0, 8);
+    EXPECT_EQ(other.pixels, alone.pixels);
 }
 
 TEST(Arc, APieAfterARefusedArcHasTheRadiiOfTheOneBefore) {

@@ -1,12 +1,11 @@
 // Objects of our own 32-bit class skip the virtual calls; a class derived from it gets every one of
 // them. Both leave the same frame.
+#include "support/guarded_memory.h"
 #include "zrdraw/formats.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <random>
-#include <vector>
 
 namespace {
 
@@ -16,7 +15,6 @@ struct Derived : CDrawRGBA32 {
 };
 
 constexpr int width = 50, height = 40, pitch = width * 4 + 8;
-constexpr int guard = 64;
 
 void drawSomething(ZRDraw& draw, std::mt19937& random) {
     const auto number = [&](int low, int high) {
@@ -60,19 +58,17 @@ TEST(DirectPath, LeavesWhatTheVirtualCallsLeave) {
     std::mt19937 random(seed);
     for (int scene = 0; scene < 400; ++scene) {
         const unsigned int code = 1 + random() % 4;
-        std::vector<char> direct(guard + pitch * height + guard, 0x21), called = direct;
+        GuardedMemory direct(pitch * height, 0x21), called = direct;
         CDrawRGBA32 ours(code);
         Derived theirs(code);
-        ours.SetCanvas(direct.data() + guard, height, width, pitch);
-        theirs.SetCanvas(called.data() + guard, height, width, pitch);
+        ours.SetCanvas(direct.chars(), height, width, pitch);
+        theirs.SetCanvas(called.chars(), height, width, pitch);
         for (int step = 0; step < 12; ++step) {
             std::mt19937 same = random;
             drawSomething(ours, random);
             drawSomething(theirs, same);
             ASSERT_EQ(direct, called) << "scene " << scene << " step " << step;
         }
-        const auto untouched = [](char byte) { return byte == 0x21; };
-        EXPECT_TRUE(std::all_of(direct.begin(), direct.begin() + guard, untouched));
-        EXPECT_TRUE(std::all_of(direct.end() - guard, direct.end(), untouched));
+        EXPECT_TRUE(direct.guardsIntact());
     }
 }

@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr unsigned int swapBit = 0x80000000U;
-
 struct Progress {
     unsigned int position, scale;
 };
@@ -46,7 +44,7 @@ void reference(const zrfxFXArgs& a, unsigned int samples, unsigned char* dst) {
             Sample ofA, ofB;
             std::memcpy(&ofA, a.srcA + y * a.pitchA + i * sizeof(Sample), sizeof(Sample));
             std::memcpy(&ofB, a.srcB + y * a.pitchB + i * sizeof(Sample), sizeof(Sample));
-            const bool swapped = (a.wipeCode & swapBit) != 0;
+            const bool swapped = (a.wipeCode & zrWipeSwap) != 0;
             const Sample out = swapped ? mixed(ofA, ofB, t) : mixed(ofB, ofA, t);
             std::memcpy(dst + y * a.pitchB + i * sizeof(Sample), &out, sizeof(Sample));
         }
@@ -60,7 +58,7 @@ void compareAll(Frame& frameA, Frame& frameB, unsigned int width, unsigned int h
         if (group.bytes / group.samples != sizeof(Sample))
             continue;
         for (const auto& [position, scale] : progresses)
-            for (const unsigned int code : {0U, swapBit | 77}) {
+            for (const unsigned int code : {0U, zrWipeSwap | 77}) {
                 Frame dst(bytes), expected(bytes);
                 zrfxFXArgs a{frameA.data(), pitchA,          frameB.data(), pitchB, dst.data(), 1,
                              code,          group.pixelType, width,         height};
@@ -126,7 +124,7 @@ TEST(Dissolve, EveryLengthAndPitch) {
 
 TEST(Dissolve, TruncatesWhereDoublesAreJustBelow) {
     unsigned char a[4] = {255, 100, 255, 0}, b[4] = {255, 100, 0, 255}, dst[4] = {};
-    zrfxFXArgs args{a, 4, b, 4, dst, 4, 0, 1, 1, 1};
+    zrfxFXArgs args{a, 4, b, 4, dst, 4, 0, ptRGBA32, 1, 1};
     args.rangeEnd = 25;
     args.position = 1;
     EXPECT_TRUE(runBands(zrfxDISSOLVE2, args));

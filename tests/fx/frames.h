@@ -39,10 +39,11 @@ struct Group {
     unsigned int pixelType, samples, bytes;
 };
 
-inline constexpr Group groups[] = {
-    {1, 4, 4},  {2, 4, 4},  {3, 4, 4},  {4, 4, 4},  {34, 4, 4}, {5, 3, 3},   {6, 3, 3},
-    {33, 3, 3}, {31, 3, 6}, {35, 3, 6}, {32, 4, 8}, {36, 4, 8}, {29, 4, 16}, {30, 3, 12},
-};
+inline constexpr Group groups[] = {{ptRGBA32, 4, 4},      {ptARGB32, 4, 4},     {ptBGRA32, 4, 4},
+                                   {ptABGR32, 4, 4},      {zrWipeByte4, 4, 4},  {ptRGB24, 3, 3},
+                                   {ptBGR24, 3, 3},       {zrWipeByte3, 3, 3},  {ptRGB48, 3, 6},
+                                   {zrWipeWord3, 3, 6},   {ptARGB64, 4, 8},     {zrWipeWord4, 4, 8},
+                                   {zrWipeFloat4, 4, 16}, {zrWipeFloat3, 3, 12}};
 
 // Only the fields that a caller gives are used: up to `position`, and the band.
 template <typename Function, typename... Tail>

@@ -137,7 +137,7 @@ protected:
         inner.srcB = plane[1];
         inner.dst = plane[2];
         inner.pitchA = inner.pitchB = inner.pitchDst = line;
-        inner.pixelType = 33;
+        inner.pixelType = zrWipeByte3;
         callWith(ZRDraw_DisplayWipe, inner);
         for (unsigned int y = 0; y < a.height; ++y)
             end.pack(plane[2] + y * line, dst + y * a.pitchDst, a.width);
@@ -171,7 +171,13 @@ protected:
 };
 
 TEST_F(FrontEnds, DrawThroughPlanesOfThreeBytes) {
-    constexpr unsigned int codes[] = {0, 1, 3, 0x80000001, 500, 501, 508};
+    constexpr unsigned int codes[] = {zrWipeDissolve,
+                                      zrWipeHorizontal,
+                                      zrWipeTopLeft,
+                                      zrWipeSwap | zrWipeHorizontal,
+                                      zrSlideUp,
+                                      zrSlideLeft,
+                                      508};
     for (unsigned int width = 1; width <= 100; ++width)
         for (const unsigned int height : {1U, 2U, 5U}) {
             // On a size of 1 two threads do the same slide, by contract but for a race detector.
@@ -194,8 +200,10 @@ TEST_F(FrontEnds, HandOnTheirArgumentsWithAlignedPlanes) {
         m_asked.clear();
         m_freed.clear();
         Frame a(1024), b(1024), dst(1024);
-        const zrfxFXArgs args{a.data(), 128, b.data(), 128, dst.data(), 128, 0x80000001, 14, 20,
-                              7,        21,  22,       23,  24,         25,  3,          19, 5};
+        const zrfxFXArgs args{
+            a.data(), 128, b.data(), 128, dst.data(), 128, zrWipeSwap | zrWipeHorizontal,
+            ptV210,   20,  7,        21,  22,         23,  24,
+            25,       3,   19,       5};
         EXPECT_EQ(callWith(end->function, args), 0U);
         ASSERT_EQ(m_records.size(), 4U);
         zrfxFXArgs expected = args;
@@ -204,7 +212,7 @@ TEST_F(FrontEnds, HandOnTheirArgumentsWithAlignedPlanes) {
         expected.srcB = expected.srcA + 512; // 3 * 20 * 7 bytes, rounded up
         expected.dst = expected.srcB + 512;
         expected.pitchA = expected.pitchB = expected.pitchDst = 60;
-        expected.pixelType = 33;
+        expected.pixelType = zrWipeByte3;
         EXPECT_EQ(std::memcmp(&m_records[0], &expected, offsetof(zrfxFXArgs, xStart)), 0)
             << end->name;
         EXPECT_EQ(m_asked, std::vector<unsigned int>{9 * 20 * 7 + 3072});
@@ -218,7 +226,8 @@ TEST_F(FrontEnds, WithoutWidthOrHeightStillCall) {
     for (const FrontEnd* end : {&ycbcr, &v210})
         for (const auto& [width, height] : {std::pair{0U, 4U}, {8U, 0U}, {0U, 0U}}) {
             Frame a(256), b(256), dst(256, 9);
-            zrfxFXArgs args{a.data(), 16, b.data(), 16, dst.data(), 16, 1, 1, width, height};
+            zrfxFXArgs args{a.data(),         16, b.data(), 16,    dst.data(), 16,
+                            zrWipeHorizontal, 1,  width,    height};
             args.rangeEnd = 16;
             m_records.clear();
             EXPECT_EQ(callWith(end->function, args), 0U);
@@ -232,7 +241,8 @@ class FrontEndFailures : public FrontEnds {
 protected:
     unsigned int call(const FrontEnd& end, unsigned int width = 8, unsigned int height = 2) {
         m_log.clear();
-        zrfxFXArgs args{m_a.data(), 128, m_a.data(), 128, m_dst.data(), 128, 1, 1, width, height};
+        zrfxFXArgs args{m_a.data(),       128, m_a.data(), 128,   m_dst.data(), 128,
+                        zrWipeHorizontal, 1,   width,      height};
         args.rangeEnd = 16;
         const unsigned int result = callWith(end.function, args);
         EXPECT_EQ(m_dst, Frame(512)) << end.name;
@@ -255,6 +265,20 @@ TEST_F(FrontEndFailures, WithoutMemoryTheySaySoAndRestoreThePriority) {
         EXPECT_EQ(m_log, Messages{"No Memory ZRDraw_DisplayWipeYCbCr"});
         EXPECT_EQ(priority(), before);
     }
+}
+
+// Addresses are numbers that wrap. There is no memory there: whatever is touched ends the test.
+TEST_F(FrontEndFailures, APlaneAtNullIsNoMemory) {
+    constexpr unsigned int width = 40, height = 10, planeBytes = 1536; // 3 * 400 rounded up
+    for (const FrontEnd* end : {&ycbcr, &v210})
+        for (const std::uintptr_t behind :
+             {std::uintptr_t{1}, std::uintptr_t{planeBytes}, std::uintptr_t{2 * planeBytes}}) {
+            injection().alloc = [behind](unsigned int) { return reinterpret_cast<void*>(-behind); };
+            EXPECT_EQ(call(*end, width, height), 0xFFFFFFFFU) << end->name << ' ' << behind;
+            EXPECT_EQ(m_log, Messages{"No Memory ZRDraw_DisplayWipeYCbCr"});
+            EXPECT_EQ(m_freed, std::vector<void*>{});
+            EXPECT_EQ(priority(), before);
+        }
 }
 
 TEST_F(FrontEndFailures, AThrowingAllocatorLeavesThePriorityRaised) {

@@ -1,7 +1,11 @@
 #include "fx/frames.h"
+#include "zrdraw/wipes.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -47,7 +51,7 @@ protected:
     Frame draw(zrfxKernel* kernel, unsigned int code) {
         Frame dst(pitch * height);
         zrfxFXArgs args{m_a.data(), pitch, m_b.data(), pitch, dst.data(),
-                        pitch,      code,  1,          width, height};
+                        pitch,      code,  ptRGBA32,   width, height};
         args.rangeEnd = 16;
         args.position = 8;
         if (kernel == nullptr)
@@ -61,13 +65,22 @@ protected:
     Frame m_a{pitch * height, m_random}, m_b{pitch * height, m_random};
 };
 
-TEST_F(Selection, ComparesPicturesThatAllDiffer) {
-    std::vector<Frame> pictures{draw(zrfxDISSOLVE, 0)};
-    for (const Codes& codes : table)
-        pictures.push_back(draw(codes.kernel, codes.ends[0]));
-    for (std::size_t i = 0; i < pictures.size(); ++i)
-        for (std::size_t j = 0; j < i; ++j)
-            EXPECT_NE(pictures[i], pictures[j]) << i << ' ' << j;
+TEST_F(Selection, NamedRowsShowPicturesThatAllDifferAndOthersOneOfThese) {
+    std::vector<std::pair<std::string, Frame>> named{{"nothing", Frame(pitch * height)}};
+    for (const bool wantsName : {true, false})
+        for (const zrWipe& row : zrWipes) {
+            if ((row.name != nullptr) != wantsName)
+                continue;
+            EXPECT_EQ(row.help != nullptr, wantsName) << row.first;
+            const Frame picture = draw(nullptr, row.last);
+            const auto known = std::find_if(named.begin(), named.end(), [&](const auto& other) {
+                return other.second == picture;
+            });
+            EXPECT_EQ(known == named.end(), wantsName) << row.first << " shows " << known->first;
+            if (wantsName)
+                named.emplace_back(row.name, picture);
+        }
+    EXPECT_EQ(named.size(), 21U) << "fifteen wipes, four slides, the dissolve";
 }
 
 TEST_F(Selection, EveryCodeHasItsKernel) {
@@ -75,7 +88,7 @@ TEST_F(Selection, EveryCodeHasItsKernel) {
     for (unsigned int code = 0; code <= 600; ++code)
         codes.push_back(code);
     for (const unsigned int code : codes)
-        for (const unsigned int full : {code, code | 0x80000000U})
+        for (const unsigned int full : {code, code | zrWipeSwap})
             ASSERT_EQ(draw(nullptr, full), draw(kernelOf(code), full)) << std::hex << full;
 }
 
@@ -86,15 +99,16 @@ TEST(Kernels, OfUnknownLayoutsOrEmptyBandsWriteNothing) {
         if (codes.kernel != zrfxSLIDE_Basic)
             kernels.push_back(codes.kernel);
     Frame a(256, 1), b(256, 2), dst(256);
-    zrfxFXArgs args{a.data(), 64, b.data(), 64, dst.data(), 64, 1, 0, 4, 4};
+    zrfxFXArgs args{a.data(), 64, b.data(), 64, dst.data(), 64, zrWipeHorizontal, 0, 4, 4};
     args.rangeEnd = 4;
     args.position = 2;
     for (std::size_t i = 0; i < kernels.size(); ++i) {
-        for (const unsigned int type : {0U, 7U, 10U, 14U, 28U, 37U, 38U, 10000U, 0xFFFFFFFFU}) {
+        for (const unsigned int type : {0U, 7U, 10U, 28U, 37U, unsigned{ptV210},
+                                        unsigned{ptRGBHalf48}, 10000U, 0xFFFFFFFFU}) {
             args.pixelType = type;
             EXPECT_TRUE(runBands(kernels[i], args));
         }
-        args.pixelType = 1;
+        args.pixelType = ptRGBA32;
         EXPECT_EQ(callWith(kernels[i], args, 0U, 4U, 2U, 2U), 0U);
         EXPECT_EQ(callWith(kernels[i], args, 0U, 4U, 3U, 2U), 0U);
         EXPECT_EQ(callWith(kernels[i], args, 2U, 2U, 0U, 4U), 0U);

@@ -7,12 +7,16 @@
 
 namespace {
 
+constexpr unsigned int lastSlide = 515; // those behind zrSlideDown7 draw nothing
+
 struct Layout {
     unsigned int pixelType, bytes;
 };
 
-constexpr Layout layouts[] = {{1, 4},  {5, 3},   {6, 3},   {33, 3}, {31, 6}, {35, 6}, {32, 8},
-                              {36, 8}, {29, 16}, {30, 12}, {10, 4}, {34, 4}, {99, 4}};
+constexpr Layout layouts[] = {
+    {ptRGBA32, 4},    {ptRGB24, 3},  {ptBGR24, 3},     {zrWipeByte3, 3},   {ptRGB48, 6},
+    {zrWipeWord3, 6}, {ptARGB64, 8}, {zrWipeWord4, 8}, {zrWipeFloat4, 16}, {zrWipeFloat3, 12},
+    {zrWipeByte4, 4}, {10, 4},       {99, 4}}; // the last two are none
 
 // What a pixel of the destination shows: of the moving frame where it still is, else of the other.
 void reference(const zrfxFXArgs& a, unsigned int b, unsigned char* dst) {
@@ -20,9 +24,9 @@ void reference(const zrfxFXArgs& a, unsigned int b, unsigned char* dst) {
     const int n = static_cast<int>(std::min(a.height, a.height * a.position / scale));
     const int m = static_cast<int>(std::min(a.width, a.width * a.position / scale));
     const int width = static_cast<int>(a.width), height = static_cast<int>(a.height);
-    const bool sideways = a.wipeCode == 501 || a.wipeCode == 503;
-    const int dx = sideways ? (a.wipeCode == 501 ? m : -m) : 0;
-    const int dy = sideways ? 0 : (a.wipeCode == 500 ? n : -n);
+    const bool sideways = a.wipeCode == zrSlideLeft || a.wipeCode == zrSlideRight;
+    const int dx = sideways ? (a.wipeCode == zrSlideLeft ? m : -m) : 0;
+    const int dy = sideways ? 0 : (a.wipeCode == zrSlideUp ? n : -n);
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
             const int fromX = x + dx, fromY = y + dy;
@@ -36,7 +40,7 @@ void reference(const zrfxFXArgs& a, unsigned int b, unsigned char* dst) {
 TEST(Slide, MovesTheFirstFrameOffTheSecond) {
     Random random(seed);
     unsigned int number = 0;
-    for (unsigned int code = 500; code <= 515; ++code)
+    for (unsigned int code = zrSlideUp; code <= lastSlide; ++code)
         for (const unsigned int width : {1U, 2U, 7U, 16U})
             for (const unsigned int height : {1U, 2U, 5U, 12U})
                 for (const unsigned int scale : {16U, 25U})
@@ -50,7 +54,7 @@ TEST(Slide, MovesTheFirstFrameOffTheSecond) {
                         args.rangeStart = 7;
                         args.rangeEnd = scale + 7;
                         args.position = position;
-                        if (code <= 507)
+                        if (code <= zrSlideDown7)
                             reference(args, layout.bytes, expected.data());
                         EXPECT_TRUE(runBands(zrfxSLIDE_Basic, args));
                         ASSERT_EQ(dst, expected)
@@ -61,17 +65,17 @@ TEST(Slide, MovesTheFirstFrameOffTheSecond) {
 
 TEST(Slide, SwappedCodesAndOtherBandsWriteNothing) {
     Frame a(64, 1), b(64, 2), dst(64);
-    zrfxFXArgs args{a.data(), 16, b.data(), 16, dst.data(), 16, 0, 1, 4, 4};
+    zrfxFXArgs args{a.data(), 16, b.data(), 16, dst.data(), 16, 0, ptRGBA32, 4, 4};
     args.rangeEnd = 4;
     args.position = 2;
-    std::vector<unsigned int> codes{0, 1, 499, 516};
-    for (unsigned int code = 500; code <= 515; ++code)
-        codes.push_back(code | 0x80000000U);
+    std::vector<unsigned int> codes{0, 1, zrSlideUp - 1, lastSlide + 1};
+    for (unsigned int code = zrSlideUp; code <= lastSlide; ++code)
+        codes.push_back(code | zrWipeSwap);
     for (const unsigned int code : codes) {
         args.wipeCode = code;
         EXPECT_TRUE(runBands(zrfxSLIDE_Basic, args));
     }
-    args.wipeCode = 500;
+    args.wipeCode = zrSlideUp;
     EXPECT_EQ(callWith(zrfxSLIDE_Basic, args, 1U, 4U, 0U, 4U), 0U);
     EXPECT_EQ(callWith(zrfxSLIDE_Basic, args, 0U, 4U, 1U, 4U), 0U);
     EXPECT_EQ(dst, Frame(64));

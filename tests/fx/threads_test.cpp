@@ -1,5 +1,6 @@
 #include "fx/frames.h"
 #include "platform/injection.h"
+#include "zrdraw/wipes.h"
 
 #include <gtest/gtest.h>
 
@@ -212,10 +213,9 @@ TEST(Threads, EndWithTheKernelsResult) {
 }
 
 TEST(Threads, AThousandTransitionsAtOnce) {
-    constexpr unsigned int kinds[] = {0, 1, 2, 3, 7, 22, 101, 501};
-    constexpr zrfxKernel* kernels[] = {
-        zrfxDISSOLVE,          zrfxSMPTE_Horizontal,         zrfxSMPTE_Vertical,  zrfxSMPTE_TopLeft,
-        zrfxSMPTE_FourCorners, zrfxSMPTE_BarnDoorHorizontal, zrfxSMPTE_Rectangle, zrfxSLIDE_Basic};
+    constexpr unsigned int codes[] = {zrWipeDissolve,  zrWipeHorizontal,  zrWipeVertical,
+                                      zrWipeTopLeft,   zrWipeFourCorners, zrWipeBarnDoorHorizontal,
+                                      zrWipeRectangle, zrSlideLeft};
     Random random(seed);
     Frame a(pitch * size, random), b(pitch * size, random);
     std::atomic<int> wrong = 0;
@@ -223,12 +223,12 @@ TEST(Threads, AThousandTransitionsAtOnce) {
         for (unsigned int i = first; i < first + 125; ++i) {
             Frame dst(pitch * size), expected(pitch * size);
             zrfxFXArgs args{a.data(), pitch,        b.data(), pitch, dst.data(),
-                            pitch,    kinds[i % 8], 1,        size,  size};
+                            pitch,    codes[i % 8], ptRGBA32, size,  size};
             args.rangeEnd = 16;
             args.position = i % 17;
             callWith(ZRDraw_DisplayWipe, args);
             args.dst = expected.data();
-            runBands(kernels[i % 8], args);
+            runBands(zrWipeOf(codes[i % 8]).kernel, args);
             wrong += dst != expected;
         }
     };

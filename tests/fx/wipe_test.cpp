@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstring>
 
 namespace {
-
-constexpr unsigned int swapBit = 0x80000000U;
 
 // A pixel and the edges; everything wraps at 2 to the 32.
 struct At {
@@ -65,7 +65,7 @@ At edges(const zrfxFXArgs& a) {
 
 // Pixel by pixel; the vertical wipe takes whole lines, of the other frame's length.
 void reference(const Wipe& wipe, const zrfxFXArgs& a, unsigned int bytes, unsigned char* dst) {
-    const bool swapped = (a.wipeCode & swapBit) != 0;
+    const bool swapped = (a.wipeCode & zrWipeSwap) != 0;
     At at = edges(a);
     for (at.y = 0; at.y < a.height; ++at.y) {
         const unsigned char* lineA = a.srcA + at.y * a.pitchA;
@@ -104,7 +104,7 @@ void compare(const Wipe& wipe, unsigned int width, unsigned int height, unsigned
                  height};
     // Of the 12 positions each comes with and without it.
     if ((number + number / 12) % 2 != 0)
-        a.wipeCode |= swapBit;
+        a.wipeCode |= zrWipeSwap;
     a.rangeStart = number % 5;
     a.rangeEnd = scale + a.rangeStart;
     a.position = position;
@@ -130,6 +130,76 @@ TEST(Wipe, PicksEveryPixelByItsPlace) {
                             return;
                     }
     }
+}
+
+// A number next to one of the values that a rule compares with, or any.
+unsigned int somewhere(unsigned int size, unsigned int edge, unsigned int halfEdge,
+                       Random& random) {
+    const unsigned int half = size >> 1;
+    const unsigned int places[] = {0,
+                                   size,
+                                   edge,
+                                   size - edge,
+                                   halfEdge,
+                                   size - halfEdge,
+                                   half,
+                                   half - halfEdge,
+                                   halfEdge + size - half,
+                                   0U - 1,
+                                   static_cast<unsigned int>(random())};
+    return places[random() % std::size(places)] + 4 - static_cast<unsigned int>(random() % 9);
+}
+
+// One line of a few pixels anywhere on the 32-bit numbers; the frames' pointers are such that it
+// stands in small buffers.
+void compareBand(const Wipe& wipe, zrfxFXArgs a, Random& random) {
+    constexpr unsigned int pixels = 8, bytes = 4, pitch = pixels * bytes;
+    At at = edges(a);
+    const unsigned int x = std::min(somewhere(a.width, at.ew, at.hw, random), 0U - pixels - 1);
+    const unsigned int y = std::min(somewhere(a.height, at.eh, at.hh, random), 0U - 2);
+    Frame frameA(pitch, random), frameB(pitch, random), dst(pitch), expected(pitch);
+    const auto placed = [=](Frame& frame) {
+        const auto address = reinterpret_cast<std::uintptr_t>(frame.data());
+        return reinterpret_cast<unsigned char*>(address - y * pitch - std::uintptr_t{x} * bytes);
+    };
+    a.srcA = placed(frameA);
+    a.srcB = placed(frameB);
+    a.dst = placed(dst);
+    a.pitchA = a.pitchB = pitch;
+    at.y = y;
+    const bool swapped = (a.wipeCode & zrWipeSwap) != 0;
+    for (unsigned int i = 0; i < pixels; ++i) {
+        at.x = x + i;
+        Frame& from = wipe.incoming(at) == swapped ? frameA : frameB;
+        if (wipe.kernel != zrfxSMPTE_Vertical || x == 0)
+            std::memcpy(expected.data() + i * bytes, from.data() + i * bytes, bytes);
+    }
+    EXPECT_EQ(callWith(wipe.kernel, a, x, x + pixels, y, y + 1), 0U);
+    ASSERT_EQ(dst, expected) << wipe.name << ' ' << a.width << 'x' << a.height << " at "
+                             << a.position << " of " << a.rangeEnd << ", from " << x << ", line "
+                             << y << ", seed " << seed;
+}
+
+TEST(Wipe, TakesPlacesAndEdgesForNumbersThatWrap) {
+    constexpr unsigned int sizes[] = {1, 2, 7, 16, 1920, 65536, 0x7FFFFFFF, 0xFFFFFFF0};
+    constexpr unsigned int scales[] = {1, 16, 25, 65536, 0xFFFFFFFF};
+    Random random(seed);
+    const auto number = [&] { return static_cast<unsigned int>(random()); };
+    for (const Wipe& wipe : wipes)
+        for (int round = 0; round < 20000; ++round) {
+            zrfxFXArgs a{};
+            a.pixelType = ptBGRA32;
+            a.wipeCode = number() & zrWipeSwap;
+            a.width = round % 3 == 0 ? number() : sizes[number() % std::size(sizes)];
+            a.height = round % 5 == 0 ? number() : sizes[number() % std::size(sizes)];
+            a.rangeEnd = scales[number() % std::size(scales)];
+            // On the scale, below 0, or anywhere.
+            const unsigned int positions[] = {number() % a.rangeEnd, 0U - number() % 20, number()};
+            a.position = positions[number() % std::size(positions)];
+            compareBand(wipe, a, random);
+            if (HasFatalFailure())
+                return;
+        }
 }
 
 } // namespace

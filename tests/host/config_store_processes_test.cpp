@@ -34,6 +34,8 @@ TEST_F(SharedConfigStore, LosesNothingWhenProcessesAndThreadsSaveAtOnce) {
     for (const std::string name : {"process0_", "process1_", "process2_", "threadA_", "threadB_"})
         for (int i = 1; i <= rounds; ++i)
             EXPECT_EQ(std::to_string(i), get(name + std::to_string(i))) << name;
+    use(folder + "/none");
+    EXPECT_FALSE(fs::exists(file + "-wal")) << "after the last close";
 }
 
 TEST_F(SharedConfigStore, HoldsWhatWasConfirmedBeforeAKill) {
@@ -62,6 +64,31 @@ TEST_F(SharedConfigStore, HoldsWhatWasConfirmedBeforeAKill) {
         EXPECT_EQ(get("First"), get("Second"));
         EXPECT_EQ(0, save());
     }
+}
+
+TEST_F(SharedConfigStore, RemovesNoLogOfAStoreInThePlaceOfItsOwn) {
+    const std::string aside = file + ".aside", log = file + "-wal";
+    int ends[2] = {};
+    ASSERT_EQ(0, pipe(ends));
+    const pid_t child = inChild([&] { // like one that sets a store aside, and is killed later
+        char go;
+        if (read(ends[0], &go, 1) != 1)
+            return false;
+        for (const char* suffix : {"-wal", "-shm", ""})
+            fs::rename(file + suffix, aside + suffix);
+        return put("A", "new") == 0 && save() == 0;
+    });
+    put("A", "old");
+    ASSERT_EQ(0, save());
+    ASSERT_EQ(1, write(ends[1], "!", 1));
+    ASSERT_EQ(0, statusOf(child));
+    close(ends[0]);
+    close(ends[1]);
+    ASSERT_TRUE(fs::exists(log));
+    use(folder + "/none");
+    EXPECT_TRUE(fs::exists(log));
+    EXPECT_EQ("old", (use(aside), get("A")));
+    EXPECT_EQ("new", (use(file), get("A")));
 }
 
 TEST_F(SharedConfigStore, IsSetAsideOnceByProcessesThatFindTheDamageTogether) {

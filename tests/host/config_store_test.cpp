@@ -1,6 +1,8 @@
 // The configuration store of the default platform layer: what it keeps, answers and reports.
 #include "config_store_fixture.h"
 
+#include <climits>
+
 #include <iterator>
 
 namespace {
@@ -127,6 +129,26 @@ TEST_F(ConfigStore, FollowsAFileThatIsMovedAwayOrBack) {
     EXPECT_EQ("1", get("A"));
 }
 
+TEST_F(ConfigStore, LeavesItsFileAloneWhenTheLastOneClosesIt) {
+    const std::string log = file + "-wal";
+    const auto filesThere = [&] { return fs::exists(log) + fs::exists(file + "-shm"); };
+    put("A", "1");
+    ASSERT_EQ(0, save());
+    EXPECT_EQ(2, filesThere());
+    use(folder + "/none");
+    EXPECT_EQ(0, filesThere()) << "another store is used";
+
+    const pid_t child = fork();
+    if (child == 0) {
+        use(file);
+        put("A", "2");
+        std::exit(save() == 0 && filesThere() == 2 ? 0 : 1);
+    }
+    ASSERT_EQ(0, statusOf(child));
+    EXPECT_EQ(0, filesThere()) << "the process ended";
+    EXPECT_EQ("2", (use(file), get("A")));
+}
+
 TEST_F(ConfigStore, ReportsAFileThatCannotBeWrittenAndKeepsTheTexts) {
     fill(folder + "/plain", "a file");
     const std::string below = folder + "/plain/settings.db";
@@ -145,6 +167,28 @@ TEST_F(ConfigStore, ReportsAFileThatCannotBeWrittenAndKeepsTheTexts) {
     EXPECT_EQ(-1, zrCFGUseStore(folder.c_str(), reason, sizeof reason));
     EXPECT_NE(std::string::npos, std::string(reason).find(folder)) << reason;
     EXPECT_EQ("1", get("A")) << "the store in use stays";
+}
+
+TEST(Itoa, WritesSignsInBaseTenOnly) {
+    const struct {
+        int value, base;
+        const char* text;
+    } cases[] = {
+        {0, 10, "0"},
+        {-1, 10, "-1"},
+        {INT_MIN, 10, "-2147483648"},
+        {INT_MAX, 36, "zik0zj"},
+        {-1, 16, "ffffffff"},
+        {INT_MIN, 2, "10000000000000000000000000000000"},
+        {35, 36, "z"},
+        {5, 1, ""},
+        {5, 37, ""},
+    };
+    for (const auto& [value, base, text] : cases) {
+        char buffer[33] = "#";
+        EXPECT_EQ(+buffer, itoa(value, buffer, base));
+        EXPECT_STREQ(text, buffer) << value << " in base " << base;
+    }
 }
 
 } // namespace

@@ -1,14 +1,15 @@
-// Places in the file system, loading and the log of the default platform layer.
+// Places in the file system, and loading.
 #include "zrdraw/platform/files.h"
-#include "zrdraw/zrhost.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
+#include <string_view>
 
 #include <dlfcn.h>
 #include <errno.h>
+#include <link.h>
+#include <malloc.h>
 
 namespace {
 
@@ -33,25 +34,30 @@ TEST(Libraries, LoadFindAndRelease) {
     EXPECT_EQ(2.0, floorOf(2.5));
     EXPECT_EQ(nullptr, zrOSGetProcAddress(library, "no such name"));
     EXPECT_EQ(1, zrOSFreeLibrary(library));
+    EXPECT_EQ(0, zrOSFreeLibrary(nullptr));
+    EXPECT_EQ(nullptr, zrOSLoadLibrary("no such library", RTLD_NOW));
+    EXPECT_EQ(nullptr, zrOSLoadLibrary("./clipFile.so", RTLD_NOW)) << "a path is taken as it is";
 }
 
-TEST(Log, GoesToTheSinkOrInLinesToStandardError) {
-    static std::vector<std::string> messages;
-    messages.clear();
-    zrOSSetLogSink([](const char* message) { messages.emplace_back(message); });
-    testing::internal::CaptureStderr();
-    ErrOut("%s has %d lines\n", "picture", 12);
-    ErrOut("no newline");
-    ErrOut("%s", "");
-    EXPECT_EQ("", testing::internal::GetCapturedStderr());
-    zrOSSetLogSink(nullptr);
-    testing::internal::CaptureStderr();
-    ErrOut("first %d", 1);
-    ErrOut("second %d\n", 2);
-    ErrOut("%s", "");
-    EXPECT_EQ("zrdraw: first 1\nzrdraw: second 2\nzrdraw: \n",
-              testing::internal::GetCapturedStderr());
-    EXPECT_EQ((std::vector<std::string>{"picture has 12 lines", "no newline", ""}), messages);
+bool isReaderLoaded() {
+    return dl_iterate_phdr(
+               [](dl_phdr_info* info, std::size_t, void*) {
+                   return std::string_view(info->dlpi_name).ends_with("/clipFile.so") ? 1 : 0;
+               },
+               nullptr) != 0;
+}
+
+TEST(Libraries, StayForTheNextLoadAndLoseNoMemory) {
+    void* const first = zrOSLoadLibrary("clipFile.so", RTLD_NOW);
+    ASSERT_NE(nullptr, first);
+    EXPECT_EQ(1, zrOSFreeLibrary(first));
+    EXPECT_TRUE(isReaderLoaded());
+    const std::size_t before = mallinfo2().uordblks;
+    for (int round = 0; round < 1000; ++round) {
+        ASSERT_EQ(first, zrOSLoadLibrary("clipFile.so", RTLD_NOW)) << round;
+        ASSERT_EQ(1, zrOSFreeLibrary(first)) << round;
+    }
+    EXPECT_EQ(before, mallinfo2().uordblks);
 }
 
 } // namespace

@@ -6,7 +6,7 @@
 
 #include <cstdint>
 #include <cstring>
-#include <string>
+#include <vector>
 
 namespace {
 
@@ -45,26 +45,33 @@ TEST(Names, AreConstant) {
     EXPECT_EQ(kpxutilCodecTypeString(codeOf("ab01")), first);
 }
 
-TEST(Names, FileTypesOfDemuxers) {
+TEST(Names, FileTypesByTheirNumbers) {
     const struct {
-        const char* demuxer;
         unsigned int type;
         const char* name;
+        std::vector<const char*> demuxers;
     } rows[] = {
-        {"mov,mp4,m4a,3gp,3g2,mj2", zrFileMov, "MOV"},
-        {"matroska,webm", zrFileMkv, "MKV"},
-        {"mxf_opatom", zrFileMxf, "MXF"},
-        {"yuv4mpegpipe", zrFileY4m, "Y4M"},
-        {"png_pipe", zrFileImage, "Image"},
-        {"image2", zrFileImage, "Image"},
-        {"what", zrFileUnknown, "File"},
-        {"", zrFileUnknown, "File"},
+        {0, "File", {"what", "", "mov", "_pip"}},
+        {1, "MOV", {"mov,mp4,m4a,3gp,3g2,mj2"}},
+        {2, "MKV", {"matroska,webm"}},
+        {3, "AVI", {"avi"}},
+        {4, "MXF", {"mxf", "mxf_opatom"}},
+        {5, "TS", {"mpegts"}},
+        {6, "PS", {"mpeg"}},
+        {7, "DV", {"dv"}},
+        {8, "GXF", {"gxf"}},
+        {9, "NUT", {"nut"}},
+        {10, "Y4M", {"yuv4mpegpipe"}},
+        {11, "RAW", {"rawvideo"}},
+        {12, "GIF", {"gif"}},
+        {13, "Image", {"image2", "image2pipe", "png_pipe"}},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(zrFileTypeOf(row.demuxer), row.type) << row.demuxer;
-        EXPECT_STREQ(kpxutilFileTypeString(row.type), row.name) << row.demuxer;
+        EXPECT_STREQ(kpxutilFileTypeString(row.type), row.name);
+        for (const char* demuxer : row.demuxers)
+            EXPECT_EQ(zrFileTypeOf(demuxer), row.type) << demuxer;
     }
-    EXPECT_STREQ(kpxutilFileTypeString(4711), "File");
+    EXPECT_STREQ(kpxutilFileTypeString(14), "File");
 }
 
 TEST(Frames, AreMadeAndFreed) {

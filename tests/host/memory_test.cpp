@@ -60,4 +60,37 @@ TEST(ZRAlloc, GivesAlignedMemoryThatMayBeWritten) {
     ZRFree(nullptr);
 }
 
+TEST(ZRAlloc, KeepsLargeBlocksForTheNextOfTheirSize) {
+    constexpr unsigned int large = 5U << 20;
+    void* const first = ZRAlloc(large);
+    ASSERT_NE(first, nullptr);
+    std::memset(first, 1, large);
+    ZRFree(first);
+    void* const muchSmaller = ZRAlloc(large / 4);
+    EXPECT_NE(muchSmaller, first);
+    void* const again = ZRAlloc(large - 4096);
+    EXPECT_EQ(again, first);
+    std::memset(again, 2, large - 4096);
+    ZRFree(again);
+    ZRFree(muchSmaller);
+}
+
+TEST(ZRAlloc, GivesEachCallerItsOwnBlock) {
+    constexpr unsigned int large = 3U << 20;
+    for (int round = 0; round < 2; ++round) {
+        std::vector<unsigned char*> blocks;
+        for (unsigned char i = 0; i < 7; ++i) {
+            blocks.push_back(static_cast<unsigned char*>(ZRAlloc(large + i)));
+            ASSERT_NE(blocks.back(), nullptr);
+            EXPECT_EQ(reinterpret_cast<std::uintptr_t>(blocks.back()) % alignment, 0U);
+            std::memset(blocks.back(), i, large + i);
+        }
+        for (unsigned char i = 0; i < 7; ++i) {
+            EXPECT_EQ(blocks[i][0], i);
+            EXPECT_EQ(blocks[i][large + i - 1], i);
+            ZRFree(blocks[i]);
+        }
+    }
+}
+
 } // namespace

@@ -12,7 +12,7 @@ namespace {
 
 std::string textOf(unsigned int count, unsigned int type) {
     char text[512] = {};
-    EXPECT_EQ(tc2String(count, type | 0x30100, text), 0);
+    EXPECT_EQ(tc2String(count, type | zrTimeCodeTextFlags, text), 0);
     return text;
 }
 
@@ -107,6 +107,7 @@ TEST(TimeCode, TypesOfRates) {
     EXPECT_EQ(vidGetTCType(12.0), unsigned{zrTimeCode30})
         << "the one of an object without a stream";
     EXPECT_EQ(unsigned{zrTimeCode30}, 4U);
+    EXPECT_EQ(textOf(31, 99), textOf(31, zrTimeCode30)) << "an unknown type";
     EXPECT_EQ(zrTimeCodeIsDrop(zrTimeCode60Drop), 1);
     EXPECT_EQ(zrTimeCodeIsDrop(zrTimeCode60), 0);
 }
@@ -131,6 +132,7 @@ TEST(TimeCode, HighRatesHaveTheDigitsTheyNeed) {
     } rows[] = {
         {zrTimeCode48, 47, "00:00:00:47"},
         {zrTimeCode100, 199, "00:00:01:99"},
+        {zrTimeCode120, 5, "00:00:00:005"},
         {zrTimeCode120, 119, "00:00:00:119"},
         {zrTimeCode120, 86400 * 120 - 1, "23:59:59:119"},
     };

@@ -67,27 +67,27 @@ std::optional<Pixel> pixelAt(const Call& c, Frame& one, Frame& two, unsigned int
     const Pixel p = at(a, x, y), q = at(b, x, y);
     const unsigned int halfW = c.width / 2, halfH = c.height / 2;
     switch (c.flags & 0xFFFFFF) {
-    case 4:
+    case zrMuxAnaglyph:
         return (p & 0x00FF0000) | (q & 0xFF);
-    case 8:
+    case zrMuxHalves:
         return (p & 0xFFFF0000) | (q & 0xFFFF);
-    case 0x10:
+    case zrMuxByte0B:
         return (p & 0xFFFFFF00) | (q & 0xFF);
-    case 0x20:
+    case zrMuxBytes02B:
         return (p & 0xFF00FF00) | (q & 0x00FF00FF);
-    case 0x40:
+    case zrMuxInterleave:
         if (!isSecond)
             return y % 2 == 0 ? p : q;
         return x < halfW * 2 ? std::optional(x % 2 == 0 ? p : q) : std::nullopt;
-    case 0x80:
+    case zrMuxAverage:
         return (p >> 1 & 0x7F7F7F7F) + (q >> 1 & 0x7F7F7F7F);
-    case 0x100:
+    case zrMuxDifference:
         return difference(p, q, c.param);
-    case 0x200:
+    case zrMuxFields:
         return y < halfH       ? std::optional(at(a, x, 2 * y))
                : y < 2 * halfH ? std::optional(at(b, x, 2 * (y - halfH)))
                                : std::nullopt;
-    case 0x800:
+    case zrMuxSplit:
         if (isSecond) {
             const unsigned int s = c.splitY <= c.height ? c.splitY : halfH;
             return divides && y == s ? 0x80808080U : y < s ? p : q;
@@ -95,34 +95,34 @@ std::optional<Pixel> pixelAt(const Call& c, Frame& one, Frame& two, unsigned int
             const unsigned int d = c.splitX <= c.width ? c.splitX : halfW;
             return divides && x == d ? 0x80808080U : x < d ? p : q;
         }
-    case 0x1000:
-    case 0x2000:
+    case zrMuxMirror:
+    case zrMuxMirror2:
         if (isSecond)
             return y < halfH ? p : at(b, x, halfH - (y - halfH));
         return x < halfW ? p : at(b, halfW - (x - halfW), y);
-    case 0x4000:
+    case zrMuxKey:
         for (int i = 0; i < 4; ++i) {
             const auto u = static_cast<int>(byteOf(p, i)), v = static_cast<int>(byteOf(q, i));
             if (static_cast<unsigned int>(std::abs(u - v)) > c.param)
                 return swap ? 0xFFFFFFFFU : 0U;
         }
         return q;
-    case 0x8000: {
+    case zrMuxMix: {
         const unsigned int w = c.position >> 8;
         Pixel out = 0;
         for (int i = 0; i < 4; ++i)
             out |= ((byteOf(p, i) * w + byteOf(q, i) * (256 - w)) >> 8 & 0xFF) << 8 * i;
         return out;
     }
-    case 0x40000:
+    case zrMuxChecker:
         if (x >= halfW * 2 || y >= halfH * 2)
             return std::nullopt;
         return (x + y) % 2 == 0 ? p : q;
-    case 0x80000: {
+    case zrMuxBlocks: {
         const unsigned int n = std::clamp(c.position >> 8, 1U, 100U);
         return (x / n + y / n) % 2 == 0 ? p : q;
     }
-    case 0x800000: {
+    case zrMuxChannel: {
         const unsigned int mean = (byteOf(p, 0) + byteOf(p, 1) + byteOf(p, 2)) / 3;
         const unsigned int v = c.param == 0xFF         ? byteOf(p, 0)
                                : c.param == 0xFF00     ? byteOf(p, 1)
@@ -141,11 +141,12 @@ std::optional<Pixel> pixelAt(const Call& c, Frame& one, Frame& two, unsigned int
 unsigned int writtenOf(const Call& c) {
     const unsigned int mode = c.flags & 0xFFFFFF;
     const bool isSecond = (c.flags & second) != 0;
-    const bool hasLines = mode == 0x200 || (mode == 0x40 && !isSecond) ||
-                          ((mode == 0x800 || mode == 0x1000 || mode == 0x2000) && isSecond);
+    const bool hasLines =
+        mode == zrMuxFields || (mode == zrMuxInterleave && !isSecond) ||
+        ((mode == zrMuxSplit || mode == zrMuxMirror || mode == zrMuxMirror2) && isSecond);
     if (hasLines)
         return c.pitch / 4;
-    return c.width + (mode == 0x800 && (c.flags & divider) != 0 && c.splitX == c.width);
+    return c.width + (mode == zrMuxSplit && (c.flags & divider) != 0 && c.splitX == c.width);
 }
 
 void compare(const Call& c, Random& random) {
@@ -165,9 +166,10 @@ void compare(const Call& c, Random& random) {
 }
 
 TEST(Mux, EveryPixelModeByItsRule) {
-    constexpr unsigned int modes[] = {4,      8,       0x10,    0x20,    0x40,   0x80,
-                                      0x100,  0x200,   0x800,   0x1000,  0x2000, 0x4000,
-                                      0x8000, 0x40000, 0x80000, 0x800000};
+    constexpr unsigned int modes[] = {zrMuxAnaglyph,   zrMuxHalves,  zrMuxByte0B,     zrMuxBytes02B,
+                                      zrMuxInterleave, zrMuxAverage, zrMuxDifference, zrMuxFields,
+                                      zrMuxSplit,      zrMuxMirror,  zrMuxMirror2,    zrMuxKey,
+                                      zrMuxMix,        zrMuxChecker, zrMuxBlocks,     zrMuxChannel};
     constexpr unsigned int switches[] = {0, second, zrMuxSwap, second | divider, divider};
     // The long ones show that blocks are of at most 100 pixels.
     constexpr std::pair<unsigned int, unsigned int> sizes[] = {
@@ -183,7 +185,7 @@ TEST(Mux, EveryPixelModeByItsRule) {
                     c.splitX = i < 2 ? i : width + i - 3;
                     c.splitY = i < 2 ? i : height + i - 3;
                     c.param = params[random() % std::size(params)];
-                    if (mode == 0x4000 && i % 2 == 0)
+                    if (mode == zrMuxKey && i % 2 == 0)
                         c.param = 200 + static_cast<unsigned int>(random()) % 60;
                     compare(c, random);
                     if (HasFatalFailure())
@@ -193,15 +195,17 @@ TEST(Mux, EveryPixelModeByItsRule) {
 
 TEST(Mux, CopiesTakeTheirOwnSizes) {
     Random random(seed);
-    for (const unsigned int mode : {0U, 1U, 2U, 0x20000U, 0x400000U, 0x1800U})
+    constexpr unsigned int modes[] = {zrMuxA,  1,        zrMuxB,
+                                      0x20000, 0x400000, zrMuxSplit | zrMuxMirror};
+    for (const unsigned int mode : modes)
         for (const unsigned int swap : {0U, zrMuxSwap}) {
             Frame one(64, random), two(64, random), out(64, random), wanted = out;
             Call c{mode | swap, 4, 4, 16};
             c.size1 = 20;
             c.size2 = 36;
             EXPECT_EQ(run(c, one, two, out), 0U);
-            Frame& source = (mode == 2) != (swap != 0) ? two : one;
-            std::memcpy(wanted.data(), source.data(), mode == 2 ? 36 : 20);
+            Frame& source = (mode == zrMuxB) != (swap != 0) ? two : one;
+            std::memcpy(wanted.data(), source.data(), mode == zrMuxB ? 36 : 20);
             EXPECT_EQ(out, wanted) << mode;
         }
 }
@@ -233,12 +237,12 @@ TEST(Mux, FlipsChangeTheSourcesInOrder) {
 TEST(Mux, WipesByTheTransition) {
     Random random(seed);
     Frame one(160, random), two(160, random), out(160, random), wanted = out;
-    Call c{0x10000, 8, 4, 40};
-    c.code = 7;
+    Call c{zrMuxWipe, 8, 4, 40};
+    c.code = zrWipeFourCorners;
     c.position = 30000;
     EXPECT_EQ(run(c, one, two, out), 0U);
-    ZRDraw_DisplayWipe(one.data(), 40, two.data(), 40, wanted.data(), 40, 7, 1, 8, 4, 1, 1, 0, 0, 0,
-                       0, 65536, 30000);
+    ZRDraw_DisplayWipe(one.data(), 40, two.data(), 40, wanted.data(), 40, zrWipeFourCorners,
+                       ptRGBA32, 8, 4, 1, 1, 0, 0, 0, 0, 65536, 30000);
     EXPECT_EQ(out, wanted);
 }
 
@@ -246,7 +250,7 @@ TEST(Mux, WindowsAreHalvesAndLookAtNoPitch) {
     Random random(seed);
     for (const auto& [width, height] : {std::pair{8U, 6U}, {7U, 5U}, {12U, 9U}})
         for (const unsigned int form : {0U, second}) {
-            Call c{0x200000 | form, width, height, width * 4 + 4};
+            Call c{zrMuxWindows | form, width, height, width * 4 + 4};
             c.splitX = c.splitY = 2;
             const std::size_t bytes = c.pitch * height;
             Frame one(bytes, random), two(bytes, random), out(bytes, random), wanted = out;
@@ -280,7 +284,7 @@ TEST(Mux, SqueezeWithoutABufferDrawsTheSecondOnly) {
                 for (unsigned int x = 0; 2 * x < width; ++x)
                     std::memcpy(expected.data() + 4 * (y * width + x) + 2 * width,
                                 b.data() + 4 * (y * width + 2 * x), 4);
-            run({0x400, width, 3, width * 4 + 8}, a, b, dst);
+            run({zrMuxSqueeze, width, 3, width * 4 + 8}, a, b, dst);
             EXPECT_EQ(dst, expected) << width << (fails ? " fails" : "") << ", seed " << seed;
         }
 }
@@ -299,18 +303,26 @@ TEST(Mux, TwoUpPutsThePicturesSideBySide) {
                     put(expected, line + x / 2, word(a, r * width + x));
                     put(expected, line + width / 2 + x / 2, word(b, r * width + x));
                 }
-            run({0x100000, width, height, 999}, a, b, dst);
+            run({zrMuxTwoUp, width, height, 999}, a, b, dst);
             EXPECT_EQ(dst, expected) << width << 'x' << height << ", seed " << seed;
         }
 }
 
-// '#' for grid bytes all over, '.' for kept ones, a character for each four bytes of a line.
-std::string gridOf(Frame& dst, unsigned int words, unsigned int height) {
+// A letter for each four bytes of a line: '#' of the grid, '|' of a divider, '.' as it was.
+std::string lettersOf(Frame& dst, unsigned int words, unsigned int height) {
+    constexpr std::pair<Pixel, char> letters[] = {{0xAAAAAAAA, 'A'},
+                                                  {0xBBBBBBBB, 'B'},
+                                                  {0xBFBFBFBF, '#'},
+                                                  {0x80808080, '|'},
+                                                  {0x5A5A5A5A, '.'}};
     std::string rows;
     for (unsigned int y = 0; y < height; ++y, rows += '\n')
         for (unsigned int x = 0; x < words; ++x) {
-            const Pixel pixel = word(dst, y * words + x);
-            rows += pixel == 0xBFBFBFBF ? '#' : pixel == 0x5A5A5A5A ? '.' : '?';
+            const auto* const letter =
+                std::find_if(std::begin(letters), std::end(letters), [&](const auto& row) {
+                    return row.first == word(dst, y * words + x);
+                });
+            rows += letter != std::end(letters) ? letter->second : '?';
         }
     return rows;
 }
@@ -337,28 +349,73 @@ TEST(MuxGrid, IsByPercentOrPixels) {
         c.gridX = row.x;
         c.gridY = row.y;
         run(c, a, b, dst);
-        EXPECT_EQ(gridOf(dst, 9, 4), row.grid) << row.mode << ' ' << row.x << ' ' << row.y;
+        EXPECT_EQ(lettersOf(dst, 9, 4), row.grid) << row.mode << ' ' << row.x << ' ' << row.y;
         std::memset(dst.data(), 0x5A, 36 * 4);
         EXPECT_EQ(dst, Frame(36 * 4));
     }
 }
 
-TEST(MuxGrid, ComesAfterEveryModeAlsoWithoutWidthButNotWithoutHeight) {
-    const auto grid = [](unsigned int flags, unsigned int width, unsigned int height) {
-        Frame a(32, 1), b(32, 2), dst(32);
-        Call c{flags, width, height, 16};
-        c.gridMode = c.gridX = c.gridY = 2;
-        EXPECT_EQ(run(c, a, b, dst), 0U);
-        return gridOf(dst, 4, 2);
+TEST(Mux, WithoutWidthOrHeightDrawsWholeLinesAndTheGridOnly) {
+    struct Row {
+        unsigned int flags;
+        const char *first, *second; // lines of a picture of two without width
+        int fills = 0;              // calls that clear or fill there, and
+        int fillsWithoutHeight = 0;
     };
-    for (const unsigned int flags :
-         {4U, 8U, 0x10U, 0x20U, 0x40 | second, 0x80U, 0x100U, 0x800U, 0x1000U, 0x2000U, 0x4000U,
-          0x8000U, 0x10000U, 0x40000U, 0x80000U, 0x800000U})
-        EXPECT_EQ(grid(flags, 0, 2), "####\n....\n") << std::hex << flags;
-    for (const unsigned int flags :
-         {0U, 2U, 4U, 0x40U, 0x40 | second, 0x200U, 0x400U, 0x800U, 0x800 | second, 0x1000U,
-          0x1000 | second, 0x10000U, 0x40000U, 0x80000U, 0x100000U, 0x200000U, 0x200000 | second})
-        EXPECT_EQ(grid(flags, 2, 0), "....\n....\n") << std::hex << flags;
+    constexpr const char* kept = "....\n";
+    const Row rows[] = {
+        {zrMuxA, kept, kept},
+        {zrMuxB, kept, kept},
+        {zrMuxAnaglyph, kept, kept},
+        {zrMuxHalves, kept, kept},
+        {zrMuxByte0B, kept, kept},
+        {zrMuxBytes02B, kept, kept},
+        {zrMuxInterleave, "AAAA\n", "BBBB\n"},
+        {zrMuxInterleave | second, kept, kept},
+        {zrMuxAverage, kept, kept},
+        {zrMuxDifference, kept, kept},
+        {zrMuxFields, "AAAA\n", "BBBB\n"},
+        {zrMuxSqueeze, kept, kept},
+        {zrMuxSplit, kept, kept},
+        {zrMuxSplit | divider, "|...\n", "|...\n"},
+        {zrMuxSplit | second, "BBBB\n", "BBBB\n"},
+        {zrMuxSplit | second | divider, "||||\n", "BBBB\n", 1},
+        {zrMuxMirror, kept, kept},
+        {zrMuxMirror | second, "AAAA\n", "BBBB\n"},
+        {zrMuxMirror2, kept, kept},
+        {zrMuxMirror2 | second, "AAAA\n", "BBBB\n"},
+        {zrMuxKey, kept, kept},
+        {zrMuxMix, kept, kept},
+        {zrMuxWipe, kept, kept},
+        {zrMuxChecker, kept, kept},
+        {zrMuxBlocks, kept, kept},
+        {zrMuxTwoUp, kept, kept},
+        {zrMuxWindows, kept, kept},
+        {zrMuxWindows | second, kept, kept, 1, 1},
+        {zrMuxChannel, kept, kept},
+    };
+    const InjectionGuard guard;
+    int fills = 0;
+    injection().watchSetMemory = [&fills](void*, unsigned int, unsigned long) { ++fills; };
+    const auto drawn = [&fills](unsigned int flags, unsigned int width, unsigned int height,
+                                unsigned int grid) {
+        Frame a(32, 0xAA), b(32, 0xBB), dst(32);
+        Call c{flags, width, height, 16};
+        c.gridMode = c.gridX = c.gridY = grid;
+        fills = 0;
+        EXPECT_EQ(run(c, a, b, dst), 0U);
+        return lettersOf(dst, 4, 2);
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(testing::Message() << "flags 0x" << std::hex << row.flags);
+        EXPECT_EQ(drawn(row.flags, 0, 2, 0), std::string(row.first) + row.second);
+        EXPECT_EQ(fills, row.fills);
+        EXPECT_EQ(drawn(row.flags, 0, 2, 2), std::string("####\n") + row.second);
+        for (const unsigned int grid : {0U, 2U}) {
+            EXPECT_EQ(drawn(row.flags, 2, 0, grid), std::string(kept) + kept);
+            EXPECT_EQ(fills, row.fillsWithoutHeight);
+        }
+    }
 }
 
 } // namespace

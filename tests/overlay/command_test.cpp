@@ -35,8 +35,8 @@ std::string changes(const MEDIACMD& before, const MEDIACMD& after) {
     const std::pair<const char*, unsigned int MEDIACMD::*> fields[] = {
         {"a=", &MEDIACMD::valueA},      {"b=", &MEDIACMD::valueB},
         {"c=", &MEDIACMD::valueC},      {"paramA=", &MEDIACMD::paramA},
-        {"paramB=", &MEDIACMD::paramB}, {"flags=", &MEDIACMD::cmdFlags},
-        {"sub=", &MEDIACMD::subCode},   {"cmd=", &MEDIACMD::cmd}};
+        {"paramB=", &MEDIACMD::paramB}, {"sub=", &MEDIACMD::subCode},
+        {"cmd=", &MEDIACMD::cmd}};
     std::string found;
     for (const auto& [name, field] : fields)
         if (before.*field != after.*field)
@@ -44,9 +44,21 @@ std::string changes(const MEDIACMD& before, const MEDIACMD& after) {
     return found;
 }
 
-constexpr unsigned int allFlags = 0xFFFFFFFF & ~0x2000U;
+// What makes the fields valid, and all that does but for the text.
+constexpr unsigned int validA = zrValidValueA, validB = zrValidValueB, validC = zrValidValueC,
+                       validParamA = zrValidParamA, validParamB = zrValidParamB,
+                       validText = zrValidText;
+constexpr unsigned int values = validA | validB | validC, allFlags = ~validText;
 
-} // namespace
+// The numbers are the host's.
+static_assert(validA == 0x40 && validB == 0x100 && validC == 0x400 && validParamA == 0x10 &&
+              validParamB == 0x20 && validText == 0x2000);
+static_assert(zrOverlayMaster == 111000 && zrOverlayAudio == 111001 && zrOverlayVChip == 111002 &&
+              zrOverlayCaptions == 111003 && zrOverlayTimeCode == 111004 &&
+              zrOverlayWatermark == 111005 && zrOverlaySourceFormat == 111006 &&
+              zrOverlayCustomText == 111007 && zrOverlayReservedFirst == 111008 &&
+              zrOverlayReservedLast == 111010);
+static_assert(zrCommandGet == 14 && zrCommandSet == 15 && zrCommandGetState == 16);
 
 class OverlayCommands : public OverlayTest {};
 
@@ -56,55 +68,64 @@ TEST_F(OverlayCommands, Set) {
         const char* changed;
     };
     const Case cases[] = {
-        {{111000, allFlags}, "Enabled=11 FillBackground=22 "},
-        {{111000, 0x40}, "Enabled=11 "},
-        {{111000, 0x100}, "FillBackground=22 "},
-        {{111001, allFlags}, "AudioEnable=11 AudioX=22 AudioY=33 AudioChannels=55 "},
-        {{111001, 0x40}, "AudioEnable=11 "},
-        {{111001, 0x100}, "AudioX=22 "},
-        {{111001, 0x400}, "AudioY=33 "},
-        {{111001, 0x20}, "AudioChannels=55 "},
-        {{111002, allFlags}, "VChipEnable=11 "},
-        {{111002, ~0x40U}, ""},
-        {{111003, allFlags}, "CaptionsEnable=11 CaptionSource=22 "},
-        {{111003, 0x40}, "CaptionsEnable=11 "},
-        {{111003, 0x100}, "CaptionSource=22 "},
-        {{111004, 0x550, 1, 0x1FF},
+        {{zrOverlayMaster, allFlags}, "Enabled=11 FillBackground=22 "},
+        {{zrOverlayMaster, validA}, "Enabled=11 "},
+        {{zrOverlayMaster, validB}, "FillBackground=22 "},
+        {{zrOverlayAudio, allFlags}, "AudioEnable=11 AudioX=22 AudioY=33 AudioChannels=55 "},
+        {{zrOverlayAudio, validA}, "AudioEnable=11 "},
+        {{zrOverlayAudio, validB}, "AudioX=22 "},
+        {{zrOverlayAudio, validC}, "AudioY=33 "},
+        {{zrOverlayAudio, validParamB}, "AudioChannels=55 "},
+        {{zrOverlayVChip, allFlags}, "VChipEnable=11 "},
+        {{zrOverlayVChip, ~validA}, ""},
+        {{zrOverlayCaptions, allFlags}, "CaptionsEnable=11 CaptionSource=22 "},
+        {{zrOverlayCaptions, validA}, "CaptionsEnable=11 "},
+        {{zrOverlayCaptions, validB}, "CaptionSource=22 "},
+        {{zrOverlayTimeCode, values | validParamA, 1, 0x1FF},
          "TimeCodeLTCEnable=1 TimeCodeVITCEnable=0 TimeCodeVsyncEnable=0 TimeCodeX=22 "
          "TimeCodeY=33 TimeCodeSize=255 "},
-        {{111004, 0x40, 2}, "TimeCodeLTCEnable=0 TimeCodeVITCEnable=1 TimeCodeVsyncEnable=0 "},
-        {{111004, 0x40, 16}, "TimeCodeLTCEnable=0 TimeCodeVITCEnable=0 TimeCodeVsyncEnable=1 "},
-        {{111004, 0x40, 0xEC}, "TimeCodeLTCEnable=0 TimeCodeVITCEnable=0 TimeCodeVsyncEnable=0 "},
-        {{111004, 0x100}, "TimeCodeX=22 "},
-        {{111004, 0x400}, "TimeCodeY=33 "},
-        {{111004, 0x10}, "TimeCodeSize=44 "},
-        {{111004, ~0x550U}, ""},
-        {{111005, 0x2550, 11, 0x1FF},
+        {{zrOverlayTimeCode, validA, 2},
+         "TimeCodeLTCEnable=0 TimeCodeVITCEnable=1 TimeCodeVsyncEnable=0 "},
+        {{zrOverlayTimeCode, validA, 16},
+         "TimeCodeLTCEnable=0 TimeCodeVITCEnable=0 TimeCodeVsyncEnable=1 "},
+        {{zrOverlayTimeCode, validA, 0xEC},
+         "TimeCodeLTCEnable=0 TimeCodeVITCEnable=0 TimeCodeVsyncEnable=0 "},
+        {{zrOverlayTimeCode, validB}, "TimeCodeX=22 "},
+        {{zrOverlayTimeCode, validC}, "TimeCodeY=33 "},
+        {{zrOverlayTimeCode, validParamA}, "TimeCodeSize=44 "},
+        {{zrOverlayTimeCode, ~(values | validParamA)}, ""},
+        {{zrOverlayWatermark, values | validParamA | validText, 11, 0x1FF},
          "WatermarkEnable=11 WatermarkX=22 WatermarkY=33 WatermarkOpacity=255 "},
-        {{111005, 0x10}, "WatermarkOpacity=44 "},
-        {{111006, allFlags}, "SourceFormatEnable=11 SourceFormatX=22 SourceFormatY=33 "},
-        {{111006, 0x440}, "SourceFormatEnable=11 SourceFormatY=33 "},
-        {{111007, 0x550, 1, 5}, "CustomTextEnabled5=1 CustomTextX5=22 CustomTextY5=33 "},
-        {{111007, 0x550, 9, 9}, "CustomTextEnabled9=9 CustomTextX9=22 CustomTextY9=33 "},
-        {{111007, 0x550, 10, 5}, "CustomTextEnabled0=10 CustomTextX0=22 CustomTextY0=33 "},
-        {{111007, 0x540, 1, 5}, "CustomTextEnabled0=1 CustomTextX0=22 CustomTextY0=33 "},
-        {{111007, 0x110, 1, 5}, "CustomTextX5=22 "},
-        {{111007, 0x410, 10, 5}, "CustomTextY0=33 "},
-        {{111008, allFlags}, ""},
-        {{111010, allFlags}, ""},
-        {{110999, allFlags}, ""},
+        {{zrOverlayWatermark, validParamA}, "WatermarkOpacity=44 "},
+        {{zrOverlaySourceFormat, allFlags},
+         "SourceFormatEnable=11 SourceFormatX=22 SourceFormatY=33 "},
+        {{zrOverlaySourceFormat, validA | validC}, "SourceFormatEnable=11 SourceFormatY=33 "},
+        {{zrOverlayCustomText, values | validParamA, 1, 5},
+         "CustomTextEnabled5=1 CustomTextX5=22 CustomTextY5=33 "},
+        {{zrOverlayCustomText, values | validParamA, 9, 9},
+         "CustomTextEnabled9=9 CustomTextX9=22 CustomTextY9=33 "},
+        {{zrOverlayCustomText, values | validParamA, 10, 5},
+         "CustomTextEnabled0=10 CustomTextX0=22 CustomTextY0=33 "},
+        {{zrOverlayCustomText, values, 1, 5},
+         "CustomTextEnabled0=1 CustomTextX0=22 CustomTextY0=33 "},
+        {{zrOverlayCustomText, validB | validParamA, 1, 5}, "CustomTextX5=22 "},
+        {{zrOverlayCustomText, validC | validParamA, 10, 5}, "CustomTextY0=33 "},
+        {{zrOverlayReservedFirst, allFlags}, ""},
+        {{zrOverlayReservedLast, allFlags}, ""},
+        {{zrOverlayMaster - 1, allFlags}, ""},
     };
     for (const Case& c : cases) {
         numberBoth(1000);
-        Command command = commandOf(15, c.given);
+        Command command = commandOf(zrCommandSet, c.given);
         const Command sent = command;
         EXPECT_EQ(overlay.SetMode(&command.record), static_cast<int>(c.given.a));
-        EXPECT_EQ(changes(before, overlay), c.changed) << c.given.sub << " " << c.given.flags;
+        EXPECT_EQ(changes(before, overlay), c.changed)
+            << c.given.sub << std::hex << " " << c.given.flags;
         EXPECT_EQ(std::memcmp(&command, &sent, sizeof command), 0) << "a set changes no record";
         EXPECT_EQ(overlay.Watermark, nullptr);
-        for (unsigned int other = 111000; other < 111011; ++other) {
-            Command none = commandOf(15, {other, 0});
-            Command unknown = commandOf(13, {other, allFlags});
+        for (unsigned int other = zrOverlayMaster; other <= zrOverlayReservedLast; ++other) {
+            Command none = commandOf(zrCommandSet, {other, 0});
+            Command unknown = commandOf(zrCommandGet - 1, {other, allFlags});
             EXPECT_EQ(before.SetMode(&none.record) + before.SetMode(&unknown.record), 22);
             EXPECT_EQ(changes(before, overlay), c.changed);
             EXPECT_EQ(unknown.record.cmdFlags, allFlags);
@@ -120,13 +141,15 @@ TEST_F(OverlayCommands, SetText) {
     };
     const std::string text(150, 'x');
     for (const Case& c :
-         {Case{{111007, 0x2010, 1, 5, "five"}, 5}, Case{{111007, 0x2000, 1, 5, ""}, 0},
-          Case{{111007, 0x2010, 10, 5, text.c_str()}, 0}, Case{{111007, 0x10, 1, 5, "no flag"}, -1},
-          Case{{111005, 0x2010, 1, 5, "no text"}, -1}}) {
+         {Case{{zrOverlayCustomText, validParamA | validText, 1, 5, "five"}, 5},
+          Case{{zrOverlayCustomText, validText, 1, 5, ""}, 0},
+          Case{{zrOverlayCustomText, validParamA | validText, 10, 5, text.c_str()}, 0},
+          Case{{zrOverlayCustomText, validParamA, 1, 5, "no flag"}, -1},
+          Case{{zrOverlayWatermark, validParamA | validText, 1, 5, "no text"}, -1}}) {
         Overlay changed;
         for (int slot = 0; slot < 10; slot += 5)
             giveText(changed, slot, "old");
-        Command command = commandOf(15, c.given);
+        Command command = commandOf(zrCommandSet, c.given);
         changed.SetMode(&command.record);
         for (int slot = 0; slot < 10; slot += 5)
             EXPECT_STREQ(changed.CustomText[slot], slot == c.slot ? c.given.text : "old");
@@ -139,25 +162,37 @@ TEST_F(OverlayCommands, Ask) {
     struct Case {
         Given given;
         const char* changed;
+        unsigned int added = 0; // flags
         const char* text = "given";
     };
     const Case cases[] = {
-        {{111000, 0}, "a=1000 flags=64 "},
-        {{111001, 0}, "a=1002 b=1003 c=1004 paramB=1005 flags=1376 "},
-        {{111002, 0}, "a=1006 flags=64 "},
-        {{111003, 0}, "a=1007 b=1008 flags=320 "},
-        {{111004, 0}, "a=1 b=1016 c=1017 paramA=2042 flags=1360 "}, // 7 << 8 | 1018
-        {{111005, 0}, "a=1019 b=1020 c=1021 paramA=1022 flags=9552 ", "mark"},
-        {{111006, 0}, "a=1023 b=1024 c=1025 flags=1344 "},
-        {{111007, 0x40, 3}, "a=1035 b=1036 c=1037 flags=9536 ", "slot3"},
-        {{111007, 0x40, 9}, "a=1053 b=1054 c=1055 flags=9536 ", "slot9"},
-        {{111007, 0x40, 10, 3}, "a=1026 b=1027 c=1028 flags=9536 ", "slot0"},
-        {{111007, 0x10, 3, 3}, "a=1026 b=1027 c=1028 flags=9552 ", "slot0"},
-        {{111008, 0}, "a=0 flags=64 "},
-        {{111009, 0x8001}, "a=0 flags=32833 "},
-        {{111010, 0}, "a=0 flags=64 "},
-        {{111011, 0}, ""},
-        {{110999, 0}, ""},
+        {{zrOverlayMaster, 0}, "a=1000 ", validA},
+        {{zrOverlayAudio, 0}, "a=1002 b=1003 c=1004 paramB=1005 ", values | validParamB},
+        {{zrOverlayVChip, 0}, "a=1006 ", validA},
+        {{zrOverlayCaptions, 0}, "a=1007 b=1008 ", validA | validB},
+        {{zrOverlayTimeCode, 0},
+         "a=1 b=1016 c=1017 paramA=2042 ",
+         values | validParamA}, // 7 << 8 | 1018
+        {{zrOverlayWatermark, 0},
+         "a=1019 b=1020 c=1021 paramA=1022 ",
+         values | validParamA | validText,
+         "mark"},
+        {{zrOverlaySourceFormat, 0}, "a=1023 b=1024 c=1025 ", values},
+        {{zrOverlayCustomText, validA, 3}, "a=1035 b=1036 c=1037 ", values | validText, "slot3"},
+        {{zrOverlayCustomText, validA, 9}, "a=1053 b=1054 c=1055 ", values | validText, "slot9"},
+        {{zrOverlayCustomText, validA, 10, 3},
+         "a=1026 b=1027 c=1028 ",
+         values | validText,
+         "slot0"},
+        {{zrOverlayCustomText, validParamA, 3, 3},
+         "a=1026 b=1027 c=1028 ",
+         values | validParamA | validText,
+         "slot0"},
+        {{zrOverlayReservedFirst, 0}, "a=0 ", validA},
+        {{zrOverlayReservedFirst + 1, 0x8001}, "a=0 ", validA},
+        {{zrOverlayReservedLast, 0}, "a=0 ", validA},
+        {{zrOverlayReservedLast + 1, 0}, ""},
+        {{zrOverlayMaster - 1, 0}, ""},
     };
     numberBoth(1000);
     overlay.tcType = 7;
@@ -166,11 +201,12 @@ TEST_F(OverlayCommands, Ask) {
     for (int slot = 0; slot < 10; ++slot)
         giveText(overlay, slot, "slot" + std::to_string(slot));
     for (const Case& c : cases) {
-        for (const unsigned int cmd : {14U, 16U}) {
+        for (const unsigned int cmd : {zrCommandGet, zrCommandGetState}) {
             Command command = commandOf(cmd, c.given);
             const Command sent = command;
             EXPECT_EQ(overlay.SetMode(&command.record), static_cast<int>(c.given.a));
             EXPECT_EQ(changes(sent.record, command.record), c.changed) << c.given.sub;
+            EXPECT_EQ(command.record.cmdFlags, c.given.flags | c.added) << c.given.sub;
             EXPECT_STREQ(command.bytes + 76, c.text) << c.given.sub;
             EXPECT_EQ(changes(before, overlay), "");
         }
@@ -181,10 +217,12 @@ TEST_F(OverlayCommands, AskedTimeCodeIsTheFirstThatIsOn) {
     const std::pair<unsigned int, unsigned int> setAndAsked[] = {{0, 0},   {1, 1},  {3, 1},
                                                                  {16, 16}, {18, 2}, {19, 1}};
     for (const auto& [set, asked] : setAndAsked) {
-        Command command = commandOf(15, {111004, 0x40, set});
+        Command command = commandOf(zrCommandSet, {zrOverlayTimeCode, validA, set});
         overlay.SetMode(&command.record);
-        Command query = commandOf(16, {111004, 0});
+        Command query = commandOf(zrCommandGetState, {zrOverlayTimeCode, 0});
         EXPECT_EQ(overlay.SetMode(&query.record), 11);
         EXPECT_EQ(query.record.valueA, asked) << set;
     }
 }
+
+} // namespace

@@ -11,8 +11,6 @@ unsigned int segmentColor(int segment) {
     return segment < 3 ? red : segment < 6 ? yellow : green;
 }
 
-} // namespace
-
 class OverlayMeters : public OverlayTest {
 protected:
     void createMeters(unsigned int channels) {
@@ -118,3 +116,5 @@ TEST_F(OverlayMeters, HistoryMovesBytesNotWords) {
     EXPECT_EQ(history[1], 0x11U);
     EXPECT_EQ(history[2], 0x01020304U);
 }
+
+} // namespace

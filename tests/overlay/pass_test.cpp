@@ -11,7 +11,9 @@ namespace {
 long heapAllocations = 0;
 
 constexpr int width = 640, height = 100;
-constexpr unsigned int yuv2 = 0x32767579, v210 = 0x76323130;
+constexpr unsigned int yuv2 = zrWatermarkYuv2, v210 = zrWatermarkV210;
+static_assert(zrScanInterlaced == 0x100 && zrScanSegmented == 0x200, "the host's bits");
+constexpr unsigned int bothScans = zrScanInterlaced | zrScanSegmented;
 
 struct Text {
     std::string text;
@@ -38,6 +40,8 @@ Picture pictureOf(const std::vector<Text>& texts, bool filled) {
     throw std::bad_alloc();
 }
 #endif
+
+namespace {
 
 class OverlayPass : public OverlayTest {
 protected:
@@ -103,15 +107,23 @@ TEST_F(OverlayPass, Layers) {
         {"adjusted", bothCodes, {{"4294967295", 9, 5, 1}, {"999", 9, 15, 1}}, false, 0, 1001},
         {"size 0", codesOfSize(0), {{"1000", 9, 5, 1}, {"2000", 9, 5, 1}}},
         {"size 3", codesOfSize(3), {{"1000", 9, 5, 3}, {"2000", 9, 35, 3}}},
-        {"even lines", codesOfSize(3), {{"1000", 9, 4, 2}, {"2000", 9, 24, 2}}, false, 0x100},
-        {"even size", codesOfSize(1), {{"1000", 9, 4, 1}, {"2000", 9, 4, 1}}, false, 0x300},
-        {"segmented", codesOfSize(3), {{"1000", 9, 5, 3}, {"2000", 9, 35, 3}}, false, 0x200},
+        {"even lines",
+         codesOfSize(3),
+         {{"1000", 9, 4, 2}, {"2000", 9, 24, 2}},
+         false,
+         zrScanInterlaced},
+        {"even size", codesOfSize(1), {{"1000", 9, 4, 1}, {"2000", 9, 4, 1}}, false, bothScans},
+        {"segmented",
+         codesOfSize(3),
+         {{"1000", 9, 5, 3}, {"2000", 9, 35, 3}},
+         false,
+         zrScanSegmented},
         {"background 1", [&](Overlay& o) { bothCodes(o), o.FillBackground = 1; }, codes, true},
         {"background 2", [&](Overlay& o) { bothCodes(o), o.FillBackground = 2; }, codes},
         {"progressive", sourceOn, {{source + "p", 4, 41, 3}}, false, 0xFCFF},
-        {"interlaced", sourceOn, {{source + "i", 4, 40, 3}}, false, 0x100},
-        {"segments", sourceOn, {{source + "sf", 4, 41, 3}}, false, 0x200},
-        {"both bits", sourceOn, {{source + "p", 4, 40, 3}}, false, 0x300},
+        {"interlaced", sourceOn, {{source + "i", 4, 40, 3}}, false, zrScanInterlaced},
+        {"segments", sourceOn, {{source + "sf", 4, 41, 3}}, false, zrScanSegmented},
+        {"both bits", sourceOn, {{source + "p", 4, 40, 3}}, false, bothScans},
         {"slots", slots, {{"zero", 30, 7, 3}, {"nine", 41, 7, 3}}, true},
         {"without picture", withoutPicture, {}},
     };
@@ -124,7 +136,7 @@ TEST_F(OverlayPass, Layers) {
         burnIn(picture, nullptr, nullptr, c.adjust);
         EXPECT_EQ(picture.difference(pictureOf(c.texts, c.filled)), "");
     }
-    EXPECT_EQ(timeCodeFlags, 0x30107U); // the stream's type and the flags
+    EXPECT_EQ(timeCodeFlags, 0x30107U) << "the stream's type and the flags";
 }
 
 TEST_F(OverlayPass, OnlyAFilledBackgroundSetsTheBackColor) {
@@ -205,8 +217,8 @@ TEST_F(OverlayPass, EvenLinesAreStoredForGood) {
         unsigned int flags, enabled;
         bool even;
     };
-    for (const Case& c : {Case{0x100, 1, true}, Case{0x300, 1, true}, Case{0x200, 1, false},
-                          Case{0x100, 0, false}}) {
+    for (const Case& c : {Case{zrScanInterlaced, 1, true}, Case{bothScans, 1, true},
+                          Case{zrScanSegmented, 1, false}, Case{zrScanInterlaced, 0, false}}) {
         createWithPlaces(c.flags);
         for (const auto& [key, number] : numbersOf(overlay))
             *number = key.find("Enable") == std::string::npos ? 51 : 0;
@@ -217,7 +229,7 @@ TEST_F(OverlayPass, EvenLinesAreStoredForGood) {
             const bool line = key == "SourceFormatY" || key == "AudioY" || key == "TimeCodeY" ||
                               key == "TimeCodeSize" || key.starts_with("CustomTextY");
             if (key.find("Enable") == std::string::npos)
-                EXPECT_EQ(*number, line && c.even ? 50 : 51) << key << c.flags;
+                EXPECT_EQ(*number, line && c.even ? 50 : 51) << key << std::hex << c.flags;
         }
     }
 }
@@ -325,3 +337,5 @@ TEST_F(OverlayPass, BoxByHeightAndWidth) {
     wanted.box(3, 2, 5, 2, white);
     EXPECT_EQ(picture.difference(wanted), "");
 }
+
+} // namespace

@@ -1,6 +1,7 @@
 // Settings in the configuration store and in files.
 #include "overlay/overlay_fixture.h"
 #include "support/temp_file.h"
+#include "zrdraw/overlay_settings.h"
 
 #include <fstream>
 #include <iterator>
@@ -36,8 +37,6 @@ std::vector<std::string> everyKey(const std::string& verb) {
     return keys;
 }
 
-} // namespace
-
 class OverlaySettings : public OverlayTest {};
 
 TEST_F(OverlaySettings, InitialValues) {
@@ -55,6 +54,15 @@ TEST_F(OverlaySettings, InitialValues) {
                  overlay.iniFile || overlay.wmBgra || overlay.wmYuv2 || overlay.wmV210)
         << "what is made later";
     EXPECT_TRUE(calls.empty());
+}
+
+TEST_F(OverlaySettings, LayersOfThePicture) {
+    Lines layers;
+    for (const zrOverlaySetting& setting : zrOverlaySettings)
+        if (setting.layer)
+            layers.emplace_back(setting.key);
+    EXPECT_EQ(layers, (Lines{"AudioEnable", "TimeCodeLTCEnable", "TimeCodeVITCEnable",
+                             "WatermarkEnable", "SourceFormatEnable"}));
 }
 
 TEST_F(OverlaySettings, LoadReadsEveryKeyInOrder) {
@@ -253,3 +261,5 @@ TEST_F(OverlaySettings, ReadFile) {
         EXPECT_TRUE(calls.empty());
     }
 }
+
+} // namespace

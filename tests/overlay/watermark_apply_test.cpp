@@ -6,7 +6,7 @@ namespace {
 TEST_F(OverlayWatermark, NullCaches) {
     create(6, 3);
     place(0, 0);
-    for (const unsigned int code : {0U, yuv2, v210}) {
+    for (const unsigned int code : {bgra, yuv2, v210}) {
         useCache(code, 6, 3);
         EXPECT_EQ(apply(std::vector<char>(512, 'x')), std::vector<char>(512, 'x'));
     }
@@ -25,17 +25,17 @@ TEST_F(OverlayWatermark, BlendOfPairsAndPixels) {
         {yuv2, {210, 20, 50, 240, 9}, {97, 103, 104, 98}},
         {yuv2, {210, 20, 50, 240, 128}, {59, 155, 170, 74}},
         {yuv2, {210, 20, 50, 240, 255}, {20, 210, 240, 50}},
-        {0, {200, 0, 255, 16}, {64, 64, 64, 64}},
-        {0, {200, 0, 255, 17}, {73, 59, 76, 17}},
-        {0, {200, 0, 255, 255}, {200, 0, 255, 255}},
+        {bgra, {200, 0, 255, 16}, {64, 64, 64, 64}},
+        {bgra, {200, 0, 255, 17}, {73, 59, 76, 17}},
+        {bgra, {200, 0, 255, 255}, {200, 0, 255, 255}},
     };
     place(0, 0);
     for (Case c : cases) {
-        const int width = c.code == 0 ? 1 : 2;
+        const int width = c.code == bgra ? 1 : 2;
         create(width, 1, c.code);
         useCache(c.code, static_cast<unsigned int>(width), 1);
         overlay.wmYuv2 = overlay.wmBgra = c.entry.data();
-        const unsigned char start = c.code == 0 ? 64 : 100;
+        const unsigned char start = c.code == bgra ? 64 : 100;
         EXPECT_EQ(apply(std::vector<unsigned char>(4, start)), c.wanted) << int{c.entry.back()};
     }
 }
@@ -57,26 +57,26 @@ TEST_F(OverlayWatermark, PlacesInPairsAndPixels) {
         {yuv2, 0, 0xFFFFFFFF, 2, 3, "...... ...... ......"},
         {yuv2, 0, 0, 2, 0, "...... ...... ......"},
         {yuv2, 0, 0, 1, 2, "...... ...... ......"},
-        {0, 1, 1, 2, 2, "...... .ab... .cd..."},
-        {0, 4, 0, 3, 2, "....ab ....de ......"},
-        {0, 5, 2, 1, 2, "...... ...... .....a"},
-        {0, 6, 0, 2, 2, "...... ...... ......"},
-        {0, 0xFFFFFFFF, 0, 2, 2, "...... ...... ......"},
-        {0, 0, 3, 2, 2, "...... ...... ......"},
-        {0, 0, 0xFFFFFFFF, 2, 2, "...... ...... ......"},
-        {0, 0, 0, 2, 0, "...... ...... ......"},
+        {bgra, 1, 1, 2, 2, "...... .ab... .cd..."},
+        {bgra, 4, 0, 3, 2, "....ab ....de ......"},
+        {bgra, 5, 2, 1, 2, "...... ...... .....a"},
+        {bgra, 6, 0, 2, 2, "...... ...... ......"},
+        {bgra, 0xFFFFFFFF, 0, 2, 2, "...... ...... ......"},
+        {bgra, 0, 3, 2, 2, "...... ...... ......"},
+        {bgra, 0, 0xFFFFFFFF, 2, 2, "...... ...... ......"},
+        {bgra, 0, 0, 2, 0, "...... ...... ......"},
     };
     for (const Case& c : cases) {
         std::vector<unsigned char> cache;
         for (unsigned char letter = 'a'; letter < 'a' + 12; ++letter) {
-            cache.insert(cache.end(), c.code == 0 ? 3 : 4, letter);
+            cache.insert(cache.end(), c.code == bgra ? 3 : 4, letter);
             cache.push_back(255);
         }
         create(6, 3, c.code);
         useCache(c.code, c.width, c.height);
         place(c.x, c.y);
         overlay.wmYuv2 = overlay.wmBgra = cache.data();
-        const std::size_t pixelBytes = c.code == 0 ? 4 : 2;
+        const std::size_t pixelBytes = c.code == bgra ? 4 : 2;
         const auto found = apply(std::vector<unsigned char>(6 * 3 * pixelBytes + 64, '.'));
         std::string art;
         for (std::size_t i = 0; i < found.size(); i += pixelBytes) {

@@ -5,13 +5,18 @@
 
 #include <list>
 
-inline constexpr unsigned int yuv2 = 0x32767579, v210 = 0x76323130, uyvy = 0x59565955;
+inline constexpr unsigned int bgra = zrWatermarkBgra, yuv2 = zrWatermarkYuv2,
+                              v210 = zrWatermarkV210;
+static_assert(bgra == 0 && yuv2 == 0x32767579 && v210 == 0x76323130, "the codes are the host's");
+inline constexpr unsigned int uyvy = 0x59565955; // the same pixels as yuv2, but no watermark
 
 // What the reader of media files finds, and the calls that reach it.
 struct Clip {
     int width = 0, height = 0;
     std::vector<unsigned char> pixels;
     bool opens = true, hasMemory = true;
+    std::string lacks; // the entry that its reader does not have
+    int claims = 1;    // times the size, each way, that it tells
     std::vector<std::string> calls;
     DFRAME frame{};
 };
@@ -31,8 +36,8 @@ inline void* openClip(const char* path, unsigned int access, unsigned int share,
 
 inline int getInfo(void** handle, int kind, int index, KPXVIDEO* record, void* a, void* b) {
     note("info", *handle == &clip, kind, index, record->header.biSize, a == b);
-    record->header.biWidth = clip.width;
-    record->header.biHeight = clip.height;
+    record->header.biWidth = clip.width * clip.claims;
+    record->header.biHeight = clip.height * clip.claims;
     return 0;
 }
 
@@ -52,6 +57,8 @@ inline int closeClip(void** handle) {
 
 inline void* entryOf(const char* name) {
     note(name, 0);
+    if (clip.lacks == name)
+        return nullptr;
     return std::map<std::string, void*>{{"cfOpen", reinterpret_cast<void*>(openClip)},
                                         {"cfGetFileInfo", reinterpret_cast<void*>(getInfo)},
                                         {"cfReadFrameUnc", reinterpret_cast<void*>(readFrame)},

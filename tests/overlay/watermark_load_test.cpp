@@ -95,6 +95,16 @@ TEST_F(OverlayWatermark, NothingToLoad) {
     EXPECT_EQ(picture.difference(Picture(16, 8)), "");
 }
 
+// No memory is what a picture without pixels needs.
+TEST_F(OverlayWatermark, EmptyPicture) {
+    injection().alloc = [](unsigned int) { return nullptr; };
+    for (const unsigned int code : {bgra, yuv2, v210}) {
+        load(0, 0, code);
+        EXPECT_EQ(clip.calls.back(), "unload 1");
+    }
+    EXPECT_TRUE(log.empty());
+}
+
 TEST_F(OverlayWatermark, FileThatCannotBeOpened) {
     clip.opens = false;
     overlay.wmLayout = 0;
@@ -108,6 +118,102 @@ TEST_F(OverlayWatermark, FileThatCannotBeOpened) {
     EXPECT_EQ(overlay.wmLayout + overlay.wmWidth + overlay.wmHeight, 0U);
     EXPECT_EQ(overlay.wmYuv2, nullptr);
     EXPECT_EQ(overlay.WatermarkX, 401U);
+}
+
+// What the host lacks costs the watermark and one line, and what was opened is closed again.
+TEST_F(OverlayWatermark, HostsThatLackSomething) {
+    struct Case {
+        const char* what;
+        std::function<void(Injection&)> lack;
+        Lines last; // calls
+        const char* line;
+    };
+    const auto without = [](const char* entry) {
+        return [entry](Injection&) { clip.lacks = entry; };
+    };
+    const Lines unloaded{"cfClose 0", "unload 1"};
+    const Lines closed{"frame gen 11 0 0 302", "close 1", "unload 1"};
+    const char* const noReader = "Error: Unable to load watermark reader <clipFile.so> ";
+    const char* const noMemory = "Error: No memory for watermark <logo.mov> ";
+    const Case cases[] = {
+        {"no library",
+         [](Injection& host) { host.loadLibrary = [](const char*, int) { return nullptr; }; },
+         {},
+         noReader},
+        {"no cfOpen", without("cfOpen"), unloaded, noReader},
+        {"no cfGetFileInfo", without("cfGetFileInfo"), unloaded, noReader},
+        {"no cfReadFrameUnc", without("cfReadFrameUnc"), unloaded, noReader},
+        {"no cfClose", without("cfClose"), unloaded, noReader},
+        {"no memory", [](Injection& host) { host.alloc = [](unsigned int) { return nullptr; }; },
+         closed, noMemory},
+        {"an allocator that throws",
+         [](Injection& host) { host.alloc = [](unsigned int) -> void* { throw 1; }; }, closed,
+         noMemory},
+        {"a size beyond 32 bits", [](Injection&) { clip.claims = 20000; }, closed, noMemory},
+    };
+    const Injection whole = injection();
+    unsigned int old[16] = {};
+    for (const Case& c : cases) {
+        for (const unsigned int code : {bgra, yuv2, v210}) {
+            SCOPED_TRACE(std::string(c.what) + " " + std::to_string(code));
+            injection() = whole;
+            clip = {};
+            log.clear();
+            useCache(0, 0, 0);
+            overlay.wmBgra = overlay.wmYuv2 = reinterpret_cast<unsigned char*>(old);
+            overlay.wmV210 = old;
+            c.lack(injection());
+            load(2, 2, code);
+            EXPECT_EQ(log, Lines{c.line});
+            ASSERT_GE(clip.calls.size(), c.last.size());
+            EXPECT_EQ(Lines(clip.calls.end() - static_cast<long>(c.last.size()), clip.calls.end()),
+                      c.last);
+            // An old cache does not fit the new size.
+            EXPECT_EQ(overlay.wmBgra == nullptr, c.line == noMemory && code == bgra);
+            EXPECT_EQ(overlay.wmYuv2 == nullptr, c.line == noMemory && code == yuv2);
+            EXPECT_EQ(overlay.wmV210 == nullptr, c.line == noMemory && code == v210);
+            EXPECT_EQ(overlay.wmLayout, c.line == noMemory ? code : 0);
+            EXPECT_EQ(overlay.WatermarkX, 401U);
+            place(0, 0);
+            overlay.Enabled = 1;
+            Picture picture(16, 8);
+            burnIn(picture);
+            EXPECT_EQ(picture.difference(Picture(16, 8)), "");
+            EXPECT_EQ(log.size(), 1U) << "a line a frame";
+        }
+    }
+}
+
+// By contract nothing of ours frees them; a host does.
+TEST_F(OverlayWatermark, CachesGoBackByZRFree) {
+    injection().alloc = nullptr;
+    place(0, 0);
+    for (const unsigned int code : {bgra, yuv2, v210}) {
+        load(4, 4, code);
+        void* const caches[] = {overlay.wmBgra, overlay.wmYuv2, overlay.wmV210};
+        EXPECT_EQ(std::count(std::begin(caches), std::end(caches), nullptr), 2) << code;
+        for (void* cache : caches)
+            ZRFree(cache);
+        overlay.wmBgra = overlay.wmYuv2 = nullptr;
+        overlay.wmV210 = nullptr;
+        EXPECT_EQ(apply(std::vector<char>(512, 'x')), std::vector<char>(512, 'x'));
+    }
+    EXPECT_TRUE(log.empty());
+}
+
+// A frame without pixels, or none at all.
+TEST_F(OverlayWatermark, NothingToDrawOn) {
+    for (const unsigned int code : {bgra, yuv2, v210}) {
+        load(4, 4, code);
+        place(0, 0);
+        overlay.Enabled = 1;
+        frame.videoData = nullptr;
+        EXPECT_EQ(overlay.BurnIn(&frame, nullptr, nullptr, 0), 0);
+        EXPECT_EQ(overlay.BurnIn(nullptr, nullptr, nullptr, 0), 0);
+    }
+    const KPXVIDEO taken = overlay.video;
+    EXPECT_EQ(overlay.Create(nullptr, &system) + overlay.Create(&video, nullptr), 0);
+    EXPECT_EQ(std::memcmp(&taken, &overlay.video, sizeof taken), 0);
 }
 
 TEST_F(OverlayWatermark, NoMemoryForTheFrame) {

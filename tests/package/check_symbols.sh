@@ -1,22 +1,22 @@
 #!/usr/bin/env bash
-# The library exports what its headers declare and nothing else, and asks for nothing but the
-# standard libraries and the platform operations.
-# Usage: check_symbols.sh LIBRARY SOURCE_DIR
+# A library exports what its list names and its headers declare, under its version, and nothing
+# else; it asks for nothing but the libraries it is linked to and the platform operations. It is
+# hardened against overruns.
+# Usage: check_symbols.sh LIBRARY LIST SOURCE_DIR
 set -euo pipefail
-library=$1
-source_dir=$2
-list=$source_dir/src/zrdraw.symbols
+library=$1 list=$2 source_dir=$3
+version=ZRDRAW_1
 status=0
 
-# "name@VERSION" is a symbol of a standard library; vtables and type infos may be weak.
-exported=$(nm -D --defined-only --format=posix "$library" | awk '{print $1}' | LC_ALL=C sort)
-if ! diff <(LC_ALL=C sort "$list") <(echo "$exported"); then
+exported=$(nm -D --defined-only --format=posix "$library" | awk '{print $1}' |
+    grep -vx "$version" | LC_ALL=C sort)
+if ! diff <(sed "s/$/@@$version/" "$list" | LC_ALL=C sort) <(echo "$exported"); then
     echo "exports differ from $list: '<' is missing, '>' is not listed" >&2
     status=1
 fi
 
 # The plain name of each exported function or object stands in a public header.
-names=$(echo "$exported" | c++filt | sed -E 's/^(vtable|VTT|typeinfo|typeinfo name) for //;
+names=$(sed 's/@.*//' <<<"$exported" | c++filt | sed -E 's/^(vtable|VTT|typeinfo|typeinfo name) for //;
     s/^(virtual|non-virtual) thunk to //; s/^construction vtable for //; s/-in-.*//;
     s/\(.*//; s/.*:://; s/^~//' | sort -u)
 for name in $names; do
@@ -26,11 +26,20 @@ for name in $names; do
     fi
 done
 
+# "name@VERSION" is a symbol of another library; SQLite's have no version.
 undefined=$(nm -D --undefined-only --format=posix "$library" | awk '{print $1}' | grep -v @ |
-    grep -vE '^(__gmon_start__|_ITM_|__cxa_)' || true)
+    grep -vE '^(__gmon_start__|_ITM_|__cxa_|sqlite3_)' || true)
 for name in $undefined; do
     if ! grep -rqw -- "$name" "$source_dir"/include/zrdraw/platform; then
         echo "undefined, but no platform operation: $name" >&2
+        status=1
+    fi
+done
+
+facts=$(readelf -dlW --dyn-syms "$library")
+for wanted in GNU_RELRO BIND_NOW 'GNU_STACK.* RW ' __stack_chk_fail; do
+    if ! grep -q "$wanted" <<<"$facts"; then
+        echo "not hardened: nothing like '$wanted' in $library" >&2
         status=1
     fi
 done

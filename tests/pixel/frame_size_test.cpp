@@ -54,12 +54,36 @@ TEST(Catalogue, RowsAreWhole) {
         EXPECT_GT(layout.code, last) << "in order of codes: " << layout.name;
         last = layout.code;
         EXPECT_EQ(zrFindLayout(layout.code), &layout);
-        if (layout.packedBytes != 0)
-            EXPECT_EQ(layout.packedBytes, zrLineBytes(layout.line, 1)) << layout.name;
     }
     EXPECT_EQ(std::size(zrLayouts), 26U);
     EXPECT_EQ(zrFindLayout(0), nullptr);
     EXPECT_EQ(zrLineBytes(zrFindLayout(ptBayerRGGB)->line, 1920), 2880U);
+}
+
+TEST(Catalogue, RoomOfAFrame) {
+    struct Case {
+        unsigned int code;
+        int width, height, pitch;
+        unsigned long bytes;
+        const char* why;
+    };
+    const Case cases[] = {
+        {ptBGRA32, 5, 3, 0, 60, "all of it"},
+        {ptBGRA32, 5, -3, -32, 96, "signs do not count; the padding does"},
+        {ptBGRA32, 5, 3, 8, 60, "a small pitch is raised"},
+        {ptRGB24, 5, 3, 0, 15 * 2 + 20, "some writes to the last line have four bytes a pixel"},
+        {ptUYVY, 5, 3, 0, 10 * 2 + 12, "half a pair is written as a whole one"},
+        {ptUYVY, 5, 3, 16, 48, "where the pitch has room for it"},
+        {ptV210, 50, 2, 0, 512, "started blocks of 48 pixels"},
+        {ptRGB30DPX, 4, 3, 8, 8 * 2 + 16, "a small pitch stays"},
+        {ptBayerRGGB, 5, 3, 0, 7 * 3 + 9, "mosaics are read a line and two bytes beyond"},
+        {ptUV8, 5, 3, 0, 10 * 2 + 12, "read with the right neighbour"},
+        {ptUV16, 5, 3, 0, 60, ""},
+        {ptRGB48, 0, 3, 0, 0, "no frame"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(zrFrameRoom(*zrFindLayout(c.code), c.width, c.height, c.pitch), c.bytes)
+            << c.code << ": " << c.why;
 }
 
 TEST(Catalogue, PackedPixelBytes) {

@@ -1,5 +1,6 @@
 // Runs of a pattern: every body writes the same bytes, and none beyond the run.
 #include "span/bodies.h"
+#include "support/guarded_memory.h"
 #include "zrdraw/span.h"
 
 #include <gtest/gtest.h>
@@ -9,8 +10,7 @@
 
 namespace {
 
-constexpr std::size_t guardBytes = 64;
-constexpr unsigned char guard = 0xA7;
+constexpr unsigned char guard = GuardedMemory::guardByte;
 const unsigned char pattern[16] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
 
 using Fill = void (*)(void*, const void*, unsigned int, unsigned long);
@@ -39,12 +39,11 @@ std::vector<Body> bodies() {
 
 void expectRun(const Body& body, unsigned int bytes, unsigned long count, std::size_t offset) {
     const std::size_t length = bytes * count;
-    std::vector<unsigned char> memory(guardBytes + offset + length + guardBytes, guard);
-    std::vector<unsigned char> expected = memory;
+    GuardedMemory memory(offset + length), expected = memory;
     for (std::size_t i = 0; i < length; ++i)
-        expected[guardBytes + offset + i] = pattern[i % bytes];
+        expected.data()[offset + i] = pattern[i % bytes];
     if (count != 0)
-        body.fill(memory.data() + guardBytes + offset, pattern, bytes, count);
+        body.fill(memory.data() + offset, pattern, bytes, count);
     ASSERT_EQ(memory, expected) << body.name << ": " << count << " patterns of " << bytes
                                 << " bytes at offset " << offset;
 }

@@ -2,6 +2,7 @@
 // touches or leaves is seen. Serves also classes that the factory never makes.
 #pragma once
 
+#include "support/guarded_memory.h"
 #include "zrdraw/formats.h"
 
 #include <gtest/gtest.h>
@@ -42,7 +43,7 @@ public:
     GuardedCanvas(Make makeDraw, unsigned int code, int width, int height, int pitch,
                   unsigned char fill = 0)
         : m_draw(makeDraw(code)), m_fill(fill),
-          m_memory(static_cast<std::size_t>(frameStart + height * pitch + frameStart), fill) {
+          m_memory(static_cast<std::size_t>(height * pitch), fill) {
         m_draw->SetCanvas(frame(), height, width, pitch);
     }
 
@@ -51,39 +52,37 @@ public:
     Format& as() {
         return dynamic_cast<Format&>(*m_draw);
     }
-    char* frame() { return reinterpret_cast<char*>(m_memory.data()) + frameStart; }
+    char* frame() { return m_memory.chars(); }
     void store(int offset, const Bytes& bytes) { put(m_memory, offset, bytes); }
 
     // Whether `bytes` stand at `offset` of the frame and everything else is as it was filled, and
     // so it is all over afterwards.
     ::testing::AssertionResult wrote(int offset, const Bytes& bytes) {
-        std::vector<unsigned char> expected(m_memory.size(), m_fill);
-        const std::vector<unsigned char> blank = expected;
+        const GuardedMemory blank(m_memory.size(), m_fill);
+        GuardedMemory expected = blank;
         put(expected, offset, bytes);
-        const auto [want, got] =
-            std::mismatch(expected.begin(), expected.end(), m_memory.begin(), m_memory.end());
         ::testing::AssertionResult result = ::testing::AssertionSuccess();
-        if (want != expected.end())
+        if (m_memory != expected) {
+            const std::ptrdiff_t at = m_memory.firstDifference(expected);
             result = ::testing::AssertionFailure()
-                     << "frame byte " << want - expected.begin() - frameStart << " is " << int{*got}
-                     << " instead of " << int{*want} << ", filled with " << int{m_fill};
+                     << "frame byte " << at << " is " << int{m_memory.data()[at]} << " instead of "
+                     << int{expected.data()[at]} << ", filled with " << int{m_fill};
+        }
         m_memory = blank;
         return result;
     }
     ::testing::AssertionResult wroteNothing() { return wrote(0, ""); }
 
 private:
-    static constexpr int frameStart = 64;
-
-    static void put(std::vector<unsigned char>& memory, int offset, const Bytes& bytes) {
+    static void put(GuardedMemory& memory, int offset, const Bytes& bytes) {
         for (std::size_t i = 0; i < bytes.values.size(); ++i) {
             if (bytes.values[i] != kept)
-                memory[static_cast<std::size_t>(frameStart + offset) + i] =
+                memory.data()[static_cast<std::size_t>(offset) + i] =
                     static_cast<unsigned char>(bytes.values[i]);
         }
     }
 
     std::unique_ptr<ZRDraw> m_draw;
     unsigned char m_fill;
-    std::vector<unsigned char> m_memory;
+    GuardedMemory m_memory;
 };

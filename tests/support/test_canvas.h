@@ -1,6 +1,7 @@
 // A canvas for tests: guard bytes around the frame and behind each line, and its pixels as text.
 #pragma once
 
+#include "support/guarded_memory.h"
 #include "zrdraw/zrdraw.h"
 
 #include <algorithm>
@@ -13,8 +14,7 @@ class TestCanvas {
 public:
     TestCanvas(unsigned int code, int width, int height)
         : m_width(width), m_height(height), m_pitch(lineBytes(code, width) + linePadding),
-          m_memory(frameStart + static_cast<std::size_t>(m_pitch * height) + frameStart,
-                   guardByte) {
+          m_memory(static_cast<std::size_t>(m_pitch * height)) {
         for (int y = 0; y < height; ++y)
             std::memset(frame() + y * m_pitch, 0, static_cast<std::size_t>(m_pitch - linePadding));
         ZRDraw* made = nullptr;
@@ -24,7 +24,7 @@ public:
 
     ZRDraw& draw() { return *m_draw; }
     ZRDraw* operator->() { return m_draw.get(); }
-    char* frame() { return m_memory.data() + frameStart; }
+    char* frame() { return m_memory.chars(); }
     std::vector<unsigned char> bytesAt(int offset, int y, int count) {
         const char* const start = frame() + y * m_pitch + offset;
         return {start, start + count};
@@ -43,10 +43,8 @@ public:
     }
 
     bool guardsIntact() {
-        const auto isGuard = [](char byte) { return byte == guardByte; };
-        const char* const end = frame() + m_height * m_pitch;
-        bool intact = std::all_of(m_memory.data(), frame(), isGuard) &&
-                      std::all_of(static_cast<const char*>(end), end + frameStart, isGuard);
+        const auto isGuard = [](char byte) { return byte == GuardedMemory::guardByte; };
+        bool intact = m_memory.guardsIntact();
         for (int y = 1; y <= m_height; ++y)
             intact = intact && std::all_of(frame() + y * m_pitch - linePadding,
                                            frame() + y * m_pitch, isGuard);
@@ -57,9 +55,7 @@ private:
     struct Release {
         void operator()(ZRDraw* draw) const { ReleaseDraw(draw); }
     };
-    static constexpr char guardByte = '\x5A';
     static constexpr int linePadding = 16;
-    static constexpr int frameStart = 64;
 
     static int lineBytes(unsigned int code, int width) {
         return static_cast<int>(GetDrawSize(code, width, 1, 0));
@@ -72,6 +68,6 @@ private:
     }
 
     int m_width, m_height, m_pitch;
-    std::vector<char> m_memory;
+    GuardedMemory m_memory;
     std::unique_ptr<ZRDraw, Release> m_draw;
 };

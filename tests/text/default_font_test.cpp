@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+namespace {
+
 TEST(DefaultFont, TheFileGoesByTheWidthOfTheCanvas) {
     const std::pair<unsigned int, std::string> cases[] = {{720, "deffont_sd.bmp"},
                                                           {721, "deffont_720.bmp"},
@@ -44,3 +46,5 @@ TEST(DefaultFont, AFileFoundIsNotedButNeverActive) {
     EXPECT_EQ(canvas->UseDefaultFont(true), 1);
     EXPECT_EQ(asked, 2) << "the built-in font needs no file";
 }
+
+} // namespace

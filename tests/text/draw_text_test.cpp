@@ -6,6 +6,8 @@
 
 #include <array>
 
+namespace {
+
 TEST(DrawText, PlacementAndReport) {
     using Placed = std::array<int, 4>; // left, top, right, bottom
     struct Case {
@@ -70,6 +72,19 @@ TEST(DrawText, RowsOfALargeGlyph) {
                                         12, 12, 12, 12, 12, 12, 12, 12, 12, 6, 6, 6, 0, 0, 0}));
 }
 
+TEST(DrawText, NoLargeGlyphOfTextHasABarAboveIt) {
+    // The topmost lines are the bottom row of the next code's glyph.
+    for (const int scale : {2, 3, 20})
+        for (char code = ' '; code < 127; ++code) {
+            Recorder draw;
+            RECT rect{0, 0, 100, 10 * scale};
+            const char text[] = {code, '\0'};
+            draw.DrawText(text, 1, &rect, 0);
+            for (const auto& [x, y] : draw.pixels)
+                ASSERT_LE(rect.bottom - y, 9 * scale) << text << " at " << x << ", scale " << scale;
+        }
+}
+
 TEST(DrawText, TheWholeStringIsDrawnWhateverTheCount) {
     TestCanvas canvas(1, 42, 13), label(1, 42, 13);
     RECT rect{1, 1, 41, 11};
@@ -78,3 +93,5 @@ TEST(DrawText, TheWholeStringIsDrawnWhateverTheCount) {
     label->Label(1, 2, "Hiya!", false, false);
     EXPECT_EQ(canvas.art(), label.art());
 }
+
+} // namespace

@@ -1,7 +1,7 @@
 // The readers of font bitmaps.
 #include "support/recorder.h"
 #include "support/temp_file.h"
-#include "zrdraw/font.h"
+#include "zrdraw/font_files.h"
 
 #include <gtest/gtest.h>
 
@@ -40,8 +40,6 @@ int readPng(const std::string& content) {
     Recorder draw;
     return draw.ExtractPNGData(TempFile(content).path());
 }
-
-} // namespace
 
 TEST(BitmapFile, PixelsAndHeaderAreKept) {
     EXPECT_EQ(readBitmap(bitmap(2, 1, 24, 0, "abcdef")), 0);
@@ -100,3 +98,5 @@ TEST(PngFileDeathTest, MoreDataThanTheBufferEndsTheProcess) {
     EXPECT_DEATH(readPng(pngHead + most + chunk("IDAT", "d") + chunk("IEND", "")),
                  "does not fit its buffer");
 }
+
+} // namespace

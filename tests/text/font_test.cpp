@@ -11,10 +11,8 @@
 namespace {
 
 std::vector<int> glyph(int code) {
-    return {gFont8x10 + code * 10, gFont8x10 + code * 10 + 10};
+    return {gFont8x10 + code * zrFontHeight, gFont8x10 + (code + 1) * zrFontHeight};
 }
-
-} // namespace
 
 TEST(Font, TellingGlyphs) {
     const std::map<int, std::vector<int>> given = {
@@ -44,11 +42,28 @@ TEST(Font, OnlyCodes0And32AreBlankAndNoTwoGlyphsAreAlike) {
     }
 }
 
-TEST(Font, TheBottomRowIsFreeButForDescendersAndBoxes) {
-    const std::string descenders = ",;_gjpqy";
-    for (int code = 32; code < 127; ++code)
-        if (descenders.find(static_cast<char>(code)) == std::string::npos)
-            EXPECT_EQ(glyph(code)[0], 0) << static_cast<char>(code);
+TEST(Font, TheBottomRowOfTextIsBlankAndTailsStandOnTheNextTwo) {
+    for (int code = 0; code < 128; ++code)
+        EXPECT_EQ(glyph(code)[0], 0) << code;
+    for (const int code : {'g', 'j', 'p', 'q', 'y', ',', ';'})
+        EXPECT_TRUE(glyph(code)[1] != 0 && glyph(code)[2] != 0) << static_cast<char>(code);
+    for (const int code : {'g', 'p', 'q', 'y'}) {
+        EXPECT_NE(glyph(code)[6], 0) << "as high as other small letters";
+        EXPECT_EQ(glyph(code)[7], 0) << static_cast<char>(code);
+    }
+}
+
+TEST(Font, TheBlackFaceIsTheInverseOfTheWhiteOneWithinItsOutline) {
+    const int inside = 0x7E;
+    for (std::size_t row = 2; row < 9; ++row)
+        EXPECT_EQ(glyph(2)[row] ^ glyph(1)[row], inside) << row;
+}
+
+// Names as short as those of the standard library stay out of the header.
+TEST(Font, TheHeaderLeavesTheNameOfStdDataAlone) {
+    using namespace std;
+    const vector<int> rows = glyph('A');
+    EXPECT_EQ(data(rows), &rows.front());
 }
 
 TEST(Font, BoxPiecesJoin) {
@@ -80,3 +95,5 @@ TEST(FontMap, TenDigitsAndThenOnes) {
     EXPECT_EQ(std::vector<int>(fontmap, fontmap + 80), digits);
     EXPECT_TRUE(std::all_of(fontmap + 80, fontmap + 128, [](int byte) { return byte == 0xFF; }));
 }
+
+} // namespace

@@ -24,8 +24,6 @@ struct FilledCanvas : TestCanvas {
     }
 };
 
-} // namespace
-
 TEST(Label, InverseSwapsTheSlotsAndOpaqueDrawsTheRest) {
     // Every pixel starts as neither slot's colour.
     struct Case {
@@ -106,3 +104,5 @@ TEST(LabelFont, SetsTheScaleAndRestoresTheFont) {
     canvas->Label(0, 0, "A", false, false);
     EXPECT_EQ(canvas.art(), letterA);
 }
+
+} // namespace

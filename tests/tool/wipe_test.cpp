@@ -1,7 +1,11 @@
 // `zrdraw wipe` and `zrdraw mux`: two clips or pictures that become one.
 #include "pair/transition.h"
 #include "pair/v210_words.h"
+#include "pair/wipe_names.h"
 #include "tool/tool_fixture.h"
+#include "zrdraw/v210.h"
+
+#include <fmt/format.h>
 
 #include <map>
 #include <sstream>
@@ -24,14 +28,14 @@ TEST_F(WipeTest, WordsOfV210GoThereAndBack) {
             std::memcpy(&value, &words[static_cast<std::size_t>(6 * pixel + 2 * component)], 2);
             return value;
         };
-        EXPECT_EQ(sample(0, 0), line[0] >> 10 & 0x3FF);
-        EXPECT_EQ(sample(0, 1), line[0] & 0x3FF);
-        EXPECT_EQ(sample(0, 2), line[0] >> 20);
-        if (width > 5) {
-            EXPECT_EQ(sample(5, 0), line[3] >> 20);
-            EXPECT_EQ(sample(5, 1), line[2] >> 20) << "the chroma of a pair is at both";
-            EXPECT_EQ(sample(5, 2), line[3] >> 10 & 0x3FF);
-        }
+        for (int x = 0; x < width; ++x)
+            for (int component = 0; component < 3; ++component) {
+                const auto [word, bit] =
+                    zrV210::placeOf(static_cast<unsigned>(x) % 6, static_cast<unsigned>(component));
+                EXPECT_EQ(sample(x, component),
+                          line[static_cast<std::size_t>(x / 6 * 4) + word] >> bit & 0x3FF)
+                    << width << ", column " << x << ", component " << component;
+            }
         packV210Line(words.data(), reinterpret_cast<std::uint8_t*>(back.data()), width);
         for (std::size_t i = 0; i < static_cast<std::size_t>((width + 5) / 6 * 4); ++i)
             EXPECT_EQ(back[i], line[i]) << width << ", word " << i;
@@ -63,7 +67,7 @@ TEST_F(WipeTest, KeepEverySampleOfV210) {
             EXPECT_EQ(lumaOf(out), lumaOf(x < edge ? b : a)) << "column " << x;
         }
     }
-    Transition slide(layout, width, height, 500, false, false);
+    Transition slide(layout, width, height, zrSlideUp, false, false);
     slide.draw(a, b, out, 0);
     for (int i = 0; i < 16 * 8 / 4; ++i)
         EXPECT_EQ(wordOf(out, i), wordOf(a, i) & 0x3FFFFFFF) << i;
@@ -97,6 +101,17 @@ TEST_F(WipeTest, MuxUndoesItsFlips) {
         EXPECT_EQ(frames[0][4 * x], a[4 * (59 - x)]);
 }
 
+TEST_F(WipeTest, NamesAreThoseOfTheTable) {
+    const std::string list = listWipes();
+    for (const zrWipe& wipe : zrWipes)
+        if (wipe.name != nullptr) {
+            EXPECT_EQ(wipeCodeOf(wipe.name), wipe.first);
+            EXPECT_NE(list.find(fmt::format("{}  {} ", wipe.first, wipe.name)), std::string::npos);
+        }
+    EXPECT_EQ(wipeCodeOf("45"), 45U);
+    EXPECT_THROW(wipeCodeOf("2147483648"), UsageError) << "the bit of --swap";
+}
+
 // Every name that is listed makes a picture that no other makes.
 TEST_F(WipeTest, EveryListedNameIsAPictureOfItsOwn) {
     run("$F -f lavfi -i testsrc2=s=64x48 -frames:v 1 a.png && "
@@ -104,7 +119,8 @@ TEST_F(WipeTest, EveryListedNameIsAPictureOfItsOwn) {
     const struct {
         std::string list, make;
     } rows[] = {
-        {"$Z mux --list | awk 'NR > 1 {print $1}'", "$Z mux --position 0.3 --gain 2 --mode "},
+        {"$Z mux --list | awk 'NR > 1 {print $1}'",
+         "$Z mux --position 0.3 --gain 2 --block 8 --mode "},
         {"$Z wipe --list | awk 'NR > 1 {print $2}'", "$Z wipe --position 0.3 --code "},
     };
     for (const auto& [list, make] : rows) {

@@ -2,7 +2,7 @@
 #include "draw_object.h"
 #include "subcommand.h"
 #include "tool_error.h"
-#include "zrdraw/font.h"
+#include "zrdraw/font_files.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>

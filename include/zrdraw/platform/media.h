@@ -14,10 +14,13 @@ extern "C" {
 /** The time code type of a frame rate. Its numbers are the host's own. */
 unsigned int vidGetTCType(double frameRate);
 
+/** What the overlay adds to the type of a time code whose text it asks for. */
+enum { zrTimeCodeTextFlags = 0x30100 };
+
 /**
  * The text of a time code.
  * @param frameCount   frames since 00:00:00:00
- * @param typeAndFlags a type of vidGetTCType with 0x30100 set
+ * @param typeAndFlags a type of vidGetTCType with zrTimeCodeTextFlags set
  * @param text         room for 512 bytes
  * @return 0
  */
@@ -42,7 +45,7 @@ int DFrameMemTrace(int operation, unsigned int dataBytes, unsigned int recordByt
 
 /**
  * The entries of "clipFile.so", which the library loads at run time and finds by the names without
- * "Function".
+ * "Function". Where it or one of them is missing there is no watermark, and a line in the log.
  *
  * cfOpen: `access` is 0x80000000, `share` 1, `disposition` 3 (open what exists), `flags` 0x20000.
  * @return a handle, or null when the file cannot be opened

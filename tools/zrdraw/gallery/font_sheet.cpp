@@ -5,15 +5,13 @@
 
 namespace {
 
-constexpr int glyphWidth = 8;
-constexpr int glyphHeight = 10;
 constexpr int scale = 3;
 constexpr int gap = 10;
-constexpr int cellWidth = glyphWidth * scale + gap;
-constexpr int cellHeight = glyphHeight * scale + gap;
+constexpr int cellWidth = zrFontWidth * scale + gap;
+constexpr int cellHeight = zrFontHeight * scale + gap;
 constexpr int perLine = 16;
 constexpr int headScale = 2;
-constexpr int head = 2 * glyphWidth * headScale + 2 * gap; // two digits and room about them
+constexpr int head = 2 * zrFontWidth * headScale + 2 * gap; // two digits and room about them
 
 int columnOf(int code) {
     return head + code % perLine * cellWidth;
@@ -25,10 +23,10 @@ int rowOf(int code) {
 
 // Labels reach the codes to 127 only, so the bits of the table are drawn one by one.
 void drawGlyph(ZRDraw& draw, int code) {
-    for (int line = 0; line < glyphHeight; ++line) {
-        const unsigned bits = gFont8x10[code * glyphHeight + glyphHeight - 1 - line];
-        for (int column = 0; column < glyphWidth; ++column) {
-            if ((bits >> (glyphWidth - 1 - column) & 1U) == 0)
+    for (int line = 0; line < zrFontHeight; ++line) {
+        const unsigned bits = gFont8x10[code * zrFontHeight + zrFontHeight - 1 - line];
+        for (int column = 0; column < zrFontWidth; ++column) {
+            if ((bits >> (zrFontWidth - 1 - column) & 1U) == 0)
                 continue;
             const int x = columnOf(code) + column * scale;
             const int y = rowOf(code) + line * scale;
@@ -39,8 +37,8 @@ void drawGlyph(ZRDraw& draw, int code) {
 }
 
 void drawHeads(ZRDraw& draw) {
-    constexpr int drop = (glyphHeight * scale - glyphHeight * headScale) / 2;
-    constexpr int shift = (glyphWidth * scale - glyphWidth * headScale) / 2;
+    constexpr int drop = (zrFontHeight * scale - zrFontHeight * headScale) / 2;
+    constexpr int shift = (zrFontWidth * scale - zrFontWidth * headScale) / 2;
     draw.SetColorRGBA(1.0, 0.75, 0.3, 1.0, true);
     draw.LabelFont(0U, headScale);
     for (int digit = 0; digit < perLine; ++digit) {
@@ -54,7 +52,7 @@ void drawHeads(ZRDraw& draw) {
 
 Sheet makeFontSheet(const zrLayout& layout) {
     Sheet sheet(layout, head + perLine * cellWidth, head + perLine * cellHeight);
-    for (int code = 0; code < perLine * perLine; ++code)
+    for (int code = 0; code < zrFontGlyphs; ++code)
         drawGlyph(sheet.draw(), code);
     drawHeads(sheet.draw());
     return sheet;

@@ -27,9 +27,10 @@ Sheet makeWipesSheet() {
     constexpr int columns = 5;
     WorkingFrame from = canvasOf(*makeLandscape()), to = canvasOf(*makeBars());
     WorkingFrame result(bgra(), cellWidth, cellHeight);
-    CellSheet sheet(static_cast<int>(wipeNames().size()) * columns, columns);
-    for (const WipeName& wipe : wipeNames()) {
-        Transition transition(bgra(), cellWidth, cellHeight, wipe.code, false, false);
+    const std::vector<zrWipe> wipes = namedWipes();
+    CellSheet sheet(static_cast<int>(wipes.size()) * columns, columns);
+    for (const zrWipe& wipe : wipes) {
+        Transition transition(bgra(), cellWidth, cellHeight, wipe.first, false, false);
         for (const double position : positions) {
             transition.draw(from, to, result, static_cast<unsigned>(position * Transition::scale));
             result.describeAs(from);
@@ -47,7 +48,7 @@ Sheet makeMuxSheet() {
         WorkingFrame result(bgra(), cellWidth, cellHeight);
         MuxParameters parameters;
         parameters.flags = mode.mode;
-        parameters.wipeCode = wipeCodeOf("four-corners");
+        parameters.wipeCode = zrWipeFourCorners;
         parameters.param = mode.mode == zrMuxKey ? 64 : 0;
         if (mode.mode == zrMuxBlocks)
             parameters.position = 16 << 8;

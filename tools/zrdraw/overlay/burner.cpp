@@ -16,16 +16,15 @@
 namespace {
 
 constexpr unsigned mostMeters = CZrOverlay::historyChannels;
-constexpr unsigned timeCodeFlags = 0x30100;
 
 // How a stream in a layout describes itself.
 struct Description {
     unsigned code;
-    char compression[5];
+    unsigned compression;
     unsigned short depth;
 };
 constexpr Description descriptions[] = {
-    {ptBGRA32, "", 32}, {ptUYVY, "yuv2", 16}, {ptV210, "012v", 16}};
+    {ptBGRA32, zrWatermarkBgra, 32}, {ptUYVY, zrWatermarkYuv2, 16}, {ptV210, zrWatermarkV210, 16}};
 
 const Description& descriptionOf(const zrLayout& layout) {
     for (const Description& row : descriptions)
@@ -50,17 +49,19 @@ bool isAssigned(const BurnOptions& options, const char* key) {
 }
 
 bool hasLayer(const CZrOverlay& overlay) {
-    bool any = overlay.TimeCodeLTCEnable != 0 || overlay.TimeCodeVITCEnable != 0 ||
-               overlay.WatermarkEnable != 0 || overlay.SourceFormatEnable != 0 ||
-               overlay.AudioEnable != 0;
-    for (const unsigned enabled : overlay.CustomTextEnabled)
-        any = any || enabled != 0;
-    return any;
+    const bool own = std::any_of(
+        std::begin(zrOverlaySettings), std::end(zrOverlaySettings),
+        [&](const zrOverlaySetting& setting) {
+            return setting.layer && overlay.*setting.number != 0;
+        });
+    return own ||
+           std::any_of(std::begin(overlay.CustomTextEnabled), std::end(overlay.CustomTextEnabled),
+                       [](unsigned enabled) { return enabled != 0; });
 }
 
 std::string timeCodeText(unsigned count, unsigned type) {
     char text[512] = {};
-    tc2String(count, type | timeCodeFlags, text);
+    tc2String(count, type | zrTimeCodeTextFlags, text);
     return text;
 }
 
@@ -160,7 +161,7 @@ void Burner::describe(const BurnOptions& options, const StreamInfo& source,
     header.biHeight = source.height;
     header.biPlanes = 1;
     header.biBitCount = description.depth;
-    std::memcpy(&header.biCompression, description.compression, sizeof header.biCompression);
+    header.biCompression = description.compression;
     header.biSizeImage = GetDrawSize(layout.code, source.width, source.height, 0);
     video->header = header;
     video->rate = static_cast<unsigned>(source.frameRate.num);

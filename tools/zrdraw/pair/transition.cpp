@@ -9,10 +9,7 @@
 
 namespace {
 
-constexpr unsigned swapBit = 0x80000000U;
-constexpr unsigned firstSlide = 500, lastSlide = 507; // they take lines for packed
-constexpr int wordBytes = 4;                          // what canvases round their lines to
-constexpr unsigned threeWords = 35; // of the library's transitions: three 16-bit samples a pixel
+constexpr int wordBytes = 4; // what canvases round their lines to
 
 bool isDirect(const zrLayout& layout) {
     return layout.bytes.r >= 0 || layout.code == ptRGB48 || layout.code == ptARGB64;
@@ -43,14 +40,15 @@ unsigned char* lineOf(WorkingFrame& frame, unsigned y) {
 Transition::Transition(const zrLayout& layout, int width, int height, unsigned code, bool swapped,
                        bool frontEnd)
     : m_layout(layout), m_width(static_cast<unsigned>(width)),
-      m_height(static_cast<unsigned>(height)), m_code(code | (swapped ? swapBit : 0)),
+      m_height(static_cast<unsigned>(height)), m_code(code | (swapped ? zrWipeSwap : 0)),
       m_frontEnd(frontEnd) {
     if (!isKnown(layout))
         throw UsageError(fmt::format("there are no transitions in layout {}; use one of: {}",
                                      layoutName(layout), knownNames()));
     if (frontEnd && layout.code != ptV210)
         throw UsageError("--front-end: only v210 has another way; add --layout v210");
-    const bool slides = code >= firstSlide && code <= lastSlide;
+    // These take lines for packed.
+    const bool slides = code >= zrSlideUp && code <= zrSlideDown7;
     if (slides && isDirect(layout) && wholeLineBytes(layout, width) % wordBytes != 0)
         throw UsageError(fmt::format("slides in {} need a width that {} divides, not {}: use "
                                      "--layout bgra",
@@ -85,7 +83,7 @@ void Transition::drawWords(WorkingFrame& from, WorkingFrame& to, WorkingFrame& r
     std::vector<std::uint8_t>& words = m_moved.empty() ? m_from : m_moved;
     const unsigned pitch = m_width * wordPixelBytes;
     ZRDraw_DisplayWipe(m_from.data(), pitch, m_to.data(), pitch, words.data(), pitch, m_code,
-                       threeWords, m_width, m_height, 1, 1, 0, 0, 0, 0, scale, position);
+                       zrWipeWord3, m_width, m_height, 1, 1, 0, 0, 0, 0, scale, position);
     for (unsigned y = 0; y < m_height; ++y)
         packV210Line(words.data() + std::size_t{y} * pitch, lineOf(result, y),
                      static_cast<int>(m_width));

@@ -1,5 +1,7 @@
 #include "pair/v210_words.h"
 
+#include "zrdraw/v210.h"
+
 #include <cstring>
 
 #include <immintrin.h>
@@ -9,87 +11,105 @@
 
 namespace {
 
-constexpr int groupPixels = 6;
-constexpr int groupBytes = 16;
-constexpr int groupWordBytes = groupPixels * wordPixelBytes;
+constexpr unsigned components = 3;
+constexpr unsigned groupSamples = zrV210::groupPixels * components; // of the words of a group
+constexpr unsigned vectorSamples = 8;
 
 std::size_t groupsOf(int width) {
-    return static_cast<std::size_t>((width + groupPixels - 1) / groupPixels);
+    return (static_cast<std::size_t>(width) + zrV210::groupPixels - 1) / zrV210::groupPixels;
 }
 
-// A byte shuffle that moves 16-bit samples by their numbers; -1 makes a zero.
-TARGET __m128i samples(int a, int b, int c, int d, int e, int f, int g, int h) {
-    const auto low = [](int sample) { return static_cast<char>(sample < 0 ? -1 : 2 * sample); };
-    const auto high = [](int sample) {
-        return static_cast<char>(sample < 0 ? -1 : 2 * sample + 1);
-    };
-    return _mm_setr_epi8(low(a), high(a), low(b), high(b), low(c), high(c), low(d), high(d), low(e),
-                         high(e), low(f), high(f), low(g), high(g), low(h), high(h));
+constexpr zrV210::Place placeOf(unsigned sample) {
+    return zrV210::placeOf(sample / components, sample % components);
 }
 
-// The low and middle samples of each word in turns, and its high sample with a zero behind it.
-struct Fields {
-    __m128i lowMiddle; // Cb0 Y0 Y1 Cb2 Cr2 Y3 Y4 Cr4
-    __m128i high;      // Cr0 - Y2 - Cb4 - Y5 -
+// A byte shuffle that moves 16-bit samples; a negative number makes a zero.
+struct alignas(16) Shuffle {
+    signed char from[16];
+
+    constexpr Shuffle() : from{} {
+        for (signed char& byte : from)
+            byte = -1;
+    }
+    constexpr void move(unsigned sample, unsigned to) {
+        from[2 * to] = static_cast<signed char>(2 * sample);
+        from[2 * to + 1] = static_cast<signed char>(2 * sample + 1);
+    }
+    TARGET __m128i operator()(__m128i samples) const {
+        return _mm_shuffle_epi8(samples, _mm_load_si128(reinterpret_cast<const __m128i*>(from)));
+    }
 };
 
-TARGET Fields fieldsOf(const std::uint8_t* group) {
-    const __m128i sample = _mm_set1_epi32(0x3FF);
-    const __m128i words = _mm_loadu_si128(reinterpret_cast<const __m128i*>(group));
-    const __m128i low = _mm_and_si128(words, sample);
-    const __m128i middle = _mm_and_si128(_mm_srli_epi32(words, 10), sample);
-    return {_mm_or_si128(low, _mm_slli_epi32(middle, 16)),
-            _mm_and_si128(_mm_srli_epi32(words, 20), sample)};
+// Samples that stand in two vectors, brought into one.
+struct Gather {
+    Shuffle fromFirst, fromSecond;
+
+    TARGET __m128i operator()(__m128i first, __m128i second) const {
+        return _mm_or_si128(fromFirst(first), fromSecond(second));
+    }
+};
+
+// A vector of words, from sample `begin` of the group on. The first vector has the low and middle
+// fields of the four words in turns, the second the high ones with a zero behind each.
+constexpr Gather wordsFrom(unsigned begin) {
+    Gather gather;
+    for (unsigned i = 0; i < vectorSamples && begin + i < groupSamples; ++i) {
+        const zrV210::Place place = placeOf(begin + i);
+        if (place.field() == 2)
+            gather.fromSecond.move(2 * place.word, i);
+        else
+            gather.fromFirst.move(2 * place.word + place.field(), i);
+    }
+    return gather;
 }
 
-TARGET __m128i gather(const Fields& fields, __m128i fromLowMiddle, __m128i fromHigh) {
-    return _mm_or_si128(_mm_shuffle_epi8(fields.lowMiddle, fromLowMiddle),
-                        _mm_shuffle_epi8(fields.high, fromHigh));
-}
-
-// Four samples as 32-bit numbers, each from one of two runs of eight.
-TARGET __m128i pick(__m128i a, __m128i b, __m128i fromA, __m128i fromB) {
-    return _mm_or_si128(_mm_shuffle_epi8(a, fromA), _mm_shuffle_epi8(b, fromB));
+// One field of the four words, as 32-bit numbers, of two vectors of samples. The chroma of the odd
+// pixels is dropped.
+constexpr Gather fieldOf(unsigned field) {
+    Gather gather;
+    for (unsigned sample = 0; sample < 2 * vectorSamples; ++sample) {
+        const bool isDropped = sample % components != 0 && sample / components % 2 != 0;
+        if (isDropped || placeOf(sample).field() != field)
+            continue;
+        Shuffle& shuffle = sample < vectorSamples ? gather.fromFirst : gather.fromSecond;
+        shuffle.move(sample % vectorSamples, 2 * placeOf(sample).word);
+    }
+    return gather;
 }
 
 } // namespace
 
 TARGET void expandV210Line(const std::uint8_t* line, std::uint8_t* words, int width) {
-    const __m128i first = samples(1, 0, -1, 2, 0, -1, -1, 3);
-    const __m128i firstHigh = samples(-1, -1, 0, -1, -1, 0, 2, -1);
-    const __m128i second = samples(4, 5, 3, 4, 6, -1, 7, -1);
-    const __m128i secondHigh = samples(-1, -1, -1, -1, -1, 4, -1, 6);
-    const __m128i last = samples(-1, 7, -1, -1, -1, -1, -1, -1);
-    const __m128i lastHigh = samples(4, -1, -1, -1, -1, -1, -1, -1);
+    static constexpr Gather first = wordsFrom(0), second = wordsFrom(vectorSamples),
+                            last = wordsFrom(2 * vectorSamples);
+    const __m128i sample = _mm_set1_epi32(zrV210::sampleMask);
     for (std::size_t i = groupsOf(width); i != 0; --i) {
-        const Fields fields = fieldsOf(line);
+        const __m128i group = _mm_loadu_si128(reinterpret_cast<const __m128i*>(line));
+        const __m128i low = _mm_and_si128(group, sample);
+        const __m128i middle = _mm_and_si128(_mm_srli_epi32(group, zrV210::sampleBits), sample);
+        const __m128i high = _mm_and_si128(_mm_srli_epi32(group, 2 * zrV210::sampleBits), sample);
+        const __m128i lowMiddle = _mm_or_si128(low, _mm_slli_epi32(middle, 16));
         auto* to = reinterpret_cast<__m128i*>(words);
-        _mm_storeu_si128(to, gather(fields, first, firstHigh));
-        _mm_storeu_si128(to + 1, gather(fields, second, secondHigh));
-        const int chroma = _mm_cvtsi128_si32(gather(fields, last, lastHigh));
+        _mm_storeu_si128(to, first(lowMiddle, high));
+        _mm_storeu_si128(to + 1, second(lowMiddle, high));
+        const int chroma = _mm_cvtsi128_si32(last(lowMiddle, high));
         std::memcpy(words + 2 * sizeof(__m128i), &chroma, sizeof chroma);
-        line += groupBytes;
-        words += groupWordBytes;
+        line += zrV210::groupBytes;
+        words += zrV210::groupPixels * wordPixelBytes;
     }
 }
 
 TARGET void packV210Line(const std::uint8_t* words, std::uint8_t* line, int width) {
-    // Y0 Cb0 Cr0 Y1 - - Y2 Cb2, and Cr2 Y3 - - Y4 Cb4 Cr4 Y5
-    const __m128i lowA = samples(1, -1, 3, -1, -1, -1, -1, -1);
-    const __m128i lowB = samples(-1, -1, -1, -1, 0, -1, 4, -1);
-    const __m128i middleA = samples(0, -1, 7, -1, -1, -1, -1, -1);
-    const __m128i middleB = samples(-1, -1, -1, -1, 1, -1, 6, -1);
-    const __m128i highA = samples(2, -1, 6, -1, -1, -1, -1, -1);
-    const __m128i highB = samples(-1, -1, -1, -1, 5, -1, 7, -1);
+    static constexpr Gather low = fieldOf(0), middle = fieldOf(1), high = fieldOf(2);
     for (std::size_t i = groupsOf(width); i != 0; --i) {
         const auto* from = reinterpret_cast<const __m128i*>(words);
         const __m128i a = _mm_loadu_si128(from), b = _mm_loadu_si128(from + 1);
-        const __m128i low = pick(a, b, lowA, lowB);
-        const __m128i middle = _mm_slli_epi32(pick(a, b, middleA, middleB), 10);
-        const __m128i high = _mm_slli_epi32(pick(a, b, highA, highB), 20);
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(line),
-                         _mm_or_si128(low, _mm_or_si128(middle, high)));
-        line += groupBytes;
-        words += groupWordBytes;
+        const __m128i lowMiddle =
+            _mm_or_si128(low(a, b), _mm_slli_epi32(middle(a, b), zrV210::sampleBits));
+        _mm_storeu_si128(
+            reinterpret_cast<__m128i*>(line),
+            _mm_or_si128(lowMiddle, _mm_slli_epi32(high(a, b), 2 * zrV210::sampleBits)));
+        line += zrV210::groupBytes;
+        words += zrV210::groupPixels * wordPixelBytes;
     }
 }

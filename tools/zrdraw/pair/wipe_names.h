@@ -1,17 +1,13 @@
 // The transitions by name and code.
 #pragma once
 
-#include <span>
+#include "zrdraw/wipes.h"
+
 #include <string>
+#include <vector>
 
-struct WipeName {
-    unsigned code;
-    const char* name;
-    const char* help;
-};
-
-// One name for each picture that a transition can give.
-std::span<const WipeName> wipeNames();
+// One for each picture that a transition can give.
+std::vector<zrWipe> namedWipes();
 
 // By name or number; anything else is a UsageError that names near ones.
 unsigned wipeCodeOf(const std::string& text);

@@ -1,6 +1,7 @@
 // Flips and the nearest-pixel resize of 32-bit pictures.
-#include "zrdraw/platform/memory.h"
 #include "zrdraw/platform/resize.h"
+
+#include "zrdraw/platform/memory.h"
 #include "zrdraw/types.h"
 
 #include <algorithm>
@@ -50,8 +51,6 @@ int sourceOf(int at, double factor, double shift, int first, int count) {
 }
 
 } // namespace
-
-extern "C" {
 
 ZRDRAW_API int pxsw_flip_vert(unsigned char* dst, unsigned char* src, unsigned int width,
                               unsigned int height, unsigned int pitch) {
@@ -110,5 +109,3 @@ ZRDRAW_API unsigned char* ippsMalloc_8u(int bytes) {
 ZRDRAW_API void ippsFree(void* memory) {
     ZRFree(memory);
 }
-
-} // extern "C"

@@ -1,23 +1,23 @@
-#include "fx/mix_fraction.h"
-
+// Mixing bytes by a weight that is no whole number of 65536ths, in integers as far as these can
+// tell.
+//
+// The result lies d * weight above the lesser of two bytes, d being their difference and the weight
+// that of the greater. With the weight rounded up to 65536ths the product is too large by less than
+// 255/65536, so that its whole part is right unless what is left over is less than 256/65536. Then
+// d * weight is a whole number or nearly one, and what double precision makes of it stands: for
+// equal bytes, which are frequent, it is looked up, for the others it is worked out.
+#include "fx/mix.h"
 #include "span/target.h"
-#include "zrdraw/span.h"
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
 #include <cstdint>
 
 #include <immintrin.h>
 
 namespace {
 
-constexpr MixStep wholeStep = 65536;
 constexpr std::size_t vectorBytes = 32;
-
-MixStep roundedUp(double weight) {
-    return static_cast<MixStep>(std::ceil(weight * wholeStep));
-}
 
 ZRDRAW_AVX2 inline __m256i load(const unsigned char* from) {
     return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from));
@@ -34,16 +34,15 @@ ZRDRAW_AVX2 inline __m256i inBoth(const unsigned char (&row)[16]) {
 // What a run needs, in registers.
 class Vectors {
 public:
-    ZRDRAW_AVX2 explicit Vectors(const MixFraction& fraction)
-        : m_weights(fraction.weights),
-          m_stepOfFirst(_mm256_set1_epi16(static_cast<short>(fraction.stepOfFirst))),
-          m_stepOfSecond(_mm256_set1_epi16(static_cast<short>(fraction.stepOfSecond))),
-          m_lessBelow(inBoth(fraction.lessBelow)), m_lessAbove(inBoth(fraction.lessAbove)),
+    ZRDRAW_AVX2 explicit Vectors(const Mix& mix)
+        : m_mix(mix), m_ofFirst(_mm256_set1_epi16(static_cast<short>(mix.firstUnits))),
+          m_ofSecond(_mm256_set1_epi16(static_cast<short>(mix.secondUnits))),
+          m_lessBelow(inBoth(mix.lessBelow)), m_lessAbove(inBoth(mix.lessAbove)),
           m_bits(_mm256_set1_epi64x(static_cast<long long>(0x8040201008040201U))) {}
 
     // 32 bytes; `to` is aligned.
-    ZRDRAW_AVX2 void mix(unsigned char* to, const unsigned char* first,
-                         const unsigned char* second) const {
+    ZRDRAW_AVX2 void mix(unsigned char* to, const unsigned char* first, const unsigned char* second,
+                         const NextRuns& next) const {
         const __m256i a = load(first), b = load(second);
         const __m256i greater = _mm256_max_epu8(a, b), lesser = _mm256_min_epu8(a, b);
         const __m256i difference = _mm256_sub_epi8(greater, lesser);
@@ -65,7 +64,7 @@ public:
         else if (std::popcount(doubtful) < many)
             mixOneByOne(to, a, b, mixed, doubtful);
         else
-            mixBytes(to, first, second, vectorBytes, m_weights);
+            mixBytes(to, first, second, vectorBytes, m_mix, next);
     }
 
 private:
@@ -77,9 +76,9 @@ private:
     };
 
     ZRDRAW_AVX2 Product product(__m256i difference, __m256i isFirst) const {
-        const __m256i step = _mm256_blendv_epi8(m_stepOfSecond, m_stepOfFirst, isFirst);
-        return {_mm256_mulhi_epu16(difference, step),
-                _mm256_srli_epi16(_mm256_mullo_epi16(difference, step), 8)};
+        const __m256i units = _mm256_blendv_epi8(m_ofSecond, m_ofFirst, isFirst);
+        return {_mm256_mulhi_epu16(difference, units),
+                _mm256_srli_epi16(_mm256_mullo_epi16(difference, units), 8)};
     }
 
     // A shuffle gives 0 where the top bit of a place is set, so that one of the two rows answers.
@@ -104,42 +103,37 @@ private:
         store(to, mixed);
         for (; doubtful != 0; doubtful &= doubtful - 1) {
             const int i = std::countr_zero(doubtful);
-            to[i] = mixSample(ofFirst[i], ofSecond[i], m_weights);
+            to[i] = mixSample(ofFirst[i], ofSecond[i], m_mix);
         }
     }
 
-    MixWeights m_weights;
-    __m256i m_stepOfFirst, m_stepOfSecond;
+    const Mix& m_mix;
+    __m256i m_ofFirst, m_ofSecond;
     __m256i m_lessBelow, m_lessAbove;
     __m256i m_bits;
 };
 
 } // namespace
 
-bool hasFraction(const MixWeights& weights, MixFraction& fraction) {
-    constexpr double least = 1.0 / wholeStep;
-    if (zrdraw_avx2_available() == 0 || !(weights.t >= least && weights.u >= least))
-        return false;
-    fraction = {weights, roundedUp(weights.t), roundedUp(weights.u), {}, {}};
+void tabulateEqualBytes(Mix& mix) {
     for (unsigned int value = 0; value < 256; ++value) {
         const auto byte = static_cast<unsigned char>(value);
-        const unsigned int less = mixSample(byte, byte, weights) == byte ? 0 : 1;
-        auto& rows = value < 128 ? fraction.lessBelow : fraction.lessAbove;
+        const unsigned int less = mixSample(byte, byte, mix) == byte ? 0 : 1;
+        auto& rows = value < 128 ? mix.lessBelow : mix.lessAbove;
         rows[value % 16] |= static_cast<unsigned char>(less << (value / 16 % 8));
     }
-    return true;
 }
 
-ZRDRAW_AVX2 void mixBytesByFraction(unsigned char* to, const unsigned char* first,
-                                    const unsigned char* second, std::size_t count,
-                                    const MixFraction& fraction, const MixNext& next) {
-    const Vectors vectors(fraction);
-    std::size_t i = std::min(-reinterpret_cast<std::uintptr_t>(to) % cacheLineBytes, count);
-    mixBytes(to, first, second, i, fraction.weights);
-    for (; i + cacheLineBytes <= count; i += cacheLineBytes) {
+ZRDRAW_AVX2 void mixRoundedBytesAvx2(unsigned char* to, const unsigned char* first,
+                                     const unsigned char* second, std::size_t bytes, const Mix& mix,
+                                     const NextRuns& next) {
+    const Vectors vectors(mix);
+    std::size_t i = std::min(-reinterpret_cast<std::uintptr_t>(to) % cacheLineBytes, bytes);
+    mixBytes(to, first, second, i, mix, next);
+    for (; i + cacheLineBytes <= bytes; i += cacheLineBytes) {
         next.fetch(i);
         for (std::size_t at = i; at < i + cacheLineBytes; at += vectorBytes)
-            vectors.mix(to + at, first + at, second + at);
+            vectors.mix(to + at, first + at, second + at, next);
     }
-    mixBytes(to + i, first + i, second + i, count - i, fraction.weights);
+    mixBytes(to + i, first + i, second + i, bytes - i, mix, next);
 }
