@@ -3,14 +3,12 @@
 #include "media/audio_levels.h"
 #include "media/frame_source.h"
 #include "media/working_frame.h"
+#include "memory_file.h"
 #include "tool_error.h"
 
 #include <cstdint>
 #include <iterator>
 #include <string>
-
-#include <sys/mman.h>
-#include <unistd.h>
 
 extern "C" {
 #include <libavutil/mem.h>
@@ -21,24 +19,6 @@ namespace {
 constexpr int mostFrames = 3;
 constexpr int mostPixels = 1 << 18;
 constexpr std::size_t largestBlock = std::size_t{64} << 20; // of the media libraries
-
-// A file of the system that is nowhere on a disk.
-class MemoryFile {
-public:
-    MemoryFile(const std::uint8_t* bytes, std::size_t count)
-        : m_descriptor(memfd_create("media", MFD_CLOEXEC)) {
-        if (write(m_descriptor, bytes, count) != static_cast<ssize_t>(count))
-            throw std::bad_alloc();
-    }
-    ~MemoryFile() { close(m_descriptor); }
-    MemoryFile(const MemoryFile&) = delete;
-    MemoryFile& operator=(const MemoryFile&) = delete;
-
-    std::string path() const { return "/proc/self/fd/" + std::to_string(m_descriptor); }
-
-private:
-    int m_descriptor;
-};
 
 void readFrames(const std::string& path, const zrLayout& layout) {
     FrameSource source(path, layout);
@@ -67,7 +47,8 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {
-    const MemoryFile file(bytes, count);
+    static MemoryFile file;
+    file.assign({bytes, count});
     try {
         readFrames(file.path(), zrLayouts[count % std::size(zrLayouts)]);
     } catch (const ToolError&) {

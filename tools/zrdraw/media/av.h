@@ -57,6 +57,9 @@ inline PacketPtr newPacket() {
     return packet;
 }
 
+// The libraries' own name for it is no expression of C++.
+inline constexpr AVRational timeBaseUnit{1, AV_TIME_BASE};
+
 // Every message of the tool is one line of its own; the libraries must not add theirs.
 inline void quietAv() {
     av_log_set_level(AV_LOG_QUIET);

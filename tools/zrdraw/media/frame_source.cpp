@@ -51,7 +51,7 @@ std::int64_t frameCountOf(const AVFormatContext& input, const AVStream& stream, 
         return 0;
     if (stream.duration > 0)
         return av_rescale_q(stream.duration, stream.time_base, av_inv_q(rate));
-    return input.duration > 0 ? av_rescale_q(input.duration, AV_TIME_BASE_Q, av_inv_q(rate)) : 0;
+    return input.duration > 0 ? av_rescale_q(input.duration, timeBaseUnit, av_inv_q(rate)) : 0;
 }
 
 RawLines linesOf(const zrLayout& layout, const RawFormat& raw) {
@@ -133,7 +133,7 @@ void FrameSource::describe(const AVFrame& first) {
     m_info.timeCode = timeCodeOf(m_packets.input(), m_packets.pictures());
     const std::int64_t start = first.best_effort_timestamp;
     if (start != AV_NOPTS_VALUE)
-        m_packets.setStartTime(av_rescale_q(start, m_packets.pictures().time_base, AV_TIME_BASE_Q));
+        m_packets.setStartTime(av_rescale_q(start, m_packets.pictures().time_base, timeBaseUnit));
     m_info.picture = m_packets.isPicture();
     m_info.frameCount =
         m_info.picture ? 1

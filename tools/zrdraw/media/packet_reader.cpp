@@ -190,7 +190,7 @@ PacketPtr PacketReader::takeAudio() {
     PacketPtr packet = std::move(m_audio.front());
     m_audio.pop_front();
     const AVRational timeBase = m_input->streams[packet->stream_index]->time_base;
-    const std::int64_t start = av_rescale_q(m_startTime, AV_TIME_BASE_Q, timeBase);
+    const std::int64_t start = av_rescale_q(m_startTime, timeBaseUnit, timeBase);
     if (packet->pts != AV_NOPTS_VALUE)
         packet->pts -= start;
     if (packet->dts != AV_NOPTS_VALUE)
@@ -220,7 +220,7 @@ void PacketReader::notePacket() {
         return;
     const AVRational timeBase = m_input->streams[packet.stream_index]->time_base;
     m_timeEnd =
-        std::max(m_timeEnd, av_rescale_q(packet.pts + packet.duration, timeBase, AV_TIME_BASE_Q));
+        std::max(m_timeEnd, av_rescale_q(packet.pts + packet.duration, timeBase, timeBaseUnit));
     noteAudioEnd(packet);
 }
 
@@ -229,7 +229,7 @@ void PacketReader::noteAudioEnd(const AVPacket& packet) {
     if (audio == m_audioEnds.end() || packet.pts == AV_NOPTS_VALUE)
         return;
     const AVRational timeBase = m_input->streams[packet.stream_index]->time_base;
-    const std::int64_t end = av_rescale_q(packet.pts + packet.duration, timeBase, AV_TIME_BASE_Q);
+    const std::int64_t end = av_rescale_q(packet.pts + packet.duration, timeBase, timeBaseUnit);
     audio->second = static_cast<double>(end - m_startTime) / AV_TIME_BASE;
 }
 

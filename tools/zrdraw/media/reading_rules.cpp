@@ -40,7 +40,7 @@ bool endedEarly(AVFormatContext& input, AVStream& pictures, std::int64_t bytesEn
         return false;
     const AVRational rate = av_guess_frame_rate(&input, &pictures, nullptr);
     const std::int64_t frameTime =
-        rate.num > 0 ? av_rescale_q(1, av_inv_q(rate), AV_TIME_BASE_Q) : AV_TIME_BASE;
+        rate.num > 0 ? av_rescale_q(1, av_inv_q(rate), timeBaseUnit) : AV_TIME_BASE;
     return timeEnd + frameTime < input.duration;
 }
 
