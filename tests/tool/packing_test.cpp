@@ -1,14 +1,17 @@
 // Layouts against the media libraries' pixel formats, and streams that are not decoded at all.
-#include "drawing.h"
-#include "tool/media_fixture.h"
+#include "draw_object.h"
+#include "tool/tool_fixture.h"
 
 #include <cstring>
 
 namespace {
 
-TEST(Packing, SamplesStandWhereTheLayoutHasThem) {
+using PackingTest = ToolTest;
+
+TEST_F(PackingTest, SamplesStandWhereTheLayoutHasThem) {
     const std::vector<std::vector<unsigned>> orange{{0xFFFF, 0x8080, 0x0000}};
     const std::vector<std::vector<unsigned>> opaque{{0xFFFF, 0x8080, 0x0000, 0xFFFF}};
+    const std::vector<std::vector<unsigned>> twelves{{0x5A55, 0x3C63, 0x96C9}};
     const std::vector<std::vector<unsigned>> bytes{{0x64}, {0x96}, {0xC8}};
     const std::vector<std::vector<unsigned>> words{{0x6401}, {0x9602}, {0xC803}};
     const std::vector<std::vector<unsigned>> tens{{0x155}, {0x2AA}, {0x3FB}};
@@ -23,8 +26,8 @@ TEST(Packing, SamplesStandWhereTheLayoutHasThem) {
         {ptARGB64, AV_PIX_FMT_RGBA64LE, opaque, 2, {0xFF, 0xFF, 0xFF, 0xFF, 0x80, 0x80, 0, 0}, {}},
         {ptRGBHalf48, AV_PIX_FMT_RGB48LE, orange, 2, {0x00, 0x3C, 0x04, 0x38, 0, 0}, {}},
         {ptRGBAHalf, AV_PIX_FMT_RGBA64LE, opaque, 2, {0, 0x3C, 4, 0x38, 0, 0, 0, 0x3C}, {}},
-        {ptBayerRGGB, AV_PIX_FMT_RGB48LE, orange, 2, {0xFF, 0xF8, 0x08}, {0x80, 0x80, 0x00}},
-        {ptBayerGBRGc, AV_PIX_FMT_RGB48LE, orange, 2, {0x80, 0x80, 0x00}, {0xFF, 0xF8, 0x08}},
+        {ptBayerRGGB, AV_PIX_FMT_RGB48LE, twelves, 2, {0x5A, 0x53, 0xC6}, {0x3C, 0x69, 0x6C}},
+        {ptBayerGBRGc, AV_PIX_FMT_RGB48LE, twelves, 2, {0x3C, 0x69, 0x6C}, {0x5A, 0x53, 0xC6}},
         {ptUV8, AV_PIX_FMT_YUV444P, bytes, 1, {0x96, 0xC8, 0x96, 0xC8}, {}},
         {ptUV16, AV_PIX_FMT_YUV444P16LE, words, 2, {0x02, 0x96, 0x03, 0xC8}, {}},
         {ptV210,
@@ -39,18 +42,24 @@ TEST(Packing, SamplesStandWhereTheLayoutHasThem) {
         SCOPED_TRACE(layout.name);
         ASSERT_EQ(pixelFormatOf(layout), row.format);
         WorkingFrame canvas(layout, 64, 48);
-        canvas.load(*flatFrame(row.format, row.samples, row.sampleBytes));
+        const FramePtr in = flatFrame(row.format, row.samples, row.sampleBytes);
+        canvas.load(*in);
         const auto lineIs = [&](int y, const Bytes& expected) {
             return std::equal(expected.begin(), expected.end(),
                               reinterpret_cast<unsigned char*>(canvas.data() + y * canvas.pitch()));
         };
         EXPECT_TRUE(lineIs(0, row.first));
         EXPECT_TRUE(lineIs(1, row.below.empty() ? row.first : row.below));
+        const FramePtr back = newFrame(row.format, 64, 48);
+        canvas.store(*back);
+        const std::size_t exact = row.code == ptRGB30DPX ? 2 : 64; // has ten bits
+        EXPECT_EQ(Bytes(back->data[0], back->data[0] + exact),
+                  Bytes(in->data[0], in->data[0] + exact));
     }
 }
 
-TEST(Packing, ChromaChangesPlacesBetweenTheTwoLumaSecondLayouts) {
-    const FramePtr frame = makeFrame(AV_PIX_FMT_UYVY422, 5, 1);
+TEST_F(PackingTest, ChromaChangesPlacesBetweenTheTwoLumaSecondLayouts) {
+    const FramePtr frame = newFrame(AV_PIX_FMT_UYVY422, 5, 1);
     for (int i = 0; i < 12; ++i)
         frame->data[0][i] = static_cast<unsigned char>(i);
     WorkingFrame canvas(layoutOf(ptVYUY), 5, 1);
@@ -61,13 +70,13 @@ TEST(Packing, ChromaChangesPlacesBetweenTheTwoLumaSecondLayouts) {
 
 // RGB layouts have their channels in place. What 8-bit pictures lose on the way into a layout and
 // back.
-TEST_F(Media, EveryLayoutShowsThePictureThatWentIn) {
+TEST_F(PackingTest, EveryLayoutShowsThePictureThatWentIn) {
     writeNoise(at("in.png"), infoOf(AV_PIX_FMT_RGB24), 1);
     const Bytes noise = readAll(at("in.png")).at(0);
     for (const zrLayout& layout : zrLayouts) {
         SCOPED_TRACE(layout.name);
         const bool exact = !isYCbCr(layout) && layout.mosaic[0] == '\0';
-        const FramePtr in = makeFrame(AV_PIX_FMT_BGRA, 64, 48);
+        const FramePtr in = newFrame(AV_PIX_FMT_BGRA, 64, 48);
         for (int y = 0; y < 48; ++y) {
             for (int x = 0; x < 64; ++x) {
                 const unsigned char flat[] = {200, 90, 30, 255};
@@ -88,7 +97,7 @@ TEST_F(Media, EveryLayoutShowsThePictureThatWentIn) {
             ASSERT_EQ(pixel[place.r], noise[4 * i + 2]);
             ASSERT_EQ(size == 4 ? pixel[place.a] : 255, 255);
         }
-        const FramePtr out = makeFrame(AV_PIX_FMT_BGRA, 64, 48);
+        const FramePtr out = newFrame(AV_PIX_FMT_BGRA, 64, 48);
         canvas.store(*out);
         for (int i = 0; i < 48 * 64 * 4; ++i) {
             const int y = i / 256, at = i % 256;
@@ -99,7 +108,7 @@ TEST_F(Media, EveryLayoutShowsThePictureThatWentIn) {
     }
 }
 
-TEST_F(Media, BareFramesOfEveryLayoutKeepEveryByte) {
+TEST_F(PackingTest, BareFramesOfEveryLayoutKeepEveryByte) {
     for (const zrLayout& layout : zrLayouts) {
         SCOPED_TRACE(layout.name);
         const int width = layout.mosaic[0] != '\0' ? 34 : 35;
@@ -110,7 +119,7 @@ TEST_F(Media, BareFramesOfEveryLayoutKeepEveryByte) {
         FrameSource source(at("in.raw"), layout, RawFormat{width, 6, {25, 1}});
         FrameSink sink(at("out.raw"), {"", "", true}, source.info(), layout);
         WorkingFrame canvas(layout, width, 6);
-        const FramePtr in(av_frame_alloc());
+        const FramePtr in = newFrame();
         for (int i = 0; source.read(*in); ++i) {
             canvas.load(*in);
             const FramePtr out = sink.makeFrame();
@@ -124,7 +133,7 @@ TEST_F(Media, BareFramesOfEveryLayoutKeepEveryByte) {
 }
 
 // Packets of v210 with every bit in use, those that the layout leaves free and the padding too.
-class V210Stream : public Media {
+class V210Stream : public ToolTest {
 protected:
     static constexpr int width = 50, height = 4, lineBytes = 256;
 
@@ -137,7 +146,7 @@ protected:
         if (drawOnInput) {
             WorkingFrame canvas(layout, width, height);
             FrameSource source(at("in.mov"), layout);
-            const FramePtr in(av_frame_alloc());
+            const FramePtr in = newFrame();
             EXPECT_TRUE(source.read(*in));
             canvas.load(*in);
             const DrawPtr draw = makeDraw(canvas);
@@ -189,7 +198,7 @@ TEST_F(V210Stream, DrawsInTheMatrixOfThePicture) {
         {AVCOL_SPC_UNSPECIFIED, AVCOL_RANGE_MPEG, cmRec601},
     };
     for (const auto& row : rows) {
-        const FramePtr in = makeFrame(AV_PIX_FMT_YUV422P10LE, 1000, 48);
+        const FramePtr in = newFrame(AV_PIX_FMT_YUV422P10LE, 1000, 48);
         in->colorspace = row.space;
         in->color_range = row.range;
         WorkingFrame canvas(layoutOf(ptV210), 1000, 48);
@@ -198,7 +207,7 @@ TEST_F(V210Stream, DrawsInTheMatrixOfThePicture) {
     }
 }
 
-TEST_F(Media, MosaicsNeedWholeCells) {
+TEST_F(PackingTest, MosaicsNeedWholeCells) {
     EXPECT_EQ(errorOf([] { WorkingFrame(layoutOf(ptBayerRGGB), 61, 48); }),
               "layout bayerrggb needs an even width and height, and the pictures are 61x48: crop "
               "them, or draw in another --layout such as rgb48");

@@ -1,7 +1,7 @@
 // The script language: what is refused with which words, and what good scripts leave on a canvas.
-#include "error.h"
 #include "gallery/cells.h"
 #include "script/parser.h"
+#include "tool_error.h"
 
 #include <gtest/gtest.h>
 
@@ -123,7 +123,6 @@ TEST(ScriptTest, MarksOnTheCanvas) {
         std::string script, art;
     } cases[] = {
         {"point 1 1; point 3 1 back", "..........\n.#.o......\n..........\n"},
-        {"move 1 0; lineto 4 0\nlineto 4 2", ".####.....\n....#.....\n....#.....\n"},
         {"point 0 2\r\nlineto 3 2 # to the right", "..........\n..........\n####......\n"},
         {"line 0 0 2 2;;line 9 0 7 2;", "#........#\n.#......#.\n..#....#..\n"},
         {"horiz 2 1 5; vert 7 0 2", ".......#..\n..####.#..\n.......#..\n"},
@@ -163,30 +162,24 @@ TEST(ScriptTest, QuotesKeepWhatTheyHold) {
     EXPECT_EQ(script[1].place, "-e:1:25");
 }
 
-TEST(ScriptTest, TextFlagsPlaceTheText) {
-    // Two characters of 8 columns in the rectangle of 40 by 16: where their dots are in the art,
-    // moved by some places.
-    const auto dots = [](const std::string& flags, std::size_t moved = 0) {
-        Canvas canvas(48, 24);
+TEST(ScriptTest, TextFlagsAreThoseOfTheLibrary) {
+    const struct {
+        std::string flags;
+        unsigned format;
+        bool opaque;
+    } cases[] = {{"", 0, false},
+                 {"bottom", zrTextKeepBottom, false},
+                 {"right", zrTextRight, false},
+                 {"opaque centre", zrTextCentre, true}};
+    for (const auto& [flags, format, opaque] : cases) {
+        Canvas canvas(48, 24), direct(48, 24);
         canvas.run("text 4 2 44 18 \"HH\" " + flags);
-        const std::string art = canvas.art();
-        std::vector<std::size_t> places;
-        for (std::size_t i = 0; i < art.size(); ++i) {
-            if (art[i] == '#')
-                places.push_back(i + moved);
-        }
-        EXPECT_FALSE(places.empty()) << flags;
-        return places;
-    };
-    constexpr std::size_t line = 49;
-    // Aligned or centred text stands on the bottom; plain text on the tenth row below the top.
-    EXPECT_EQ(dots("bottom"), dots("", 6 * line));
-    EXPECT_EQ(dots("right"), dots("", 6 * line + 24));
-    EXPECT_EQ(dots("centre"), dots("", 6 * line + 10));
-    EXPECT_EQ(dots("opaque"), dots(""));
-    Canvas canvas(48, 24);
-    canvas.run("text 4 2 44 18 \"HH\" opaque; erase; text 4 2 44 18 \"HH\"");
-    EXPECT_EQ(canvas.art().find('o'), std::string::npos);
+        RECT rect{4, 2, 44, 18};
+        direct.draw->textTransparent = !opaque;
+        direct.draw->DrawText("HH", 2, &rect, format);
+        EXPECT_EQ(canvas.art(), direct.art()) << flags;
+        EXPECT_TRUE(canvas.draw->textTransparent) << "opaque is for one text";
+    }
 }
 
 TEST(ScriptTest, GalleryShowsEveryCommand) {

@@ -1,9 +1,9 @@
-#include "config_command.h"
-
-#include "error.h"
+// `zrdraw config`: the overlay's settings in the configuration store.
 #include "media/output_file.h"
 #include "overlay/setting_names.h"
 #include "overlay/settings_store.h"
+#include "subcommand.h"
+#include "tool_error.h"
 #include "zrdraw/platform/config_store.h"
 #include "zrdraw/zrhost.h"
 
@@ -16,9 +16,20 @@
 #include <fstream>
 #include <iterator>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace {
+
+struct Options {
+    std::string store; // file; empty for the user's own
+    std::string key;
+    std::vector<std::string> assignments;
+    std::string file;
+    bool force = false;
+    std::string (*action)(const Options& options) = nullptr;
+};
 
 constexpr std::string_view section = "[zroverlay]";
 
@@ -54,7 +65,7 @@ void store(const std::vector<Assignment>& assignments) {
         throw Failure("the settings could not be saved, see above; nothing was changed");
 }
 
-std::string list() {
+std::string list(const Options&) {
     std::string text =
         fmt::format("{:<24} {:<12} {:<8} {}\n", "SETTING", "VALUE", "INITIAL", "WHAT IT DOES");
     for (const SettingKey& key : settingKeys())
@@ -118,50 +129,61 @@ std::vector<Assignment> imported(const std::string& path) {
     return assignments;
 }
 
-} // namespace
-
-CLI::App* addConfigCommand(CLI::App& app, ConfigOptions& options) {
-    CLI::App* config =
-        app.add_subcommand("config", "Show and change the overlay's stored settings");
-    config->require_subcommand(1);
-    config->add_option("--settings-store", options.store,
-                       "File of settings, in the place of the user's own");
-    config->add_subcommand("list", "All settings with what they do");
-    config->add_subcommand("get", "The value of one")
-        ->add_option("KEY", options.key, "Its name")
-        ->required();
-    config->add_subcommand("set", "Change some")
-        ->add_option("KEY=VALUE", options.assignments, "Names and values")
-        ->required();
-    CLI::App* save = config->add_subcommand("export", "Write all into a text file");
-    save->add_option("FILE", options.file, "The file; - is standard output")->required();
-    save->add_flag("--force", options.force, "Replace an existing file");
-    config->add_subcommand("import", "Read some from a text file")
-        ->add_option("FILE", options.file, "The file")
-        ->required();
-    return config;
+std::string get(const Options& options) {
+    const SettingKey& key = settingKeyNamed(options.key);
+    return storedValue(key).value_or(key.initial) + "\n";
 }
 
-std::string runConfig(const CLI::App& config, const ConfigOptions& options) {
-    useSettingsStore(options.store);
-    if (config.got_subcommand("list"))
-        return list();
-    if (config.got_subcommand("get")) {
-        const SettingKey& key = settingKeyNamed(options.key);
-        return storedValue(key).value_or(key.initial) + "\n";
-    }
-    if (config.got_subcommand("export")) {
-        if (options.file == "-")
-            return exported();
-        writeFile(options.file, exported(), options.force);
-        return "";
-    }
+std::string set(const Options& options) {
     std::vector<Assignment> assignments;
-    if (config.got_subcommand("import"))
-        assignments = imported(options.file);
-    else
-        for (const std::string& text : options.assignments)
-            assignments.push_back(parseAssignment(text));
+    for (const std::string& text : options.assignments)
+        assignments.push_back(parseAssignment(text));
     store(assignments);
     return "";
+}
+
+std::string exportAll(const Options& options) {
+    if (options.file == "-")
+        return exported();
+    writeFile(options.file, exported(), options.force);
+    return "";
+}
+
+std::string importFrom(const Options& options) {
+    store(imported(options.file));
+    return "";
+}
+
+void addOptions(CLI::App& command, Options& options) {
+    command.require_subcommand(1);
+    command.add_option("--settings-store", options.store,
+                       "File of settings, in the place of the user's own");
+    const auto add = [&](const char* name, const char* help, decltype(Options::action) action) {
+        CLI::App* added = command.add_subcommand(name, help);
+        added->callback([&options, action] { options.action = action; });
+        return added;
+    };
+    add("list", "All settings with what they do", list);
+    add("get", "The value of one", get)->add_option("KEY", options.key, "Its name")->required();
+    add("set", "Change some", set)
+        ->add_option("KEY=VALUE", options.assignments, "Names and values")
+        ->required();
+    CLI::App* save = add("export", "Write all into a text file", exportAll);
+    save->add_option("FILE", options.file, "The file; - is standard output")->required();
+    save->add_flag("--force", options.force, "Replace an existing file");
+    add("import", "Read some from a text file", importFrom)
+        ->add_option("FILE", options.file, "The file")
+        ->required();
+}
+
+std::string run(const Options& options) {
+    useSettingsStore(options.store);
+    return options.action(options);
+}
+
+} // namespace
+
+Subcommand configCommand() {
+    return makeSubcommand("config", "Show and change the overlay's stored settings", addOptions,
+                          run);
 }

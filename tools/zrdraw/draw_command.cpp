@@ -1,20 +1,22 @@
-#include "draw_command.h"
-
-#include "drawing.h"
-#include "error.h"
+// `zrdraw draw`: runs a script on the frames of a picture or clip.
+#include "clip_options.h"
+#include "draw_object.h"
+#include "interrupt.h"
 #include "layout_names.h"
 #include "media/frame_sink.h"
 #include "media/frame_source.h"
 #include "media/output_file.h"
 #include "media/working_frame.h"
+#include "numbers.h"
 #include "script/parser.h"
+#include "subcommand.h"
+#include "tool_error.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <charconv>
 #include <cstdint>
 #include <cstring>
 #include <fstream>
@@ -25,6 +27,12 @@
 #include <string_view>
 
 namespace {
+
+struct Options : ClipOptions {
+    std::vector<std::string> expressions;
+    std::string scriptFile;
+    std::string frames; // empty: all
+};
 
 std::string readFile(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
@@ -37,7 +45,7 @@ std::string readFile(const std::string& path) {
 }
 
 // The script file comes first, so that -e can add to it.
-Script readScripts(const DrawOptions& options) {
+Script readScripts(const Options& options) {
     Script script;
     const auto append = [&script](const std::string& text, const std::string& source) {
         Script more = parseScript(text, source);
@@ -57,9 +65,9 @@ struct FrameRange {
 };
 
 bool readFrameNumber(std::string_view text, std::int64_t& value) {
-    const char* const end = text.data() + text.size();
-    const auto [after, error] = std::from_chars(text.data(), end, value);
-    return error == std::errc{} && after == end && value >= 0 && value < FrameRange{}.end;
+    const auto number = numberIn<std::int64_t>(text);
+    value = number.value_or(-1);
+    return value >= 0 && value < FrameRange{}.end;
 }
 
 FrameRange parseFrameRange(std::string_view text) {
@@ -121,9 +129,7 @@ void passAudio(FrameSource& source, FrameSink& sink) {
 // Draws on every frame of the range and writes it. Returns how many those were.
 std::int64_t drawFrames(FrameSource& source, FrameSink& sink, FrameRange range,
                         WorkingFrame& canvas, ScriptRunner& runner, Progress& progress) {
-    const FramePtr decoded(av_frame_alloc());
-    if (!decoded)
-        throw std::bad_alloc();
+    const FramePtr decoded = newFrame();
     if (sink.takesOneFrame())
         range.end = std::min(range.end, range.first + 1);
     std::int64_t written = 0;
@@ -145,7 +151,7 @@ std::int64_t drawFrames(FrameSource& source, FrameSink& sink, FrameRange range,
     return written;
 }
 
-void drawClip(const DrawOptions& options, const Script& script, FrameRange range,
+void drawClip(const Options& options, const Script& script, FrameRange range,
               const zrLayout& layout, const std::optional<RawFormat>& raw) {
     FrameSource source(options.input, layout, raw, interruptReads);
     const StreamInfo& info = source.info();
@@ -168,25 +174,21 @@ void drawClip(const DrawOptions& options, const Script& script, FrameRange range
     progress.end();
 }
 
-} // namespace
-
-CLI::App* addDrawCommand(CLI::App& app, DrawOptions& options) {
-    CLI::App* draw = app.add_subcommand("draw", "Draw on a picture or on every frame of a clip");
-    addClipOptions(*draw, options);
-    draw->add_option("-e", options.expressions, "Commands; may be given more than once")
+void addOptions(CLI::App& command, Options& options) {
+    addClipOptions(command, options);
+    command.add_option("-e", options.expressions, "Commands; may be given more than once")
         ->allow_extra_args(false);
-    draw->add_option("--script", options.scriptFile, "File of commands, run before those of -e");
-    draw->add_option("--layout", options.layout, "Layout to draw in, see zrdraw types")
+    command.add_option("--script", options.scriptFile, "File of commands, run before those of -e");
+    command.add_option("--layout", options.layout, "Layout to draw in, see zrdraw types")
         ->capture_default_str();
-    draw->add_option("--frames", options.frames,
-                     "Draw and write only the frames A up to but excluding B, counted from 0: "
-                     "A:B, A:, :B, or N alone");
-    draw->footer(fmt::format("Commands, one a line or separated by ';', # starts a comment:\n{}",
-                             listOperations()));
-    return draw;
+    command.add_option("--frames", options.frames,
+                       "Draw and write only the frames A up to but excluding B, counted from 0: "
+                       "A:B, A:, :B, or N alone");
+    command.footer(fmt::format("Commands, one a line or separated by ';', # starts a comment:\n{}",
+                               listOperations()));
 }
 
-void runDraw(const DrawOptions& options) {
+std::string run(const Options& options) {
     const Script script = readScripts(options);
     const FrameRange range = parseFrameRange(options.frames);
     const zrLayout& layout = layoutNamed(options.layout);
@@ -194,4 +196,11 @@ void runDraw(const DrawOptions& options) {
     OutputFile::checkPath(options.output, options.force);
 
     runInterruptible([&] { drawClip(options, script, range, layout, raw); });
+    return "";
+}
+
+} // namespace
+
+Subcommand drawCommand() {
+    return makeSubcommand("draw", "Draw on a picture or on every frame of a clip", addOptions, run);
 }

@@ -1,9 +1,10 @@
-#include "font_command.h"
-
-#include "drawing.h"
-#include "error.h"
+// `zrdraw font`: reads a font bitmap as the library's reader does.
+#include "draw_object.h"
+#include "subcommand.h"
+#include "tool_error.h"
 #include "zrdraw/font_files.h"
 
+#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 #include <cerrno>
@@ -12,6 +13,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <string>
 
 #include <unistd.h>
 
@@ -37,15 +39,11 @@ zrBitmapHeader headerOf(const std::string& path) {
     return header;
 }
 
-} // namespace
-
-CLI::App* addFontCommand(CLI::App& app, std::string& path) {
-    CLI::App* font = app.add_subcommand("font", "Tell what a font bitmap holds");
-    font->add_option("FILE", path, "A 24-bit uncompressed bitmap file")->required();
-    return font;
+void addOptions(CLI::App& command, std::string& path) {
+    command.add_option("FILE", path, "A 24-bit uncompressed bitmap file")->required();
 }
 
-std::string runFont(const std::string& path) {
+std::string run(const std::string& path) {
     if (std::filesystem::is_directory(path))
         throw Failure(fmt::format("'{}' is a folder, not a font bitmap", path));
     if (access(path.c_str(), R_OK | W_OK) != 0)
@@ -60,4 +58,10 @@ std::string runFont(const std::string& path) {
             "'{}' is no font bitmap: save it as a 24-bit uncompressed bitmap file", path));
     return fmt::format("width   {}\nheight  {}\nbits    {}\npixels  {} bytes\n", pImgHdr.width,
                        pImgHdr.height, pImgHdr.bitsPerPixel, pImgHdr.imageSize);
+}
+
+} // namespace
+
+Subcommand fontCommand() {
+    return makeSubcommand("font", "Tell what a font bitmap holds", addOptions, run);
 }

@@ -1,9 +1,10 @@
-#include "gallery_command.h"
-
-#include "error.h"
+// `zrdraw gallery`: pictures of every operation, of the built-in font and of every layout.
 #include "gallery/sheets.h"
+#include "interrupt.h"
 #include "layout_names.h"
 #include "media/output_file.h"
+#include "subcommand.h"
+#include "tool_error.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -11,11 +12,19 @@
 #include <filesystem>
 #include <functional>
 #include <set>
+#include <string>
 #include <system_error>
+#include <vector>
 
 namespace fs = std::filesystem;
 
 namespace {
+
+struct Options {
+    std::string folder;
+    std::vector<std::string> layouts = {"bgra"};
+    bool force = false;
+};
 
 struct Picture {
     std::function<Sheet()> make;
@@ -23,7 +32,7 @@ struct Picture {
 };
 
 // Names tell the layout only where there is more than one.
-std::vector<Picture> listPictures(const GalleryOptions& options) {
+std::vector<Picture> listPictures(const Options& options) {
     const std::set<std::string> layouts(options.layouts.begin(), options.layouts.end());
     std::vector<Picture> pictures;
     for (const std::string& name : layouts) {
@@ -52,31 +61,39 @@ void makeFolder(const std::string& folder) {
         throw Failure(fmt::format("cannot make the folder '{}': {}", folder, error.message()));
 }
 
-} // namespace
-
-CLI::App* addGalleryCommand(CLI::App& app, GalleryOptions& options) {
-    CLI::App* gallery = app.add_subcommand(
-        "gallery", "Draw every operation (operations.png), the built-in font (font.png), a picture "
-                   "in every layout (layouts.png), every transition (wipes.png) and every mode of "
-                   "the mux (mux.png)");
-    gallery->add_option("DIR", options.folder, "Folder for the pictures, made if missing")
+void addOptions(CLI::App& command, Options& options) {
+    command.add_option("DIR", options.folder, "Folder for the pictures, made if missing")
         ->required();
-    gallery
-        ->add_option("--layout", options.layouts,
-                     "Layout to draw in, see zrdraw types; with more than one each picture has its "
-                     "layout in its name")
+    command
+        .add_option("--layout", options.layouts,
+                    "Layout to draw in, see zrdraw types; with more than one each picture has its "
+                    "layout in its name")
         ->allow_extra_args(false)
         ->capture_default_str();
-    gallery->add_flag("--force", options.force, "Replace existing pictures");
-    return gallery;
+    command.add_flag("--force", options.force, "Replace existing pictures");
+    command.footer(
+        "Every operation (operations.png), the built-in font (font.png), a picture in "
+        "every layout\n(layouts.png), every transition (wipes.png) and every mode of the "
+        "mux (mux.png).");
 }
 
-void runGallery(const GalleryOptions& options) {
+std::string run(const Options& options) {
     const std::vector<Picture> pictures = listPictures(options);
     makeFolder(options.folder);
     for (const Picture& picture : pictures)
         OutputFile::checkPath(picture.path, options.force);
-    quietAv();
-    for (const Picture& picture : pictures)
-        picture.make().writePng(picture.path, options.force);
+    runInterruptible([&] {
+        for (const Picture& picture : pictures) {
+            stopIfInterrupted();
+            picture.make().writePng(picture.path, options.force);
+        }
+    });
+    return "";
+}
+
+} // namespace
+
+Subcommand galleryCommand() {
+    return makeSubcommand("gallery", "Draw pictures that show all the library can do", addOptions,
+                          run);
 }

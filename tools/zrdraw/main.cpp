@@ -1,13 +1,8 @@
 // The command line tool: chooses the subcommand and turns every failure into one line.
-#include "config_command.h"
-#include "draw_command.h"
-#include "error.h"
-#include "font_command.h"
-#include "gallery_command.h"
-#include "mux_command.h"
-#include "overlay_command.h"
-#include "types_command.h"
-#include "wipe_command.h"
+#include "media/av.h"
+#include "near_names.h"
+#include "subcommand.h"
+#include "tool_error.h"
 #include "zrdraw/version.h"
 
 #include <CLI/CLI.hpp>
@@ -22,6 +17,8 @@
 #include <limits>
 #include <new>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <malloc.h>
 
@@ -46,26 +43,37 @@ int complain(ExitStatus status, std::string message) {
     return static_cast<int>(status);
 }
 
+// The parser's words, or better ones for a subcommand that there is not, and where to read more.
+std::string usageMessage(const CLI::ParseError& error, const CLI::App& app) {
+    const CLI::App* at = &app;
+    std::string path = "zrdraw";
+    while (!at->get_subcommands().empty()) {
+        at = at->get_subcommands().front();
+        path += ' ' + at->get_name();
+    }
+    const std::vector<std::string> left = at->remaining();
+    std::string message = error.what();
+    if (at->get_require_subcommand_min() > 0 && !left.empty() && left.front()[0] != '-') {
+        std::vector<std::string> names;
+        for (const CLI::App* known : at->get_subcommands(nullptr))
+            names.push_back(known->get_name());
+        message = fmt::format("there is no subcommand '{}'{}", left.front(),
+                              nearNames(left.front(), names));
+    }
+    return message.ends_with('?') ? message : fmt::format("{}; see {} --help", message, path);
+}
+
 void run(int argc, char** argv) {
     CLI::App app("Draws into uncompressed video frames.", "zrdraw");
     app.set_version_flag("--version", "zrdraw " ZRDRAW_VERSION_STRING);
     app.require_subcommand(1);
-    TypesOptions typesOptions;
-    DrawOptions drawOptions;
-    const CLI::App* types = addTypesCommand(app, typesOptions);
-    GalleryOptions galleryOptions;
-    addDrawCommand(app, drawOptions);
-    const CLI::App* gallery = addGalleryCommand(app, galleryOptions);
-    OverlayOptions overlayOptions;
-    const CLI::App* overlay = addOverlayCommand(app, overlayOptions);
-    WipeOptions wipeOptions;
-    const CLI::App* wipe = addWipeCommand(app, wipeOptions);
-    MuxOptions muxOptions;
-    const CLI::App* mux = addMuxCommand(app, muxOptions);
-    ConfigOptions configOptions;
-    const CLI::App* config = addConfigCommand(app, configOptions);
-    std::string fontFile;
-    const CLI::App* font = addFontCommand(app, fontFile);
+    std::vector<std::pair<const CLI::App*, Subcommand>> entries;
+    for (const auto make : subcommands) {
+        Subcommand entry = make();
+        CLI::App* command = app.add_subcommand(entry.name, entry.help);
+        entry.addOptions(*command);
+        entries.emplace_back(command, std::move(entry));
+    }
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
@@ -73,24 +81,11 @@ void run(int argc, char** argv) {
     } catch (const CLI::CallForVersion& version) {
         return print(std::string(version.what()) + '\n');
     } catch (const CLI::ParseError& error) {
-        throw UsageError(fmt::format("{}; see zrdraw --help", error.what()));
+        throw UsageError(usageMessage(error, app));
     }
-    if (types->parsed())
-        print(runTypes(typesOptions));
-    else if (font->parsed())
-        print(runFont(fontFile));
-    else if (wipe->parsed())
-        print(runWipe(wipeOptions));
-    else if (mux->parsed())
-        print(runMux(muxOptions));
-    else if (config->parsed())
-        print(runConfig(*config, configOptions));
-    else if (overlay->parsed())
-        runOverlay(overlayOptions);
-    else if (gallery->parsed())
-        runGallery(galleryOptions);
-    else
-        runDraw(drawOptions);
+    for (const auto& [command, entry] : entries)
+        if (command->parsed())
+            print(entry.run());
 }
 
 } // namespace
@@ -100,6 +95,7 @@ int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
     keepFreedMemory();
+    quietAv();
     try {
         run(argc, argv);
     } catch (const ToolError& error) {

@@ -1,35 +1,41 @@
-#include "mux_command.h"
-
-#include "error.h"
+// `zrdraw mux`: composes two clips or pictures for display.
+#include "interrupt.h"
 #include "layout_names.h"
 #include "media/frame_sink.h"
 #include "media/output_file.h"
+#include "numbers.h"
+#include "pair/clip_pair.h"
 #include "pair/mux_modes.h"
 #include "pair/wipe_names.h"
+#include "subcommand.h"
+#include "tool_error.h"
 #include "zrdraw/mux.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <limits>
 
 namespace {
 
-constexpr double scale = 65536.0;
+struct Options : PairOptions {
+    std::string mode = "split";
+    std::string position = "0.5";
+    std::string code = "horizontal";
+    std::string grid; // N% or XxY
+    std::string flipA, flipB;
+    std::string channel;
+    int split = -1;
+    int gain = 1;
+    int threshold = 16;
+    int block = 16;
+    bool divider = false;
+    bool swap = false;
+};
 
-template <typename Number>
-Number numberIn(std::string_view text, const char* option, Number low, Number high) {
-    Number number{};
-    const char* const end = text.data() + text.size();
-    const auto [after, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc{} || after != end || number < low || number > high)
-        throw UsageError(
-            fmt::format("{}: expected a number from {} to {}, got '{}'", option, low, high, text));
-    return number;
-}
+constexpr double scale = 65536.0;
 
 unsigned flips(const std::string& text, const char* option, unsigned horizontal,
                unsigned vertical) {
@@ -66,7 +72,7 @@ void setGrid(const std::string& text, MuxParameters& p) {
     }
 }
 
-MuxParameters parametersOf(const MuxOptions& options) {
+MuxParameters parametersOf(const Options& options) {
     MuxParameters p;
     const unsigned mode = muxModeNamed(options.mode).mode;
     p.flags = mode | (options.divider ? unsigned{zrMuxDivider} : 0) |
@@ -75,7 +81,7 @@ MuxParameters parametersOf(const MuxOptions& options) {
               flips(options.flipB, "--flip-b", zrMuxFlipBHorizontal, zrMuxFlipBVertical);
     p.wipeCode = wipeCodeOf(options.code);
     p.position = static_cast<unsigned>(
-        std::lround(numberIn<double>(options.position, "--position", 0.0, 1.0) * scale));
+        std::lround(numberIn(options.position, "--position", 0.0, 1.0) * scale));
     if (mode == zrMuxBlocks)
         p.position = static_cast<unsigned>(options.block) << 8;
     p.param = mode == zrMuxDifference ? static_cast<unsigned>(options.gain)
@@ -106,7 +112,7 @@ const zrLayout& rgb32Layout(const std::string& name) {
 
 class Run {
 public:
-    Run(const MuxOptions& options, const MuxParameters& parameters)
+    Run(const Options& options, const MuxParameters& parameters)
         : m_parameters(parameters),
           m_pair(options, always(rgb32Layout(options.layout)), parseRaw(options.raw)),
           m_a(m_pair.layout(), m_pair.info().width, m_pair.info().height),
@@ -168,39 +174,36 @@ private:
     std::string m_keptB;
 };
 
-} // namespace
-
-CLI::App* addMuxCommand(CLI::App& app, MuxOptions& options) {
-    CLI::App* mux = app.add_subcommand("mux", "Compose two pictures or clips for display");
-    addPairOptions(*mux, options);
-    mux->add_option("--mode", options.mode, "How; see --list")->capture_default_str();
-    mux->add_option("--position", options.position, "Of mix and wipe, 0 to 1")
+void addOptions(CLI::App& command, Options& options) {
+    addPairOptions(command, options);
+    command.add_option("--mode", options.mode, "How; see --list")->capture_default_str();
+    command.add_option("--position", options.position, "Of mix and wipe, 0 to 1")
         ->capture_default_str();
-    mux->add_option("--code", options.code, "Of wipe: see zrdraw wipe --list")
+    command.add_option("--code", options.code, "Of wipe: see zrdraw wipe --list")
         ->capture_default_str();
-    mux->add_option("--split", options.split, "Column or line of split and windows; the middle")
+    command.add_option("--split", options.split, "Column or line of split and windows; the middle")
         ->check(CLI::NonNegativeNumber);
-    mux->add_option("--gain", options.gain, "Of difference, 1 to 255")
+    command.add_option("--gain", options.gain, "Of difference, 1 to 255")
         ->check(CLI::Range(1, 255))
         ->capture_default_str();
-    mux->add_option("--threshold", options.threshold, "Of key, 0 to 255")
+    command.add_option("--threshold", options.threshold, "Of key, 0 to 255")
         ->check(CLI::Range(0, 255))
         ->capture_default_str();
-    mux->add_option("--block", options.block, "Of blocks, 1 to 100 pixels")
+    command.add_option("--block", options.block, "Of blocks, 1 to 100 pixels")
         ->check(CLI::Range(1, 100))
         ->capture_default_str();
-    mux->add_option("--channel", options.channel, "Of channel, byte 0 to 3; the mean unless told");
-    mux->add_option("--grid", options.grid, "A grid over it: N%, or XxY pixels");
-    mux->add_option("--flip-a", options.flipA, "Flip A first: h, v or hv");
-    mux->add_option("--flip-b", options.flipB, "Flip B first: h, v or hv");
-    mux->add_flag("--divider", options.divider, "A grey line at the split");
-    mux->add_flag("--swap", options.swap, "Exchange A and B");
-    mux->add_option("--layout", options.layout, "Layout to work in: bgra, rgba, argb or abgr")
+    command.add_option("--channel", options.channel,
+                       "Of channel, byte 0 to 3; the mean unless told");
+    command.add_option("--grid", options.grid, "A grid over it: N%, or XxY pixels");
+    command.add_option("--flip-a", options.flipA, "Flip A first: h, v or hv");
+    command.add_option("--flip-b", options.flipB, "Flip B first: h, v or hv");
+    command.add_flag("--divider", options.divider, "A grey line at the split");
+    command.add_flag("--swap", options.swap, "Exchange A and B");
+    command.add_option("--layout", options.layout, "Layout to work in: bgra, rgba, argb or abgr")
         ->capture_default_str();
-    return mux;
 }
 
-std::string runMux(const MuxOptions& options) {
+std::string run(const Options& options) {
     if (options.list)
         return listMuxModes();
     requireNames(options);
@@ -208,4 +211,10 @@ std::string runMux(const MuxOptions& options) {
     OutputFile::checkPath(options.output, options.force);
     runInterruptible([&] { Run(options, parameters).frames(); });
     return "";
+}
+
+} // namespace
+
+Subcommand muxCommand() {
+    return makeSubcommand("mux", "Compose two pictures or clips for display", addOptions, run);
 }

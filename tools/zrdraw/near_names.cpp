@@ -41,7 +41,8 @@ std::string nearNames(std::string_view name, const std::vector<std::string>& can
         const std::string other = lowered(candidate);
         const bool contained = wanted.size() > 2 && other.find(wanted) != std::string::npos;
         const std::size_t far = contained ? 1 : distance(wanted, other);
-        if (far <= 1 + wanted.size() / 3)
+        const std::size_t shorter = std::min(wanted.size(), other.size());
+        if (far <= (shorter < 4 ? 1U : 2U))
             near.emplace_back(far, candidate);
     }
     if (near.empty())

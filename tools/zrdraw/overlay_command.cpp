@@ -1,6 +1,6 @@
-#include "overlay_command.h"
-
-#include "error.h"
+// `zrdraw overlay`: burns time code, texts, meters and a watermark into a clip.
+#include "clip_options.h"
+#include "interrupt.h"
 #include "layout_names.h"
 #include "media/audio_levels.h"
 #include "media/frame_sink.h"
@@ -9,14 +9,26 @@
 #include "media/working_frame.h"
 #include "overlay/burner.h"
 #include "overlay/setting_names.h"
+#include "subcommand.h"
+#include "tool_error.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 #include <limits>
-#include <new>
 
 namespace {
+
+struct Options : ClipOptions {
+    std::string startTimeCode;
+    std::vector<std::string> settings; // Key=Value
+    std::vector<std::string> texts;    // N=TEXT
+    std::string watermark;
+    std::string store;
+    bool drop = false;
+    bool noDrop = false;
+    bool interlaced = false;
+};
 
 constexpr int slots = CZrOverlay::textSlots;
 
@@ -34,7 +46,7 @@ void takeText(const std::string& argument, std::vector<std::string>& texts) {
     texts[static_cast<std::size_t>(argument[0] - '0')] = text;
 }
 
-BurnOptions burnOptions(const OverlayOptions& options) {
+BurnOptions burnOptions(const Options& options) {
     BurnOptions burn;
     for (const std::string& text : options.settings)
         burn.settings.push_back(parseAssignment(text));
@@ -49,7 +61,7 @@ BurnOptions burnOptions(const OverlayOptions& options) {
     return burn;
 }
 
-LayoutChoice chooseLayout(const OverlayOptions& options) {
+LayoutChoice chooseLayout(const Options& options) {
     if (!options.layout.empty())
         return always(layoutNamed(options.layout));
     if (!options.raw.empty())
@@ -59,7 +71,7 @@ LayoutChoice chooseLayout(const OverlayOptions& options) {
 
 class Run {
 public:
-    Run(const OverlayOptions& options, const BurnOptions& burn, const std::optional<RawFormat>& raw)
+    Run(const Options& options, const BurnOptions& burn, const std::optional<RawFormat>& raw)
         : m_source(options.input, chooseLayout(options), raw, interruptReads),
           m_audio(m_source.packets().keepAudio()), m_levels(m_audio),
           m_burner(burn, m_source.info(), m_source.layout(), m_levels.channels()),
@@ -76,9 +88,7 @@ public:
     }
 
     void frames() {
-        const FramePtr decoded(av_frame_alloc());
-        if (!decoded)
-            throw std::bad_alloc();
+        const FramePtr decoded = newFrame();
         const double seconds = av_q2d(av_inv_q(m_source.info().frameRate));
         std::int64_t number = 0;
         while (!(m_sink.takesOneFrame() && number > 0) && m_source.read(*decoded)) {
@@ -98,7 +108,7 @@ public:
     }
 
 private:
-    SinkOptions sinkOptions(const OverlayOptions& options) const {
+    SinkOptions sinkOptions(const Options& options) const {
         return {options.format, options.codec, options.force, m_audio, m_burner.startTimeCode()};
     }
 
@@ -127,40 +137,44 @@ private:
     Progress m_progress;
 };
 
-} // namespace
-
-CLI::App* addOverlayCommand(CLI::App& app, OverlayOptions& options) {
-    CLI::App* overlay = app.add_subcommand(
-        "overlay", "Burn time code, texts, audio meters and a watermark into a clip");
+void addOptions(CLI::App& command, Options& options) {
     options.layout.clear();
-    addClipOptions(*overlay, options);
-    overlay->add_option("--layout", options.layout,
-                        "Layout to burn in: bgra, uyvy or v210; the one nearest to the source's "
-                        "unless told");
-    overlay->add_option("--text", options.texts, "A text in slot N, 0 to 9: N=TEXT")
+    addClipOptions(command, options);
+    command.add_option("--layout", options.layout,
+                       "Layout to burn in: bgra, uyvy or v210; the one nearest to the source's "
+                       "unless told");
+    command.add_option("--text", options.texts, "A text in slot N, 0 to 9: N=TEXT")
         ->allow_extra_args(false);
-    overlay->add_option("--watermark", options.watermark, "Picture, or clip whose first is taken");
-    overlay->add_option("--start-tc", options.startTimeCode,
-                        "Time code of the first frame, HH:MM:SS:FF; the source's own, or 0, unless "
-                        "told");
+    command.add_option("--watermark", options.watermark, "Picture, or clip whose first is taken");
+    command.add_option("--start-tc", options.startTimeCode,
+                       "Time code of the first frame, HH:MM:SS:FF; the source's own, or 0, unless "
+                       "told");
     CLI::Option* drop =
-        overlay->add_flag("--drop", options.drop, "Count drop-frame time code (29.97, 59.94)");
-    overlay->add_flag("--no-drop", options.noDrop, "Count every number")->excludes(drop);
-    overlay->add_option("--set", options.settings, "A setting, see zrdraw config list: Key=Value")
+        command.add_flag("--drop", options.drop, "Count drop-frame time code (29.97, 59.94)");
+    command.add_flag("--no-drop", options.noDrop, "Count every number")->excludes(drop);
+    command.add_option("--set", options.settings, "A setting, see zrdraw config list: Key=Value")
         ->allow_extra_args(false);
-    overlay->add_option("--settings-store", options.store,
-                        "File of settings, in the place of the user's own");
-    overlay->add_flag("--interlaced", options.interlaced,
-                      "Treat frames as interlaced, whatever the source says");
-    overlay->footer(
+    command.add_option("--settings-store", options.store,
+                       "File of settings, in the place of the user's own");
+    command.add_flag("--interlaced", options.interlaced,
+                     "Treat frames as interlaced, whatever the source says");
+    command.footer(
         "Settings come from the store, if it holds any; options go over them, --set last. Where no "
         "layer is\nenabled, time code is burnt in. Sound is passed on as it is.");
-    return overlay;
 }
 
-void runOverlay(const OverlayOptions& options) {
+std::string run(const Options& options) {
     const BurnOptions burn = burnOptions(options);
     const std::optional<RawFormat> raw = parseRaw(options.raw);
     OutputFile::checkPath(options.output, options.force);
     runInterruptible([&] { Run(options, burn, raw).frames(); });
+    return "";
+}
+
+} // namespace
+
+Subcommand overlayCommand() {
+    return makeSubcommand("overlay",
+                          "Burn time code, texts, audio meters and a watermark into a clip",
+                          addOptions, run);
 }

@@ -1,18 +1,29 @@
-#include "types_command.h"
-
-#include "error.h"
+// `zrdraw types`: the catalogue of layouts, and what bitmap headers become.
 #include "layout_names.h"
+#include "numbers.h"
+#include "subcommand.h"
+#include "tool_error.h"
 #include "zrdraw/zrdraw.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-#include <charconv>
 #include <cstring>
 #include <iterator>
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace {
+
+struct Options {
+    int width = 0; // 0: line lengths as formulas only
+    std::optional<std::string> bitmap;
+    std::string size = "1920x1080";
+    unsigned short depth = 0;
+    unsigned imageSize = 0;
+    std::string mask = "0,0,0,0";
+};
 
 constexpr int widest = 1'000'000; // so that no line length comes near 32 bits
 
@@ -41,22 +52,6 @@ std::string catalogue(int width) {
     return text;
 }
 
-// Reads `count` numbers with a separator between them; nothing for any other text.
-template <class T, std::size_t count>
-bool readList(std::string_view text, char separator, int base, T (&values)[count]) {
-    const char* next = text.data();
-    const char* const end = next + text.size();
-    for (std::size_t i = 0; i < count; ++i) {
-        if (i > 0 && (next == end || *next++ != separator))
-            return false;
-        const auto [after, error] = std::from_chars(next, end, values[i], base);
-        if (error != std::errc{})
-            return false;
-        next = after;
-    }
-    return next == end;
-}
-
 unsigned readCompression(const std::string& text) {
     if (text == "0" || text == "3")
         return text == "0" ? 0 : 3;
@@ -67,13 +62,13 @@ unsigned readCompression(const std::string& text) {
     return value;
 }
 
-tagBITMAPINFO makeHeader(const TypesOptions& options) {
+tagBITMAPINFO makeHeader(const Options& options) {
     tagBITMAPINFO info{};
     int size[2] = {};
-    if (!readList(options.size, 'x', 10, size))
+    if (!readNumbers(options.size, 'x', 10, size))
         throw UsageError(
             fmt::format("--size: expected WIDTHxHEIGHT such as 1920x1080, got '{}'", options.size));
-    if (!readList(options.mask, ',', 16, info.biMask))
+    if (!readNumbers(options.mask, ',', 16, info.biMask))
         throw UsageError(
             fmt::format("--mask: expected four bytes such as 00,00,FF,00, got '{}'", options.mask));
     info.biSize = offsetof(tagBITMAPINFO, biMask);
@@ -95,7 +90,7 @@ std::string describeCode(unsigned code, unsigned unanswered) {
     return fmt::format("{} {}", code, layout != nullptr ? layout->name : "");
 }
 
-std::string becomes(const TypesOptions& options) {
+std::string becomes(const Options& options) {
     constexpr unsigned unanswered = 0; // is no code
     const tagBITMAPINFO before = makeHeader(options);
     tagBITMAPINFO after = before;
@@ -109,28 +104,30 @@ std::string becomes(const TypesOptions& options) {
                        before.biSizeImage, after.biSizeImage, bytes);
 }
 
-} // namespace
-
-CLI::App* addTypesCommand(CLI::App& app, TypesOptions& options) {
-    CLI::App* types = app.add_subcommand("types", "List the layouts, or look up a bitmap header");
-    CLI::Option* width = types->add_option("--width", options.width, "Line bytes at this width")
+void addOptions(CLI::App& command, Options& options) {
+    CLI::Option* width = command.add_option("--width", options.width, "Line bytes at this width")
                              ->check(CLI::Range(1, widest));
     CLI::Option* bitmap =
-        types
-            ->add_option("--bitmap", options.bitmap,
-                         "biCompression: four characters, 0 or 3; tells what the header becomes")
+        command
+            .add_option("--bitmap", options.bitmap,
+                        "biCompression: four characters, 0 or 3; tells what the header becomes")
             ->excludes(width);
-    types->add_option("--size", options.size, "biWidth and biHeight, WxH")
+    command.add_option("--size", options.size, "biWidth and biHeight, WxH")
         ->needs(bitmap)
         ->capture_default_str();
-    types->add_option("--depth", options.depth, "biBitCount")->needs(bitmap);
-    types->add_option("--image-size", options.imageSize, "biSizeImage")->needs(bitmap);
-    types->add_option("--mask", options.mask, "The bytes of the red mask, HEX,HEX,HEX,HEX")
+    command.add_option("--depth", options.depth, "biBitCount")->needs(bitmap);
+    command.add_option("--image-size", options.imageSize, "biSizeImage")->needs(bitmap);
+    command.add_option("--mask", options.mask, "The bytes of the red mask, HEX,HEX,HEX,HEX")
         ->needs(bitmap)
         ->capture_default_str();
-    return types;
 }
 
-std::string runTypes(const TypesOptions& options) {
+std::string run(const Options& options) {
     return options.bitmap ? becomes(options) : catalogue(options.width);
+}
+
+} // namespace
+
+Subcommand typesCommand() {
+    return makeSubcommand("types", "List the layouts, or look up a bitmap header", addOptions, run);
 }

@@ -1,35 +1,37 @@
-#include "wipe_command.h"
-
-#include "error.h"
+// `zrdraw wipe`: a clip of the transition between two clips or pictures.
+#include "interrupt.h"
 #include "layout_names.h"
 #include "media/frame_sink.h"
 #include "media/output_file.h"
 #include "media/packing.h"
+#include "numbers.h"
 #include "overlay/burner.h"
+#include "pair/clip_pair.h"
 #include "pair/transition.h"
 #include "pair/wipe_names.h"
+#include "subcommand.h"
+#include "tool_error.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-#include <charconv>
 #include <cmath>
 
 namespace {
 
+struct Options : PairOptions {
+    std::string code = "dissolve";
+    int frames = 25;
+    int hold = 0;
+    std::string position; // of a single frame, 0 to 1; empty for all
+    bool swap = false;
+    bool frontEnd = false;
+};
+
 // Without a wish, pictures in Y, Cb and Cr stay so.
-LayoutChoice chooseLayout(const WipeOptions& options) {
+LayoutChoice chooseLayout(const Options& options) {
     return options.layout.empty() ? LayoutChoice(overlayLayout)
                                   : always(layoutNamed(options.layout));
-}
-
-double positionOf(const std::string& text) {
-    double position = -1.0;
-    const char* const end = text.data() + text.size();
-    const auto [after, error] = std::from_chars(text.data(), end, position);
-    if (error != std::errc{} || after != end || position < 0.0 || position > 1.0)
-        throw UsageError(fmt::format("--position: expected a number from 0 to 1, got '{}'", text));
-    return position;
 }
 
 unsigned onScale(double position) {
@@ -38,7 +40,7 @@ unsigned onScale(double position) {
 
 class Run {
 public:
-    Run(const WipeOptions& options, unsigned code)
+    Run(const Options& options, unsigned code)
         : m_options(options), m_pair(options, chooseLayout(options), parseRaw(options.raw)),
           m_from(m_pair.layout(), m_pair.info().width, m_pair.info().height),
           m_to(m_pair.layout(), m_pair.info().width, m_pair.info().height),
@@ -53,7 +55,7 @@ public:
         takeFirst(m_pair.first(), m_from);
         takeFirst(m_pair.second(), m_to);
         if (!m_options.position.empty())
-            transition(onScale(positionOf(m_options.position)));
+            transition(onScale(numberIn(m_options.position, "--position", 0.0, 1.0)));
         else if (m_sink.takesOneFrame())
             throw UsageError("a picture shows one position: add --position, or name a clip");
         else
@@ -101,7 +103,7 @@ private:
         m_progress.advance(m_written);
     }
 
-    const WipeOptions& m_options;
+    const Options& m_options;
     ClipPair m_pair;
     WorkingFrame m_from;
     WorkingFrame m_to;
@@ -112,34 +114,29 @@ private:
     std::int64_t m_written = 0;
 };
 
-} // namespace
-
-CLI::App* addWipeCommand(CLI::App& app, WipeOptions& options) {
-    CLI::App* wipe =
-        app.add_subcommand("wipe", "Make the transition between two pictures or clips");
+void addOptions(CLI::App& command, Options& options) {
     options.layout.clear();
-    addPairOptions(*wipe, options);
-    wipe->add_option("--code", options.code, "The transition, by name or number; see --list")
+    addPairOptions(command, options);
+    command.add_option("--code", options.code, "The transition, by name or number; see --list")
         ->capture_default_str();
-    wipe->add_option("--frames", options.frames, "Frames of the transition")
+    command.add_option("--frames", options.frames, "Frames of the transition")
         ->check(CLI::Range(2, 1'000'000))
         ->capture_default_str();
-    wipe->add_option("--hold", options.hold, "Frames of A before it and of B behind it")
+    command.add_option("--hold", options.hold, "Frames of A before it and of B behind it")
         ->check(CLI::Range(0, 1'000'000))
         ->capture_default_str();
-    wipe->add_option("--position", options.position, "One frame of it only, 0 to 1");
-    wipe->add_flag("--swap", options.swap, "Exchange what leaves and what comes");
-    wipe->add_option("--layout", options.layout,
-                     "Layout to work in; the nearest of bgra, uyvy and v210 unless told");
-    wipe->add_flag("--front-end", options.frontEnd,
-                   "v210 by the library's own way, which drops the two low bits");
-    wipe->footer(
+    command.add_option("--position", options.position, "One frame of it only, 0 to 1");
+    command.add_flag("--swap", options.swap, "Exchange what leaves and what comes");
+    command.add_option("--layout", options.layout,
+                       "Layout to work in; the nearest of bgra, uyvy and v210 unless told");
+    command.add_flag("--front-end", options.frontEnd,
+                     "v210 by the library's own way, which drops the two low bits");
+    command.footer(
         "v210 is worked on at full precision: away from an edge every sample is that of its "
         "source.\nThe last frame of a clip that ends stays.");
-    return wipe;
 }
 
-std::string runWipe(const WipeOptions& options) {
+std::string run(const Options& options) {
     if (options.list)
         return listWipes();
     requireNames(options);
@@ -147,4 +144,11 @@ std::string runWipe(const WipeOptions& options) {
     OutputFile::checkPath(options.output, options.force);
     runInterruptible([&] { Run(options, code).frames(); });
     return "";
+}
+
+} // namespace
+
+Subcommand wipeCommand() {
+    return makeSubcommand("wipe", "Make the transition between two pictures or clips", addOptions,
+                          run);
 }

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <new>
 
 namespace {
 
@@ -19,14 +18,7 @@ struct Color {
 // A picture from a colour for each pixel.
 template <typename ColorAt>
 FramePtr makePicture(ColorAt colorAt) {
-    FramePtr picture(av_frame_alloc());
-    if (!picture)
-        throw std::bad_alloc();
-    picture->format = AV_PIX_FMT_BGRA;
-    picture->width = cellWidth;
-    picture->height = cellHeight;
-    if (av_frame_get_buffer(picture.get(), 0) < 0)
-        throw std::bad_alloc();
+    FramePtr picture = newFrame(AV_PIX_FMT_BGRA, cellWidth, cellHeight);
     const auto byte = [](double value) {
         return static_cast<std::uint8_t>(std::lround(std::clamp(value, 0.0, 1.0) * 255.0));
     };

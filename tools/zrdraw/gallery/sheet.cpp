@@ -3,7 +3,6 @@
 #include "media/frame_sink.h"
 
 #include <algorithm>
-#include <new>
 
 Sheet::Sheet(const zrLayout& layout, int width, int height)
     : m_frame(layout, width, height), m_draw(makeDraw(m_frame)) {
@@ -14,12 +13,7 @@ Sheet::Sheet(const zrLayout& layout, int width, int height)
 
 void Sheet::paste(WorkingFrame& picture, int x, int y) {
     constexpr int pixelBytes = 4;
-    const FramePtr shown(av_frame_alloc());
-    if (!shown)
-        throw std::bad_alloc();
-    shown->format = AV_PIX_FMT_BGRA;
-    shown->width = picture.width();
-    shown->height = picture.height();
+    const FramePtr shown = newFrame(AV_PIX_FMT_BGRA, picture.width(), picture.height());
     picture.store(*shown);
     for (int row = 0; row < picture.height(); ++row)
         std::copy_n(shown->data[0] + row * shown->linesize[0], picture.width() * pixelBytes,

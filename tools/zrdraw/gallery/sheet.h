@@ -1,7 +1,7 @@
 // A picture that is put together from labels, marks and smaller pictures.
 #pragma once
 
-#include "drawing.h"
+#include "draw_object.h"
 
 #include <string>
 

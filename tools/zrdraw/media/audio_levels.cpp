@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
-#include <new>
 
 extern "C" {
 #include <libavutil/samplefmt.h>
@@ -44,9 +43,7 @@ float amplitude(AVSampleFormat packed, const std::uint8_t* bytes, std::size_t in
 
 } // namespace
 
-AudioLevels::AudioLevels(const std::vector<AVStream*>& streams) : m_frame(av_frame_alloc()) {
-    if (!m_frame)
-        throw std::bad_alloc();
+AudioLevels::AudioLevels(const std::vector<AVStream*>& streams) : m_frame(newFrame()) {
     for (const AVStream* from : streams) {
         const AVCodec* codec = avcodec_find_decoder(from->codecpar->codec_id);
         Stream stream;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <new>
 #include <string>
 
 extern "C" {
@@ -30,6 +31,34 @@ using CodecPtr = std::unique_ptr<AVCodecContext, AvFree<avcodec_free_context>>;
 using FramePtr = std::unique_ptr<AVFrame, AvFree<av_frame_free>>;
 using PacketPtr = std::unique_ptr<AVPacket, AvFree<av_packet_free>>;
 using SwsPtr = std::unique_ptr<SwsContext, SwsFree>;
+
+inline FramePtr newFrame() {
+    FramePtr frame(av_frame_alloc());
+    if (!frame)
+        throw std::bad_alloc();
+    return frame;
+}
+
+// With buffers.
+inline FramePtr newFrame(AVPixelFormat format, int width, int height) {
+    FramePtr frame = newFrame();
+    frame->format = format;
+    frame->width = width;
+    frame->height = height;
+    if (av_frame_get_buffer(frame.get(), 0) < 0)
+        throw std::bad_alloc();
+    return frame;
+}
+
+inline PacketPtr newPacket() {
+    PacketPtr packet(av_packet_alloc());
+    if (!packet)
+        throw std::bad_alloc();
+    return packet;
+}
+
+// The libraries' own name for it is no expression of C++.
+inline constexpr AVRational timeBaseUnit{1, AV_TIME_BASE};
 
 // Every message of the tool is one line of its own; the libraries must not add theirs.
 inline void quietAv() {

@@ -35,16 +35,12 @@ void putSample(std::uint8_t* line, int x, unsigned sample) {
 } // namespace
 
 BayerPacker::BayerPacker(const zrLayout& layout, int width, int height)
-    : m_mosaic(layout.mosaic), m_width(width), m_height(height), m_samples(av_frame_alloc()) {
-    if (!m_samples)
-        throw std::bad_alloc();
-    m_samples->width = width;
-    m_samples->height = height;
-    m_samples->format = samplesFormat(m_mosaic);
+    : m_mosaic(layout.mosaic), m_width(width), m_height(height),
+      m_samples(newFrame(samplesFormat(m_mosaic), width, height)) {
     m_demosaic.reset(sws_getContext(width, height, samplesFormat(m_mosaic), width, height,
                                     AV_PIX_FMT_RGB48LE, SWS_BILINEAR | SWS_ACCURATE_RND, nullptr,
                                     nullptr, nullptr));
-    if (!m_demosaic || av_frame_get_buffer(m_samples.get(), 0) < 0)
+    if (!m_demosaic)
         throw std::bad_alloc();
 }
 

@@ -1,9 +1,9 @@
 #include "media/frame_sink.h"
 
-#include "error.h"
 #include "media/output_format.h"
 #include "media/packing.h"
 #include "media/pixel_formats.h"
+#include "tool_error.h"
 
 #include <fmt/format.h>
 
@@ -37,10 +37,6 @@ constexpr EncoderSetting qualitySettings[] = {
 };
 // clang-format on
 
-bool isInterlaced(AVFieldOrder order) {
-    return order != AV_FIELD_UNKNOWN && order != AV_FIELD_PROGRESSIVE;
-}
-
 // "needs an even width" and the like, for the sizes that chroma samples shared by pixels rule out.
 std::string sizeRemark(AVPixelFormat format, int width, int height) {
     const AVPixFmtDescriptor* description = av_pix_fmt_desc_get(format);
@@ -56,10 +52,7 @@ std::string sizeRemark(AVPixelFormat format, int width, int height) {
 
 FrameSink::FrameSink(const std::string& path, const SinkOptions& options, const StreamInfo& source,
                      const zrLayout& layout)
-    : m_name(path == "-" ? "standard output" : fmt::format("'{}'", path)),
-      m_packet(av_packet_alloc()) {
-    if (!m_packet)
-        throw std::bad_alloc();
+    : m_name(path == "-" ? "standard output" : fmt::format("'{}'", path)), m_packet(newPacket()) {
     OutputFile::checkPath(path, options.force);
     const OutputFormat format = chooseOutputFormat(path, options.format, options.codec);
     const AVCodec& codec = *format.codec;
@@ -184,9 +177,7 @@ void FrameSink::passAudio(const std::vector<AVStream*>& streams) {
 }
 
 FramePtr FrameSink::makeFrame() const {
-    FramePtr frame(av_frame_alloc());
-    if (!frame)
-        throw std::bad_alloc();
+    FramePtr frame = newFrame();
     frame->width = m_encoder->width;
     frame->height = m_encoder->height;
     frame->format = m_encoder->pix_fmt;

@@ -1,7 +1,9 @@
 #include "media/frame_source.h"
 
-#include "error.h"
 #include "media/packing.h"
+#include "media/pixel_formats.h"
+#include "media/reading_rules.h"
+#include "tool_error.h"
 
 #include <fmt/format.h>
 
@@ -24,13 +26,6 @@ std::string describeFormat(int width, int height, int format) {
 template <class T>
 T known(T fromFrame, T fromHeader, T unspecified) {
     return fromFrame != unspecified ? fromFrame : fromHeader;
-}
-
-// What a decoder refuses, rather than hand out a picture with a damaged part. The strictest check
-// finds a JPEG that is cut off, but makes other decoders refuse sound files for small oddities.
-int errorChecks(AVCodecID codec) {
-    const bool strictest = codec == AV_CODEC_ID_MJPEG || codec == AV_CODEC_ID_PNG;
-    return AV_EF_CRCCHECK | AV_EF_BITSTREAM | AV_EF_BUFFER | (strictest ? AV_EF_EXPLODE : 0);
 }
 
 std::string timeCodeIn(const AVDictionary* tags) {
@@ -56,7 +51,7 @@ std::int64_t frameCountOf(const AVFormatContext& input, const AVStream& stream, 
         return 0;
     if (stream.duration > 0)
         return av_rescale_q(stream.duration, stream.time_base, av_inv_q(rate));
-    return input.duration > 0 ? av_rescale_q(input.duration, AV_TIME_BASE_Q, av_inv_q(rate)) : 0;
+    return input.duration > 0 ? av_rescale_q(input.duration, timeBaseUnit, av_inv_q(rate)) : 0;
 }
 
 RawLines linesOf(const zrLayout& layout, const RawFormat& raw) {
@@ -73,9 +68,7 @@ FrameSource::FrameSource(const std::string& path, const LayoutChoice& layout,
                          const std::optional<RawFormat>& raw, const AVIOInterruptCB& interrupt)
     : m_layout(&layout(AV_PIX_FMT_NONE)), m_raw(raw),
       m_packets(path, raw ? std::optional(linesOf(*m_layout, *raw)) : std::nullopt, interrupt),
-      m_first(av_frame_alloc()) {
-    if (!m_first)
-        throw std::bad_alloc();
+      m_first(newFrame()) {
     if (!m_raw)
         m_layout = &layout(static_cast<AVPixelFormat>(m_packets.pictures().codecpar->format));
     if (!m_raw && !holdsBareFrames())
@@ -140,7 +133,7 @@ void FrameSource::describe(const AVFrame& first) {
     m_info.timeCode = timeCodeOf(m_packets.input(), m_packets.pictures());
     const std::int64_t start = first.best_effort_timestamp;
     if (start != AV_NOPTS_VALUE)
-        m_packets.setStartTime(av_rescale_q(start, m_packets.pictures().time_base, AV_TIME_BASE_Q));
+        m_packets.setStartTime(av_rescale_q(start, m_packets.pictures().time_base, timeBaseUnit));
     m_info.picture = m_packets.isPicture();
     m_info.frameCount =
         m_info.picture ? 1
@@ -183,8 +176,7 @@ bool FrameSource::takeBare(AVFrame& frame) {
     frame.color_range = header.color_range;
     frame.sample_aspect_ratio =
         av_guess_sample_aspect_ratio(&m_packets.input(), &m_packets.pictures(), nullptr);
-    frame.interlaced_frame =
-        header.field_order != AV_FIELD_UNKNOWN && header.field_order != AV_FIELD_PROGRESSIVE;
+    frame.interlaced_frame = isInterlaced(header.field_order);
     frame.top_field_first = header.field_order == AV_FIELD_TT || header.field_order == AV_FIELD_TB;
     m_packets.countFrame();
     return true;

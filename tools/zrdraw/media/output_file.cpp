@@ -1,6 +1,6 @@
 #include "media/output_file.h"
 
-#include "error.h"
+#include "tool_error.h"
 
 #include <fmt/format.h>
 

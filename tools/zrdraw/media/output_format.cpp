@@ -1,7 +1,7 @@
 #include "media/output_format.h"
 
-#include "error.h"
 #include "media/pixel_formats.h"
+#include "tool_error.h"
 
 #include <fmt/format.h>
 

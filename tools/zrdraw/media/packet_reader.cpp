@@ -1,7 +1,7 @@
 #include "media/packet_reader.h"
 
-#include "error.h"
-#include "media/completeness.h"
+#include "media/reading_rules.h"
+#include "tool_error.h"
 
 #include <fmt/format.h>
 
@@ -9,8 +9,6 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <new>
-#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -53,33 +51,11 @@ void requireReadable(const std::string& path) {
         throw Failure(fmt::format("'{}' is empty", path));
 }
 
-bool isDemuxer(const AVFormatContext& input, std::string_view name) {
-    return input.iformat->name == name;
-}
-
-bool isMatroska(const AVFormatContext& input) {
-    return isDemuxer(input, "matroska,webm");
-}
-
-bool isAsLongAsItSays(const AVFormatContext& input, const std::string& path) {
-    if (isMatroska(input))
-        return matroskaReachesItsEnd(path);
-    return !isDemuxer(input, "avi") || aviReachesItsEnd(path);
-}
-
-bool readsPictures(const AVFormatContext& input) {
-    const std::string_view name = input.iformat->name;
-    return name == "image2" || name.ends_with("_pipe");
-}
-
 } // namespace
 
 PacketReader::PacketReader(const std::string& path, const std::optional<RawLines>& raw,
                            const AVIOInterruptCB& interrupt)
-    : m_name(path == "-" ? "standard input" : fmt::format("'{}'", path)),
-      m_packet(av_packet_alloc()) {
-    if (!m_packet)
-        throw std::bad_alloc();
+    : m_name(path == "-" ? "standard input" : fmt::format("'{}'", path)), m_packet(newPacket()) {
     if (path != "-")
         requireReadable(path);
     open(path, raw, interrupt);
@@ -89,8 +65,8 @@ PacketReader::PacketReader(const std::string& path, const std::optional<RawLines
 void PacketReader::open(const std::string& path, const std::optional<RawLines>& raw,
                         const AVIOInterruptCB& interrupt) {
     Options options;
-    options.set("protocol_whitelist", "file,pipe"); // a playlist must not reach for the network
-    options.set("pattern_type", "none");            // a name with % is that of one picture
+    options.set("protocol_whitelist", allowedProtocols);
+    options.set("pattern_type", "none"); // a name with % is that of one picture
     const AVInputFormat* format = nullptr;
     if (raw) {
         // The library knows few of the layouts, so it reads lines of bytes.
@@ -106,9 +82,8 @@ void PacketReader::open(const std::string& path, const std::optional<RawLines>& 
     input->interrupt_callback = interrupt;
     const int opened = avformat_open_input(&input, url.c_str(), format, options.get());
     m_input.reset(input);
-    // Any text passes for "tty" media, a picture of a terminal, which nobody means.
     if (opened == AVERROR_INVALIDDATA || opened == AVERROR_EOF ||
-        (opened >= 0 && isDemuxer(*m_input, "tty")))
+        (opened >= 0 && isPlainText(*m_input)))
         throw Failure(
             fmt::format("{} is not a media file that can be read, or is cut off", m_name));
     if (opened < 0)
@@ -129,7 +104,7 @@ void PacketReader::findPictures() {
 }
 
 bool PacketReader::isPicture() const {
-    return readsPictures(*m_input);
+    return holdsOnePicture(*m_input);
 }
 
 bool PacketReader::readPicture() {
@@ -158,7 +133,8 @@ bool PacketReader::readAny() {
     const int status = av_read_frame(m_input.get(), m_packet.get());
     if (status == AVERROR_EOF) {
         m_ended = true;
-        requireWholeFile();
+        if (endedEarly(*m_input, *m_stream, m_bytesEnd, m_timeEnd))
+            failAtFrame("the file is cut off");
         return false;
     }
     if (status < 0)
@@ -168,8 +144,7 @@ bool PacketReader::readAny() {
         return true;
     if (m_packet->flags & AV_PKT_FLAG_CORRUPT)
         failAtFrame("the file is cut off or damaged");
-    if (m_stream->codecpar->codec_id == AV_CODEC_ID_MJPEG && readsPictures(*m_input) &&
-        !jpegReachesItsEnd({m_packet->data, static_cast<std::size_t>(m_packet->size)}))
+    if (!isWhole(*m_input, *m_packet))
         failAtFrame("the file is cut off");
     return true;
 }
@@ -180,10 +155,7 @@ bool PacketReader::isAudio(const AVPacket& packet) const {
 
 // The present packet, for a queue.
 PacketPtr PacketReader::moveOut() {
-    PacketPtr fresh(av_packet_alloc());
-    if (!fresh)
-        throw std::bad_alloc();
-    return std::exchange(m_packet, std::move(fresh));
+    return std::exchange(m_packet, newPacket());
 }
 
 void PacketReader::keepAudioPacket() {
@@ -218,7 +190,7 @@ PacketPtr PacketReader::takeAudio() {
     PacketPtr packet = std::move(m_audio.front());
     m_audio.pop_front();
     const AVRational timeBase = m_input->streams[packet->stream_index]->time_base;
-    const std::int64_t start = av_rescale_q(m_startTime, AV_TIME_BASE_Q, timeBase);
+    const std::int64_t start = av_rescale_q(m_startTime, timeBaseUnit, timeBase);
     if (packet->pts != AV_NOPTS_VALUE)
         packet->pts -= start;
     if (packet->dts != AV_NOPTS_VALUE)
@@ -248,7 +220,7 @@ void PacketReader::notePacket() {
         return;
     const AVRational timeBase = m_input->streams[packet.stream_index]->time_base;
     m_timeEnd =
-        std::max(m_timeEnd, av_rescale_q(packet.pts + packet.duration, timeBase, AV_TIME_BASE_Q));
+        std::max(m_timeEnd, av_rescale_q(packet.pts + packet.duration, timeBase, timeBaseUnit));
     noteAudioEnd(packet);
 }
 
@@ -257,22 +229,8 @@ void PacketReader::noteAudioEnd(const AVPacket& packet) {
     if (audio == m_audioEnds.end() || packet.pts == AV_NOPTS_VALUE)
         return;
     const AVRational timeBase = m_input->streams[packet.stream_index]->time_base;
-    const std::int64_t end = av_rescale_q(packet.pts + packet.duration, timeBase, AV_TIME_BASE_Q);
+    const std::int64_t end = av_rescale_q(packet.pts + packet.duration, timeBase, timeBaseUnit);
     audio->second = static_cast<double>(end - m_startTime) / AV_TIME_BASE;
-}
-
-// These demuxers take a stream that is cut off for one that ends, so its end is compared with what
-// it says of itself. A pipe has no length to compare.
-void PacketReader::requireWholeFile() {
-    if (isDemuxer(*m_input, "yuv4mpegpipe") && avio_tell(m_input->pb) != m_bytesEnd)
-        failAtFrame("the file is cut off");
-    if (!isMatroska(*m_input) || m_input->duration_estimation_method != AVFMT_DURATION_FROM_STREAM)
-        return;
-    const AVRational rate = av_guess_frame_rate(m_input.get(), m_stream, nullptr);
-    const std::int64_t frameTime =
-        rate.num > 0 ? av_rescale_q(1, av_inv_q(rate), AV_TIME_BASE_Q) : AV_TIME_BASE;
-    if (m_timeEnd + frameTime < m_input->duration)
-        failAtFrame("the file is cut off");
 }
 
 void PacketReader::failAtFrame(const std::string& reason) const {

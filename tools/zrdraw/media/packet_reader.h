@@ -70,7 +70,6 @@ private:
     void keepAudioPacket();
     void notePacket();
     void noteAudioEnd(const AVPacket& packet);
-    void requireWholeFile();
 
     std::string m_name;
     InputPtr m_input;

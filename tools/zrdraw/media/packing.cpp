@@ -1,10 +1,10 @@
 #include "media/packing.h"
 
-#include "error.h"
 #include "layout_names.h"
 #include "media/bayer_packer.h"
 #include "media/line_packer.h"
 #include "media/v210_packer.h"
+#include "tool_error.h"
 
 #include <fmt/format.h>
 

@@ -1,4 +1,4 @@
-// What is to be known of the media libraries' pixel formats.
+// What is to be known of the media libraries' frames: pixel formats, colours and scan.
 #pragma once
 
 #include "media/av.h"
@@ -20,6 +20,17 @@ inline bool isGray(AVPixelFormat format) {
 // Whether a frame is RGB, or is treated like it because it has few colours.
 inline bool countsAsRgb(AVPixelFormat format) {
     return isGray(format) || hasFlag(format, AV_PIX_FMT_FLAG_RGB | AV_PIX_FMT_FLAG_PAL);
+}
+
+// Formats that say by their name that they use the whole range.
+inline bool isFullRangeByName(AVPixelFormat format) {
+    return format == AV_PIX_FMT_YUVJ420P || format == AV_PIX_FMT_YUVJ422P ||
+           format == AV_PIX_FMT_YUVJ444P || format == AV_PIX_FMT_YUVJ440P ||
+           format == AV_PIX_FMT_YUVJ411P;
+}
+
+inline bool isInterlaced(AVFieldOrder order) {
+    return order != AV_FIELD_UNKNOWN && order != AV_FIELD_PROGRESSIVE;
 }
 
 // Custom, where nobody says: large pictures are BT.709, small ones BT.601.

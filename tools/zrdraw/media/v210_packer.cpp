@@ -1,6 +1,6 @@
 #include "media/v210_packer.h"
 
-#include "error.h"
+#include "tool_error.h"
 
 #include <fmt/format.h>
 
@@ -45,10 +45,7 @@ V210Packer::V210Packer(int width, int height)
     : m_lineBytes(wholeLineBytes(*zrFindLayout(ptV210), width)), m_height(height),
       m_encoder(openCodec(avcodec_find_encoder(AV_CODEC_ID_V210), width, height)),
       m_decoder(openCodec(avcodec_find_decoder(AV_CODEC_ID_V210), width, height)),
-      m_packet(av_packet_alloc()), m_decoded(av_frame_alloc()) {
-    if (!m_packet || !m_decoded)
-        throw std::bad_alloc();
-}
+      m_packet(newPacket()), m_decoded(newFrame()) {}
 
 void V210Packer::pack(const AVFrame& picture, CanvasLines canvas) {
     require(avcodec_send_frame(m_encoder.get(), &picture), "encode");

@@ -1,7 +1,7 @@
 #include "media/working_frame.h"
 
-#include "error.h"
 #include "media/pixel_formats.h"
+#include "tool_error.h"
 
 #include <fmt/format.h>
 
@@ -17,12 +17,6 @@ namespace {
 
 constexpr int alignment = 64;
 constexpr int wordBytes = 4;
-
-bool isFullRangeByName(AVPixelFormat format) {
-    return format == AV_PIX_FMT_YUVJ420P || format == AV_PIX_FMT_YUVJ422P ||
-           format == AV_PIX_FMT_YUVJ444P || format == AV_PIX_FMT_YUVJ440P ||
-           format == AV_PIX_FMT_YUVJ411P;
-}
 
 template <typename Number>
 Number roundedUp(Number bytes, Number unit) {
@@ -60,7 +54,7 @@ SwsContext* converter(SwsPtr& cached, int width, int height, AVPixelFormat from,
 
 WorkingFrame::WorkingFrame(const zrLayout& layout, int width, int height)
     : m_layout(layout), m_format(pixelFormatOf(layout)), m_width(width), m_height(height),
-      m_lineBytes(wholeLineBytes(layout, width)), m_picture(av_frame_alloc()) {
+      m_lineBytes(wholeLineBytes(layout, width)), m_picture(newFrame()) {
     if (width <= 0 || height <= 0 ||
         av_image_check_size2(static_cast<unsigned>(width), static_cast<unsigned>(height), INT64_MAX,
                              m_format, 0, nullptr) < 0)
@@ -76,7 +70,7 @@ WorkingFrame::WorkingFrame(const zrLayout& layout, int width, int height)
                                                          static_cast<std::size_t>(overrun),
                                                      alignment);
     m_pixels.reset(static_cast<std::uint8_t*>(std::aligned_alloc(alignment, bytes)));
-    if (!m_pixels || !m_picture)
+    if (!m_pixels)
         throw std::bad_alloc();
     std::memset(m_pixels.get(), 0, bytes);
     m_packer = makePacker(layout, width, height);

@@ -1,9 +1,9 @@
 #include "overlay/burner.h"
 
-#include "error.h"
 #include "layout_names.h"
 #include "media/pixel_formats.h"
 #include "overlay/settings_store.h"
+#include "tool_error.h"
 #include "zrdraw/platform/config_store.h"
 #include "zrdraw/platform/media.h"
 #include "zrdraw/zrhost.h"
@@ -166,9 +166,8 @@ void Burner::describe(const BurnOptions& options, const StreamInfo& source,
     video->header = header;
     video->rate = static_cast<unsigned>(source.frameRate.num);
     video->scale = static_cast<unsigned>(source.frameRate.den);
-    const bool interlaced =
-        source.fieldOrder != AV_FIELD_UNKNOWN && source.fieldOrder != AV_FIELD_PROGRESSIVE;
-    video->flags = interlaced || options.interlaced ? zrScanInterlaced : 0;
+    const bool interlaced = isInterlaced(source.fieldOrder) || options.interlaced;
+    video->flags = interlaced ? zrScanInterlaced : 0;
     const auto system = std::make_unique<KPXSYSTEM>();
     system->fileType = zrFileTypeOf(source.formatName.c_str());
     zrOSSetLogSink([](const char*) {}); // told below, with the file's name

@@ -1,12 +1,12 @@
 #include "overlay/setting_names.h"
 
-#include "error.h"
 #include "near_names.h"
+#include "numbers.h"
+#include "tool_error.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
 #include <string_view>
 
 namespace {
@@ -56,13 +56,11 @@ const SettingKey& settingKeyNamed(const std::string& name) {
 }
 
 unsigned int settingNumber(const SettingKey& key, const std::string& value) {
-    unsigned int number = 0;
-    const char* const end = value.data() + value.size();
-    const auto [after, error] = std::from_chars(value.data(), end, number);
-    if (error != std::errc{} || after != end)
+    const auto number = numberIn<unsigned int>(value);
+    if (!number)
         throw UsageError(fmt::format("{}: expected a whole number from 0 to 4294967295, got '{}'",
                                      key.name, value));
-    return number;
+    return *number;
 }
 
 // The font has the characters of ASCII, and a longer text could not be saved.

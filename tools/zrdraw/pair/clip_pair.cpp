@@ -1,7 +1,9 @@
 #include "pair/clip_pair.h"
 
-#include "error.h"
+#include "interrupt.h"
 #include "media/packing.h"
+#include "media/pixel_formats.h"
+#include "tool_error.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -10,12 +12,8 @@
 
 namespace {
 
-bool isInterlaced(const StreamInfo& info) {
-    return info.fieldOrder != AV_FIELD_UNKNOWN && info.fieldOrder != AV_FIELD_PROGRESSIVE;
-}
-
 std::string scanName(const StreamInfo& info) {
-    return isInterlaced(info) ? "interlaced" : "progressive";
+    return isInterlaced(info.fieldOrder) ? "interlaced" : "progressive";
 }
 
 [[noreturn]] void failToMatch(const char* what, const std::string& first, const std::string& second,
@@ -37,7 +35,7 @@ void requireMatch(const StreamInfo& a, const StreamInfo& b, bool scale) {
         return;
     if (av_cmp_q(a.frameRate, b.frameRate) != 0)
         failToMatch("rate", rate(a), rate(b), "; bring them to one rate first");
-    if (isInterlaced(a) != isInterlaced(b))
+    if (isInterlaced(a.fieldOrder) != isInterlaced(b.fieldOrder))
         failToMatch("scan", scanName(a), scanName(b), "; bring them to one scan first");
 }
 
@@ -61,18 +59,14 @@ void requireNames(const PairOptions& options) {
 
 ClipReader::ClipReader(const std::string& path, const LayoutChoice& layout,
                        const std::optional<RawFormat>& raw)
-    : m_source(path, layout, raw, interruptReads), m_frame(av_frame_alloc()) {
-    if (!m_frame)
-        throw std::bad_alloc();
+    : m_source(path, layout, raw, interruptReads), m_frame(newFrame()) {
     m_source.packets().dropAudio();
 }
 
 void ClipReader::scaleTo(int width, int height) {
     if (width == info().width && height == info().height)
         return;
-    m_scaled.reset(av_frame_alloc());
-    if (!m_scaled)
-        throw std::bad_alloc();
+    m_scaled = newFrame();
     m_scaled->width = width;
     m_scaled->height = height;
 }

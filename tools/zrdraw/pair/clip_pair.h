@@ -1,7 +1,7 @@
 // Two clips or pictures, side by side, for the commands that make one of them.
 #pragma once
 
-#include "clip_command.h"
+#include "clip_options.h"
 #include "media/frame_source.h"
 #include "media/working_frame.h"
 

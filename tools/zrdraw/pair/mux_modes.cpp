@@ -1,7 +1,7 @@
 #include "pair/mux_modes.h"
 
-#include "error.h"
 #include "near_names.h"
+#include "tool_error.h"
 #include "zrdraw/mux.h"
 
 #include <fmt/format.h>

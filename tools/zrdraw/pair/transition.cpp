@@ -1,8 +1,8 @@
 #include "pair/transition.h"
 
-#include "error.h"
 #include "layout_names.h"
 #include "pair/v210_words.h"
+#include "tool_error.h"
 #include "zrdraw/transitions.h"
 
 #include <fmt/format.h>

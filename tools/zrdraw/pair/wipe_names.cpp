@@ -1,12 +1,12 @@
 #include "pair/wipe_names.h"
 
-#include "error.h"
 #include "near_names.h"
+#include "numbers.h"
+#include "tool_error.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
 #include <iterator>
 
 std::vector<zrWipe> namedWipes() {
@@ -23,11 +23,9 @@ unsigned wipeCodeOf(const std::string& text) {
             return wipe.first;
         candidates.emplace_back(wipe.name);
     }
-    unsigned code = 0;
-    const char* const end = text.data() + text.size();
-    const auto [after, error] = std::from_chars(text.data(), end, code);
-    if (error == std::errc{} && after == end && code < zrWipeSwap)
-        return code;
+    const auto code = numberIn<unsigned>(text);
+    if (code && *code < zrWipeSwap)
+        return *code;
     throw UsageError(fmt::format("there is no transition '{}'{} (zrdraw wipe --list shows all)",
                                  text, nearNames(text, candidates)));
 }

@@ -1,6 +1,6 @@
 #include "script/lexer.h"
 
-#include "error.h"
+#include "tool_error.h"
 
 #include <fmt/format.h>
 

@@ -1,55 +1,26 @@
 #include "script/parser.h"
 
+#include "near_names.h"
+#include "numbers.h"
 #include "script/lexer.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
-#include <numeric>
 #include <optional>
 
 namespace {
 
 using Kind = Parameter::Kind;
 
-template <class T>
-std::optional<double> readAs(const std::string& text) {
-    T value{};
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc{} || end != text.data() + text.size())
-        return std::nullopt;
-    return static_cast<double>(value);
-}
-
-// The number of single characters to insert, drop or exchange between two names.
-std::size_t distance(std::string_view a, std::string_view b) {
-    std::vector<std::size_t> row(b.size() + 1);
-    std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        std::size_t diagonal = std::exchange(row[0], i + 1);
-        for (std::size_t j = 0; j < b.size(); ++j) {
-            const std::size_t exchanged = diagonal + (a[i] != b[j]);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({exchanged, row[j] + 1, diagonal + 1});
-        }
-    }
-    return row.back();
-}
-
 std::string unknownCommand(const std::string& name) {
-    std::vector<std::string_view> all;
-    std::vector<std::string_view> near;
-    for (const Operation& operation : operations()) {
-        all.push_back(operation.name);
-        const std::size_t shorter = std::min(name.size(), operation.name.size());
-        if (distance(name, operation.name) <= (shorter < 4 ? 1U : 2U))
-            near.push_back(operation.name);
-    }
-    if (near.empty())
-        return fmt::format("unknown command \"{}\"; the commands are {}", name,
-                           fmt::join(all, ", "));
-    return fmt::format("unknown command \"{}\"; did you mean {}?", name, fmt::join(near, " or "));
+    std::vector<std::string> names;
+    for (const Operation& operation : operations())
+        names.emplace_back(operation.name);
+    const std::string near = nearNames(name, names);
+    return fmt::format(
+        "unknown command \"{}\"{}", name,
+        !near.empty() ? near : fmt::format("; the commands are {}", fmt::join(names, ", ")));
 }
 
 std::string expectation(const Parameter& parameter) {
@@ -144,9 +115,10 @@ private:
 
     double readNumber(const Parameter& parameter, std::string_view name, const Word& word) const {
         std::optional<double> value;
-        if (!word.quoted && parameter.kind != Kind::Choice)
-            value =
-                parameter.kind == Kind::Number ? readAs<double>(word.text) : readAs<int>(word.text);
+        if (parameter.kind == Kind::Number && !word.quoted)
+            value = numberIn<double>(word.text);
+        else if (parameter.kind != Kind::Choice && !word.quoted)
+            value = numberIn<int>(word.text);
         if (!value || !(*value >= parameter.low && *value <= parameter.high))
             failUnexpected(parameter, name, word);
         return *value;

@@ -1,6 +1,6 @@
-#include "clip_command.h"
+#include "clip_options.h"
 
-#include "error.h"
+#include "tool_error.h"
 
 extern "C" {
 #include <libavutil/parseutils.h>
@@ -10,45 +10,9 @@ extern "C" {
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <csignal>
 #include <limits>
 
 #include <unistd.h>
-
-namespace {
-
-volatile std::sig_atomic_t interrupted = 0;
-
-// Without SA_RESTART, so that a blocked read ends. A second signal finds the default again, for
-// work that hangs where nobody looks at the flag.
-void catchInterrupts() {
-    struct sigaction action {};
-    action.sa_handler = [](int) { interrupted = 1; };
-    action.sa_flags = static_cast<int>(SA_RESETHAND);
-    sigaction(SIGINT, &action, nullptr);
-    sigaction(SIGTERM, &action, nullptr);
-}
-
-} // namespace
-
-const AVIOInterruptCB interruptReads{[](void*) -> int { return interrupted; }, nullptr};
-
-void stopIfInterrupted() {
-    if (interrupted != 0)
-        throw Failure("interrupted");
-}
-
-void runInterruptible(const std::function<void()>& work) {
-    quietAv();
-    catchInterrupts();
-    try {
-        work();
-    } catch (const Failure&) {
-        // The signal often stops the input's producer too, and then the input is not at fault.
-        stopIfInterrupted();
-        throw;
-    }
-}
 
 void addClipOptions(CLI::App& command, ClipOptions& options) {
     command.add_option("IN", options.input, "Picture or clip; - is standard input")->required();

@@ -1,7 +1,7 @@
-#include "drawing.h"
+#include "draw_object.h"
 
-#include "error.h"
 #include "layout_names.h"
+#include "tool_error.h"
 
 #include <fmt/format.h>
 

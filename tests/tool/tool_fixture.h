@@ -1,10 +1,10 @@
-// A folder for media that tests make, and frames of noise to put into them.
+// A folder for each test, the tool as a process, and frames of noise for media.
 #pragma once
 
-#include "error.h"
 #include "media/frame_sink.h"
 #include "media/frame_source.h"
 #include "media/working_frame.h"
+#include "tool_error.h"
 
 #include <gtest/gtest.h>
 
@@ -17,9 +17,11 @@
 #include <iterator>
 #include <optional>
 #include <random>
+#include <set>
 #include <string>
 #include <vector>
 
+#include <sys/wait.h>
 #include <unistd.h>
 
 extern "C" {
@@ -30,22 +32,88 @@ namespace fs = std::filesystem;
 
 using Bytes = std::vector<unsigned char>;
 
-class Media : public testing::Test {
+inline std::string readFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+inline void writeFile(const std::string& path, const std::string& content) {
+    std::ofstream(path, std::ios::binary) << content;
+}
+
+// A folder of its own for every test. In shell commands, which run there, $Z is the tool and $F is
+// FFmpeg's.
+class ToolTest : public testing::Test {
 protected:
+    struct Result {
+        int status;
+        std::string out;
+        std::string err;
+    };
+
     void SetUp() override {
         quietAv();
-        std::string pattern = testing::TempDir() + "zrdraw-media-XXXXXX";
+        std::string pattern = testing::TempDir() + "zrdraw-tool-XXXXXX";
         ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
-        m_folder = pattern;
+        m_root = pattern;
+        m_folder = m_root / "work";
+        fs::create_directory(m_folder);
+        setenv("Z", ZRDRAW_TOOL, 1);
+        setenv("F", "ffmpeg -v error -y", 1);
+        setenv("ZRDRAW_STORE", at("settings.db").c_str(), 1);
     }
-    void TearDown() override { fs::remove_all(m_folder); }
+    void TearDown() override { fs::remove_all(m_root); }
 
     std::string at(const std::string& name) const { return m_folder / name; }
-    std::size_t fileCount() const {
-        return static_cast<std::size_t>(
-            std::distance(fs::directory_iterator(m_folder), fs::directory_iterator()));
+
+    // Everything in the folder, hidden files too.
+    std::set<std::string> left() const {
+        std::set<std::string> names;
+        for (const auto& entry : fs::directory_iterator(m_folder))
+            names.insert(entry.path().filename());
+        return names;
     }
 
+    Result shell(const std::string& commands) const {
+        const std::string out = m_root / "stdout", err = m_root / "stderr";
+        const std::string line =
+            "cd '" + m_folder.string() + "'\n{ " + commands + "\n} >'" + out + "' 2>'" + err + "'";
+        const int status = std::system(line.c_str());
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, readFile(out), readFile(err)};
+    }
+
+    // Commands that must go well without a word of complaint. Returns what they print.
+    std::string run(const std::string& commands) const {
+        const Result result = shell(commands);
+        EXPECT_EQ(result.status, 0) << commands << "\n" << result.err;
+        EXPECT_EQ(result.err, "") << commands;
+        return result.out;
+    }
+
+    // One line that holds `part`, and the status.
+    static void expectError(const Result& result, int status, const std::string& part) {
+        EXPECT_EQ(result.status, status) << result.err;
+        EXPECT_EQ(result.err.rfind("zrdraw: ", 0), 0U) << result.err;
+        EXPECT_EQ(result.err.find('\n'), result.err.size() - 1) << result.err;
+        EXPECT_NE(result.err.find(part), std::string::npos) << result.err;
+    }
+
+    struct Refused {
+        std::string commands;
+        int status;
+        std::string part; // of the message
+    };
+    // Each ends so, and leaves nothing that was not there.
+    void expectRefused(const std::vector<Refused>& cases) const {
+        const std::set<std::string> before = left();
+        for (const auto& [commands, status, part] : cases) {
+            SCOPED_TRACE(commands);
+            expectError(shell(commands), status, part);
+            EXPECT_EQ(left(), before);
+        }
+    }
+
+    fs::path m_root;
     fs::path m_folder;
 };
 
@@ -63,20 +131,10 @@ inline StreamInfo infoOf(AVPixelFormat format, int width = 64, int height = 48) 
     return info;
 }
 
-inline FramePtr makeFrame(AVPixelFormat format, int width, int height) {
-    FramePtr frame(av_frame_alloc());
-    frame->format = format;
-    frame->width = width;
-    frame->height = height;
-    if (av_frame_get_buffer(frame.get(), 0) < 0)
-        throw std::bad_alloc();
-    return frame;
-}
-
 // Each plane full of its samples, in turns: the three of a packed format, or one of a planar one.
 inline FramePtr flatFrame(AVPixelFormat format, const std::vector<std::vector<unsigned>>& planes,
                           std::size_t sampleBytes, int height = 48) {
-    FramePtr frame = makeFrame(format, 64, height);
+    FramePtr frame = newFrame(format, 64, height);
     const int chromaShift = av_pix_fmt_desc_get(format)->log2_chroma_h;
     for (std::size_t i = 0; i < planes.size(); ++i) {
         const int lines = i == 0 ? height : height >> chromaShift;
@@ -88,19 +146,14 @@ inline FramePtr flatFrame(AVPixelFormat format, const std::vector<std::vector<un
     return frame;
 }
 
-inline std::string readFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
-inline void writeFile(const std::string& path, const std::string& content) {
-    std::ofstream(path, std::ios::binary) << content;
-}
-
 inline void fillNoise(WorkingFrame& canvas, unsigned seed) {
     std::mt19937 random(seed);
     std::generate_n(canvas.data(), canvas.pitch() * canvas.height(),
                     [&] { return static_cast<char>(random()); });
+}
+
+inline std::string bytesOf(WorkingFrame& canvas) {
+    return {canvas.data(), static_cast<std::size_t>(canvas.pitch() * canvas.height())};
 }
 
 inline Bytes pixelsOf(WorkingFrame& canvas, int bytesPerPixel) {
@@ -131,7 +184,7 @@ inline std::vector<Bytes> readAll(const std::string& path,
                                   const std::optional<RawFormat>& raw = std::nullopt) {
     FrameSource source(path, bgra, raw);
     WorkingFrame canvas(bgra, source.info().width, source.info().height);
-    const FramePtr frame(av_frame_alloc());
+    const FramePtr frame = newFrame();
     std::vector<Bytes> frames;
     while (source.read(*frame)) {
         canvas.load(*frame);
@@ -142,7 +195,7 @@ inline std::vector<Bytes> readAll(const std::string& path,
 
 inline std::vector<Bytes> v210Packets(const std::string& path) {
     FrameSource source(path, layoutOf(ptV210));
-    const FramePtr frame(av_frame_alloc());
+    const FramePtr frame = newFrame();
     std::vector<Bytes> packets;
     while (source.read(*frame)) {
         EXPECT_EQ(frame->format, barePixels);

@@ -6,7 +6,6 @@
 
 #include <CLI/App.hpp>
 
-#include <functional>
 #include <optional>
 #include <string>
 
@@ -35,11 +34,3 @@ std::optional<RawFormat> parseRaw(const std::string& text);
 
 // 0 when unknown.
 std::int64_t framesToCome(const StreamInfo& info, std::int64_t first, std::int64_t end);
-
-// Ends a read that waits for more of a pipe.
-extern const AVIOInterruptCB interruptReads;
-
-void stopIfInterrupted();
-
-// Runs the work; a signal ends it with one line, and nothing is left behind.
-void runInterruptible(const std::function<void()>& work);

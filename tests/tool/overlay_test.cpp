@@ -1,0 +1,120 @@
+// `zrdraw overlay`: time code, sound and levels.
+#include "overlay/burner.h"
+#include "tool/tool_fixture.h"
+
+namespace {
+
+using OverlayTest = ToolTest;
+
+StreamInfo infoAt(AVRational rate, int width = 320, int height = 200) {
+    StreamInfo info = infoOf(AV_PIX_FMT_UYVY422, width, height);
+    info.frameRate = rate;
+    return info;
+}
+
+BurnOptions withSettings(const std::vector<std::string>& settings) {
+    BurnOptions options;
+    for (const std::string& text : settings)
+        options.settings.push_back(parseAssignment(text));
+    return options;
+}
+
+TEST_F(OverlayTest, FrameNumberNShowsTimeCodeN) {
+    const struct {
+        AVRational rate;
+        const char* start;
+        std::optional<bool> drop;
+        int frame;
+        const char* shown;
+    } rows[] = {
+        {{25, 1}, "10:00:00:00", {}, 26, "10:00:01:01"},
+        {{30000, 1001}, "00:00:59;29", {}, 1, "00:01:00;02"},
+        {{30000, 1001}, "00:00:59:29", {}, 1, "00:01:00:00"},
+        {{30000, 1001}, "", true, 1800, "00:01:00;02"},
+        {{30000, 1001}, "", false, 1800, "00:01:00:00"},
+        {{50, 1}, "23:59:59:49", {}, 1, "00:00:00:00"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.shown);
+        // The same pass, with the expected text where the time code is to stand.
+        BurnOptions options = withSettings({"TimeCodeX=4", "TimeCodeY=20", "TimeCodeSize=3"});
+        options.startTimeCode = row.start;
+        options.dropFrame = row.drop;
+        BurnOptions wanted =
+            withSettings({"TimeCodeLTCEnable=0", "CustomTextX0=4", "CustomTextY0=20"});
+        wanted.texts = {row.shown};
+        const StreamInfo info = infoAt(row.rate);
+        WorkingFrame canvas(layoutOf(ptUYVY), 320, 200), expected(layoutOf(ptUYVY), 320, 200);
+        Burner(options, info, canvas.layout(), 0).burn(canvas, row.frame, {});
+        Burner(wanted, info, expected.layout(), 0).burn(expected, 0, {});
+        EXPECT_TRUE(bytesOf(canvas) == bytesOf(expected));
+        EXPECT_NE(bytesOf(canvas), std::string(bytesOf(canvas).size(), '\0'));
+    }
+}
+
+TEST_F(OverlayTest, SoundAndTimeCodePassOn) {
+    run("$F -f lavfi -i testsrc2=s=64x48:r=25:d=1 -f lavfi -i sine=f=500:r=48000:d=1 "
+        "-timecode 01:02:03:04 -c:v png -c:a pcm_s16le in.mov && "
+        "$Z overlay in.mov out.mov --codec png --set AudioEnable=1 && "
+        "$F -i in.mov -c:a copy in.wav && $F -i out.mov -c:a copy out.wav");
+    EXPECT_TRUE(readFile(at("in.wav")) == readFile(at("out.wav")));
+    FrameSource source(at("out.mov"), bgra);
+    EXPECT_EQ(source.info().timeCode, "01:02:03:04");
+    EXPECT_EQ(source.info().frameCount, 25);
+}
+
+TEST_F(OverlayTest, LevelsFollowTheSound) {
+    // Half a second of silence, then a tone at half of full scale on the second channel only.
+    run("$F -f lavfi -i testsrc2=s=64x48:r=25:d=1 -f lavfi -i "
+        "'aevalsrc=0|0.5*sin(2*PI*1000*t)*gte(t\\,0.5):s=48000:d=1' "
+        "-c:v png -c:a pcm_s16le in.mov");
+    FrameSource source(at("in.mov"), bgra);
+    const std::vector<AVStream*> streams = source.packets().keepAudio();
+    AudioLevels levels(streams);
+    EXPECT_EQ(levels.channels(), 2U);
+    const FramePtr frame = newFrame();
+    for (int n = 0; source.read(*frame); ++n) {
+        const double end = (n + 1) / 25.0;
+        source.packets().readAudioUntil(end);
+        while (const PacketPtr packet = source.packets().takeAudio())
+            levels.feed(*packet);
+        const AudioLevels::Levels measured = levels.takeUntil(end);
+        EXPECT_EQ(measured[0], 0U) << n;
+        EXPECT_NEAR(measured[1], n < 12 ? 0 : 32767, n == 12 ? 32767 : 20) << n;
+    }
+}
+
+TEST_F(OverlayTest, PeaksStayAndThenFall) {
+    PeakHold hold(10.0);
+    AudioLevels::Levels loud{}, silent{};
+    loud[3] = 50000;
+    EXPECT_EQ(hold.next(loud)[3], 50000U);
+    for (int i = 0; i < 9; ++i)
+        hold.next(silent);
+    EXPECT_EQ(hold.next(silent)[3], 50000U) << "for a second";
+    for (int i = 0; i < 9; ++i)
+        hold.next(silent);
+    EXPECT_NEAR(hold.next(silent)[3], 5000, 10) << "by 20 dB in the next";
+}
+
+TEST_F(OverlayTest, WhatDoesNotFitIsRefusedWithItsMend) {
+    run("$F -f lavfi -i testsrc2=s=64x48:r=25:d=0.2 -c:v png in.mov; echo 'no picture' >text.txt");
+    expectRefused({
+        {"$Z overlay in.mov o.mov --start-tc 10:00:00:25", 2, "cannot be at 25 frames a second"},
+        {"$Z overlay in.mov o.mov --drop", 2, "no drop-frame time code at 25"},
+        {"$Z overlay in.mov o.mov --set TimeCodX=1", 2, "did you mean TimeCodeX"},
+        {"$Z overlay in.mov o.mov --set TimeCodeX=left", 2, "expected a whole number"},
+        {"$Z overlay in.mov o.mov --set AudioChannels=33", 2, "32 meters at most"},
+        {"$Z overlay in.mov o.mov --text 10=x", 2, "N from 0 to 9"},
+        {"$Z overlay in.mov o.mov --layout rgb48", 2, "bgra, uyvy or v210"},
+        {"$Z overlay in.mov o.mov --settings-store none.db", 2, "holds no settings"},
+        {"$Z overlay in.mov o.mov --settings-store .", 1, "is not a file"},
+        {"$Z overlay in.mov o.mov --settings-store in.mov", 1, "is not a settings store"},
+        {"$Z overlay text.txt o.mov", 1, "text.txt"},
+    });
+    const Result result = shell("$Z overlay in.mov o.mov --watermark missing.png");
+    EXPECT_EQ(result.status, 0) << "frames go without it";
+    EXPECT_NE(result.err.find("'missing.png' cannot be read"), std::string::npos) << result.err;
+}
+
+} // namespace

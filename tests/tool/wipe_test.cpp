@@ -1,0 +1,155 @@
+// `zrdraw wipe` and `zrdraw mux`: two clips or pictures that become one.
+#include "pair/transition.h"
+#include "pair/v210_words.h"
+#include "pair/wipe_names.h"
+#include "tool/tool_fixture.h"
+#include "zrdraw/v210.h"
+
+#include <fmt/format.h>
+
+#include <map>
+#include <sstream>
+
+namespace {
+
+using WipeTest = ToolTest;
+
+TEST_F(WipeTest, WordsOfV210GoThereAndBack) {
+    for (const int width : {1, 5, 6, 7, 48, 50, 95}) {
+        const int lineBytes = wholeLineBytes(layoutOf(ptV210), width);
+        std::mt19937 random(static_cast<unsigned>(width));
+        std::vector<std::uint32_t> line(static_cast<std::size_t>(lineBytes) / 4), back(line.size());
+        for (std::uint32_t& word : line)
+            word = static_cast<std::uint32_t>(random()) & 0x3FFFFFFF;
+        std::vector<std::uint8_t> words(static_cast<std::size_t>(width * 6 + wordOverhang));
+        expandV210Line(reinterpret_cast<std::uint8_t*>(line.data()), words.data(), width);
+        const auto sample = [&](int pixel, int component) {
+            std::uint16_t value;
+            std::memcpy(&value, &words[static_cast<std::size_t>(6 * pixel + 2 * component)], 2);
+            return value;
+        };
+        for (int x = 0; x < width; ++x)
+            for (int component = 0; component < 3; ++component) {
+                const auto [word, bit] =
+                    zrV210::placeOf(static_cast<unsigned>(x) % 6, static_cast<unsigned>(component));
+                EXPECT_EQ(sample(x, component),
+                          line[static_cast<std::size_t>(x / 6 * 4) + word] >> bit & 0x3FF)
+                    << width << ", column " << x << ", component " << component;
+            }
+        packV210Line(words.data(), reinterpret_cast<std::uint8_t*>(back.data()), width);
+        for (std::size_t i = 0; i < static_cast<std::size_t>((width + 5) / 6 * 4); ++i)
+            EXPECT_EQ(back[i], line[i]) << width << ", word " << i;
+    }
+}
+
+std::uint32_t wordOf(WorkingFrame& frame, int word) {
+    std::uint32_t value;
+    std::memcpy(&value, frame.data() + 4 * word, 4);
+    return value;
+}
+
+// Every sample is that of the frame that the rule names, but for the chroma of a pair on the edge.
+TEST_F(WipeTest, KeepEverySampleOfV210) {
+    constexpr int width = 50, height = 6;
+    const zrLayout& layout = layoutOf(ptV210);
+    WorkingFrame a(layout, width, height), b(layout, width, height), out(layout, width, height);
+    fillNoise(a, 1);
+    fillNoise(b, 2);
+    Transition transition(layout, width, height, 1, false, false);
+    for (const double at : {0.0, 0.36, 1.0}) {
+        transition.draw(a, b, out, static_cast<unsigned>(at * Transition::scale));
+        const int edge = width * static_cast<int>(at * Transition::scale) / 65536;
+        for (int x = 0; x < width / 6 * 6; ++x) {
+            const auto lumaOf = [x](WorkingFrame& frame) {
+                constexpr int word[] = {0, 1, 1, 2, 3, 3}, bit[] = {10, 0, 20, 10, 0, 20};
+                return wordOf(frame, 4 * (x / 6) + word[x % 6]) >> bit[x % 6] & 0x3FF;
+            };
+            EXPECT_EQ(lumaOf(out), lumaOf(x < edge ? b : a)) << "column " << x;
+        }
+    }
+    Transition slide(layout, width, height, zrSlideUp, false, false);
+    slide.draw(a, b, out, 0);
+    for (int i = 0; i < 16 * 8 / 4; ++i)
+        EXPECT_EQ(wordOf(out, i), wordOf(a, i) & 0x3FFFFFFF) << i;
+}
+
+TEST_F(WipeTest, AWipeBeginsAndEndsWithItsSources) {
+    run("$F -f lavfi -i testsrc2=s=96x48:r=25:d=1 -pix_fmt yuv422p10 -c:v v210 a.mov && "
+        "$F -f lavfi -i smptebars=s=96x48:r=25:d=1 -pix_fmt yuv422p10 -c:v v210 b.mov && "
+        "$Z wipe a.mov b.mov out.mov --code 1 --frames 5 --hold 2 --codec v210");
+    const std::vector<Bytes> out = v210Packets(at("out.mov")), a = v210Packets(at("a.mov")),
+                             b = v210Packets(at("b.mov"));
+    ASSERT_EQ(out.size(), 9U);
+    EXPECT_EQ(out[0], a[0]);
+    EXPECT_EQ(out[2], a[2]) << "the transition begins with A";
+    EXPECT_EQ(out[6], b[4]) << "and ends with B";
+    EXPECT_EQ(out[8], b[6]);
+    EXPECT_NE(out[4], a[4]);
+    EXPECT_NE(out[4], b[2]);
+}
+
+TEST_F(WipeTest, MuxUndoesItsFlips) {
+    run("$F -f lavfi -i testsrc2=s=60x40 -frames:v 1 a.png && "
+        "$F -f lavfi -i smptebars=s=60x40:r=25:d=0.2 -c:v png b.mov && "
+        "$Z mux a.png b.mov out.mov --mode a --flip-a h --codec png");
+    const std::vector<Bytes> frames = readAll(at("out.mov"));
+    ASSERT_EQ(frames.size(), 5U);
+    for (const Bytes& frame : frames)
+        EXPECT_EQ(frame, frames[0]) << "flipped once, not each time again";
+    const Bytes a = readAll(at("a.png")).at(0);
+    for (std::size_t x = 0; x < 60; ++x)
+        EXPECT_EQ(frames[0][4 * x], a[4 * (59 - x)]);
+}
+
+TEST_F(WipeTest, NamesAreThoseOfTheTable) {
+    const std::string list = listWipes();
+    for (const zrWipe& wipe : zrWipes)
+        if (wipe.name != nullptr) {
+            EXPECT_EQ(wipeCodeOf(wipe.name), wipe.first);
+            EXPECT_NE(list.find(fmt::format("{}  {} ", wipe.first, wipe.name)), std::string::npos);
+        }
+    EXPECT_EQ(wipeCodeOf("45"), 45U);
+    EXPECT_THROW(wipeCodeOf("2147483648"), UsageError) << "the bit of --swap";
+}
+
+// Every name that is listed makes a picture that no other makes.
+TEST_F(WipeTest, EveryListedNameIsAPictureOfItsOwn) {
+    run("$F -f lavfi -i testsrc2=s=64x48 -frames:v 1 a.png && "
+        "$F -f lavfi -i rgbtestsrc=s=64x48 -frames:v 1 b.png");
+    const struct {
+        std::string list, make;
+    } rows[] = {
+        {"$Z mux --list | awk 'NR > 1 {print $1}'",
+         "$Z mux --position 0.3 --gain 2 --block 8 --mode "},
+        {"$Z wipe --list | awk 'NR > 1 {print $2}'", "$Z wipe --position 0.3 --code "},
+    };
+    for (const auto& [list, make] : rows) {
+        std::istringstream names(run(list));
+        std::map<std::string, std::string> made;
+        for (std::string name; names >> name;) {
+            run(make + name + " a.png b.png out.png --force");
+            const auto [other, isNew] = made.emplace(readFile(at("out.png")), name);
+            EXPECT_TRUE(isNew) << name << " is " << other->second;
+        }
+        EXPECT_GE(made.size(), 20U) << list;
+    }
+}
+
+TEST_F(WipeTest, WhatDoesNotFitIsRefusedWithItsMend) {
+    run("$F -f lavfi -i testsrc2=s=64x48:r=25:d=0.2 -c:v png in.mov && "
+        "$F -i in.mov -vf scale=32:48 -c:v png other.mov && "
+        "$F -i in.mov -r 50 -c:v png fast.mov");
+    expectRefused({
+        {"$Z wipe in.mov other.mov o.mov", 1, "use --scale"},
+        {"$Z wipe in.mov fast.mov o.mov", 1, "differ in rate: the first is 25"},
+        {"$Z wipe in.mov in.mov o.mov --code horizontl", 2, "did you mean horizontal"},
+        {"$Z wipe in.mov in.mov o.mov --position 1.5", 2, "from 0 to 1"},
+        {"$Z wipe in.mov in.mov o.mov --layout bayerrggb", 2, "no transitions in layout bayerrggb"},
+        {"$Z mux in.mov in.mov o.mov --mode spilt", 2, "did you mean split"},
+        {"$Z mux in.mov in.mov o.mov --grid 1%", 2, "cannot be cut into 100 parts"},
+        {"$Z mux in.mov in.mov o.mov --layout uyvy", 2, "32-bit RGB"},
+        {"$Z wipe in.mov in.mov o.mov --position nan", 2, "from 0 to 1, got 'nan'"},
+    });
+}
+
+} // namespace

@@ -1,0 +1,16 @@
+// Signals that ask the tool to end: the work stops and leaves nothing behind.
+#pragma once
+
+#include <functional>
+
+extern "C" {
+#include <libavformat/avio.h>
+}
+
+// Ends a read that waits for more of a pipe.
+extern const AVIOInterruptCB interruptReads;
+
+void stopIfInterrupted();
+
+// Runs the work; SIGINT, SIGTERM and SIGHUP end it with a Failure, unless they are ignored.
+void runInterruptible(const std::function<void()>& work);
