@@ -41,13 +41,6 @@ void call(Session& s) {
     invoke(s, operation);
 }
 
-// One that reads the pixels that it writes, wherever they are.
-template <auto operation>
-void callReading(Session& s) {
-    if (s.mayReadAnywhere())
-        invoke(s, operation);
-}
-
 // Picks one of several operations of a name, by its arguments.
 template <typename... Args>
 using Form = int (ZRDraw::*)(Args...);
@@ -87,17 +80,12 @@ void fillRect(Session& s) {
     const int width = static_cast<int>(s.draw().width), height = static_cast<int>(s.draw().height);
     if (s.input.flag())
         r = {r.left, r.top, r.left + width, r.top + height};
-    if (r.right - r.left == width && r.bottom - r.top == height) {
-        if (!s.mayPaintWhole())
-            return;
+    if (r.right - r.left == width && r.bottom - r.top == height)
         s.notePaintedWhole();
-    }
     s.draw().FillRect(&r);
 }
 
 void eraseCanvas(Session& s) {
-    if (!s.mayPaintWhole())
-        return;
     s.notePaintedWhole();
     s.draw().EraseCanvas(!s.slot());
 }
@@ -122,7 +110,7 @@ void drawText(Session& s) {
 void setState(Session& s) {
     s.draw().SetTransparency(s.mixing());
     s.draw().SetAlphaAdditive(s.mixing());
-    s.draw().antiAlias = s.input.flag() && s.mayReadAnywhere();
+    s.draw().antiAlias = s.input.flag();
     const int raw = s.input.flag() ? 1000 : 0;
     s.draw().SetYCbCrMode(static_cast<cmYCbCr>(s.input.below(11) + raw));
 }
@@ -141,8 +129,8 @@ constexpr Operation table[] = {
     readOnCanvas,
     call<Form<int, int, int, int>{&ZRDraw::Line}>,
     call<&ZRDraw::LineTo>,
-    callReading<&ZRDraw::LineWu>,
-    callReading<&ZRDraw::LineWuTo>,
+    call<&ZRDraw::LineWu>,
+    call<&ZRDraw::LineWuTo>,
     call<&ZRDraw::LineVert>,
     call<&ZRDraw::LineHoriz>,
     call<&ZRDraw::Dash>,

@@ -39,7 +39,7 @@ void Session::changeFrame() {
         !is24() || (!m_draw->transparency && !m_draw->alphaAdditive && m_draw->textTransparent);
     makeFrame();
     const FrameShape& shape = m_frame->shape();
-    char* canvas = input.below(8) == 7 && !readsUntested() ? nullptr : m_frame->bytes();
+    char* canvas = input.below(8) == 7 ? nullptr : m_frame->bytes();
     // The signs say nothing about where the pixels are, or that there are none; 0 is the natural
     // line.
     const int height = input.flag() ? -shape.height : shape.height;

@@ -23,8 +23,6 @@ public:
     // A switch that makes foreground writes look at what is there.
     bool mixing();
 
-    // What paints a whole canvas of 32-bit pixels writes without a test of the address.
-    bool mayPaintWhole() const { return m_draw->canvas != nullptr || !is32(); }
     void notePaintedWhole();
 
     // Readers of these layouts test no coordinate.
@@ -43,7 +41,7 @@ private:
     bool is32() const { return m_layout.code <= ptABGR32; }
     bool hasWords() const { return is32() || m_layout.code == ptRGB30DPX; }
     bool is24() const { return m_layout.code == ptRGB24 || m_layout.code == ptBGR24; }
-    bool readsUntested() const { return m_layout.mosaic[0] != '\0' || m_layout.code == ptRGB30DPX; }
+    bool readsUntested() const { return m_layout.isMosaic() || m_layout.code == ptRGB30DPX; }
     bool hasPairs() const { return m_layout.pair.y0 >= 0; }
     // By contract: these take height, width and pitch with their signs.
     bool keepsSigns() const { return hasPairs() || m_layout.code >= ptUV8; }

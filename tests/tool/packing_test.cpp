@@ -75,7 +75,7 @@ TEST_F(PackingTest, EveryLayoutShowsThePictureThatWentIn) {
     const Bytes noise = readAll(at("in.png")).at(0);
     for (const zrLayout& layout : zrLayouts) {
         SCOPED_TRACE(layout.name);
-        const bool exact = !isYCbCr(layout) && layout.mosaic[0] == '\0';
+        const bool exact = !isYCbCr(layout) && !layout.isMosaic();
         const FramePtr in = newFrame(AV_PIX_FMT_BGRA, 64, 48);
         for (int y = 0; y < 48; ++y) {
             for (int x = 0; x < 64; ++x) {
@@ -111,7 +111,7 @@ TEST_F(PackingTest, EveryLayoutShowsThePictureThatWentIn) {
 TEST_F(PackingTest, BareFramesOfEveryLayoutKeepEveryByte) {
     for (const zrLayout& layout : zrLayouts) {
         SCOPED_TRACE(layout.name);
-        const int width = layout.mosaic[0] != '\0' ? 34 : 35;
+        const int width = layout.isMosaic() ? 34 : 35;
         std::string frames(static_cast<std::size_t>(wholeLineBytes(layout, width) * 6 * 2), '\0');
         std::mt19937 random(layout.code);
         std::generate(frames.begin(), frames.end(), [&] { return static_cast<char>(random()); });

@@ -70,11 +70,11 @@ constexpr const Row& rowOf(const zrLayout& layout) {
 }
 
 static_assert(std::all_of(std::begin(zrLayouts), std::end(zrLayouts), [](const zrLayout& layout) {
-    return rowOf(layout).code == layout.code || layout.mosaic[0] != '\0';
+    return rowOf(layout).code == layout.code || layout.isMosaic();
 }));
 
 bool hasMosaic(const zrLayout& layout) {
-    return layout.mosaic[0] != '\0';
+    return layout.isMosaic();
 }
 
 } // namespace
