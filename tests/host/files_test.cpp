@@ -52,11 +52,15 @@ TEST(Libraries, StayForTheNextLoadAndLoseNoMemory) {
     ASSERT_NE(nullptr, first);
     EXPECT_EQ(1, zrOSFreeLibrary(first));
     EXPECT_TRUE(isReaderLoaded());
+    const auto loadAgain = [first](int rounds) {
+        for (int round = 0; round < rounds; ++round)
+            if (zrOSLoadLibrary("clipFile.so", RTLD_NOW) != first || zrOSFreeLibrary(first) != 1)
+                return false;
+        return true;
+    };
+    EXPECT_TRUE(loadAgain(10)); // what the loader keeps for itself, once
     const std::size_t before = mallinfo2().uordblks;
-    for (int round = 0; round < 1000; ++round) {
-        ASSERT_EQ(first, zrOSLoadLibrary("clipFile.so", RTLD_NOW)) << round;
-        ASSERT_EQ(1, zrOSFreeLibrary(first)) << round;
-    }
+    EXPECT_TRUE(loadAgain(1000));
     EXPECT_EQ(before, mallinfo2().uordblks);
 }
 
