@@ -62,13 +62,9 @@ WorkingFrame::WorkingFrame(const zrLayout& layout, int width, int height)
     requireFit(layout, width, height);
     // Whole words and no more: operations that fill the whole canvas take its lines for contiguous.
     m_pitch = roundedUp(m_lineBytes, wordBytes);
-    // The scaler writes behind the last pixel, and in 24-bit layouts the library addresses all but
-    // plain foreground pixels as if they had four bytes.
-    const int overrun = alignment + wordBytes * width;
-    const std::size_t bytes = roundedUp<std::size_t>(static_cast<std::size_t>(m_pitch) *
-                                                             static_cast<std::size_t>(height) +
-                                                         static_cast<std::size_t>(overrun),
-                                                     alignment);
+    // The scaler writes behind the last pixel as well, up to a vector.
+    const std::size_t bytes = roundedUp<std::size_t>(
+        zrFrameRoom(layout, width, height, m_pitch) + std::size_t{alignment}, alignment);
     m_pixels.reset(static_cast<std::uint8_t*>(std::aligned_alloc(alignment, bytes)));
     if (!m_pixels)
         throw std::bad_alloc();
