@@ -26,10 +26,11 @@ typedef struct zrBitmapHeader {
     unsigned int colorsImportant; /**< behind what is read: undefined */
 } zrBitmapHeader;
 
-/** Pixels of the last bitmap that was read whole. */
+/** Pixels of the last bitmap that was read; one that ends early leaves older ones behind its own.
+ */
 ZRDRAW_API extern unsigned char data[1048576];
 
-/** Header of the last file that was a bitmap of any kind. */
+/** Header of the last file that was a bitmap with a header of 40 bytes. */
 ZRDRAW_API extern zrBitmapHeader pImgHdr;
 
 #ifdef __cplusplus

@@ -56,7 +56,8 @@ public:
  * On YUYV and YVYU an even pixel writes the luma of the odd one of its pair and the other way
  * round. Readers take the first luma of the pair, but for GetPixelRGBA on UYVY. Off the canvas
  * they answer 0: GetPixelRGBA with a mid grey and alpha 0.0, the others with 0 and the alpha left
- * alone. GetLuma does not
+ * alone. In the column behind an even width, GetPixelRGBA on UYVY takes that of the even pixel.
+ * GetLuma does not
  * test the coordinate. There is no HSV: GetPixelHSV answers -1 and writes nothing.
  */
 class ZRDRAW_API CDrawYCbCrYUYV : public virtual ZRDraw {
@@ -101,7 +102,8 @@ public:
  *
  * Colours: SetColorYCbCr takes fractions of 1023, SetColorYCbCr10 samples as they are, unmasked.
  *
- * Readers scale by 1/1024. Off the canvas they write nothing and answer 0, and GetLuma does not
+ * Readers scale by 1/1024. In the column equal to the width they take the samples of the pixel that
+ * follows in its group. Off the canvas they write nothing and answer 0, and GetLuma does not
  * test the coordinate. The last pixel of a group reads the luma of the third. In GetPixelYCbCr8,
  * which drops the two low bits, the Cr of the first pixel of a group is its low eight bits.
  * There is no HSV: GetPixelHSV answers -1 and writes nothing.

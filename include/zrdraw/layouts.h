@@ -168,16 +168,18 @@ constexpr unsigned int zrLineBytes(const zrLineRule& rule, unsigned int width) {
 }
 
 /**
- * How many bytes, from the first one of a frame, drawing objects and transitions may read or write:
- * the room that a caller gives a frame so that nothing of it reaches beyond. More than GetDrawSize
- * says where, by contract,
+ * How many bytes, from the first one of a frame, drawing objects may read or write: the room that a
+ * caller gives a frame so that nothing reaches beyond. What transitions and the mux read and write
+ * behind a frame stands in zrdraw/transitions.h and zrdraw/mux.h. More than GetDrawSize says where,
+ * by contract,
  * - background, blended and added writes to 24-bit pixels address the last line by four bytes a
  *   pixel,
  * - an odd width of 4:2:2 ends in half a pixel pair, which is written as a whole one,
  * - mosaics are read in cells of two lines and two columns, wherever they end,
  * - pixels of an 8-bit chroma plane are read together with their right neighbours.
  * Exact for what the drawing classes touch, but for the padding of the last line, which is counted.
- * @param pitch as SetCanvas takes it: 0 is the natural line, the sign does not count
+ * @param pitch as SetCanvas takes it: 0 is the natural line, the sign does not count. Of 4:2:2 a
+ *              negative one stays a very large number, for which no frame has room
  */
 constexpr unsigned long zrFrameRoom(const zrLayout& layout, int width, int height, int pitch) {
     constexpr unsigned long wordBytes = 4, pairBytes = 4, readBehind = 2;

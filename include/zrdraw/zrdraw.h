@@ -15,9 +15,11 @@ enum zrTextFormat : unsigned int {
 };
 
 /**
- * The primitives. They know no layouts: every pixel goes through the virtual PutPixel, in the
- * foreground slot unless told otherwise, and there is no clipper, so each pixel off the canvas is
- * refused by itself. LineHoriz and LineVert refuse whole lines instead.
+ * The primitives. They know no layouts: pixels go through the virtual PutPixel, in the foreground
+ * slot unless told otherwise, and there is no clipper, so each pixel off the canvas is refused by
+ * itself. LineHoriz and LineVert refuse whole lines instead. Horizontal runs and what is made of
+ * them, erases included, pass PutPixel by on 32-bit RGB, and call it for their first pixel only on
+ * other layouts of whole-byte pixels: see LineHoriz.
  *
  * Coordinates are pixels. Positions run in 16.16 fixed point, so a coordinate of 32,768 or more
  * in magnitude overflows, which nothing guards against.
@@ -69,7 +71,8 @@ public:
     virtual int LineVert(int x, int y0, int y1);
     /**
      * A horizontal run, both ends included; the row stands between the columns. One fill on
-     * layouts of whole-byte pixels. On 32-bit RGB it is always opaque.
+     * layouts of whole-byte pixels, if it is opaque; on 32-bit RGB it always is. Else pixel by
+     * pixel.
      * @return 0, or -1 when any of it is off the canvas
      */
     virtual int LineHoriz(int x0, int y, int x1);
@@ -201,7 +204,8 @@ public:
     virtual int LabelGetFontHeight();
     /**
      * Writes a string in the built-in 8 by 10 font, the top left corner of its first cell at
-     * (x, y). Characters are codes 0 to 127; there is no line handling. Moves the current position.
+     * (x, y). Characters are codes 0 to 127; there is no line handling. The current
+     * position becomes that of the last single pixel written.
      * @param inverse ink in the background slot and empty pixels in the foreground slot
      * @param opaque  empty pixels of the cells are drawn at all
      * @return 0, always

@@ -11,7 +11,7 @@
  *
  * The watermark. It is read once, by Create, from the file of the field `Watermark`, into a cache
  * for the stream's biCompression, which must be one of zrWatermarkCode: in any other stream nothing
- * is cached and each frame writes a line to the log.
+ * is cached, and each frame writes a line to the log once the file was read.
  * - Where the reader, the file or memory is missing there is no watermark, and one line in the log.
  *   The line of a file that cannot be opened has a number in the place of its name. A file that
  *   opens and whose picture cannot be read is not noticed: what the memory held is shown.

@@ -13,12 +13,14 @@
  * Conventions of every operation here and in ZRDraw:
  * - A trailing `bool selector` chooses the colour slot: true the foreground, false the background.
  * - Colour components are 0.0 to 1.0 of full scale; Cb and Cr have their zero at 0.5; hue is in
- *   degrees, 0.0 up to but not including 360.0.
+ *   degrees, 0.0 to 360.0, which only rounding reaches.
  * - An `int` result is 0 for success and -1 for refusal unless told otherwise.
- * - A coordinate equal to the width or the height is legal and lands on the last pixel or line;
- *   one beyond that, or negative, is off the canvas. Coordinates compare as signed numbers.
- * - No operation takes the lock, allocates or logs. Callers that share an object between threads
- *   use Lock and Unlock themselves.
+ * - A coordinate equal to the width or the height is legal and lands on the last pixel or line, but
+ *   for what zrdraw/formats.h tells of readers of 4:2:2 and v210; one beyond that, or negative, is
+ *   off the canvas. Coordinates compare as signed numbers.
+ * - No operation takes the lock, but for Lock and TryLock, allocates, but for Fill and the font
+ * file readers, or logs. Callers that share an object between threads use Lock and Unlock
+ * themselves.
  *
  * The pixel operations of this class serve the 8-bit RGB layouts; the format classes of
  * zrdraw/formats.h replace what depends on the memory layout.

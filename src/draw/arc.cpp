@@ -27,14 +27,9 @@ struct Ends {
 thread_local std::optional<Ends> lastArc;
 
 // Any thread may draw an arc at any time, so that the exported ends are written as single words.
-void exportEnds(const Ends& ends) {
-    const auto put = [](int& to, int value) {
-        std::atomic_ref(to).store(value, std::memory_order_relaxed);
-    };
-    put(xStartArc, ends.first.x);
-    put(yStartArc, ends.first.y);
-    put(xEndArc, ends.last.x);
-    put(yEndArc, ends.last.y);
+void exportPoint(const _POINT& point, int& x, int& y) {
+    std::atomic_ref(x).store(point.x, std::memory_order_relaxed);
+    std::atomic_ref(y).store(point.y, std::memory_order_relaxed);
 }
 
 Ends exportedEnds() {
@@ -44,9 +39,10 @@ Ends exportedEnds() {
     return {{get(xStartArc), get(yStartArc)}, {get(xEndArc), get(yEndArc)}};
 }
 
-// Draws the chords between the points of whole degrees, both ends included.
-template <typename PointAt>
-Ends drawChords(ZRDraw& draw, int start, int end, PointAt pointAt) {
+// Draws the chords between the points of whole degrees, both ends included. `begin` is told the
+// first point before there is a chord.
+template <typename PointAt, typename Begin>
+Ends drawChords(ZRDraw& draw, int start, int end, PointAt pointAt, Begin begin) {
     while (end < start)
         end += 360;
     Ends ends{};
@@ -55,7 +51,7 @@ Ends drawChords(ZRDraw& draw, int start, int end, PointAt pointAt) {
         const _POINT point =
             pointAt(static_cast<float>(std::cos(radians)), static_cast<float>(std::sin(radians)));
         if (degrees == start)
-            ends.first = point;
+            begin(ends.first = point);
         else
             draw.Line(ends.last.x, ends.last.y, point.x, point.y);
         ends.last = point;
@@ -72,7 +68,8 @@ Ends drawAngleArc(ZRDraw& draw, int cx, int cy, float rx, float ry, float startA
     const auto pointAt = [=](float cosine, float sine) {
         return _POINT{truncateToInt(cosine * rx + x0), truncateToInt(y0 - sine * ry)};
     };
-    return drawChords(draw, truncateToInt(startAngle), truncateToInt(endAngle), pointAt);
+    return drawChords(draw, truncateToInt(startAngle), truncateToInt(endAngle), pointAt,
+                      [](const _POINT&) {});
 }
 
 // The angle in degrees at which a point is seen from the centre; none for the centre itself.
@@ -139,8 +136,9 @@ int ZRDraw::Arc(int left, int top, int right, int bottom, int xStart, int yStart
         const float dy = sine * static_cast<float>(ry);
         return _POINT{truncateToInt(dx + cx), truncateToInt(cy - dy)};
     };
-    lastArc = drawChords(*this, truncateToInt(*start), truncateToInt(*end), pointAt);
-    exportEnds(*lastArc);
+    const auto begin = [](const _POINT& point) { exportPoint(point, xStartArc, yStartArc); };
+    lastArc = drawChords(*this, truncateToInt(*start), truncateToInt(*end), pointAt, begin);
+    exportPoint(lastArc->last, xEndArc, yEndArc);
     return 0;
 }
 

@@ -102,6 +102,8 @@ unsigned int throughPlanes(const Layout& layout, const KernelArgs& f, Wipe wipe)
         return failed;
     const Planes planes(memory, pixels);
     if (memory == nullptr || !planes.arePlaced()) {
+        if (memory != nullptr)
+            ZRFree(memory);
         ErrOut(noMemory);
         priority.restore();
         return failed;

@@ -121,7 +121,9 @@ void muxMix(const MuxArgs& m) {
     }
 }
 
-void muxChannel(const MuxArgs& m) {
+void muxChannel(const MuxArgs& both) {
+    MuxArgs m = both;
+    m.b = m.a; // the second source may be none
     unsigned int shift = 0;
     switch (m.param) {
     case 0xFF:

@@ -171,6 +171,7 @@ void readPicture(CZrOverlay& overlay, const Reader& reader, void*& file) {
     const Frame frame = makeFrame(readFrame(reader, file, nullptr));
     if (frame == nullptr)
         return;
+    forgetCache(overlay);
     readFrame(reader, file, frame.get()); // by contract, whatever it answers
     image = makeImage(overlay, frame->videoData);
     makeCache(overlay, *image, frame->videoData);
@@ -200,7 +201,6 @@ int CZrOverlay::LoadWatermark() {
     wmWidth = static_cast<unsigned int>(record.header.biWidth);
     wmHeight = static_cast<unsigned int>(record.header.biHeight);
     wmLayout = pixelCode;
-    forgetCache(*this);
     try {
         readPicture(*this, reader, file);
     } catch (const std::bad_alloc&) {

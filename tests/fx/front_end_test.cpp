@@ -241,6 +241,7 @@ class FrontEndFailures : public FrontEnds {
 protected:
     unsigned int call(const FrontEnd& end, unsigned int width = 8, unsigned int height = 2) {
         m_log.clear();
+        m_freed.clear();
         zrfxFXArgs args{m_a.data(),       128, m_a.data(), 128,   m_dst.data(), 128,
                         zrWipeHorizontal, 1,   width,      height};
         args.rangeEnd = 16;
@@ -273,10 +274,11 @@ TEST_F(FrontEndFailures, APlaneAtNullIsNoMemory) {
     for (const FrontEnd* end : {&ycbcr, &v210})
         for (const std::uintptr_t behind :
              {std::uintptr_t{1}, std::uintptr_t{planeBytes}, std::uintptr_t{2 * planeBytes}}) {
-            injection().alloc = [behind](unsigned int) { return reinterpret_cast<void*>(-behind); };
+            void* const memory = reinterpret_cast<void*>(-behind);
+            injection().alloc = [memory](unsigned int) { return memory; };
             EXPECT_EQ(call(*end, width, height), 0xFFFFFFFFU) << end->name << ' ' << behind;
             EXPECT_EQ(m_log, Messages{"No Memory ZRDraw_DisplayWipeYCbCr"});
-            EXPECT_EQ(m_freed, std::vector<void*>{});
+            EXPECT_EQ(m_freed, std::vector<void*>{memory});
             EXPECT_EQ(priority(), before);
         }
 }
