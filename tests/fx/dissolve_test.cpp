@@ -60,8 +60,9 @@ void compareAll(Frame& frameA, Frame& frameB, unsigned int width, unsigned int h
         for (const auto& [position, scale] : progresses)
             for (const unsigned int code : {0U, zrWipeSwap | 77}) {
                 Frame dst(bytes), expected(bytes);
-                zrfxFXArgs a{frameA.data(), pitchA,          frameB.data(), pitchB, dst.data(), 1,
-                             code,          group.pixelType, width,         height};
+                zrfxFXArgs a =
+                    argsOf(frameA, frameB, dst, pitchB, code, group.pixelType, width, height);
+                a.pitchA = pitchA;
                 a.xEnd = width;
                 a.rangeStart = 11;
                 a.rangeEnd = scale + 11;

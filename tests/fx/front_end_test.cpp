@@ -150,8 +150,9 @@ protected:
                                                  end.leastPitch(width), width * 2 + 16})};
         Random random(seed + width);
         Frame a(bytes, random), b(bytes, random), dst(bytes), expected(bytes);
-        zrfxFXArgs args{a.data(),   pitches[0], b.data(), pitches[1], dst.data(),
-                        pitches[2], wipeCode,   99,       width,      height};
+        zrfxFXArgs args = argsOf(a, b, dst, pitches[2], wipeCode, 99, width, height);
+        args.pitchA = pitches[0];
+        args.pitchB = pitches[1];
         args.rangeEnd = 16;
         args.position = 6;
         reference(end, args, expected.data());
@@ -226,8 +227,7 @@ TEST_F(FrontEnds, WithoutWidthOrHeightStillCall) {
     for (const FrontEnd* end : {&ycbcr, &v210})
         for (const auto& [width, height] : {std::pair{0U, 4U}, {8U, 0U}, {0U, 0U}}) {
             Frame a(256), b(256), dst(256, 9);
-            zrfxFXArgs args{a.data(),         16, b.data(), 16,    dst.data(), 16,
-                            zrWipeHorizontal, 1,  width,    height};
+            zrfxFXArgs args = argsOf(a, b, dst, 16, zrWipeHorizontal, 1, width, height);
             args.rangeEnd = 16;
             m_records.clear();
             EXPECT_EQ(callWith(end->function, args), 0U);
@@ -241,8 +241,7 @@ class FrontEndFailures : public FrontEnds {
 protected:
     unsigned int call(const FrontEnd& end, unsigned int width = 8, unsigned int height = 2) {
         m_log.clear();
-        zrfxFXArgs args{m_a.data(),       128, m_a.data(), 128,   m_dst.data(), 128,
-                        zrWipeHorizontal, 1,   width,      height};
+        zrfxFXArgs args = argsOf(m_a, m_a, m_dst, 128, zrWipeHorizontal, 1, width, height);
         args.rangeEnd = 16;
         const unsigned int result = callWith(end.function, args);
         EXPECT_EQ(m_dst, Frame(512)) << end.name;

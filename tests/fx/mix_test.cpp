@@ -120,33 +120,23 @@ TEST(Mix, IsChosenByTypeAndWeight) {
     MixBody* const wholeWords = wide ? mixWholeWordsAvx2 : mixWholeWords;
     MixBody* const anyBytes = wide ? mixRoundedBytesAvx2 : mixBytes;
     const struct {
-        double weight;
+        std::vector<double> weights;
         MixBody *bytes, *words;
     } rows[] = {
-        {0.0, copySecond, copySecond},
-        {1.0, copyFirst, copyFirst},
-        {0.25, wholeBytes, wholeWords},
-        {1.0 / 65536, wholeBytes, wholeWords},
-        {65535.0 / 65536, wholeBytes, wholeWords},
-        {1.0 / 3, anyBytes, mixWords},
-        {1.5 / 65536, anyBytes, mixWords},
-        // Too near to an end for integers.
-        {1.0 / 131072, mixBytes, mixWords},
-        {1.0 - 1.0 / 131072, mixBytes, mixWords},
-        {1.0 / 3e9, mixBytes, mixWords},
-        {1.0 - 1e-12, mixBytes, mixWords},
-        // Off the scale.
-        {-0.5, mixBytes, mixWords},
-        {1.0 + 1.0 / 65536, mixBytes, mixWords},
-        {2.0, mixBytes, mixWords},
-        {0.0 / 0.0, mixBytes, mixWords},
-        {1.0 / 0.0, mixBytes, mixWords},
+        {{0.0}, copySecond, copySecond},
+        {{1.0}, copyFirst, copyFirst},
+        {{0.25, 1.0 / 65536, 65535.0 / 65536}, wholeBytes, wholeWords},
+        {{1.0 / 3, 1.5 / 65536}, anyBytes, mixWords},
+        // Too near to an end for integers, or off the scale.
+        {{1.0 / 131072, 1.0 - 1.0 / 131072, 1.0 / 3e9, 1.0 - 1e-12}, mixBytes, mixWords},
+        {{-0.5, 1.0 + 1.0 / 65536, 2.0, 0.0 / 0.0, 1.0 / 0.0}, mixBytes, mixWords},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(chooseMix(SampleType::Byte, row.weight).body, row.bytes) << row.weight;
-        EXPECT_EQ(chooseMix(SampleType::Word, row.weight).body, row.words) << row.weight;
-        EXPECT_EQ(chooseMix(SampleType::Float, row.weight).body, mixFloats) << row.weight;
-    }
+    for (const auto& row : rows)
+        for (const double weight : row.weights) {
+            EXPECT_EQ(chooseMix(SampleType::Byte, weight).body, row.bytes) << weight;
+            EXPECT_EQ(chooseMix(SampleType::Word, weight).body, row.words) << weight;
+            EXPECT_EQ(chooseMix(SampleType::Float, weight).body, mixFloats) << weight;
+        }
 }
 
 } // namespace

@@ -50,8 +50,7 @@ protected:
 
     Frame draw(zrfxKernel* kernel, unsigned int code) {
         Frame dst(pitch * height);
-        zrfxFXArgs args{m_a.data(), pitch, m_b.data(), pitch, dst.data(),
-                        pitch,      code,  ptRGBA32,   width, height};
+        zrfxFXArgs args = argsOf(m_a, m_b, dst, pitch, code, ptRGBA32, width, height);
         args.rangeEnd = 16;
         args.position = 8;
         if (kernel == nullptr)

@@ -9,15 +9,6 @@ namespace {
 
 constexpr unsigned int lastSlide = 515; // those behind zrSlideDown7 draw nothing
 
-struct Layout {
-    unsigned int pixelType, bytes;
-};
-
-constexpr Layout layouts[] = {
-    {ptRGBA32, 4},    {ptRGB24, 3},  {ptBGR24, 3},     {zrWipeByte3, 3},   {ptRGB48, 6},
-    {zrWipeWord3, 6}, {ptARGB64, 8}, {zrWipeWord4, 8}, {zrWipeFloat4, 16}, {zrWipeFloat3, 12},
-    {zrWipeByte4, 4}, {10, 4},       {99, 4}}; // the last two are none
-
 // What a pixel of the destination shows: of the moving frame where it still is, else of the other.
 void reference(const zrfxFXArgs& a, unsigned int b, unsigned char* dst) {
     const unsigned int scale = a.rangeEnd - a.rangeStart;
@@ -46,11 +37,14 @@ TEST(Slide, MovesTheFirstFrameOffTheSecond) {
                 for (const unsigned int scale : {16U, 25U})
                     for (const unsigned int position :
                          {0U, 1U, 8U, 15U, scale, scale + 1, 200U, 0x20000001U, 0xFFFFFFFFU}) {
-                        const Layout& layout = layouts[number++ % std::size(layouts)];
+                        // The last two are no layouts.
+                        const unsigned int at = number++ % (std::size(groups) + 2);
+                        const Group layout =
+                            at < std::size(groups) ? groups[at] : Group{at % 2 * 89 + 10, 4, 4};
                         const std::size_t bytes = width * height * layout.bytes;
                         Frame a(bytes, random), b(bytes, random), dst(bytes), expected(bytes);
-                        zrfxFXArgs args{a.data(), 1,    b.data(),         3,     dst.data(),
-                                        5,        code, layout.pixelType, width, height};
+                        zrfxFXArgs args =
+                            argsOf(a, b, dst, 5, code, layout.pixelType, width, height);
                         args.rangeStart = 7;
                         args.rangeEnd = scale + 7;
                         args.position = position;

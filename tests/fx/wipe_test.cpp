@@ -52,15 +52,10 @@ const Wipe wipes[] = {
 };
 
 At edges(const zrfxFXArgs& a) {
-    const unsigned int scale = a.rangeEnd - a.rangeStart, p = a.position;
-    return {0,
-            0,
-            a.width,
-            a.height,
-            a.width * p / scale,
-            a.height * p / scale,
-            (a.width >> 1) * p / scale,
-            (a.height >> 1) * p / scale};
+    const auto of = [&](unsigned int size) {
+        return size * a.position / (a.rangeEnd - a.rangeStart);
+    };
+    return {0, 0, a.width, a.height, of(a.width), of(a.height), of(a.width / 2), of(a.height / 2)};
 }
 
 // Pixel by pixel; the vertical wipe takes whole lines, of the other frame's length.
@@ -92,16 +87,9 @@ void compare(const Wipe& wipe, unsigned int width, unsigned int height, unsigned
     const std::size_t bytes = height * (line + std::size_t{32}) + 32;
     Random random(seed + number);
     Frame frameA(bytes, random), frameB(bytes, random), dst(bytes), expected(bytes);
-    zrfxFXArgs a{frameA.data(),
-                 line + 16 * (number / 2 % 3),
-                 frameB.data(),
-                 line + 16 * (number / 3 % 3),
-                 dst.data(),
-                 3,
-                 77,
-                 group.pixelType,
-                 width,
-                 height};
+    zrfxFXArgs a = argsOf(frameA, frameB, dst, 3, 77, group.pixelType, width, height);
+    a.pitchA = line + 16 * (number / 2 % 3);
+    a.pitchB = line + 16 * (number / 3 % 3);
     // Of the 12 positions each comes with and without it.
     if ((number + number / 12) % 2 != 0)
         a.wipeCode |= zrWipeSwap;
@@ -135,19 +123,10 @@ TEST(Wipe, PicksEveryPixelByItsPlace) {
 // A number next to one of the values that a rule compares with, or any.
 unsigned int somewhere(unsigned int size, unsigned int edge, unsigned int halfEdge,
                        Random& random) {
-    const unsigned int half = size >> 1;
-    const unsigned int places[] = {0,
-                                   size,
-                                   edge,
-                                   size - edge,
-                                   halfEdge,
-                                   size - halfEdge,
-                                   half,
-                                   half - halfEdge,
-                                   halfEdge + size - half,
-                                   0U - 1,
-                                   static_cast<unsigned int>(random())};
-    return places[random() % std::size(places)] + 4 - static_cast<unsigned int>(random() % 9);
+    const auto any = static_cast<unsigned int>(random());
+    const unsigned int places[] = {0, edge, halfEdge, (size >> 1) - halfEdge, size >> 1, any};
+    const unsigned int place = places[random() % std::size(places)];
+    return (random() % 2 == 0 ? place : size - place) + 4 - static_cast<unsigned int>(random() % 9);
 }
 
 // One line of a few pixels anywhere on the 32-bit numbers; the frames' pointers are such that it

@@ -1,38 +1,29 @@
 // Copies, fills and allocation of the default platform layer.
+#include "support/guarded_memory.h"
 #include "zrdraw/platform/memory.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <vector>
 
 namespace {
 
-using Bytes = std::vector<unsigned char>;
-
-constexpr unsigned char guard = 0xA5;
-constexpr std::size_t guardBytes = 160; // more than the widest turn of a fill
 constexpr std::size_t alignment = 64;
 
-// Fills a run with guards around it; compares every byte with one written by its definition.
+// Fills a run at an offset to the alignment; compares all with bytes written by its definition.
 void checkFill(std::size_t offset, std::size_t bytes) {
-    constexpr unsigned int value = 0x44332211;
     constexpr unsigned char pattern[4] = {0x11, 0x22, 0x33, 0x44};
-    Bytes buffer(alignment + guardBytes + offset + bytes + guardBytes, guard);
-    const std::size_t toAligned =
-        alignment - reinterpret_cast<std::uintptr_t>(buffer.data()) % alignment;
-    const std::size_t start = toAligned + guardBytes + offset;
-
-    Bytes expected = buffer;
+    GuardedMemory memory(3 * alignment + bytes + 3 * alignment), expected = memory;
+    const auto address = reinterpret_cast<std::uintptr_t>(memory.data());
+    const std::size_t start = alignment - address % alignment + alignment + offset;
     for (std::size_t i = 0; i < bytes; ++i)
-        expected[start + i] = pattern[i % 4];
-    EXPECT_EQ(buffer.data() + start, SetMemoryFast(buffer.data() + start, value, bytes));
-    const auto differs = std::mismatch(buffer.begin(), buffer.end(), expected.begin()).first;
-    EXPECT_EQ(buffer.end(), differs)
-        << bytes << " bytes at offset " << offset << " go wrong at byte "
-        << differs - buffer.begin() - static_cast<std::ptrdiff_t>(start) << " of the run";
+        expected.data()[start + i] = pattern[i % 4];
+    unsigned char* const run = memory.data() + start;
+    EXPECT_EQ(run, SetMemoryFast(run, 0x44332211, bytes));
+    EXPECT_EQ(memory, expected) << bytes << " bytes at offset " << offset << " go wrong at byte "
+                                << memory.firstDifference(expected);
 }
 
 TEST(SetMemoryFast, RepeatsTheWordAtAnyAlignmentAndLength) {

@@ -1,11 +1,15 @@
-// Threads, priorities and interlocked counts of the default platform layer.
+// Threads, priorities, interlocked counts, events and critical sections.
 #include "zrdraw/platform/events.h"
 #include "zrdraw/platform/threads.h"
 
 #include <climits>
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <memory>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include <pthread.h>
 #include <sys/resource.h>
@@ -114,25 +118,119 @@ TEST(Threads, NullHandlesAreRefused) {
     EXPECT_EQ(nullptr, start(nullptr, nullptr));
 }
 
-TEST(InterlockedCounts, LoseNothingBetweenFourThreads) {
-    constexpr int rounds = 20000;
-    int count = 0;
-    const auto work = [](void* argument) {
-        for (int i = 0; i < rounds; ++i) {
-            zrOSInterlockedIncrement(static_cast<int*>(argument));
-            zrOSInterlockedIncrement(static_cast<int*>(argument));
-            zrOSInterlockedDecrement(static_cast<int*>(argument));
-        }
-        return 0U;
-    };
-    void* threads[4] = {};
-    for (void*& thread : threads)
-        thread = start(work, &count);
-    for (void* const thread : threads) {
-        ASSERT_NE(nullptr, thread);
-        zrOSCloseThread(thread, nullptr);
+constexpr unsigned int withoutBound = 0xFFFFFFFFU;
+constexpr int timedOut = 258;
+
+struct CloseEvent {
+    void operator()(void* event) const { EXPECT_EQ(1, zrOSCloseEvent(event)); }
+};
+using Event = std::unique_ptr<void, CloseEvent>;
+
+Event makeEvent(bool manualReset, bool isSet) {
+    return Event(zrOSCreateEvent(nullptr, manualReset, isSet, "a name means nothing here"));
+}
+
+TEST(Events, WaitFindsTheStateTheEventWasMadeWith) {
+    const struct {
+        bool manualReset, initiallySet;
+        int firstWait, secondWait;
+    } cases[] = {{false, false, timedOut, timedOut},
+                 {true, false, timedOut, timedOut},
+                 {false, true, 0, timedOut},
+                 {true, true, 0, 0}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << "manual " << c.manualReset << " set " << c.initiallySet);
+        const Event event = makeEvent(c.manualReset, c.initiallySet);
+        EXPECT_EQ(c.firstWait, zrOSWaitForEvent(event.get(), 0));
+        EXPECT_EQ(c.secondWait, zrOSWaitForEvent(event.get(), 5));
     }
-    EXPECT_EQ(4 * rounds, count);
+}
+
+TEST(Events, NullHandlesAreRefused) {
+    EXPECT_EQ(0, zrOSCloseEvent(nullptr));
+    EXPECT_EQ(0, zrOSSetEvent(nullptr));
+    EXPECT_EQ(-1, zrOSWaitForEvent(nullptr, 0));
+}
+
+// Three threads that wait for one event and tell by another that they are through.
+class Waiters {
+public:
+    explicit Waiters(void* event) {
+        for (int i = 0; i < count; ++i) {
+            m_threads.emplace_back([this, event] {
+                EXPECT_EQ(0, zrOSWaitForEvent(event, withoutBound));
+                ++m_released;
+                zrOSSetEvent(m_progress.get());
+            });
+        }
+        zrOSWaitForEvent(m_progress.get(), 20); // most likely all of them wait by then
+    }
+    ~Waiters() {
+        for (std::thread& thread : m_threads)
+            thread.join();
+    }
+    Waiters(const Waiters&) = delete;
+    Waiters& operator=(const Waiters&) = delete;
+
+    static constexpr int count = 3;
+
+    int awaitReleased(int wanted) {
+        while (m_released < wanted)
+            zrOSWaitForEvent(m_progress.get(), withoutBound);
+        zrOSWaitForEvent(m_progress.get(), 20); // the chance for one too many
+        return m_released;
+    }
+
+private:
+    Event m_progress = makeEvent(false, false);
+    std::atomic<int> m_released = 0;
+    std::vector<std::thread> m_threads;
+};
+
+TEST(Events, AutoResetReleasesOneWaiterForEachSet) {
+    const Event event = makeEvent(false, false);
+    Waiters waiters(event.get());
+    for (int i = 1; i <= Waiters::count; ++i) {
+        zrOSSetEvent(event.get());
+        EXPECT_EQ(i, waiters.awaitReleased(i));
+    }
+}
+
+TEST(Events, ManualResetReleasesAllAndStays) {
+    const Event event = makeEvent(true, false);
+    Waiters waiters(event.get());
+    zrOSSetEvent(event.get());
+    EXPECT_EQ(Waiters::count, waiters.awaitReleased(Waiters::count));
+    EXPECT_EQ(0, zrOSWaitForEvent(event.get(), 0));
+}
+
+class CriticalSection : public testing::Test {
+protected:
+    CriticalSection() { zrOSInitializeCriticalSection(&m_section); }
+    ~CriticalSection() override { zrOSDeleteCriticalSection(&m_section); }
+
+    int tryFromAnotherThread() {
+        int taken = -1;
+        std::thread([&] {
+            taken = zrOSTryEnterCriticalSection(&m_section);
+            if (taken == 1)
+                zrOSLeaveCriticalSection(&m_section);
+        }).join();
+        return taken;
+    }
+
+    zrOSCriticalSection m_section;
+};
+
+TEST_F(CriticalSection, ItsOwnerEntersAgainAndHoldsItUntilTheLastLeave) {
+    zrOSEnterCriticalSection(&m_section);
+    zrOSEnterCriticalSection(&m_section);
+    EXPECT_EQ(1, zrOSTryEnterCriticalSection(&m_section));
+    for (int left = 3; left > 0; --left) {
+        EXPECT_EQ(0, tryFromAnotherThread()) << left << " to leave";
+        zrOSLeaveCriticalSection(&m_section);
+    }
+    EXPECT_EQ(1, tryFromAnotherThread());
 }
 
 } // namespace
