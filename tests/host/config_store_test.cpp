@@ -6,17 +6,11 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <iterator>
 #include <thread>
 
 namespace {
 
 class ConfigStore : public StoreFixture {};
-
-std::string contentsOf(const std::string& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
 
 TEST_F(ConfigStore, KeepsWhatWasSavedAndDropsTheRest) {
     const std::vector<std::pair<std::string, std::string>> texts = {
@@ -99,7 +93,7 @@ TEST_F(ConfigStore, FollowsTheEnvironmentAndTheSavesOfOthers) {
 TEST_F(ConfigStore, SetsDamagedFilesAsideAndBeginsAnew) {
     put("A", "lost");
     ASSERT_EQ(0, save());
-    std::string cut = contentsOf(file);
+    std::string cut = readFile(file);
     ASSERT_LT(4096U, cut.size());
     cut.replace(4096, 200, 200, '\xEE');
     int number = 0;
@@ -107,13 +101,13 @@ TEST_F(ConfigStore, SetsDamagedFilesAsideAndBeginsAnew) {
         SCOPED_TRACE(number);
         use(folder + "/none");
         fs::remove(file + "-wal");
-        fill(file, damage);
+        writeFile(file, damage);
         ASSERT_EQ(0, use(file));
         const std::string aside = file + ".damaged-" + std::to_string(++number);
         const std::vector<std::string> lines = takeLog();
         ASSERT_EQ(1U, lines.size());
         EXPECT_NE(std::string::npos, lines[0].find(aside)) << lines[0];
-        EXPECT_EQ(damage, contentsOf(aside));
+        EXPECT_EQ(damage, readFile(aside));
         EXPECT_EQ("(none)", get("A"));
         put("A", "new");
         EXPECT_EQ(0, save());
@@ -154,7 +148,7 @@ TEST_F(ConfigStore, LeavesItsFileAloneWhenTheLastOneClosesIt) {
 }
 
 TEST_F(ConfigStore, ReportsAFileThatCannotBeWrittenAndKeepsTheTexts) {
-    fill(folder + "/plain", "a file");
+    writeFile(folder + "/plain", "a file");
     const std::string below = folder + "/plain/settings.db";
     ASSERT_EQ(0, use(below));
     put("A", "1");
@@ -282,7 +276,7 @@ TEST_F(SharedConfigStore, RemovesNoLogOfAStoreInThePlaceOfItsOwn) {
 
 TEST_F(SharedConfigStore, IsSetAsideOnceByProcessesThatFindTheDamageTogether) {
     fs::create_directory(folder + "/new");
-    fill(file, std::string(5000, 'x'));
+    writeFile(file, std::string(5000, 'x'));
     std::vector<pid_t> children;
     for (const std::string name : {"0", "1", "2", "3"})
         children.push_back(inChild([=] { return put(name, name) == 0 && save() == 0; }));

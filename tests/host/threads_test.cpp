@@ -152,56 +152,32 @@ TEST(Events, NullHandlesAreRefused) {
     EXPECT_EQ(-1, zrOSWaitForEvent(nullptr, 0));
 }
 
-// Three threads that wait for one event and tell by another that they are through.
-class Waiters {
-public:
-    explicit Waiters(void* event) {
-        for (int i = 0; i < count; ++i) {
-            m_threads.emplace_back([this, event] {
-                EXPECT_EQ(0, zrOSWaitForEvent(event, withoutBound));
-                ++m_released;
-                zrOSSetEvent(m_progress.get());
+TEST(Events, ReleaseOneWaiterForEachSetOrAll) {
+    constexpr int waiters = 3;
+    for (const bool manualReset : {false, true}) {
+        SCOPED_TRACE(manualReset);
+        const Event event = makeEvent(manualReset, false), progress = makeEvent(false, false);
+        std::atomic<int> released = 0;
+        const auto awaitReleased = [&](int wanted) {
+            while (released < wanted)
+                zrOSWaitForEvent(progress.get(), withoutBound);
+            zrOSWaitForEvent(progress.get(), 20); // the chance for one too many
+            return released.load();
+        };
+        std::vector<std::jthread> threads;
+        for (int i = 0; i < waiters; ++i)
+            threads.emplace_back([&] {
+                EXPECT_EQ(0, zrOSWaitForEvent(event.get(), withoutBound));
+                ++released;
+                zrOSSetEvent(progress.get());
             });
+        awaitReleased(0); // most likely all of them wait by then
+        for (int wanted = manualReset ? waiters : 1; wanted <= waiters; ++wanted) {
+            zrOSSetEvent(event.get());
+            EXPECT_EQ(wanted, awaitReleased(wanted));
         }
-        zrOSWaitForEvent(m_progress.get(), 20); // most likely all of them wait by then
+        EXPECT_EQ(manualReset ? 0 : timedOut, zrOSWaitForEvent(event.get(), 0));
     }
-    ~Waiters() {
-        for (std::thread& thread : m_threads)
-            thread.join();
-    }
-    Waiters(const Waiters&) = delete;
-    Waiters& operator=(const Waiters&) = delete;
-
-    static constexpr int count = 3;
-
-    int awaitReleased(int wanted) {
-        while (m_released < wanted)
-            zrOSWaitForEvent(m_progress.get(), withoutBound);
-        zrOSWaitForEvent(m_progress.get(), 20); // the chance for one too many
-        return m_released;
-    }
-
-private:
-    Event m_progress = makeEvent(false, false);
-    std::atomic<int> m_released = 0;
-    std::vector<std::thread> m_threads;
-};
-
-TEST(Events, AutoResetReleasesOneWaiterForEachSet) {
-    const Event event = makeEvent(false, false);
-    Waiters waiters(event.get());
-    for (int i = 1; i <= Waiters::count; ++i) {
-        zrOSSetEvent(event.get());
-        EXPECT_EQ(i, waiters.awaitReleased(i));
-    }
-}
-
-TEST(Events, ManualResetReleasesAllAndStays) {
-    const Event event = makeEvent(true, false);
-    Waiters waiters(event.get());
-    zrOSSetEvent(event.get());
-    EXPECT_EQ(Waiters::count, waiters.awaitReleased(Waiters::count));
-    EXPECT_EQ(0, zrOSWaitForEvent(event.get(), 0));
 }
 
 class CriticalSection : public testing::Test {

@@ -319,16 +319,4 @@ TEST_F(OverlayPass, AllocatesNothingAfterTheFirstFrame) {
     }
 }
 
-TEST_F(OverlayPass, BoxByHeightAndWidth) {
-    createWithPlaces();
-    Picture picture(width, height), wanted(width, height);
-    burnIn(picture);
-    overlay.draw->foreColor = white;
-    fillRect(overlay.draw, 3, 2, 2, 4);
-    fillRect(overlay.draw, 3, 6, 0, 4);
-    fillRect(overlay.draw, 3, 6, -1, 4);
-    wanted.box(3, 2, 5, 2, white);
-    EXPECT_EQ(picture.difference(wanted), "");
-}
-
 } // namespace

@@ -44,17 +44,6 @@ TEST(Label, InverseSwapsTheSlotsAndOpaqueDrawsTheRest) {
     }
 }
 
-TEST(Label, CharactersAdvanceByTheCell) {
-    TestCanvas canvas(1, 26, 11);
-    EXPECT_EQ(canvas->Label(1, 1, "iA", false, false), 0);
-    EXPECT_EQ(canvas->currentX, 15) << "the position is the last point set";
-    EXPECT_EQ(canvas->currentY, 9);
-    std::string second;
-    for (std::size_t row = 1; row <= 10; ++row)
-        second += canvas.art().substr(row * 27 + 9, 8) + "\n";
-    EXPECT_EQ(second, letterA);
-}
-
 TEST(Label, ForegroundDotsAreOneColumnWiderAboveScaleOne) {
     // '.' of the font is two columns of two dots; at scale 2 its ink is wider than its cell units.
     FilledCanvas wide(20, 20, 0), exact(20, 20, 0xFF);
@@ -106,6 +95,7 @@ TEST(LabelFont, SetsTheScaleAndRestoresTheFont) {
     canvas->LabelFont(0U, 1);
     canvas->Label(0, 0, "A", false, false);
     EXPECT_EQ(canvas.art(), letterA);
+    EXPECT_EQ(std::pair(canvas->currentX, canvas->currentY), std::pair(6, 8)) << "the last point";
 }
 
 TEST(DrawText, PlacementAndReport) {
