@@ -236,7 +236,7 @@ protected:
     Frame m_a{512}, m_dst{512};
 };
 
-TEST_F(FrontEndFailures, WithoutMemoryTheySaySoAndRestoreThePriority) {
+TEST_F(FrontEndFailures, WithoutMemoryTheySaySoAndOnlyAThrowLeavesThePriorityRaised) {
     injection().alloc = [this](unsigned int bytes) -> void* {
         m_asked.push_back(bytes);
         EXPECT_EQ(priority(), 15);
@@ -247,6 +247,13 @@ TEST_F(FrontEndFailures, WithoutMemoryTheySaySoAndRestoreThePriority) {
         EXPECT_EQ(m_asked.back(), 18665472U);
         EXPECT_EQ(m_log, Messages{"No Memory ZRDraw_DisplayWipeYCbCr"});
         EXPECT_EQ(priority(), before);
+    }
+    injection().alloc = [](unsigned int) -> void* { throw std::bad_alloc(); };
+    for (const FrontEnd* end : {&ycbcr, &v210}) {
+        zrOSSetThreadPriority(zrOSGetCurrentThread(), before);
+        EXPECT_EQ(call(*end), 0xFFFFFFFFU);
+        EXPECT_EQ(m_log, Messages{});
+        EXPECT_EQ(priority(), 15);
     }
 }
 
@@ -262,16 +269,6 @@ TEST_F(FrontEndFailures, APlaneAtNullIsNoMemory) {
             EXPECT_EQ(m_freed, std::vector<void*>{});
             EXPECT_EQ(priority(), before);
         }
-}
-
-TEST_F(FrontEndFailures, AThrowingAllocatorLeavesThePriorityRaised) {
-    injection().alloc = [](unsigned int) -> void* { throw std::bad_alloc(); };
-    for (const FrontEnd* end : {&ycbcr, &v210}) {
-        zrOSSetThreadPriority(zrOSGetCurrentThread(), before);
-        EXPECT_EQ(call(*end), 0xFFFFFFFFU);
-        EXPECT_EQ(m_log, Messages{});
-        EXPECT_EQ(priority(), 15);
-    }
 }
 
 TEST_F(FrontEndFailures, AnExceptionOfTheTransition) {

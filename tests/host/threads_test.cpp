@@ -112,6 +112,9 @@ TEST(Threads, PriorityOfAThreadThatHasNotBegun) {
 }
 
 TEST(Threads, NullHandlesAreRefused) {
+    EXPECT_EQ(0, zrOSCloseEvent(nullptr));
+    EXPECT_EQ(0, zrOSSetEvent(nullptr));
+    EXPECT_EQ(-1, zrOSWaitForEvent(nullptr, 0));
     EXPECT_EQ(0, zrOSCloseThread(nullptr, nullptr));
     EXPECT_EQ(0, zrOSSetThreadPriority(nullptr, 1));
     EXPECT_EQ(0, zrOSGetThreadPriority(nullptr));
@@ -144,12 +147,6 @@ TEST(Events, WaitFindsTheStateTheEventWasMadeWith) {
         EXPECT_EQ(c.firstWait, zrOSWaitForEvent(event.get(), 0));
         EXPECT_EQ(c.secondWait, zrOSWaitForEvent(event.get(), 5));
     }
-}
-
-TEST(Events, NullHandlesAreRefused) {
-    EXPECT_EQ(0, zrOSCloseEvent(nullptr));
-    EXPECT_EQ(0, zrOSSetEvent(nullptr));
-    EXPECT_EQ(-1, zrOSWaitForEvent(nullptr, 0));
 }
 
 TEST(Events, ReleaseOneWaiterForEachSetOrAll) {

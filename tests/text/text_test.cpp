@@ -1,10 +1,13 @@
-// Labels in the built-in font, and text laid out in rectangles.
+// The built-in font, labels in it, and text laid out in rectangles.
 #include "support/recorder.h"
 #include "support/test_canvas.h"
+#include "zrdraw/font.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstdint>
+#include <vector>
 
 namespace {
 
@@ -182,6 +185,40 @@ TEST(DrawText, TheWholeStringIsDrawnWhateverTheCount) {
     canvas->DrawText("Hiya!", 1, &rect, 0);
     label->Label(1, 2, "Hiya!", false, false);
     EXPECT_EQ(canvas.art(), label.art());
+}
+
+std::vector<int> glyph(int code) {
+    return {gFont8x10 + code * zrFontHeight, gFont8x10 + (code + 1) * zrFontHeight};
+}
+
+TEST(Font, TheBottomRowOfTextIsBlankAndTailsStandOnTheNextTwo) {
+    for (int code = 0; code < 128; ++code)
+        EXPECT_EQ(glyph(code)[0], 0) << code;
+    for (const int code : {'g', 'j', 'p', 'q', 'y', ',', ';'})
+        EXPECT_TRUE(glyph(code)[1] != 0 && glyph(code)[2] != 0) << static_cast<char>(code);
+    for (const int code : {'g', 'p', 'q', 'y'}) {
+        EXPECT_NE(glyph(code)[6], 0) << "as high as other small letters";
+        EXPECT_EQ(glyph(code)[7], 0) << static_cast<char>(code);
+    }
+}
+
+// Names as short as those of the standard library stay out of the header.
+TEST(Font, TheHeaderLeavesTheNameOfStdDataAlone) {
+    using namespace std;
+    const vector<int> rows = glyph('A');
+    EXPECT_EQ(data(rows), &rows.front());
+}
+
+// FNV-1a over each table; the glyphs and digits were looked at once.
+TEST(Font, IsTheOneThatWasLookedAt) {
+    const auto checksum = [](const auto& table) {
+        std::uint32_t sum = 0x811C9DC5;
+        for (const int row : table)
+            sum = (sum ^ static_cast<std::uint32_t>(row)) * 0x01000193;
+        return sum;
+    };
+    EXPECT_EQ(checksum(gFont8x10), 3499506976U);
+    EXPECT_EQ(checksum(fontmap), 1880181669U);
 }
 
 } // namespace
