@@ -63,9 +63,6 @@ TEST(Line, EveryPixelOnceFromTheUpperEnd) {
         << "a horizontal line keeps its direction";
     EXPECT_EQ(pixelsOf(2147483647, 0, 2147483646, 0, false).size(), 2U)
         << "ends at the limit of the coordinates";
-}
-
-TEST(Line, ExtremeSlopesDoNotTrap) {
     // The vertical distance wraps to -32768, and its quotient by -1 overflows 32 bits.
     EXPECT_FALSE(pixelsOf(0, -2147483647, 1, -2147483647, false).empty());
     EXPECT_FALSE(pixelsOf(1, -2147450880 - 32768, 0, 2147450880, false).empty());

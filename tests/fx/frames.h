@@ -6,7 +6,6 @@
 #include "zrdraw/transitions.h"
 
 #include <random>
-#include <vector>
 
 // Calls name the arguments that matter; the others of the record are 0.
 #pragma GCC diagnostic ignored "-Wmissing-field-initializers"

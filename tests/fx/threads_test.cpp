@@ -229,11 +229,10 @@ TEST(Threads, AThousandTransitionsAtOnce) {
             wrong += dst != expected;
         }
     };
-    std::vector<std::thread> callers;
+    std::vector<std::jthread> callers;
     for (unsigned int i = 0; i < 8; ++i)
         callers.emplace_back(work, i * 125);
-    for (std::thread& caller : callers)
-        caller.join();
+    callers.clear(); // waits for all
     EXPECT_EQ(wrong, 0) << "seed " << seed;
 }
 
