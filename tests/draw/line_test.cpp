@@ -1,9 +1,12 @@
-// Points, the current position, straight lines and polylines, compared as text art.
+// Points, the current position, all kinds of lines, and runs along the axes, as text art.
+#include "platform/injection.h"
 #include "support/recorder.h"
 #include "support/test_canvas.h"
+#include "zrdraw/formats.h"
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <utility>
 
 namespace {
@@ -60,9 +63,6 @@ TEST(Line, EveryPixelOnceFromTheUpperEnd) {
         << "a horizontal line keeps its direction";
     EXPECT_EQ(pixelsOf(2147483647, 0, 2147483646, 0, false).size(), 2U)
         << "ends at the limit of the coordinates";
-}
-
-TEST(Line, ExtremeSlopesDoNotTrap) {
     // The vertical distance wraps to -32768, and its quotient by -1 overflows 32 bits.
     EXPECT_FALSE(pixelsOf(0, -2147483647, 1, -2147483647, false).empty());
     EXPECT_FALSE(pixelsOf(1, -2147450880 - 32768, 0, 2147450880, false).empty());
@@ -132,6 +132,196 @@ TEST(WeightedLine, PairsOfPixelsAndTheirColours) {
     EXPECT_EQ(draw.colors[0], 0x01010101U) << "the ends in the colour / 255";
     EXPECT_EQ(draw.colors[2], 0U) << "weight 128/255: (0.5 + 0.002) / 255 is below one step";
     EXPECT_EQ(draw.foreColor, 0U) << "the colour is left changed";
+}
+
+TEST(LineHoriz, CoversBothEndsOrRefusesWhole) {
+    struct Case {
+        int x0, y, x1, result;
+        const char* art;
+    };
+    const Case cases[] = {
+        {1, 0, 3, 0, ".###.\n.....\n"},  {3, 0, 1, 0, ".###.\n.....\n"},
+        {2, 1, 2, 0, ".....\n..#..\n"},  {0, 0, 5, 0, "#####\n.....\n"},
+        {0, 2, 1, 0, ".....\n##...\n"},  {5, 0, 5, 0, "....#\n.....\n"},
+        {0, 0, 6, -1, ".....\n.....\n"}, {-1, 0, 3, -1, ".....\n.....\n"},
+        {0, 3, 1, -1, ".....\n.....\n"}, {0, -1, 1, -1, ".....\n.....\n"},
+    };
+    for (const unsigned int code : {1U, 3U, 5U, 6U}) {
+        for (const Case& c : cases) {
+            TestCanvas canvas(code, 5, 2);
+            EXPECT_EQ(canvas->LineHoriz(c.x0, c.y, c.x1), c.result);
+            EXPECT_EQ(canvas.art(), c.art) << code << ": " << c.x0 << "," << c.y << "," << c.x1;
+            EXPECT_TRUE(canvas.guardsIntact());
+        }
+    }
+}
+
+TEST(LineVert, CoversBothEndsOrRefusesWhole) {
+    struct Case {
+        int x, y0, y1, result;
+        const char* art;
+    };
+    const Case cases[] = {
+        {0, 0, 2, 0, "#.\n#.\n#.\n"},   {1, 2, 1, 0, "..\n.#\n.#\n"},
+        {2, 0, 0, 0, ".#\n..\n..\n"},   {0, 2, 3, 0, "..\n..\n#.\n"},
+        {0, 3, 3, 0, "..\n..\n#.\n"},   {0, 0, 4, -1, "..\n..\n..\n"},
+        {0, -1, 2, -1, "..\n..\n..\n"}, {3, 0, 1, -1, "..\n..\n..\n"},
+        {-1, 0, 1, -1, "..\n..\n..\n"},
+    };
+    for (const Case& c : cases) {
+        TestCanvas canvas(1, 2, 3);
+        EXPECT_EQ(canvas->LineVert(c.x, c.y0, c.y1), c.result);
+        EXPECT_EQ(canvas.art(), c.art) << c.x << ": " << c.y0 << " to " << c.y1;
+    }
+}
+
+TEST(LineHoriz, ThirtyTwoBitRunsAreOneOpaqueFill) {
+    for (unsigned int code = 1; code <= 4; ++code) {
+        InjectionGuard guard;
+        int fills = 0;
+        TestCanvas canvas(code, 6, 2);
+        injection().watchSetMemory = [&](void* dst, unsigned int value, unsigned long bytes) {
+            ++fills;
+            EXPECT_EQ(dst, canvas->GetPixel(2, 1));
+            EXPECT_EQ(value, 0x01020304U);
+            EXPECT_EQ(bytes, 12U);
+        };
+        canvas->foreColor = 0x01020304U;
+        canvas->SetTransparency(true);
+        canvas->SetTransparency(0.5, true);
+        canvas->SetAlphaAdditive(true);
+        canvas->LineHoriz(4, 1, 2);
+        EXPECT_EQ(fills, 1);
+        EXPECT_EQ(canvas.art(), "......\n..+++.\n");
+    }
+}
+
+TEST(LineHoriz, PackedRunsRepeatTheirFirstPixel) {
+    struct Counter : CDrawRGB24 {
+        Counter() : ZRDraw(5), CDrawRGB24(5) {}
+        int PutPixel(int x, int y, bool selector) override {
+            ++puts;
+            return hidden ? 0 : CDrawRGB24::PutPixel(x, y, selector);
+        }
+        char* GetPixel(int x, int y) override {
+            return hidden ? nullptr : CDrawRGB24::GetPixel(x, y);
+        }
+        int puts = 0;
+        bool hidden = false;
+    };
+    unsigned char frame[30] = {};
+    Counter draw;
+    draw.SetCanvas(reinterpret_cast<char*>(frame), 1, 10, 0);
+    draw.SetColorRGBA(1 / 255.0, 2 / 255.0, 3 / 255.0, 1, true);
+    draw.LineHoriz(2, 0, 8);
+    EXPECT_EQ(draw.puts, 1);
+    for (int i = 0; i < 30; ++i)
+        EXPECT_EQ(frame[i], i >= 6 && i < 27 ? i % 3 + 1 : 0) << i;
+    draw.LineHoriz(4, 0, 4);
+    EXPECT_EQ(draw.puts, 2);
+
+    draw.SetTransparency(true);
+    draw.LineHoriz(2, 0, 8);
+    EXPECT_EQ(draw.puts, 3) << "the switch alone, without a transparency, changes nothing";
+    draw.SetTransparency(0.5, true);
+    draw.hidden = true;
+    draw.LineHoriz(2, 0, 8);
+    EXPECT_EQ(draw.puts, 10) << "pixel by pixel under transparency";
+    draw.SetTransparency(false);
+    draw.LineHoriz(2, 0, 8);
+    EXPECT_EQ(draw.puts, 18) << "and where the first pixel has no address";
+}
+
+TEST(Dash, Patterns) {
+    struct Case {
+        int x0, x1, on, off;
+        const char* art;
+        const char* why;
+    };
+    const Case cases[] = {
+        {0, 9, 2, 3, "##...##...\n", "in turn"},
+        {9, 0, 2, 3, "...##...##\n", "starts at the first point"},
+        {0, 9, 2, 0, "##########\n", "no gaps"},
+        {0, 9, 0, 3, "..........\n", "no dashes"},
+        {0, 9, -1, 3, "..........\n", "no dashes"},
+        {0, 9, 3, -1, "###.......\n", "one dash and nothing after it"},
+        {4, 4, 1, 1, "....#.....\n", "one point"},
+        {-2, 12, 3, 2, "#..###..##\n", "off the canvas at both ends, the last pulled back"},
+    };
+    for (const Case& c : cases) {
+        TestCanvas canvas(1, 10, 1);
+        EXPECT_EQ(canvas->Dash(c.x0, 0, c.x1, 0, c.on, c.off), 0);
+        EXPECT_EQ(canvas.art(), c.art) << c.why;
+        EXPECT_EQ(canvas->currentX, 0);
+    }
+}
+
+TEST(Dash, SlopesFollowTheLine) {
+    for (const auto& [x0, y0, x1, y1] :
+         {std::tuple{0, 0, 7, 3}, {7, 0, 0, 3}, {1, 0, 3, 6}, {3, 0, 1, 6}, {0, 0, 6, 6}}) {
+        TestCanvas dashed(1, 8, 7), line(1, 8, 7);
+        dashed->Dash(x0, y0, x1, y1, 1, 0);
+        line->Line(x0, y0, x1, y1);
+        EXPECT_EQ(dashed.art(), line.art()) << x1 << "," << y1;
+    }
+    TestCanvas canvas(1, 5, 5);
+    canvas->Dash(2, 4, 2, 0, 1, 1);
+    EXPECT_EQ(canvas.art(), "..#..\n.....\n..#..\n.....\n..#..\n");
+}
+
+// The alpha of every pixel that is not empty.
+std::map<std::pair<int, int>, int> coverage(TestCanvas& canvas) {
+    std::map<std::pair<int, int>, int> result;
+    for (int y = 0; y < static_cast<int>(canvas->height); ++y)
+        for (int x = 0; x < static_cast<int>(canvas->width); ++x)
+            if (const std::vector<unsigned char> bytes = canvas.bytesAt(4 * x, y, 4);
+                bytes[0] + bytes[1] + bytes[2] + bytes[3] != 0)
+                result[{x, y}] = bytes[3];
+    return result;
+}
+
+using Coverage = std::map<std::pair<int, int>, int>;
+
+TEST(LineWu, CoverageOfALine) {
+    // A gradient of 1/2: whole pixels and halves in turn; ends are half covered.
+    const Coverage gentle{{{0, 0}, 127}, {{0, 1}, 0},   {{1, 0}, 127}, {{1, 1}, 127}, {{2, 1}, 255},
+                          {{2, 2}, 0},   {{3, 1}, 127}, {{3, 2}, 127}, {{4, 2}, 127}, {{4, 3}, 0}};
+    for (const bool swapped : {false, true}) {
+        for (const bool tall : {false, true}) {
+            TestCanvas canvas(1, 6, 6);
+            canvas->SetColorRGBA(1, 1, 1, 1, true);
+            const int x1 = tall ? 2 : 4, y1 = tall ? 4 : 2;
+            EXPECT_EQ(swapped ? canvas->LineWu(x1, y1, 0, 0) : canvas->LineWu(0, 0, x1, y1), 0);
+            Coverage expected;
+            for (const auto& [at, alpha] : gentle)
+                expected[tall ? std::pair{at.second, at.first} : at] = alpha;
+            EXPECT_EQ(coverage(canvas), expected) << (tall ? "tall" : "wide");
+            EXPECT_EQ(canvas->foreColor, 0x7FFFFFFFU) << "the last pixel's coverage stays";
+        }
+    }
+}
+
+TEST(LineWu, RisingLinesAndSinglePoints) {
+    TestCanvas rising(1, 4, 4);
+    rising->LineWu(0, 2, 2, 1);
+    EXPECT_EQ(
+        coverage(rising),
+        (Coverage{
+            {{0, 2}, 127}, {{0, 3}, 0}, {{1, 1}, 127}, {{1, 2}, 127}, {{2, 1}, 127}, {{2, 2}, 0}}));
+    TestCanvas point(1, 4, 4);
+    point->LineWu(1, 1, 1, 1);
+    EXPECT_EQ(coverage(point), (Coverage{{{1, 1}, 127}, {{1, 2}, 0}}));
+    EXPECT_EQ(point->foreColor, 0x00FFFFFFU);
+}
+
+TEST(LineWu, TheColourKeepsItsStrengthAndThePositionMovesWithLineWuTo) {
+    TestCanvas canvas(3, 4, 2);
+    canvas->SetColorRGBA(1, 0, 0, 0.1, true);
+    canvas->MoveTo(0, 0);
+    EXPECT_EQ(canvas->LineWuTo(3, 0), 0);
+    EXPECT_EQ(canvas->currentX, 3);
+    EXPECT_EQ(canvas.bytesAt(4, 0, 4), (std::vector<unsigned char>{0, 0, 255, 255}));
+    EXPECT_TRUE(canvas.guardsIntact());
 }
 
 } // namespace

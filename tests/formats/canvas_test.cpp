@@ -1,5 +1,10 @@
-// What the format classes make of a canvas's size, pitch and mode, and of the code they are given.
+// What the format classes make of a canvas's size, pitch and mode, of the code they are given and
+// of colours.
 #include "support/guarded_canvas.h"
+
+#include <gtest/gtest.h>
+
+#include <tuple>
 
 namespace {
 
@@ -103,6 +108,131 @@ TEST(FormatCanvas, ConstructorsReplaceCodesThatAreNotTheirs) {
     EXPECT_EQ(make<CDrawYCbCrYCbCrA16>(34)->pixelType, 1U);
     for (const Make makeDraw : signedSizes)
         EXPECT_EQ(makeDraw(33)->yCbCrMode, cmRec709);
+}
+
+TEST(FormatColor, PackingOf422) {
+    struct Case {
+        unsigned int code, fractions, samples, white, overflow;
+    };
+    // Words of (1.0, 0.5, 0.5), which is 251, 128, 127; of (200, 100, 50); of white in BT.709,
+    // which is 232, 128, 127; and of (256, 2, 3), whose luma runs into its neighbour.
+    const Case cases[] = {{10, 0x7FFB80FB, 0x32C864C8, 0x7FE880E8, 0x04000300},
+                          {11, 0xFB7FFB80, 0xC832C864, 0xE87FE880, 0x00040002},
+                          {12, 0x80FB7FFB, 0x64C832C8, 0x80E87FE8, 0x03000400},
+                          {13, 0xFB80FB7F, 0xC864C832, 0xE880E87F, 0x00030003}};
+    for (const Case& c : cases) {
+        for (const bool selector : {true, false}) {
+            SCOPED_TRACE(c.code);
+            CDrawYCbCrYUYV draw(c.code);
+            const unsigned int& word = selector ? draw.foreWord : draw.backWord;
+            const unsigned int& other = selector ? draw.backWord : draw.foreWord;
+            const unsigned int before = other;
+            EXPECT_EQ(draw.SetColorYCbCr(1.0, 0.5, 0.5, 0.3, selector), 0);
+            EXPECT_EQ(word, c.fractions);
+            draw.SetColorYCbCr8(200, 100, 50, 9, selector);
+            EXPECT_EQ(word, c.samples);
+            draw.SetColorYCbCr10(0, 0, 0, 0, selector);
+            draw.SetColorYCbCr10(803, 403, 203, 9, selector);
+            EXPECT_EQ(word, c.samples);
+            draw.SetColorRGBA(1.0, 1.0, 1.0, 1.0, selector);
+            EXPECT_EQ(word, c.white);
+            draw.SetColorYCbCr10(1024, 8, 12, 0, selector);
+            EXPECT_EQ(word, c.overflow);
+            EXPECT_EQ(other, before);
+            EXPECT_EQ(draw.foreColor, 0xFFFFFFFFU) << "the base slots stay out of it";
+        }
+    }
+}
+
+TEST(FormatColor, Of422BlackIsScaledTwiceAndTheMembersAreRead) {
+    CDrawYCbCrYUYV draw(11);
+    draw.SetColorRGBA(0.0, 0.0, 0.0, 0.0, true);
+    EXPECT_EQ(draw.foreWord, 0x1E7F1E80U) << "luma 30";
+    draw.yOffset = 1, draw.yScale = 2, draw.cbOffset = 3, draw.cbScale = 4, draw.crOffset = 5,
+    draw.crScale = 6;
+    draw.SetColorYCbCr(1.0, 1.0, 1.0, 0.0, true);
+    EXPECT_EQ(draw.foreWord, 0x030B0307U);
+}
+
+TEST(FormatColor, PackingOfV210) {
+    CDrawYCbCr10 draw(14);
+    draw.SetColorYCbCr(1.0, 0.5, 0.25, 0.7, true);
+    EXPECT_EQ(draw.foreWord, 1023U | 511U << 10 | 255U << 20);
+    draw.SetColorYCbCr10(1024 + 1, 2, 3, 9, false);
+    EXPECT_EQ(draw.backWord, 1U | 3U << 10 | 3U << 20) << "unmasked, and so carried into Cb";
+    draw.SetColorYCbCr8(255, 128, 0, 9, true);
+    EXPECT_EQ(draw.foreWord & 0x3FFFFFFF, 1023U | 513U << 10) << "by way of the fractions";
+    draw.SetYCbCrMode(cmRec709);
+    draw.SetColorRGBA(1.0, 1.0, 1.0, 1.0, true);
+    EXPECT_EQ(draw.foreWord, 942U | 511U << 10 | 511U << 20);
+}
+
+TEST(FormatColor, Dpx) {
+    CDrawRGB30DPX draw(20);
+    double r, g, b, a;
+    for (const bool selector : {true, false}) {
+        draw.SetColorRGBA(1.0, 0.5, 0.25, 0.5, selector); // 1023, 511 and 255
+        EXPECT_EQ(selector ? draw.foreColor : draw.backColor, 0xFCF3DFFFU);
+        draw.GetColorRGBA(r, g, b, a, selector);
+        EXPECT_EQ(std::tuple(r, g, b, a), std::tuple(1.0, 511 / 1023.0, 255 / 1023.0, 1.0));
+        draw.SetColorRGBA(1.5, 1.5, 1.5, 0.5, selector); // 1534, of which ten bits stay
+        draw.GetColorRGBA(r, g, b, a, selector);
+        EXPECT_EQ(std::tuple(r, g, b, a),
+                  std::tuple(510 / 1023.0, 510 / 1023.0, 510 / 1023.0, 1.0));
+    }
+}
+
+TEST(FormatColor, NoColourReachesTheWordLayouts) {
+    const auto unchanged = [](auto&& draw) {
+        for (const bool selector : {true, false}) {
+            draw.SetColorRGBA(0.5, 0.5, 0.5, 1.0, selector);
+            EXPECT_EQ(selector ? draw.foreColor : draw.backColor, 0xFF7F7F7FU);
+            draw.SetColorYCbCr10(512, 512, 512, 0, selector);
+        }
+        return draw.foreR == 255 && draw.foreG == 255 && draw.foreB == 255 && draw.backR == 0 &&
+               draw.backG == 0 && draw.backB == 0;
+    };
+    EXPECT_TRUE(unchanged(CDrawRGB48(31)));
+    EXPECT_TRUE(unchanged(CDrawRGBHalf48(37)));
+    CDrawARGB64 argb(32);
+    EXPECT_TRUE(unchanged(argb));
+    EXPECT_EQ(std::pair(argb.foreA, argb.backA), std::pair(255U, 0U));
+}
+
+TEST(FormatColor, BayerDoesNotReadBack) {
+    CDrawBayer draw(22);
+    draw.SetColorRGBA(1.5, -0.1, 0.5, 1.0, true);
+    draw.SetColorRGBA(1.0, 0.0, 0.2, 0.4, false);
+    EXPECT_EQ(std::vector<int>(draw.bayerForeground, draw.bayerForeground + 4),
+              (std::vector{126, 231, 127, 255}));
+    EXPECT_EQ(std::vector<int>(draw.bayerBackground, draw.bayerBackground + 4),
+              (std::vector{255, 0, 51, 102}));
+    double r, g, b, a;
+    draw.GetColorRGBA(r, g, b, a, true);
+    EXPECT_EQ(std::tuple(r, g, b, a), std::tuple(1.0, 1.0, 1.0, 1.0));
+    draw.GetColorRGBA(r, g, b, a, false);
+    EXPECT_EQ(std::tuple(r, g, b, a), std::tuple(0.0, 0.0, 0.0, 0.0));
+}
+
+TEST(FormatColor, ComponentsOnAScaleOf65536) {
+    const auto expectColors = [](auto&& draw) {
+        const auto valuesOf = [](const auto& c) { return std::tuple(c.first, c.second, c.third); };
+        draw.SetColorYCbCr(1.0, 0.25, 0.75, 0.5, true);
+        draw.SetColorYCbCr10(512, 1, 1023, 0, false);
+        EXPECT_EQ(valuesOf(draw.yccForeground), std::tuple(65536U, 16384U, 49152U));
+        EXPECT_EQ(valuesOf(draw.yccBackground), std::tuple(32768U, 64U, 65472U));
+        draw.SetYCbCrMode(cmRec601Full);
+        draw.SetColorRGBA(1.0, 0.0, 0.0, 1.0, false);
+        EXPECT_EQ(valuesOf(draw.yccForeground), std::tuple(65536U, 16384U, 49152U));
+        EXPECT_EQ(valuesOf(draw.yccBackground), std::tuple(19595U, 21495U, 66256U));
+    };
+    expectColors(CDrawYCbCrYCbCr16(33));
+    expectColors(CDrawUV8(10000));
+    expectColors(CDrawUV16(10001));
+    CDrawYCbCrYCbCrA16 withAlpha(34);
+    expectColors(withAlpha);
+    EXPECT_EQ(withAlpha.yccForeground.fourth, 49152U) << "Cr once more";
+    EXPECT_EQ(withAlpha.yccBackground.fourth, 66256U);
 }
 
 } // namespace

@@ -214,40 +214,4 @@ TEST(FormatWrite, DpxIsWrittenAndMixedAsPlainWords) {
     EXPECT_TRUE(canvas.wrote(0, "7F 60 00 00")) << "half of 0x0000C0FF";
 }
 
-TEST(FormatWrite, BayerMosaics) {
-    struct Case {
-        unsigned int codes[2];
-        const char* cell[4]; // top left, top right, bottom left, bottom right
-    };
-    // Red is 0x12, green 0x34 and blue 0x56.
-    const Case cases[] = {
-        {{21, 25}, {"56", "03 60", "34", "01 40"}}, {{22, 26}, {"12", "03 20", "34", "05 40"}},
-        {{23, 27}, {"34", "05 40", "12", "03 20"}}, {{24, 28}, {"34", "01 40", "56", "03 60"}},
-        {{99, 20}, {"56", "03 60", "34", "01 40"}},
-    };
-    constexpr int pitch = 20, columnStart[] = {0, 1, 3, 4};
-    for (const Case& c : cases) {
-        for (const unsigned int code : c.codes) {
-            for (const unsigned char fill : fills) {
-                GuardedCanvas canvas(make<CDrawBayer>, code, 4, 4, pitch, fill);
-                switchEverythingOn(canvas);
-                for (const bool selector : {true, false}) {
-                    canvas->SetColorRGBA(0.9, 0.9, 0.9, 0.9, !selector);
-                    canvas->SetColorRGBA(18.5 / 255, 52.5 / 255, 86.5 / 255, 0.5, selector);
-                    for (int y = 0; y <= 4; ++y) {
-                        for (int x = 0; x <= 4; ++x) {
-                            const int column = std::min(x, 3), line = std::min(y, 3);
-                            EXPECT_EQ(canvas->PutPixel(x, y, selector), 0);
-                            EXPECT_TRUE(canvas.wrote(line * pitch + columnStart[column],
-                                                     c.cell[line % 2 * 2 + column % 2]))
-                                << code << " at " << x << "," << y;
-                        }
-                    }
-                }
-                expectRefusals(canvas);
-            }
-        }
-    }
-}
-
 } // namespace

@@ -1,12 +1,11 @@
-// Frames between guard bytes, and calls of transitions by one record of their arguments.
+// Frames between guard bytes, random ones too, and calls of transitions by one record of their
+// arguments.
 #pragma once
 
+#include "support/guarded_memory.h"
 #include "zrdraw/transitions.h"
 
-#include <cstddef>
-#include <ostream>
 #include <random>
-#include <vector>
 
 // Calls name the arguments that matter; the others of the record are 0.
 #pragma GCC diagnostic ignored "-Wmissing-field-initializers"
@@ -14,25 +13,12 @@
 using Random = std::mt19937;
 inline constexpr unsigned int seed = 20240607;
 
-class Frame {
-public:
-    explicit Frame(std::size_t bytes, unsigned char fill = 0x5A)
-        : m_memory(guard + bytes + guard, fill) {}
-    Frame(std::size_t bytes, Random& random) : Frame(bytes) {
-        for (unsigned char& byte : m_memory)
+struct Frame : GuardedMemory {
+    using GuardedMemory::GuardedMemory;
+    Frame(std::size_t bytes, Random& random) : GuardedMemory(bytes) {
+        for (unsigned char& byte : *this)
             byte = static_cast<unsigned char>(random());
     }
-
-    unsigned char* data() { return m_memory.data() + guard; }
-    bool operator==(const Frame&) const = default;
-    // Frames are too large to be shown; a failed test says which call it made.
-    friend void PrintTo(const Frame& frame, std::ostream* out) {
-        *out << "a frame of " << frame.m_memory.size() - 2 * guard << " bytes";
-    }
-
-private:
-    static constexpr std::size_t guard = 64;
-    std::vector<unsigned char> m_memory;
 };
 
 struct Group {
@@ -44,6 +30,11 @@ inline constexpr Group groups[] = {{ptRGBA32, 4, 4},      {ptARGB32, 4, 4},     
                                    {ptBGR24, 3, 3},       {zrWipeByte3, 3, 3},  {ptRGB48, 3, 6},
                                    {zrWipeWord3, 3, 6},   {ptARGB64, 4, 8},     {zrWipeWord4, 4, 8},
                                    {zrWipeFloat4, 4, 16}, {zrWipeFloat3, 3, 12}};
+
+inline zrfxFXArgs argsOf(Frame& a, Frame& b, Frame& dst, unsigned int pitch, unsigned int code,
+                         unsigned int pixelType, unsigned int width, unsigned int height) {
+    return {a.data(), pitch, b.data(), pitch, dst.data(), pitch, code, pixelType, width, height};
+}
 
 // Only the fields that a caller gives are used: up to `position`, and the band.
 template <typename Function, typename... Tail>

@@ -1,5 +1,6 @@
 #include "fx/frames.h"
 #include "platform/injection.h"
+#include "zrdraw/v210.h"
 
 #include <gtest/gtest.h>
 
@@ -12,19 +13,6 @@
 namespace {
 
 using Byte = unsigned char;
-
-unsigned int word(const Byte* at) {
-    unsigned int value;
-    std::memcpy(&value, at, sizeof value);
-    return value;
-}
-
-// Where the upper eight bits of a field begin.
-enum Field : unsigned int { L = 2, M = 12, H = 22 };
-
-Byte field(const Byte* block, unsigned int index, Field at) {
-    return static_cast<Byte>(word(block + 4 * index) >> at);
-}
 
 void expandPairs(const Byte* line, Byte* plane, unsigned int width) {
     for (unsigned int x = 0; x < width; x += 4, line += 8, plane += 12) {
@@ -42,28 +30,24 @@ void packPairs(const Byte* e, Byte* line, unsigned int width) {
     }
 }
 
-void expandBlocks(const Byte* w, Byte* plane, unsigned int width) {
-    for (unsigned int x = 0; x < width; x += 6, w += 16, plane += 18) {
-        const Byte cb[] = {field(w, 0, L), field(w, 1, M), field(w, 2, H)};
-        const Byte cr[] = {field(w, 0, H), field(w, 2, L), field(w, 3, M)};
-        const Byte luma[] = {field(w, 0, M), field(w, 1, L), field(w, 1, H),
-                             field(w, 2, M), field(w, 3, L), field(w, 3, H)};
-        for (unsigned int i = 0; i < 6; ++i) {
-            const Byte pixel[] = {luma[i], cb[i / 2], cr[i / 2]};
-            std::memcpy(plane + 3 * i, pixel, sizeof pixel);
-        }
+// The upper eight bits of each sample of ten.
+void expandBlocks(const Byte* line, Byte* plane, unsigned int width) {
+    for (unsigned int i = 0; i < (width + 5) / 6 * 18; ++i) {
+        const auto [word, bit] = zrV210::placeOf(i / 3 % 6, i % 3);
+        unsigned int value;
+        std::memcpy(&value, line + i / 18 * 16 + 4 * word, sizeof value);
+        plane[i] = static_cast<Byte>(value >> (bit + 2));
     }
 }
 
-void packBlocks(const Byte* p, Byte* line, unsigned int width) {
-    for (unsigned int x = 0; x < width; x += 6, line += 16, p += 18) {
-        const auto joined = [](unsigned int low, unsigned int middle, unsigned int high) {
-            return low << L | middle << M | high << H;
-        };
-        enum { Y, Cb, Cr };
-        const unsigned int words[] = {
-            joined(p[Cb], p[Y], p[Cr]), joined(p[3 + Y], p[6 + Cb], p[6 + Y]),
-            joined(p[6 + Cr], p[9 + Y], p[12 + Cb]), joined(p[12 + Y], p[12 + Cr], p[15 + Y])};
+// Of a pair the chroma of the even pixel.
+void packBlocks(const Byte* plane, Byte* line, unsigned int width) {
+    for (unsigned int x = 0; x < width; x += 6, line += 16, plane += 18) {
+        unsigned int words[4] = {};
+        for (unsigned int i = 0; i < 18; ++i)
+            if (const auto [word, bit] = zrV210::placeOf(i / 3, i % 3);
+                i % 3 == 0 || i / 3 % 2 == 0)
+                words[word] |= static_cast<unsigned int>(plane[i]) << (bit + 2);
         std::memcpy(line, words, sizeof words);
     }
 }
@@ -150,8 +134,9 @@ protected:
                                                  end.leastPitch(width), width * 2 + 16})};
         Random random(seed + width);
         Frame a(bytes, random), b(bytes, random), dst(bytes), expected(bytes);
-        zrfxFXArgs args{a.data(),   pitches[0], b.data(), pitches[1], dst.data(),
-                        pitches[2], wipeCode,   99,       width,      height};
+        zrfxFXArgs args = argsOf(a, b, dst, pitches[2], wipeCode, 99, width, height);
+        args.pitchA = pitches[0];
+        args.pitchB = pitches[1];
         args.rangeEnd = 16;
         args.position = 6;
         reference(end, args, expected.data());
@@ -226,8 +211,7 @@ TEST_F(FrontEnds, WithoutWidthOrHeightStillCall) {
     for (const FrontEnd* end : {&ycbcr, &v210})
         for (const auto& [width, height] : {std::pair{0U, 4U}, {8U, 0U}, {0U, 0U}}) {
             Frame a(256), b(256), dst(256, 9);
-            zrfxFXArgs args{a.data(),         16, b.data(), 16,    dst.data(), 16,
-                            zrWipeHorizontal, 1,  width,    height};
+            zrfxFXArgs args = argsOf(a, b, dst, 16, zrWipeHorizontal, 1, width, height);
             args.rangeEnd = 16;
             m_records.clear();
             EXPECT_EQ(callWith(end->function, args), 0U);
@@ -242,8 +226,7 @@ protected:
     unsigned int call(const FrontEnd& end, unsigned int width = 8, unsigned int height = 2) {
         m_log.clear();
         m_freed.clear();
-        zrfxFXArgs args{m_a.data(),       128, m_a.data(), 128,   m_dst.data(), 128,
-                        zrWipeHorizontal, 1,   width,      height};
+        zrfxFXArgs args = argsOf(m_a, m_a, m_dst, 128, zrWipeHorizontal, 1, width, height);
         args.rangeEnd = 16;
         const unsigned int result = callWith(end.function, args);
         EXPECT_EQ(m_dst, Frame(512)) << end.name;
@@ -254,7 +237,7 @@ protected:
     Frame m_a{512}, m_dst{512};
 };
 
-TEST_F(FrontEndFailures, WithoutMemoryTheySaySoAndRestoreThePriority) {
+TEST_F(FrontEndFailures, WithoutMemoryTheySaySoAndOnlyAThrowLeavesThePriorityRaised) {
     injection().alloc = [this](unsigned int bytes) -> void* {
         m_asked.push_back(bytes);
         EXPECT_EQ(priority(), 15);
@@ -265,6 +248,13 @@ TEST_F(FrontEndFailures, WithoutMemoryTheySaySoAndRestoreThePriority) {
         EXPECT_EQ(m_asked.back(), 18665472U);
         EXPECT_EQ(m_log, Messages{"No Memory ZRDraw_DisplayWipeYCbCr"});
         EXPECT_EQ(priority(), before);
+    }
+    injection().alloc = [](unsigned int) -> void* { throw std::bad_alloc(); };
+    for (const FrontEnd* end : {&ycbcr, &v210}) {
+        zrOSSetThreadPriority(zrOSGetCurrentThread(), before);
+        EXPECT_EQ(call(*end), 0xFFFFFFFFU);
+        EXPECT_EQ(m_log, Messages{});
+        EXPECT_EQ(priority(), 15);
     }
 }
 
@@ -281,16 +271,6 @@ TEST_F(FrontEndFailures, APlaneAtNullIsNoMemory) {
             EXPECT_EQ(m_freed, std::vector<void*>{memory});
             EXPECT_EQ(priority(), before);
         }
-}
-
-TEST_F(FrontEndFailures, AThrowingAllocatorLeavesThePriorityRaised) {
-    injection().alloc = [](unsigned int) -> void* { throw std::bad_alloc(); };
-    for (const FrontEnd* end : {&ycbcr, &v210}) {
-        zrOSSetThreadPriority(zrOSGetCurrentThread(), before);
-        EXPECT_EQ(call(*end), 0xFFFFFFFFU);
-        EXPECT_EQ(m_log, Messages{});
-        EXPECT_EQ(priority(), 15);
-    }
 }
 
 TEST_F(FrontEndFailures, AnExceptionOfTheTransition) {

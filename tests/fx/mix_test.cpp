@@ -1,12 +1,13 @@
-// The bodies of the dissolve against each other and against exact integers, and which is chosen.
+// The bodies of the dissolve against each other and against exact integers, which is chosen, and
+// the weighing of planes.
 #include "fx/frames.h"
 #include "fx/mix.h"
 #include "zrdraw/span.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 namespace {
 
@@ -120,32 +121,81 @@ TEST(Mix, IsChosenByTypeAndWeight) {
     MixBody* const wholeWords = wide ? mixWholeWordsAvx2 : mixWholeWords;
     MixBody* const anyBytes = wide ? mixRoundedBytesAvx2 : mixBytes;
     const struct {
-        double weight;
+        std::vector<double> weights;
         MixBody *bytes, *words;
     } rows[] = {
-        {0.0, copySecond, copySecond},
-        {1.0, copyFirst, copyFirst},
-        {0.25, wholeBytes, wholeWords},
-        {1.0 / 65536, wholeBytes, wholeWords},
-        {65535.0 / 65536, wholeBytes, wholeWords},
-        {1.0 / 3, anyBytes, mixWords},
-        {1.5 / 65536, anyBytes, mixWords},
-        // Too near to an end for integers.
-        {1.0 / 131072, mixBytes, mixWords},
-        {1.0 - 1.0 / 131072, mixBytes, mixWords},
-        {1.0 / 3e9, mixBytes, mixWords},
-        {1.0 - 1e-12, mixBytes, mixWords},
-        // Off the scale.
-        {-0.5, mixBytes, mixWords},
-        {1.0 + 1.0 / 65536, mixBytes, mixWords},
-        {2.0, mixBytes, mixWords},
-        {0.0 / 0.0, mixBytes, mixWords},
-        {1.0 / 0.0, mixBytes, mixWords},
+        {{0.0}, copySecond, copySecond},
+        {{1.0}, copyFirst, copyFirst},
+        {{0.25, 1.0 / 65536, 65535.0 / 65536}, wholeBytes, wholeWords},
+        {{1.0 / 3, 1.5 / 65536}, anyBytes, mixWords},
+        // Too near to an end for integers, or off the scale.
+        {{1.0 / 131072, 1.0 - 1.0 / 131072, 1.0 / 3e9, 1.0 - 1e-12}, mixBytes, mixWords},
+        {{-0.5, 1.0 + 1.0 / 65536, 2.0, 0.0 / 0.0, 1.0 / 0.0}, mixBytes, mixWords},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(chooseMix(SampleType::Byte, row.weight).body, row.bytes) << row.weight;
-        EXPECT_EQ(chooseMix(SampleType::Word, row.weight).body, row.words) << row.weight;
-        EXPECT_EQ(chooseMix(SampleType::Float, row.weight).body, mixFloats) << row.weight;
+    for (const auto& row : rows)
+        for (const double weight : row.weights) {
+            EXPECT_EQ(chooseMix(SampleType::Byte, weight).body, row.bytes) << weight;
+            EXPECT_EQ(chooseMix(SampleType::Word, weight).body, row.words) << weight;
+            EXPECT_EQ(chooseMix(SampleType::Float, weight).body, mixFloats) << weight;
+        }
+}
+
+struct Weights {
+    int second, first;
+};
+
+constexpr Weights weightTable[] = {
+    {0, 65536},       {65536, 0}, {32768, 32768}, {20000, 45536},      {65536, 65536},
+    {-65536, 131072}, {-1, 3},    {40000, -7000}, {0x7FFFFFFF, 12345}, {-0x7FFFFFFF, 1}};
+
+void reference(unsigned char* first, const unsigned char* second, int pitchFirst, int pitchSecond,
+               int width, int lines, const Weights& w) {
+    for (int y = 0; y < lines; ++y)
+        for (int x = 0; x < width; ++x) {
+            unsigned char& to = first[y * pitchFirst + x];
+            const std::uint32_t sum =
+                second[y * pitchSecond + x] * static_cast<std::uint32_t>(w.second) +
+                to * static_cast<std::uint32_t>(w.first) + 32768U;
+            to = static_cast<unsigned char>(sum >> 16);
+        }
+}
+
+// `shift`: where the first plane starts behind the second one, in the same memory.
+void compare(int shift, int width, int lines, int pitchFirst, int pitchSecond, const Weights& w) {
+    Random random(seed);
+    Frame memory(4096, random), expected = memory;
+    unsigned char* const first = memory.data() + 1024 + shift;
+    reference(expected.data() + 1024 + shift, expected.data() + 1024, pitchFirst, pitchSecond,
+              width, lines, w);
+    EXPECT_EQ(weigh_plane(first, memory.data() + 1024, pitchFirst, pitchSecond, width, lines,
+                          w.second, w.first),
+              first + lines * pitchFirst);
+    ASSERT_EQ(memory, expected) << "shift " << shift << ", width " << width << ", weights "
+                                << w.second << ' ' << w.first << ", seed " << seed;
+}
+
+TEST(WeighPlane, EveryWidth) {
+    for (const Weights& weights : weightTable)
+        for (int width = 1; width <= 70; ++width)
+            compare(2000, width, 3, 77, 70, weights);
+}
+
+TEST(WeighPlane, OverlappingPlanesGoByteByByte) {
+    for (const Weights& weights : weightTable)
+        for (int shift = -40; shift <= 40; ++shift)
+            for (const int width : {15, 16, 17, 33, 64}) {
+                compare(shift, width, 1, 64, 64, weights);
+                compare(shift, width, 3, 64, 64, weights);
+                compare(shift, width, 4, -50, -50, weights);
+                compare(shift, width, 4, 64, 61, weights);
+            }
+}
+
+TEST(WeighPlane, WithoutWidthOrLinesDoesNothing) {
+    for (const auto& [width, lines] : {std::pair{0, 5}, {5, 0}, {-3, 5}, {5, -1}}) {
+        unsigned char first[8] = {9, 9, 9}, second[8] = {};
+        EXPECT_EQ(weigh_plane(first, second, 4, 4, width, lines, 65536, 0), first);
+        EXPECT_EQ(first[0], 9);
     }
 }
 

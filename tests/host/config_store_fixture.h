@@ -1,7 +1,7 @@
 // The configuration store over a file in a folder of the test's own, with its log.
-#ifndef ZRDRAW_TESTS_HOST_CONFIG_STORE_FIXTURE_H
-#define ZRDRAW_TESTS_HOST_CONFIG_STORE_FIXTURE_H
+#pragma once
 
+#include "support/temp_file.h"
 #include "zrdraw/platform/config_store.h"
 #include "zrdraw/zrhost.h"
 
@@ -9,7 +9,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <mutex>
 #include <string>
@@ -51,10 +50,6 @@ inline int use(const std::string& file) {
     return zrCFGUseStore(file.c_str(), nullptr, 0);
 }
 
-inline void fill(const std::string& file, const std::string& contents) {
-    std::ofstream(file, std::ios::binary) << contents;
-}
-
 // Runs work in a process of its own, which ends with it.
 inline pid_t inChild(const std::function<bool()>& work) {
     const pid_t child = fork();
@@ -92,5 +87,3 @@ protected:
     std::string folder;
     std::string file;
 };
-
-#endif

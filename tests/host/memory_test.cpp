@@ -1,38 +1,31 @@
-// Copies, fills and allocation of the default platform layer.
+// Fills, allocation, flips and the resize of the default platform layer.
+#include "support/guarded_memory.h"
 #include "zrdraw/platform/memory.h"
+#include "zrdraw/platform/resize.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <vector>
 
 namespace {
 
-using Bytes = std::vector<unsigned char>;
-
-constexpr unsigned char guard = 0xA5;
-constexpr std::size_t guardBytes = 160; // more than the widest turn of a fill
 constexpr std::size_t alignment = 64;
 
-// Fills a run with guards around it; compares every byte with one written by its definition.
+// Fills a run at an offset to the alignment; compares all with bytes written by its definition.
 void checkFill(std::size_t offset, std::size_t bytes) {
-    constexpr unsigned int value = 0x44332211;
     constexpr unsigned char pattern[4] = {0x11, 0x22, 0x33, 0x44};
-    Bytes buffer(alignment + guardBytes + offset + bytes + guardBytes, guard);
-    const std::size_t toAligned =
-        alignment - reinterpret_cast<std::uintptr_t>(buffer.data()) % alignment;
-    const std::size_t start = toAligned + guardBytes + offset;
-
-    Bytes expected = buffer;
+    GuardedMemory memory(3 * alignment + bytes + 3 * alignment), expected = memory;
+    const auto address = reinterpret_cast<std::uintptr_t>(memory.data());
+    const std::size_t start = alignment - address % alignment + alignment + offset;
     for (std::size_t i = 0; i < bytes; ++i)
-        expected[start + i] = pattern[i % 4];
-    EXPECT_EQ(buffer.data() + start, SetMemoryFast(buffer.data() + start, value, bytes));
-    const auto differs = std::mismatch(buffer.begin(), buffer.end(), expected.begin()).first;
-    EXPECT_EQ(buffer.end(), differs)
-        << bytes << " bytes at offset " << offset << " go wrong at byte "
-        << differs - buffer.begin() - static_cast<std::ptrdiff_t>(start) << " of the run";
+        expected.data()[start + i] = pattern[i % 4];
+    unsigned char* const run = memory.data() + start;
+    EXPECT_EQ(run, SetMemoryFast(run, 0x44332211, bytes));
+    EXPECT_EQ(memory, expected) << bytes << " bytes at offset " << offset << " go wrong at byte "
+                                << memory.firstDifference(expected);
 }
 
 TEST(SetMemoryFast, RepeatsTheWordAtAnyAlignmentAndLength) {
@@ -91,6 +84,87 @@ TEST(ZRAlloc, GivesEachCallerItsOwnBlock) {
             ZRFree(blocks[i]);
         }
     }
+}
+
+using Pixels = std::vector<std::uint32_t>;
+
+// Each pixel another; `padding` of them stand behind each line.
+constexpr unsigned int padding = 2;
+
+Pixels numbered(unsigned int width, unsigned int height, std::uint32_t from) {
+    Pixels pixels((width + padding) * height + padding);
+    for (std::uint32_t& pixel : pixels)
+        pixel = from++;
+    return pixels;
+}
+
+unsigned char* bytesOf(Pixels& pixels) {
+    return reinterpret_cast<unsigned char*>(pixels.data());
+}
+
+TEST(Flip, MovesPixelsInPlaceAndToAnotherPicture) {
+    for (unsigned int width = 0; width <= 9; ++width)
+        for (unsigned int height = 0; height <= 5; ++height)
+            for (const bool vertical : {false, true})
+                for (const bool inPlace : {false, true}) {
+                    const unsigned int line = width + padding;
+                    Pixels source = numbered(width, height, 1000);
+                    Pixels other = numbered(width, height, 5000);
+                    const Pixels before = source;
+                    Pixels& dst = inPlace ? source : other;
+                    Pixels expected = dst;
+                    for (unsigned int y = 0; y < height; ++y)
+                        for (unsigned int x = 0; x < width; ++x)
+                            expected[y * line + x] = before[(vertical ? height - 1 - y : y) * line +
+                                                            (vertical ? x : width - 1 - x)];
+                    const int result =
+                        vertical
+                            ? pxsw_flip_vert(bytesOf(dst), bytesOf(source), width, height, line * 4)
+                            : pxsw_flip_horz(bytesOf(dst), bytesOf(source), width, height, line * 4,
+                                             0xFFFFFFFF);
+                    EXPECT_EQ(result, 0);
+                    EXPECT_EQ(dst, expected)
+                        << width << 'x' << height << (vertical ? " vertical" : "")
+                        << (inPlace ? " in place" : "");
+                }
+}
+
+TEST(Resize, TakesTheNearestPixelWithAndWithoutABuffer) {
+    struct Factors {
+        double x, y, xShift, yShift;
+    };
+    for (const Factors& f : {Factors{0.5, 1.0, 0, 0},
+                             {1.0, 1.0, 0, 0},
+                             {2.0, 3.0, 0, 0},
+                             {0.5, 0.5, 1.0, -1.0},
+                             {0.3, 1.0, 2.0, 1.0}})
+        for (const int width : {1, 2, 7, 10})
+            for (const bool buffered : {false, true}) {
+                constexpr int height = 4;
+                const int line = width + static_cast<int>(padding);
+                Pixels source = numbered(static_cast<unsigned int>(width), height, 1000);
+                Pixels dst = numbered(static_cast<unsigned int>(width), height, 5000);
+                Pixels expected = dst;
+                for (int y = 0; y < height; ++y)
+                    for (int x = 0; x < width; ++x) {
+                        const auto fromX = static_cast<int>(std::floor((x - f.xShift) / f.x));
+                        const auto fromY = static_cast<int>(std::floor((y - f.yShift) / f.y));
+                        if (fromX >= 0 && fromX < width && fromY >= 0 && fromY < height)
+                            expected[static_cast<std::size_t>(y * line + x)] =
+                                source[static_cast<std::size_t>(fromY * line + fromX)];
+                    }
+                const IppiRect whole{0, 0, width, height};
+                int bytes = 0;
+                EXPECT_EQ(ippiResizeGetBufSize(whole, whole, 1, zrResizeNearest, &bytes), 0);
+                unsigned char* const buffer = buffered ? ippsMalloc_8u(bytes) : nullptr;
+                EXPECT_EQ(buffered, buffer != nullptr);
+                EXPECT_EQ(ippiResizeSqrPixel_8u_C4R(bytesOf(source), {width, height}, line * 4,
+                                                    whole, bytesOf(dst), line * 4, whole, f.x, f.y,
+                                                    f.xShift, f.yShift, zrResizeNearest, buffer),
+                          0);
+                ippsFree(buffer);
+                EXPECT_EQ(dst, expected) << width << ", factor " << f.x;
+            }
 }
 
 } // namespace

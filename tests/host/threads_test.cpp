@@ -1,11 +1,15 @@
-// Threads, priorities and interlocked counts of the default platform layer.
+// Threads, priorities, interlocked counts, events and critical sections.
 #include "zrdraw/platform/events.h"
 #include "zrdraw/platform/threads.h"
 
 #include <climits>
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <memory>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include <pthread.h>
 #include <sys/resource.h>
@@ -108,31 +112,98 @@ TEST(Threads, PriorityOfAThreadThatHasNotBegun) {
 }
 
 TEST(Threads, NullHandlesAreRefused) {
+    EXPECT_EQ(0, zrOSCloseEvent(nullptr));
+    EXPECT_EQ(0, zrOSSetEvent(nullptr));
+    EXPECT_EQ(-1, zrOSWaitForEvent(nullptr, 0));
     EXPECT_EQ(0, zrOSCloseThread(nullptr, nullptr));
     EXPECT_EQ(0, zrOSSetThreadPriority(nullptr, 1));
     EXPECT_EQ(0, zrOSGetThreadPriority(nullptr));
     EXPECT_EQ(nullptr, start(nullptr, nullptr));
 }
 
-TEST(InterlockedCounts, LoseNothingBetweenFourThreads) {
-    constexpr int rounds = 20000;
-    int count = 0;
-    const auto work = [](void* argument) {
-        for (int i = 0; i < rounds; ++i) {
-            zrOSInterlockedIncrement(static_cast<int*>(argument));
-            zrOSInterlockedIncrement(static_cast<int*>(argument));
-            zrOSInterlockedDecrement(static_cast<int*>(argument));
-        }
-        return 0U;
-    };
-    void* threads[4] = {};
-    for (void*& thread : threads)
-        thread = start(work, &count);
-    for (void* const thread : threads) {
-        ASSERT_NE(nullptr, thread);
-        zrOSCloseThread(thread, nullptr);
+constexpr unsigned int withoutBound = 0xFFFFFFFFU;
+constexpr int timedOut = 258;
+
+struct CloseEvent {
+    void operator()(void* event) const { EXPECT_EQ(1, zrOSCloseEvent(event)); }
+};
+using Event = std::unique_ptr<void, CloseEvent>;
+
+Event makeEvent(bool manualReset, bool isSet) {
+    return Event(zrOSCreateEvent(nullptr, manualReset, isSet, "a name means nothing here"));
+}
+
+TEST(Events, WaitFindsTheStateTheEventWasMadeWith) {
+    const struct {
+        bool manualReset, initiallySet;
+        int firstWait, secondWait;
+    } cases[] = {{false, false, timedOut, timedOut},
+                 {true, false, timedOut, timedOut},
+                 {false, true, 0, timedOut},
+                 {true, true, 0, 0}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << "manual " << c.manualReset << " set " << c.initiallySet);
+        const Event event = makeEvent(c.manualReset, c.initiallySet);
+        EXPECT_EQ(c.firstWait, zrOSWaitForEvent(event.get(), 0));
+        EXPECT_EQ(c.secondWait, zrOSWaitForEvent(event.get(), 5));
     }
-    EXPECT_EQ(4 * rounds, count);
+}
+
+TEST(Events, ReleaseOneWaiterForEachSetOrAll) {
+    constexpr int waiters = 3;
+    for (const bool manualReset : {false, true}) {
+        SCOPED_TRACE(manualReset);
+        const Event event = makeEvent(manualReset, false), progress = makeEvent(false, false);
+        std::atomic<int> released = 0;
+        const auto awaitReleased = [&](int wanted) {
+            while (released < wanted)
+                zrOSWaitForEvent(progress.get(), withoutBound);
+            zrOSWaitForEvent(progress.get(), 20); // the chance for one too many
+            return released.load();
+        };
+        std::vector<std::jthread> threads;
+        for (int i = 0; i < waiters; ++i)
+            threads.emplace_back([&] {
+                EXPECT_EQ(0, zrOSWaitForEvent(event.get(), withoutBound));
+                ++released;
+                zrOSSetEvent(progress.get());
+            });
+        awaitReleased(0); // most likely all of them wait by then
+        for (int wanted = manualReset ? waiters : 1; wanted <= waiters; ++wanted) {
+            zrOSSetEvent(event.get());
+            EXPECT_EQ(wanted, awaitReleased(wanted));
+        }
+        EXPECT_EQ(manualReset ? 0 : timedOut, zrOSWaitForEvent(event.get(), 0));
+    }
+}
+
+class CriticalSection : public testing::Test {
+protected:
+    CriticalSection() { zrOSInitializeCriticalSection(&m_section); }
+    ~CriticalSection() override { zrOSDeleteCriticalSection(&m_section); }
+
+    int tryFromAnotherThread() {
+        int taken = -1;
+        std::thread([&] {
+            taken = zrOSTryEnterCriticalSection(&m_section);
+            if (taken == 1)
+                zrOSLeaveCriticalSection(&m_section);
+        }).join();
+        return taken;
+    }
+
+    zrOSCriticalSection m_section;
+};
+
+TEST_F(CriticalSection, ItsOwnerEntersAgainAndHoldsItUntilTheLastLeave) {
+    zrOSEnterCriticalSection(&m_section);
+    zrOSEnterCriticalSection(&m_section);
+    EXPECT_EQ(1, zrOSTryEnterCriticalSection(&m_section));
+    for (int left = 3; left > 0; --left) {
+        EXPECT_EQ(0, tryFromAnotherThread()) << left << " to leave";
+        zrOSLeaveCriticalSection(&m_section);
+    }
+    EXPECT_EQ(1, tryFromAnotherThread());
 }
 
 } // namespace

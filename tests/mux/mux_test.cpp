@@ -363,37 +363,24 @@ TEST(Mux, WithoutWidthOrHeightDrawsWholeLinesAndTheGridOnly) {
         int fillsWithoutHeight = 0;
     };
     constexpr const char* kept = "....\n";
-    const Row rows[] = {
-        {zrMuxA, kept, kept},
-        {zrMuxB, kept, kept},
-        {zrMuxAnaglyph, kept, kept},
-        {zrMuxHalves, kept, kept},
-        {zrMuxByte0B, kept, kept},
-        {zrMuxBytes02B, kept, kept},
+    std::vector<Row> rows = {
         {zrMuxInterleave, "AAAA\n", "BBBB\n"},
-        {zrMuxInterleave | second, kept, kept},
-        {zrMuxAverage, kept, kept},
-        {zrMuxDifference, kept, kept},
         {zrMuxFields, "AAAA\n", "BBBB\n"},
-        {zrMuxSqueeze, kept, kept},
-        {zrMuxSplit, kept, kept},
         {zrMuxSplit | divider, "|...\n", "|...\n"},
         {zrMuxSplit | second, "BBBB\n", "BBBB\n"},
         {zrMuxSplit | second | divider, "||||\n", "BBBB\n", 1},
-        {zrMuxMirror, kept, kept},
         {zrMuxMirror | second, "AAAA\n", "BBBB\n"},
-        {zrMuxMirror2, kept, kept},
         {zrMuxMirror2 | second, "AAAA\n", "BBBB\n"},
-        {zrMuxKey, kept, kept},
-        {zrMuxMix, kept, kept},
-        {zrMuxWipe, kept, kept},
-        {zrMuxChecker, kept, kept},
-        {zrMuxBlocks, kept, kept},
-        {zrMuxTwoUp, kept, kept},
-        {zrMuxWindows, kept, kept},
         {zrMuxWindows | second, kept, kept, 1, 1},
-        {zrMuxChannel, kept, kept},
     };
+    for (const unsigned int flags : std::initializer_list<unsigned int>{
+             zrMuxA,          zrMuxB,        zrMuxAnaglyph, zrMuxHalves,
+             zrMuxByte0B,     zrMuxBytes02B, zrMuxAverage,  zrMuxInterleave | second,
+             zrMuxDifference, zrMuxSqueeze,  zrMuxSplit,    zrMuxMirror,
+             zrMuxMirror2,    zrMuxKey,      zrMuxMix,      zrMuxWipe,
+             zrMuxChecker,    zrMuxBlocks,   zrMuxTwoUp,    zrMuxWindows,
+             zrMuxChannel})
+        rows.push_back({flags, kept, kept});
     const InjectionGuard guard;
     int fills = 0;
     injection().watchSetMemory = [&fills](void*, unsigned int, unsigned long) { ++fills; };

@@ -13,7 +13,8 @@ long heapAllocations = 0;
 constexpr int width = 640, height = 100;
 constexpr unsigned int yuv2 = zrWatermarkYuv2, v210 = zrWatermarkV210;
 static_assert(zrScanInterlaced == 0x100 && zrScanSegmented == 0x200, "the host's bits");
-constexpr unsigned int bothScans = zrScanInterlaced | zrScanSegmented;
+constexpr unsigned int interlaced = zrScanInterlaced, segmented = zrScanSegmented,
+                       bothScans = interlaced | segmented;
 
 struct Text {
     std::string text;
@@ -107,22 +108,14 @@ TEST_F(OverlayPass, Layers) {
         {"adjusted", bothCodes, {{"4294967295", 9, 5, 1}, {"999", 9, 15, 1}}, false, 0, 1001},
         {"size 0", codesOfSize(0), {{"1000", 9, 5, 1}, {"2000", 9, 5, 1}}},
         {"size 3", codesOfSize(3), {{"1000", 9, 5, 3}, {"2000", 9, 35, 3}}},
-        {"even lines",
-         codesOfSize(3),
-         {{"1000", 9, 4, 2}, {"2000", 9, 24, 2}},
-         false,
-         zrScanInterlaced},
+        {"even lines", codesOfSize(3), {{"1000", 9, 4, 2}, {"2000", 9, 24, 2}}, false, interlaced},
         {"even size", codesOfSize(1), {{"1000", 9, 4, 1}, {"2000", 9, 4, 1}}, false, bothScans},
-        {"segmented",
-         codesOfSize(3),
-         {{"1000", 9, 5, 3}, {"2000", 9, 35, 3}},
-         false,
-         zrScanSegmented},
+        {"segmented", codesOfSize(3), {{"1000", 9, 5, 3}, {"2000", 9, 35, 3}}, false, segmented},
         {"background 1", [&](Overlay& o) { bothCodes(o), o.FillBackground = 1; }, codes, true},
         {"background 2", [&](Overlay& o) { bothCodes(o), o.FillBackground = 2; }, codes},
         {"progressive", sourceOn, {{source + "p", 4, 41, 3}}, false, 0xFCFF},
-        {"interlaced", sourceOn, {{source + "i", 4, 40, 3}}, false, zrScanInterlaced},
-        {"segments", sourceOn, {{source + "sf", 4, 41, 3}}, false, zrScanSegmented},
+        {"interlaced", sourceOn, {{source + "i", 4, 40, 3}}, false, interlaced},
+        {"segments", sourceOn, {{source + "sf", 4, 41, 3}}, false, segmented},
         {"both bits", sourceOn, {{source + "p", 4, 40, 3}}, false, bothScans},
         {"slots", slots, {{"zero", 30, 7, 3}, {"nine", 41, 7, 3}}, true},
         {"without picture", withoutPicture, {}},
@@ -217,8 +210,8 @@ TEST_F(OverlayPass, EvenLinesAreStoredForGood) {
         unsigned int flags, enabled;
         bool even;
     };
-    for (const Case& c : {Case{zrScanInterlaced, 1, true}, Case{bothScans, 1, true},
-                          Case{zrScanSegmented, 1, false}, Case{zrScanInterlaced, 0, false}}) {
+    for (const Case& c : {Case{interlaced, 1, true}, Case{bothScans, 1, true},
+                          Case{segmented, 1, false}, Case{interlaced, 0, false}}) {
         createWithPlaces(c.flags);
         for (const auto& [key, number] : numbersOf(overlay))
             *number = key.find("Enable") == std::string::npos ? 51 : 0;
@@ -324,18 +317,6 @@ TEST_F(OverlayPass, AllocatesNothingAfterTheFirstFrame) {
             burnIn(picture, levels, levels);
         EXPECT_EQ(heapAllocations, first) << std::hex << code;
     }
-}
-
-TEST_F(OverlayPass, BoxByHeightAndWidth) {
-    createWithPlaces();
-    Picture picture(width, height), wanted(width, height);
-    burnIn(picture);
-    overlay.draw->foreColor = white;
-    fillRect(overlay.draw, 3, 2, 2, 4);
-    fillRect(overlay.draw, 3, 6, 0, 4);
-    fillRect(overlay.draw, 3, 6, -1, 4);
-    wanted.box(3, 2, 5, 2, white);
-    EXPECT_EQ(picture.difference(wanted), "");
 }
 
 } // namespace

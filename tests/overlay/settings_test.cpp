@@ -3,9 +3,6 @@
 #include "support/temp_file.h"
 #include "zrdraw/overlay_settings.h"
 
-#include <fstream>
-#include <iterator>
-
 #if defined(__SANITIZE_ADDRESS__)
 #include <sanitizer/lsan_interface.h>
 using LosesMemory = __lsan::ScopedDisabler;
@@ -16,11 +13,6 @@ struct LosesMemory {
 #endif
 
 namespace {
-
-std::string contentOf(const char* path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 // Each key with what is done to it. Of the table's keys one is only loaded and one only saved.
 std::vector<std::string> everyKey(const std::string& verb) {
@@ -149,7 +141,7 @@ TEST_F(OverlaySettings, OneSettingGoesToAnOpenFileButComesFromTheStore) {
     std::fclose(overlay.iniFile);
     overlay.iniPath = nullptr;
     EXPECT_EQ(calls, Lines{"read key"});
-    EXPECT_EQ(contentOf(file.path()),
+    EXPECT_EQ(readFile(file.path()),
               "key = text\nlong = " + std::string(200, 'x') + "\nnumber = 17\n");
 }
 
@@ -201,7 +193,7 @@ TEST_F(OverlaySettings, TheWrittenFileHoldsItsSectionAlone) {
     numberAll(overlay, 500);
     giveText(overlay, 1, "one");
     EXPECT_EQ(overlay.SaveConfigINI(file.path()), 0);
-    EXPECT_EQ(contentOf(file.path()), "[zroverlay]\n");
+    EXPECT_EQ(readFile(file.path()), "[zroverlay]\n");
     EXPECT_EQ(store["Enabled"] + store["CustomText1"], "500one");
     EXPECT_EQ(calls.back(), "save -1");
     EXPECT_EQ(overlay.iniPath, nullptr);

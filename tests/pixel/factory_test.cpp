@@ -1,32 +1,18 @@
-// Making drawing objects, counting their references, and the flat interface.
+// Making drawing objects, their references, lock and change event, and the flat interface.
 #include "platform/injection.h"
 #include "zrdraw/exports.h"
 #include "zrdraw/formats.h"
+#include "zrdraw/zrpixel.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <future>
 #include <thread>
 #include <tuple>
 #include <vector>
 
 namespace {
-
-TEST(Factory, ServedCodesGetTheirClass) {
-    char frame[400];
-    for (unsigned int code = 1; code <= 6; ++code) {
-        ZRDraw* draw = nullptr;
-        ASSERT_EQ(GetDraw(code, 10, 10, 0, frame, draw), 0U);
-        EXPECT_EQ(draw->pixelType, code);
-        EXPECT_EQ(draw->refCount, 1);
-        EXPECT_EQ(draw->canvas, frame);
-        EXPECT_EQ(dynamic_cast<CDrawRGBA32*>(draw) != nullptr, code <= 4);
-        EXPECT_EQ(dynamic_cast<CDrawRGB24*>(draw) != nullptr, code > 4);
-        EXPECT_TRUE(draw->useDefaultFont) << "no font but the built-in one";
-        ReleaseDraw(draw);
-        EXPECT_EQ(draw, nullptr);
-    }
-}
 
 TEST(Factory, RefusedAndUnservedCodes) {
     char frame[400], other[400];
@@ -40,6 +26,7 @@ TEST(Factory, RefusedAndUnservedCodes) {
     EXPECT_EQ(qtGetDraw(ptNone, 10, 10, 0, frame), nullptr);
 
     ASSERT_EQ(GetDraw(2, 10, 10, 0, frame, draw), 0U);
+    EXPECT_TRUE(draw->useDefaultFont) << "no font but the built-in one";
     ZRDraw* const made = draw;
     EXPECT_EQ(GetDraw(ptNone, 5, 5, 0, other, draw), 0xFFFFFFFFU);
     EXPECT_EQ(draw->canvas, frame) << "untouched";
@@ -109,7 +96,7 @@ TEST(References, ThreadsMayShareAnObject) {
     std::vector<std::thread> threads;
     for (int i = 0; i < 4; ++i)
         threads.emplace_back([draw] {
-            for (int turn = 0; turn < 2000; ++turn) {
+            for (int turn = 0; turn < 20000; ++turn) {
                 qtAddRefDraw(draw);
                 qtReleaseDraw(draw);
             }
@@ -120,7 +107,7 @@ TEST(References, ThreadsMayShareAnObject) {
     ReleaseDraw(draw);
 }
 
-TEST(FlatInterface, AnswersNullWithRefusal) {
+TEST(FlatInterface, AnswersNullWithRefusalAndWorksOnAnObject) {
     EXPECT_EQ(qtZRPixelLock(nullptr, 0), -1);
     EXPECT_EQ(qtZRPixelTryLock(nullptr), -1);
     EXPECT_EQ(qtZRPixelUnlock(nullptr), -1);
@@ -128,9 +115,7 @@ TEST(FlatInterface, AnswersNullWithRefusal) {
     EXPECT_EQ(qtZRPixelLastChange(nullptr, 3), -1);
     EXPECT_EQ(qtZRPixelSetCanvas(nullptr, nullptr, 1, 1, 0), -1);
     qtZRPixelSetChangeEvent(nullptr);
-}
 
-TEST(FlatInterface, WorksOnAnObject) {
     char frame[400];
     ZRDraw* draw = qtGetDraw(1, 10, 10, 0, frame);
     ASSERT_NE(draw, nullptr);
@@ -151,6 +136,59 @@ TEST(Factory, ANullEventHandleSurvives) {
     draw->SetChangeEvent();
     EXPECT_EQ(draw->PutPixel(0, 0, true), 0);
     ReleaseDraw(draw);
+}
+
+TEST(Lock, IsReentrantAndExclusive) {
+    ZRPixel pixel;
+    const auto elsewhere = [](auto function) {
+        return std::async(std::launch::async, function).get();
+    };
+    EXPECT_EQ(pixel.Lock(0), 0);
+    EXPECT_EQ(pixel.Lock(0xFFFFFFFFU), 0);
+    EXPECT_EQ(pixel.TryLock(), 0);
+    EXPECT_EQ(pixel.Lock(5), 128) << "a bounded wait answers 128 when taken";
+    EXPECT_EQ(elsewhere([&] { return pixel.TryLock(); }), 258);
+    EXPECT_EQ(elsewhere([&] { return pixel.Lock(3); }), 0) << "and 0 when not";
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(pixel.Unlock(), 0);
+    EXPECT_EQ(elsewhere([&] { return pixel.TryLock() + pixel.Unlock(); }), 0);
+}
+
+TEST(Lock, BoundedTries) {
+    struct Case {
+        unsigned int timeout;
+        std::vector<int> answers; // of the platform; the last one repeats
+        int tries, result;
+        const char* why;
+    };
+    const Case cases[] = {
+        {1, {0}, 1, 0, "exactly one try"},
+        {4, {0}, 4, 0, "as many tries as milliseconds"},
+        {9, {0, 0, 1}, 3, 128, "1 stops the tries"},
+        {3, {2}, 3, 128, "another answer goes on, and the last one counts"},
+        {3, {2, 2, 0}, 3, 0, "not taken at last"},
+    };
+    for (const Case& c : cases) {
+        InjectionGuard guard;
+        int tries = 0;
+        injection().tryEnterCriticalSection = [&] {
+            const auto at = std::min(static_cast<std::size_t>(tries), c.answers.size() - 1);
+            ++tries;
+            return c.answers[at];
+        };
+        ZRPixel pixel;
+        EXPECT_EQ(pixel.Lock(c.timeout), c.result) << c.why;
+        EXPECT_EQ(tries, c.tries) << c.why;
+    }
+}
+
+TEST(ChangeEvent, SignalsBetweenThreads) {
+    ZRPixel pixel;
+    EXPECT_EQ(pixel.WaitForChangeEvent(1), 258);
+    std::thread producer([&] { pixel.SetChangeEvent(); });
+    EXPECT_EQ(pixel.WaitForChangeEvent(10000), 0);
+    producer.join();
+    EXPECT_EQ(pixel.lastChange, 0U) << "the library leaves the number alone";
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// Frame sizes by layout code, and what the catalogue holds of each layout.
+// Frame sizes by layout code and by bitmap header, and what the catalogue holds of each layout.
 #include "zrdraw/exports.h"
 #include "zrdraw/layouts.h"
 #include "zrdraw/span.h"
@@ -6,8 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <iterator>
 #include <map>
+#include <string>
 
 namespace {
 
@@ -96,6 +98,139 @@ TEST(Catalogue, PackedPixelBytes) {
         EXPECT_EQ(zrdraw_packed_pixel_bytes(code), row == packed.end() ? 0 : row->second) << code;
     }
     EXPECT_EQ(zrdraw_packed_pixel_bytes(ptNone), 0U);
+}
+
+constexpr unsigned int untouched = 12345;
+
+tagBITMAPINFO header(const std::string& compression, int width, int height, unsigned short bitCount,
+                     unsigned int sizeImage = 0) {
+    tagBITMAPINFO info{};
+    info.biSize = 40;
+    info.biWidth = width;
+    info.biHeight = height;
+    info.biPlanes = 1;
+    info.biBitCount = bitCount;
+    info.biSizeImage = sizeImage;
+    std::memcpy(&info.biCompression, compression.data(), 4);
+    return info;
+}
+
+const std::string plain(4, '\0');
+const std::string masked("\3\0\0\0", 4);
+
+struct Bitmap {
+    std::string compression;
+    unsigned short bitCount;
+    unsigned int sizeImage;
+    unsigned int code, bytes;
+    unsigned short bitCountAfter;
+    unsigned int sizeImageAfter;
+    const char* why;
+};
+
+void check(const Bitmap& c, int width, int height) {
+    SCOPED_TRACE("'" + c.compression + "' depth " + std::to_string(c.bitCount) + ": " + c.why);
+    tagBITMAPINFO info = header(c.compression, width, height, c.bitCount, c.sizeImage);
+    unsigned int code = untouched;
+    EXPECT_EQ(GetDrawSize(&info, &code), c.bytes);
+    EXPECT_EQ(code, c.code);
+    EXPECT_EQ(info.biBitCount, c.bitCountAfter);
+    EXPECT_EQ(info.biSizeImage, c.sizeImageAfter);
+    tagBITMAPINFO again = header(c.compression, width, height, c.bitCount, c.sizeImage);
+    EXPECT_EQ(qtGetDrawSizeBMI(&again), c.bytes) << "without a place for the code";
+}
+
+TEST(BitmapSize, FormatsOfOneLayout) {
+    // 1000 x 7 pixels.
+    const Bitmap cases[] = {
+        {"23d3", 24, 0, 3, 28000, 32, 28000, "32-bit"},
+        {"2vuy", 8, 99, 11, 14000, 16, 99, "a smaller biSizeImage stays in the field"},
+        {" cvd", 8, 99000, 11, 99000, 16, 99000, "a larger biSizeImage wins"},
+        {"UYVY", 0, 0xFFFFFFF0U, 11, 0xFFFFFFF0U, 16, 0xFFFFFFF0U, "sizes compare as unsigned"},
+        {"v210", 0, 0, 14, 18666, 16, 18666, "the whole-frame ratio, not the line rule"},
+        {"03d3", 8, 0, 20, 0, 30, 0, "not sized"},
+        {"L4FR", 8, 77, 20, 77, 30, 77, "not sized"},
+        {"bggr", 8, 99000, 21, 10500, 12, 10500, "biSizeImage is replaced"},
+        {"RYBP", 8, 0, 22, 9333, 10, 9333, "ten bits"},
+        {"61lf", 32, 99000, 38, 8000, 32, 8000, "the size of one line"},
+        {"1SCA", 48, 0, 37, 6000, 48, 6000, "the size of one line"},
+        {"I420", 12, 55, ptNone, 55, 12, 55, "known, but not drawn on"},
+        {"4vuy", 12, 0, ptNone, 0, 12, 0, "known, but not drawn on"},
+        {"abcd", 12, 55, untouched, 55, 12, 55, "unknown"},
+        {"YUY ", 12, 0, untouched, 0, 12, 0, "no match by the first letters alone"},
+        {"UY2 ", 12, 0, untouched, 0, 12, 0, "no match across two names"},
+    };
+    for (const Bitmap& c : cases) {
+        check(c, 1000, 7);
+        check(c, 1000, -7);
+    }
+    struct Plain {
+        const char* compression;
+        unsigned short bitCount;
+        unsigned int code, bytes;
+        unsigned short bitCountAfter;
+    };
+    const Plain plainCases[] = {
+        {"YUY2", 0, 10, 14000, 16}, {"YVYU", 0, 12, 14000, 16},  {"q5ia", 0, 14, 14000, 16},
+        {"hcpa", 8, 11, 18666, 16}, {"ncpa", 10, 14, 18666, 16}, {"ocpa", 10, 14, 14000, 16},
+        {"scpa", 8, 11, 14000, 16}, {"si2k", 8, 21, 10500, 12},  {"PBYR", 8, 22, 10500, 12},
+        {"gbrg", 8, 23, 10500, 12}, {"Vcva", 8, 24, 10500, 12},  {"BGGc", 8, 25, 10500, 12},
+        {"RGGB", 8, 26, 10500, 12}, {"GBRc", 8, 27, 10500, 12},  {"GRBG", 8, 28, 10500, 12}};
+    for (const auto& [compression, before, code, bytes, after] : plainCases)
+        check({compression, before, 0, code, bytes, after, bytes, ""}, 1000, 7);
+}
+
+TEST(BitmapSize, ByDepth) {
+    // 100 x 10 pixels.
+    const std::string h4pa = "h4pa";
+    const Bitmap cases[] = {
+        {plain, 8, 3, ptNone, 3, 8, 3, "palettes are not drawn on"},
+        {plain, 15, 0, 1, 2000, 15, 2000, ""},
+        {plain, 16, 0, 1, 2000, 16, 2000, "a 32-bit code at two bytes a pixel"},
+        {plain, 24, 0, 6, 3000, 24, 3000, ""},
+        {plain, 32, 0, 3, 4000, 32, 4000, ""},
+        {plain, 10, 0, 3, 4000, 10, 4000, "anything else is 32-bit"},
+        {plain, 48, 0, 32, 6000, 48, 6000, "the 64-bit code at six bytes a pixel"},
+        {plain, 64, 0, 32, 8000, 64, 8000, ""},
+        {"VDTZ", 24, 0, 6, 3000, 24, 3000, ""},
+        {"BW10", 48, 0, 32, 6000, 48, 6000, ""},
+        {h4pa, 48, 0, 31, 6000, 48, 6000, "here 48 bits have their own code"},
+        {h4pa, 64, 0, 32, 8000, 64, 8000, ""},
+        {h4pa, 8, 3, ptNone, 3, 8, 3, ""},
+    };
+    for (const Bitmap& c : cases)
+        check(c, 100, 10);
+}
+
+TEST(BitmapSize, ByRedMask) {
+    struct MaskCase {
+        unsigned short bitCount;
+        unsigned char mask[4];
+        unsigned int code, bytes;
+    };
+    const MaskCase cases[] = {
+        {24, {1, 0, 0, 0}, 5, 3000},       {24, {0, 1, 0, 0}, 5, 3000},
+        {24, {0, 0, 1, 0}, 6, 3000},       {16, {0xFF, 0, 0, 0}, 1, 2000},
+        {15, {0, 0x7C, 0, 0}, 2, 2000},    {16, {0, 0, 1, 0}, 3, 2000},
+        {16, {0, 0, 0, 1}, 4, 2000},       {16, {0, 0, 0, 0}, ptNone, 2000},
+        {32, {0xFF, 0xFF, 0, 0}, 1, 4000}, {32, {0, 0xFF, 0, 0}, 2, 4000},
+        {32, {0, 0, 0xFF, 0}, 3, 4000},    {32, {0, 0, 0, 0xFF}, 4, 4000},
+        {32, {0, 0, 0, 0}, 2, 4000},       {8, {0, 0, 0xFF, 0}, 3, 4000},
+    };
+    for (const MaskCase& c : cases) {
+        tagBITMAPINFO info = header(masked, 100, 10, c.bitCount);
+        std::memcpy(info.biMask, c.mask, 4);
+        unsigned int code = untouched;
+        EXPECT_EQ(GetDrawSize(&info, &code), c.bytes) << c.bitCount;
+        EXPECT_EQ(code, c.code) << c.bitCount << " mask " << int{c.mask[0]} << "," << int{c.mask[1]}
+                                << "," << int{c.mask[2]} << "," << int{c.mask[3]};
+    }
+}
+
+TEST(BitmapSize, ProductsWrapAtThirtyTwoBitsBeforeTheDivision) {
+    tagBITMAPINFO info = header("v210", 40000, 40000, 16);
+    const auto product = static_cast<int>(16LL * 40000 * 40000);
+    EXPECT_EQ(GetDrawSize(&info), static_cast<unsigned int>(product / 6));
 }
 
 } // namespace

@@ -71,10 +71,6 @@ ZRDRAW_API int zrCFGSave(int store, int reserved1, int reserved2) {
     return injectedOrReal(injection().saveStore, __func__, store, reserved1, reserved2);
 }
 
-ZRDRAW_API char* itoa(int value, char* text, int base) {
-    return injectedOrReal(injection().formatNumber, __func__, value, text, base);
-}
-
 ZRDRAW_API unsigned int vidGetTCType(double frameRate) {
     return injectedOrReal(injection().timeCodeType, __func__, frameRate);
 }
@@ -142,10 +138,6 @@ ZRDRAW_API int zrOSCloseThread(void* thread, const char* name) {
 
 ZRDRAW_API int zrOSInterlockedIncrement(int* count) {
     return injectedOrReal(injection().increment, __func__, count);
-}
-
-ZRDRAW_API int zrOSInterlockedDecrement(int* count) {
-    return injectedOrReal(injection().decrement, __func__, count);
 }
 
 ZRDRAW_API int usleep(unsigned int microseconds) {

@@ -20,7 +20,6 @@ struct Injection {
     std::function<decltype(zrCFGKeyExists)> keyExists;
     std::function<decltype(zrCFGValueString)> valueString;
     std::function<decltype(zrCFGSave)> saveStore;
-    std::function<decltype(itoa)> formatNumber;
     std::function<decltype(vidGetTCType)> timeCodeType;
     std::function<decltype(tc2String)> timeCodeText;
     std::function<decltype(kpxutilCodecTypeString)> codecName;
@@ -35,7 +34,6 @@ struct Injection {
     std::function<decltype(zrOSSetThreadPriority)> setThreadPriority;
     std::function<decltype(zrOSCloseThread)> closeThread;
     std::function<decltype(zrOSInterlockedIncrement)> increment;
-    std::function<decltype(zrOSInterlockedDecrement)> decrement;
     std::function<int(unsigned int microseconds)> sleep;
 };
 

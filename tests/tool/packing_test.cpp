@@ -30,12 +30,7 @@ TEST_F(PackingTest, SamplesStandWhereTheLayoutHasThem) {
         {ptBayerGBRGc, AV_PIX_FMT_RGB48LE, twelves, 2, {0x3C, 0x69, 0x6C}, {0x5A, 0x53, 0xC6}},
         {ptUV8, AV_PIX_FMT_YUV444P, bytes, 1, {0x96, 0xC8, 0x96, 0xC8}, {}},
         {ptUV16, AV_PIX_FMT_YUV444P16LE, words, 2, {0x02, 0x96, 0x03, 0xC8}, {}},
-        {ptV210,
-         AV_PIX_FMT_YUV422P10LE,
-         tens,
-         2,
-         {0xAA, 0x56, 0xB5, 0x3F, 0x55, 0xA9, 0x5A, 0x15},
-         {}},
+        {ptV210, AV_PIX_FMT_YUV422P10LE, tens, 2, {0xAA, 0x56, 0xB5, 0x3F, 0x55, 0xA9}, {}},
     };
     for (const auto& row : rows) {
         const zrLayout& layout = layoutOf(row.code);

@@ -1,16 +1,10 @@
 // The script language: what is refused with which words, and what good scripts leave on a canvas.
 #include "gallery/cells.h"
 #include "script/parser.h"
-#include "tool_error.h"
-
-#include <gtest/gtest.h>
+#include "tool/tool_fixture.h"
 
 #include <cstdint>
-#include <functional>
-#include <set>
-#include <string>
 #include <string_view>
-#include <vector>
 
 namespace {
 
@@ -50,15 +44,6 @@ private:
     int m_width;
     std::vector<std::uint32_t> m_pixels;
 };
-
-std::string errorOf(const std::string& script) {
-    try {
-        parseScript(script, "-e");
-    } catch (const UsageError& error) {
-        return error.what();
-    }
-    return "no error";
-}
 
 TEST(ScriptTest, FaultsAreNamedWithTheirPlace) {
     const struct {
@@ -112,7 +97,7 @@ TEST(ScriptTest, FaultsAreNamedWithTheirPlace) {
          "-e:1:18: gradient: expected a whole number from -3600 to 3600 for angle, got \"4.5\""},
     };
     for (const auto& [script, error] : cases) {
-        const std::string got = errorOf(script);
+        const std::string got = errorOf([&] { parseScript(script, "-e"); }, ExitStatus::BadUsage);
         // A list of all commands is compared up to its start.
         EXPECT_EQ(error.ends_with(' ') ? got.substr(0, error.size()) : got, error) << script;
     }

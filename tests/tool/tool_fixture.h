@@ -4,6 +4,7 @@
 #include "media/frame_sink.h"
 #include "media/frame_source.h"
 #include "media/working_frame.h"
+#include "support/temp_file.h"
 #include "tool_error.h"
 
 #include <gtest/gtest.h>
@@ -12,9 +13,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <optional>
 #include <random>
 #include <set>
@@ -31,15 +30,6 @@ extern "C" {
 namespace fs = std::filesystem;
 
 using Bytes = std::vector<unsigned char>;
-
-inline std::string readFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
-inline void writeFile(const std::string& path, const std::string& content) {
-    std::ofstream(path, std::ios::binary) << content;
-}
 
 // A folder of its own for every test. In shell commands, which run there, $Z is the tool and $F is
 // FFmpeg's.

@@ -1,0 +1,224 @@
+// The built-in font, labels in it, and text laid out in rectangles.
+#include "support/recorder.h"
+#include "support/test_canvas.h"
+#include "zrdraw/font.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+namespace {
+
+const char* const letterA = "...#....\n"
+                            "..###...\n"
+                            ".##.##..\n"
+                            "##...##.\n"
+                            "##...##.\n"
+                            "#######.\n"
+                            "##...##.\n"
+                            "##...##.\n"
+                            "##...##.\n"
+                            "........\n";
+
+// A canvas whose pixels all have one byte throughout.
+struct FilledCanvas : TestCanvas {
+    FilledCanvas(int width, int height, int byte) : TestCanvas(1, width, height) {
+        for (int y = 0; y < height; ++y)
+            std::memset(draw().GetPixel(0, y), byte, static_cast<std::size_t>(4 * width));
+    }
+};
+
+TEST(Label, InverseSwapsTheSlotsAndOpaqueDrawsTheRest) {
+    // Every pixel starts as neither slot's colour.
+    struct Case {
+        bool inverse, opaque;
+        char ink, rest;
+    };
+    for (const Case& c : {Case{false, false, '#', '+'}, Case{false, true, '#', '.'},
+                          Case{true, false, '.', '+'}, Case{true, true, '.', '#'}}) {
+        FilledCanvas canvas(8, 10, 0x33);
+        canvas->Label(0, 0, "A", c.inverse, c.opaque);
+        std::string expected = letterA;
+        for (char& at : expected)
+            at = at == '#' ? c.ink : at == '.' ? c.rest : at;
+        EXPECT_EQ(canvas.art(), expected) << c.inverse << c.opaque;
+    }
+}
+
+TEST(Label, ForegroundDotsAreOneColumnWiderAboveScaleOne) {
+    // '.' of the font is two columns of two dots; at scale 2 its ink is wider than its cell units.
+    FilledCanvas wide(20, 20, 0), exact(20, 20, 0xFF);
+    wide->LabelFont(0U, 2);
+    exact->LabelFont(0U, 2);
+    wide->Label(0, 0, "A", false, false);
+    EXPECT_EQ(wide.art().substr(0, 20), "......###...........") << "one dot: three columns";
+    exact->Label(0, 0, "A", true, false);
+    EXPECT_EQ(exact.art().substr(0, 20), "######..############") << "in the background: two";
+}
+
+TEST(Label, DotsPartlyOffTheCanvasAreRefusedWholeInTheForeground) {
+    // The letter's right half lies off a canvas of 8 columns at scale 2.
+    FilledCanvas canvas(8, 20, 0), single(8, 20, 0xFF);
+    canvas->LabelFont(0U, 2);
+    single->LabelFont(0U, 2);
+    canvas->Label(1, 0, "A", false, false);
+    EXPECT_EQ(canvas.art().substr(0, 9), "........\n") << "columns 7 to 9 are refused";
+    single->Label(1, 0, "A", true, false);
+    EXPECT_EQ(single.art().substr(0, 9), "#######.\n") << "a column of the dot is left";
+}
+
+TEST(Label, WhatDrawsNothing) {
+    struct Case {
+        int y, scale;
+        const char* text;
+    };
+    TestCanvas canvas(1, 30, 12);
+    const std::string empty = canvas.art();
+    for (const Case& c : {Case{0, 1, ""}, Case{-5, 1, "AAA"}, Case{0, 0, "AAA"}}) {
+        canvas->LabelFont(0U, c.scale);
+        EXPECT_EQ(canvas->Label(0, c.y, c.text, false, true), 0);
+        EXPECT_EQ(canvas.art(), empty) << c.y << " " << c.scale << " " << c.text;
+    }
+}
+
+TEST(LabelFont, SetsTheScaleAndRestoresTheFont) {
+    TestCanvas canvas(1, 8, 10);
+    canvas->labelWidth = 5;
+    canvas->labelHeight = 3;
+    canvas->labelFont = nullptr;
+    EXPECT_EQ(canvas->LabelFont(99U, 3), 0);
+    EXPECT_EQ(canvas->LabelGetFontWidth(), 24);
+    EXPECT_EQ(canvas->LabelGetFontHeight(), 30);
+    EXPECT_EQ(canvas->LabelFont("any", 7), 0);
+    EXPECT_EQ(canvas->LabelGetFontWidth(), 24) << "the string form changes nothing";
+    canvas->LabelFont(0U, 0);
+    EXPECT_EQ(canvas->LabelGetFontWidth() + canvas->LabelGetFontHeight(), 0);
+    canvas->LabelFont(0U, 1);
+    canvas->Label(0, 0, "A", false, false);
+    EXPECT_EQ(canvas.art(), letterA);
+    EXPECT_EQ(std::pair(canvas->currentX, canvas->currentY), std::pair(6, 8)) << "the last point";
+}
+
+TEST(DrawText, PlacementAndReport) {
+    using Placed = std::array<int, 4>; // left, top, right, bottom
+    struct Case {
+        Placed before;
+        const char* text;
+        int count;
+        unsigned int format;
+        Placed after;
+        const char* why;
+    };
+    const Case cases[] = {
+        {{5, 0, 100, 0}, "ab", 2, 0, {5, 0, 100, 10}, "no height: scale 1"},
+        {{5, 10, 100, 29}, "ab", 2, 0, {5, 10, 100, 20}, "19 lines: scale 1"},
+        {{5, 10, 100, 30}, "ab", 2, 0, {5, 10, 100, 30}, "20 lines: scale 2"},
+        {{5, 30, 100, 10}, "ab", 2, 0, {5, 30, 100, 50}, "upside down: scale 2 as well"},
+        {{5, 0, 100, 1000}, "ab", 2, 0, {5, 0, 100, 200}, "scale 20 is the limit"},
+        {{5, -10, 100, 30}, "ab", 2, 0, {5, -10, 100, 0}, "a negative top: scale 1"},
+        {{5, 0, 100, 35}, "ab", 2, 0x008, {5, 0, 100, 35}, "the bottom is kept"},
+        {{5, 0, 100, 20}, "abc", 2, 0x002, {68, 0, 100, 20}, "to the right, by the count"},
+        {{5, 0, 100, 20}, "abc", 0, 0x00A, {100, 0, 100, 20}, "count 0 starts at the edge"},
+        {{0, 0, 101, 25}, "abc", 9, 0x00B, {20, 2, 101, 25}, "centred, ten units a character"},
+        {{0, 0, 40, 25}, "abc", 3, 0x001, {0, 2, 40, 25}, "too wide to move"},
+        {{0, 0, 40, 20}, "abc", 5, 0x401, {0, 0, 80, 20}, "reported by the count"},
+        {{5, 7, 100, 30}, "", 3, 0x400, {5, 7, 53, 27}, "an empty string is placed as well"},
+        {{5, 7, 100, 30}, "", 3, 0xFFFFFBF4U, {5, 7, 100, 27}, "other bits mean nothing"},
+    };
+    for (const Case& c : cases) {
+        Recorder draw;
+        for (const auto function : {&ZRDraw::DrawText, &ZRDraw::ZRDrawText}) {
+            RECT rect{c.before[0], c.before[1], c.before[2], c.before[3]};
+            EXPECT_EQ((draw.*function)(c.text, c.count, &rect, c.format), 0);
+            EXPECT_EQ((Placed{rect.left, rect.top, rect.right, rect.bottom}), c.after) << c.why;
+        }
+    }
+}
+
+TEST(DrawText, AnOpaqueCellIsOneLineHigherThanItsHeight) {
+    for (const int scale : {1, 2, 20}) {
+        Recorder draw;
+        draw.textTransparent = false;
+        RECT rect{0, 300 - 10 * scale, 100, 300};
+        draw.DrawText("A", 1, &rect, 0x008);
+        const auto line = static_cast<std::size_t>(8 * scale);
+        EXPECT_EQ(draw.pixels.size(), static_cast<std::size_t>(10 * scale + 1) * line);
+        EXPECT_EQ(draw.pixels.front(), (std::pair{0, 300})) << "from the bottom line up";
+        EXPECT_EQ(draw.pixels.back(), (std::pair{8 * scale - 1, 300 - 10 * scale}));
+        for (std::size_t i = draw.pixels.size() - line; i < draw.pixels.size(); ++i)
+            EXPECT_EQ(draw.colors[i], 0U) << "the topmost line is never inked";
+    }
+}
+
+TEST(DrawText, RowsOfALargeGlyph) {
+    // Rows of '!' from the bottom: empty, two of 18, empty, two of 18, three of 3C, one of 18. The
+    // bottom row has one line; each higher one has as many as the scale.
+    Recorder draw;
+    RECT rect{0, 100, 100, 130};
+    draw.DrawText("!", 1, &rect, 0);
+    std::vector<int> widths(31);
+    for (const auto& [x, y] : draw.pixels)
+        ++widths[static_cast<std::size_t>(130 - y)];
+    EXPECT_EQ(widths, (std::vector<int>{0,  6,  6,  6,  6,  6,  6,  0,  0,  0, 6, 6, 6, 6, 6, 6,
+                                        12, 12, 12, 12, 12, 12, 12, 12, 12, 6, 6, 6, 0, 0, 0}));
+}
+
+TEST(DrawText, NoLargeGlyphOfTextHasABarAboveIt) {
+    // The topmost lines are the bottom row of the next code's glyph.
+    for (const int scale : {2, 3, 20})
+        for (char code = ' '; code < 127; ++code) {
+            Recorder draw;
+            RECT rect{0, 0, 100, 10 * scale};
+            const char text[] = {code, '\0'};
+            draw.DrawText(text, 1, &rect, 0);
+            for (const auto& [x, y] : draw.pixels)
+                ASSERT_LE(rect.bottom - y, 9 * scale) << text << " at " << x << ", scale " << scale;
+        }
+}
+
+TEST(DrawText, TheWholeStringIsDrawnWhateverTheCount) {
+    TestCanvas canvas(1, 42, 13), label(1, 42, 13);
+    RECT rect{1, 1, 41, 11};
+    canvas->labelFont = nullptr; // always the built-in table
+    canvas->DrawText("Hiya!", 1, &rect, 0);
+    label->Label(1, 2, "Hiya!", false, false);
+    EXPECT_EQ(canvas.art(), label.art());
+}
+
+std::vector<int> glyph(int code) {
+    return {gFont8x10 + code * zrFontHeight, gFont8x10 + (code + 1) * zrFontHeight};
+}
+
+TEST(Font, TheBottomRowOfTextIsBlankAndTailsStandOnTheNextTwo) {
+    for (int code = 0; code < 128; ++code)
+        EXPECT_EQ(glyph(code)[0], 0) << code;
+    for (const int code : {'g', 'j', 'p', 'q', 'y', ',', ';'})
+        EXPECT_TRUE(glyph(code)[1] != 0 && glyph(code)[2] != 0) << static_cast<char>(code);
+    for (const int code : {'g', 'p', 'q', 'y'}) {
+        EXPECT_NE(glyph(code)[6], 0) << "as high as other small letters";
+        EXPECT_EQ(glyph(code)[7], 0) << static_cast<char>(code);
+    }
+}
+
+// Names as short as those of the standard library stay out of the header.
+TEST(Font, TheHeaderLeavesTheNameOfStdDataAlone) {
+    using namespace std;
+    const vector<int> rows = glyph('A');
+    EXPECT_EQ(data(rows), &rows.front());
+}
+
+// FNV-1a over each table; the glyphs and digits were looked at once.
+TEST(Font, IsTheOneThatWasLookedAt) {
+    const auto checksum = [](const auto& table) {
+        std::uint32_t sum = 0x811C9DC5;
+        for (const int row : table)
+            sum = (sum ^ static_cast<std::uint32_t>(row)) * 0x01000193;
+        return sum;
+    };
+    EXPECT_EQ(checksum(gFont8x10), 3499506976U);
+    EXPECT_EQ(checksum(fontmap), 1880181669U);
+}
+
+} // namespace
