@@ -217,7 +217,7 @@ TEST(Font, IsTheOneThatWasLookedAt) {
             sum = (sum ^ static_cast<std::uint32_t>(row)) * 0x01000193;
         return sum;
     };
-    EXPECT_EQ(checksum(gFont8x10), 3499506976U);
+    EXPECT_EQ(checksum(gFont8x10), 0x113D3A20U);
     EXPECT_EQ(checksum(fontmap), 1880181669U);
 }
 
