@@ -97,6 +97,9 @@ TEST(RoundRect, CornersWithoutAWidthOrAHeight) {
     EXPECT_EQ(square->RoundRect(1, 1, 4, 3, 4, 0), -1);
     EXPECT_EQ(square->RoundRect(1, 1, 4, 3, 0, 3), -1);
     EXPECT_EQ(square.art(), plain.art()) << "refused, nothing drawn";
+    Recorder draw;
+    draw.Rectangle(0, 0, 2, 2);
+    EXPECT_EQ(draw.pixels.size(), 12U) << "four corners twice";
 }
 
 // The red byte of each pixel as a digit, a quarter of the range each, a row a line.
@@ -182,13 +185,10 @@ TEST(Fill, ReachesNeighboursWithinTheTolerance) {
         EXPECT_EQ(canvas.art(), c.art) << c.why;
         EXPECT_TRUE(canvas.guardsIntact());
     }
-}
-
-TEST(Fill, AlphaIsNotCompared) {
     TestCanvas canvas(1, 3, 1);
     canvas.frame()[7] = 50;
     canvas->Fill(0, 0, 0.0);
-    EXPECT_EQ(canvas.art(), "###\n");
+    EXPECT_EQ(canvas.art(), "###\n") << "alpha is not compared";
 }
 
 TEST(Fill, VisitsInTheOrderOfAQueueAndReadsEachPixelOnce) {

@@ -264,9 +264,6 @@ TEST(Dash, SlopesFollowTheLine) {
         line->Line(x0, y0, x1, y1);
         EXPECT_EQ(dashed.art(), line.art()) << x1 << "," << y1;
     }
-    TestCanvas canvas(1, 5, 5);
-    canvas->Dash(2, 4, 2, 0, 1, 1);
-    EXPECT_EQ(canvas.art(), "..#..\n.....\n..#..\n.....\n..#..\n");
 }
 
 // The alpha of every pixel that is not empty.

@@ -143,7 +143,7 @@ TEST(Scene, OnADerivedClassToo) {
                 Derived theirs(code);
                 const auto drawOn = [&](ZRDraw& draw, GuardedMemory& frame) {
                     draw.SetCanvas(frame.chars(), height, width, pitch);
-                    draw.SetTransparency(true);
+                    draw.SetTransparency(transparency > 0);
                     draw.SetTransparency(transparency, true);
                     draw.SetAlphaAdditive(additive);
                     draw.textTransparent = !additive;

@@ -64,9 +64,6 @@ TEST(FormatWrite, WholePixels) {
         const char *foreground, *background;
     };
     const Case cases[] = {
-        {make<CDrawRGB48>, 31, leave, 6, "FF 00 FF 00 FF 00", "00 00 00 00 00 00"},
-        {make<CDrawARGB64>, 32, leave, 8, "FF 00 FF 00 FF 00 FF 00", "00 00 00 00 00 00 00 00"},
-        {make<CDrawRGBHalf48>, 37, leave, 6, "FF 00 FF 00 FF 00", "00 00 00 00 00 00"},
         {make<CDrawRGB48>, 31, setMembers<CDrawRGB48>, 6, "21 12 33 22 44 33", "66 55 77 66 88 77"},
         {make<CDrawARGB64>, 32, setMembers<CDrawARGB64>, 8, "AA 99 21 12 33 22 44 33",
          "CC BB 66 55 77 66 88 77"},

@@ -121,6 +121,21 @@ TEST(Threads, NullHandlesAreRefused) {
     EXPECT_EQ(nullptr, start(nullptr, nullptr));
 }
 
+TEST(InterlockedCounts, LoseNothingBetweenThreads) {
+    int count = 0;
+    const auto work = [&count] {
+        for (int i = 0; i < 50000; ++i) {
+            zrOSInterlockedIncrement(&count);
+            zrOSInterlockedIncrement(&count);
+            zrOSInterlockedDecrement(&count);
+        }
+    };
+    std::thread first(work), second(work);
+    first.join();
+    second.join();
+    EXPECT_EQ(100000, count);
+}
+
 constexpr unsigned int withoutBound = 0xFFFFFFFFU;
 constexpr int timedOut = 258;
 

@@ -93,16 +93,15 @@ TEST(References, LastOneDestroys) {
 TEST(References, ThreadsMayShareAnObject) {
     char frame[4];
     ZRDraw* draw = qtGetDraw(1, 1, 1, 0, frame);
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (int i = 0; i < 4; ++i)
         threads.emplace_back([draw] {
-            for (int turn = 0; turn < 20000; ++turn) {
+            for (int turn = 0; turn < 5000; ++turn) {
                 qtAddRefDraw(draw);
                 qtReleaseDraw(draw);
             }
         });
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.clear(); // waits for all
     EXPECT_EQ(draw->refCount, 1);
     ReleaseDraw(draw);
 }

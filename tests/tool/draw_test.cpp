@@ -254,9 +254,6 @@ TEST_F(TypesTest, TellsWhatHeadersBecome) {
         {"3 --size 64x48 --depth 32 --mask ff,0,0,0",
          "code         1 ptRGBA32\nbiBitCount   32 -> 32\n"
          "biSizeImage  0 -> 12288\nframe bytes  12288\n"},
-        {"I420 --size 64x48 --image-size 77",
-         "code         none: no drawing class\nbiBitCount   0 -> 0\n"
-         "biSizeImage  77 -> 77\nframe bytes  77\n"},
         {"zzzz --image-size 5",
          "code         unknown: the code was left alone\nbiBitCount   0 -> 0\n"
          "biSizeImage  5 -> 5\nframe bytes  5\n"},
