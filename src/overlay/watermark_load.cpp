@@ -5,7 +5,7 @@
 #include "zrdraw/platform/memory.h"
 #include "zrdraw/zroverlay.h"
 
-#include <cstring>
+#include <algorithm>
 #include <limits>
 #include <memory>
 #include <new>
@@ -133,7 +133,7 @@ void cacheDeepPairs(CZrOverlay& overlay, ZRDraw& image) {
 
 void cachePixels(CZrOverlay& overlay, const char* pixels) {
     overlay.wmBgra = static_cast<unsigned char*>(allocateCache(overlay, watermarkBgraBytes));
-    std::memcpy(overlay.wmBgra, pixels, overlay.wmWidth * overlay.wmHeight * watermarkBgraBytes);
+    std::copy_n(pixels, overlay.wmWidth * overlay.wmHeight * watermarkBgraBytes, overlay.wmBgra);
 }
 
 // In any other layout there is no cache.

@@ -46,7 +46,7 @@ inline unsigned int readFrame(void** handle, unsigned int number, int count, int
     note(frame == nullptr ? "size" : "read", *handle == &clip, number, count, isVideo, whole,
          a == b);
     if (frame != nullptr)
-        std::memcpy(frame->videoData, clip.pixels.data(), clip.pixels.size());
+        std::copy(clip.pixels.begin(), clip.pixels.end(), frame->videoData);
     return static_cast<unsigned int>(clip.pixels.size());
 }
 
