@@ -67,9 +67,8 @@ enum zrMuxSwitch {
  * @param size1    bytes that the mode A copies, of whichever source is A
  * @param size2    bytes that the mode B copies
  * @param reserved ignored
- * @param gridMode 0: no grid unless the switch is on; 1: steps of a whole part, 1 of
- *                 100 / `gridX`; from 2 on: of
- *                 `gridX` columns and `gridY` lines
+ * @param gridMode 0: no grid unless the switch is on; 1: steps of one part in 100 / `gridX`,
+ *                 which is a whole number; from 2 on: of `gridX` columns and `gridY` lines
  * @param pitch    bytes of a line of all three pictures; squeeze, two-up and windows take 4 * width
  * @return 0, or what ZRDraw_DisplayWipe answers
  */
