@@ -22,6 +22,14 @@ struct AvFree {
     }
 };
 
+struct BufferUnref {
+    void operator()(AVBufferRef* buffer) const { av_buffer_unref(&buffer); }
+};
+
+struct BufferPoolFree {
+    void operator()(AVBufferPool* pool) const { av_buffer_pool_uninit(&pool); }
+};
+
 struct SwsFree {
     void operator()(SwsContext* context) const { sws_freeContext(context); }
 };
@@ -30,6 +38,8 @@ using InputPtr = std::unique_ptr<AVFormatContext, AvFree<avformat_close_input>>;
 using CodecPtr = std::unique_ptr<AVCodecContext, AvFree<avcodec_free_context>>;
 using FramePtr = std::unique_ptr<AVFrame, AvFree<av_frame_free>>;
 using PacketPtr = std::unique_ptr<AVPacket, AvFree<av_packet_free>>;
+using BufferPtr = std::unique_ptr<AVBufferRef, BufferUnref>;
+using BufferPoolPtr = std::unique_ptr<AVBufferPool, BufferPoolFree>;
 using SwsPtr = std::unique_ptr<SwsContext, SwsFree>;
 
 inline FramePtr newFrame() {

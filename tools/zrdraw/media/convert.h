@@ -1,0 +1,45 @@
+// Pictures into canvases and back.
+#pragma once
+
+#include "media/canvas.h"
+
+#include <memory>
+
+class PictureConverter;
+
+// Pictures of any pixel format into canvases of one shape. A picture without alpha becomes opaque.
+class Loader {
+public:
+    explicit Loader(const CanvasShape& shape);
+    ~Loader();
+
+    // A picture of the canvas' size, or a bare one. Sets the colours of the canvas too.
+    void load(const AVFrame& picture, Canvas& canvas);
+
+private:
+    CanvasShape m_shape;
+    std::unique_ptr<PictureConverter> m_converter;
+};
+
+// Canvases of one shape into pictures.
+class Storer {
+public:
+    // What is drawn on a picture with alpha keeps the alpha that the canvas has, or is opaque.
+    enum class Alpha { Canvas, Opaque };
+
+    explicit Storer(const CanvasShape& shape, Alpha alpha = Alpha::Canvas);
+    ~Storer();
+
+    // Into a target that has format, size and buffers, or bare into one. `source` is the picture
+    // that was loaded: what was not drawn on comes back from it bit for bit where the target has
+    // its pixel format and colours. It may be without pixels, and then only says how they stood for
+    // colours and whether there was alpha. A target that leaves its colour space or range
+    // unspecified gets those of the source; the interlace flags and the sample aspect always come
+    // from there. What was drawn on a picture without alpha is stored opaque, but in a bare target.
+    void store(const Canvas& canvas, const AVFrame& source, AVFrame& target);
+
+private:
+    CanvasShape m_shape;
+    Alpha m_alpha;
+    std::unique_ptr<PictureConverter> m_converter;
+};
