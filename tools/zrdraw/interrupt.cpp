@@ -2,19 +2,20 @@
 
 #include "tool_error.h"
 
+#include <atomic>
 #include <csignal>
 
 namespace {
 
 constexpr int signals[] = {SIGINT, SIGTERM, SIGHUP};
 
-volatile std::sig_atomic_t interrupted = 0;
+std::atomic<bool> interrupted{false}; // lock-free, and so safe in a handler
 
 // Without SA_RESTART, so that a blocked read ends. A second signal finds the default again, for
 // work that hangs where nobody looks at the flag. What is ignored, as by nohup, stays so.
 void catchInterrupts() {
     struct sigaction action {};
-    action.sa_handler = [](int) { interrupted = 1; };
+    action.sa_handler = [](int) { interrupted = true; };
     action.sa_flags = static_cast<int>(SA_RESETHAND);
     for (const int signal : signals) {
         struct sigaction present {};
@@ -26,10 +27,12 @@ void catchInterrupts() {
 
 } // namespace
 
-const AVIOInterruptCB interruptReads{[](void*) -> int { return interrupted; }, nullptr};
+bool isInterrupted() {
+    return interrupted;
+}
 
 void stopIfInterrupted() {
-    if (interrupted != 0)
+    if (isInterrupted())
         throw Failure("interrupted");
 }
 

@@ -3,13 +3,7 @@
 
 #include <functional>
 
-extern "C" {
-#include <libavformat/avio.h>
-}
-
-// Ends a read that waits for more of a pipe.
-extern const AVIOInterruptCB interruptReads;
-
+bool isInterrupted();
 void stopIfInterrupted();
 
 // Runs the work; SIGINT, SIGTERM and SIGHUP end it with a Failure, unless they are ignored.

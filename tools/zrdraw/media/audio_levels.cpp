@@ -64,6 +64,13 @@ AudioLevels::AudioLevels(const std::vector<AVStream*>& streams) : m_frame(newFra
     }
 }
 
+std::vector<int> AudioLevels::streams() const {
+    std::vector<int> indexes;
+    for (const auto& [index, stream] : m_streams)
+        indexes.push_back(index);
+    return indexes;
+}
+
 void AudioLevels::feed(const AVPacket& packet) {
     const auto found = m_streams.find(packet.stream_index);
     if (found == m_streams.end())

@@ -18,7 +18,9 @@ public:
     // How many channels there are, the most at most.
     unsigned channels() const { return m_channels; }
 
-    // Takes a packet whose times are counted from the first picture.
+    // The streams by their indexes in the file.
+    std::vector<int> streams() const;
+
     void feed(const AVPacket& packet);
 
     // Of the time up to but excluding `seconds`, since the last call.

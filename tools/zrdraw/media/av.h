@@ -4,12 +4,13 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <utility>
 
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
+#include <libavutil/dict.h>
 #include <libavutil/error.h>
-#include <libavutil/log.h>
 #include <libswscale/swscale.h>
 }
 
@@ -42,6 +43,24 @@ using BufferPtr = std::unique_ptr<AVBufferRef, BufferUnref>;
 using BufferPoolPtr = std::unique_ptr<AVBufferPool, BufferPoolFree>;
 using SwsPtr = std::unique_ptr<SwsContext, SwsFree>;
 
+// A dictionary of options, in the one shape that the libraries take.
+class AvOptions {
+public:
+    AvOptions() = default;
+    AvOptions(const AvOptions&) = delete;
+    AvOptions& operator=(const AvOptions&) = delete;
+    ~AvOptions() { av_dict_free(&m_dictionary); }
+
+    void set(const char* key, const std::string& value) {
+        av_dict_set(&m_dictionary, key, value.c_str(), 0);
+    }
+    void remove(const char* key) { av_dict_set(&m_dictionary, key, nullptr, 0); }
+    AVDictionary** get() { return &m_dictionary; }
+
+private:
+    AVDictionary* m_dictionary = nullptr;
+};
+
 inline FramePtr newFrame() {
     FramePtr frame(av_frame_alloc());
     if (!frame)
@@ -70,9 +89,9 @@ inline PacketPtr newPacket() {
 // The libraries' own name for it is no expression of C++.
 inline constexpr AVRational timeBaseUnit{1, AV_TIME_BASE};
 
-// Every message of the tool is one line of its own; the libraries must not add theirs.
-inline void quietAv() {
-    av_log_set_level(AV_LOG_QUIET);
+// As options of the libraries have it.
+inline std::string rateText(AVRational rate) {
+    return std::to_string(rate.num) + '/' + std::to_string(rate.den);
 }
 
 inline std::string avErrorText(int error) {

@@ -1,5 +1,6 @@
 #include "media/output_file.h"
 
+#include "interrupt.h"
 #include "tool_error.h"
 
 #include <fmt/format.h>
@@ -70,6 +71,14 @@ mode_t permissionsFor(const fs::path& path) {
 
 } // namespace
 
+int renameInto(const fs::path& part, const fs::path& path, bool replace) {
+    const unsigned flags = replace ? 0 : RENAME_NOREPLACE;
+    int renamed = ::renameat2(AT_FDCWD, part.c_str(), AT_FDCWD, path.c_str(), flags);
+    if (renamed != 0 && errno == EINVAL) // the file system cannot promise that
+        renamed = ::rename(part.c_str(), path.c_str());
+    return renamed == 0 ? 0 : errno;
+}
+
 void OutputFile::checkPath(const std::string& path, bool force) {
     if (path == "-") {
         if (::isatty(STDOUT_FILENO))
@@ -89,8 +98,8 @@ void OutputFile::checkPath(const std::string& path, bool force) {
     checkFolder(path, folderOf(target));
 }
 
-OutputFile::OutputFile(const std::string& path, bool force)
-    : m_name(path == "-" ? "standard output" : fmt::format("'{}'", path)), m_replace(force) {
+OutputFile::OutputFile(const std::string& path, bool force, std::string name)
+    : m_name(std::move(name)), m_replace(force) {
     checkPath(path, force);
     if (path == "-") {
         m_descriptor = STDOUT_FILENO;
@@ -166,13 +175,8 @@ void OutputFile::commit() {
 }
 
 void OutputFile::publish() {
-    // A file that came into being under the name meanwhile is not ours to replace either.
-    const unsigned flags = m_replace ? 0 : RENAME_NOREPLACE;
-    int renamed = ::renameat2(AT_FDCWD, m_temporary.c_str(), AT_FDCWD, m_path.c_str(), flags);
-    if (renamed != 0 && errno == EINVAL) // the file system cannot promise that
-        renamed = ::rename(m_temporary.c_str(), m_path.c_str());
-    if (renamed != 0)
-        failWith(errno);
+    if (const int error = renameInto(m_temporary, m_path, m_replace))
+        failWith(error);
     m_temporary.clear();
 }
 
@@ -185,7 +189,7 @@ int OutputFile::writePacket(void* self, std::uint8_t* bytes, int count) {
     for (int done = 0; done < count;) {
         const ssize_t written =
             ::write(file.m_descriptor, bytes + done, static_cast<std::size_t>(count - done));
-        if (written < 0 && errno == EINTR)
+        if (written < 0 && errno == EINTR && !file.m_stopped && !isInterrupted())
             continue;
         if (written < 0) {
             file.m_error = file.m_error ? file.m_error : errno;

@@ -1,6 +1,7 @@
 // The file, or standard output, that a result goes to.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -10,12 +11,19 @@ extern "C" {
 #include <libavformat/avio.h>
 }
 
+// Renames a finished part. Without `replace` a file that came into being under the name meanwhile
+// is not replaced. Returns 0 or an errno.
+int renameInto(const std::filesystem::path& part, const std::filesystem::path& path, bool replace);
+
 // A result appears under its name only when it is complete: it is written beside that name and
 // renamed by commit(). Without commit() nothing is left behind and an older file stays untouched.
 class OutputFile {
 public:
     // The path "-" is standard output.
-    OutputFile(const std::string& path, bool force);
+    OutputFile(const std::string& path, bool force)
+        : OutputFile(path, force, path == "-" ? "standard output" : "'" + path + "'") {}
+    // With another name for messages.
+    OutputFile(const std::string& path, bool force, std::string name);
     ~OutputFile();
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
@@ -24,6 +32,9 @@ public:
     static void checkPath(const std::string& path, bool force);
 
     AVIOContext* io() const { return m_io.get(); }
+
+    // Ends a write that waits, from another thread: it fails. An interrupt does so too.
+    void stop() { m_stopped = true; }
 
     // Throws the first write error that was met so far, if any.
     void check();
@@ -46,6 +57,7 @@ private:
     std::filesystem::path m_temporary; // empty: written in place, or renamed already
     bool m_replace;
     int m_descriptor = -1;
+    std::atomic<bool> m_stopped{false};
     int m_error = 0; // errno of the first write that failed
     std::unique_ptr<AVIOContext, IoFree> m_io;
 };

@@ -1,11 +1,14 @@
 #include "media/output_format.h"
 
 #include "media/pixel_formats.h"
+#include "media/sequence.h"
 #include "tool_error.h"
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <string_view>
 #include <vector>
 
@@ -109,30 +112,105 @@ const AVCodec* codecNamed(const std::string& name) {
     return codec;
 }
 
+// Where there are several for a codec, the one that keeps its profiles.
+const AVCodec* encoderOf(AVCodecID codec) {
+    constexpr struct {
+        AVCodecID codec;
+        const char* encoder;
+    } preferred[] = {{AV_CODEC_ID_H264, "libx264"}, {AV_CODEC_ID_PRORES, "prores_ks"}};
+    for (const auto& row : preferred)
+        if (row.codec == codec)
+            if (const AVCodec* encoder = avcodec_find_encoder_by_name(row.encoder))
+                return encoder;
+    return avcodec_find_encoder(codec);
+}
+
+// Frames that are not compressed go into containers that have a code for how they lie in memory.
+bool holdsUncompressed(const AVOutputFormat& muxer, AVPixelFormat pixels) {
+    constexpr AVPixelFormat inMov[] = {AV_PIX_FMT_UYVY422, AV_PIX_FMT_YUYV422, AV_PIX_FMT_RGB24,
+                                       AV_PIX_FMT_ARGB};
+    const std::string_view name = muxer.name;
+    if (name == "mov")
+        return std::find(std::begin(inMov), std::end(inMov), pixels) != std::end(inMov);
+    return (name == "matroska" || name == "avi" || name == "nut") &&
+           avcodec_pix_fmt_to_codec_tag(pixels) != 0;
+}
+
+// The source's own, or null with a reason in the note where there is one to tell.
+const AVCodec* codecOfSource(const OutputFormat& format, const StreamInfo& source,
+                             std::string& note) {
+    const std::string_view name = format.muxer->name;
+    const bool choosesByName = format.picture || name == "rawvideo" || name == "yuv4mpegpipe" ||
+                               source.codec == AV_CODEC_ID_NONE;
+    if (choosesByName)
+        return nullptr;
+    const char* codec = avcodec_get_name(source.codec);
+    const AVCodec* encoder = encoderOf(source.codec);
+    const bool held =
+        avformat_query_codec(format.muxer, source.codec, FF_COMPLIANCE_NORMAL) == 1 &&
+        (source.codec != AV_CODEC_ID_RAWVIDEO ||
+         holdsUncompressed(*format.muxer, source.pixelFormat));
+    if (encoder && held)
+        return encoder;
+    note = encoder ? fmt::format("the format '{}' cannot hold {} as it is in the source", name,
+                                 source.codec == AV_CODEC_ID_RAWVIDEO ? "the frames" : codec)
+                   : fmt::format("there is no encoder for {}, which the source is in", codec);
+    return nullptr;
+}
+
+// This format writes what it has no code for as private data, which nobody finds again.
+bool holdsInTransportStream(AVCodecID codec) {
+    constexpr AVCodecID known[] = {
+        AV_CODEC_ID_MP2,  AV_CODEC_ID_MP3,          AV_CODEC_ID_AAC,      AV_CODEC_ID_AC3,
+        AV_CODEC_ID_EAC3, AV_CODEC_ID_DTS,          AV_CODEC_ID_OPUS,     AV_CODEC_ID_S302M,
+        AV_CODEC_ID_H264, AV_CODEC_ID_HEVC,         AV_CODEC_ID_MPEG2VIDEO,
+        AV_CODEC_ID_DVB_SUBTITLE, AV_CODEC_ID_DVB_TELETEXT, AV_CODEC_ID_SMPTE_KLV};
+    return std::find(std::begin(known), std::end(known), codec) != std::end(known);
+}
+
 } // namespace
 
 OutputFormat chooseOutputFormat(const std::string& path, const std::string& format,
-                                const std::string& codec) {
+                                const std::string& codec, const StreamInfo& source) {
     OutputFormat result;
     result.muxer = findMuxer(path, format);
     const std::string_view name = result.muxer->name;
     result.picture = name == "image2" || name == "image2pipe";
-    result.codec = codec.empty() ? defaultCodec(*result.muxer, path) : codecNamed(codec);
+    if (!codec.empty()) {
+        result.codec = codecNamed(codec);
+    } else if (const AVCodec* own = codecOfSource(result, source, result.note)) {
+        result.codec = own;
+        result.sourcesCodec = true;
+    } else {
+        result.codec = defaultCodec(*result.muxer, path);
+        if (!result.note.empty())
+            result.note += fmt::format("; {} is written", result.codec->name);
+    }
     if (avformat_query_codec(result.muxer, result.codec->id, FF_COMPLIANCE_UNOFFICIAL) == 0)
         throw UsageError(fmt::format("the format '{}' cannot hold '{}': use another --codec, or "
                                      "another name such as out.mkv",
                                      name, result.codec->name));
+    result.sequence = result.picture && isSequenceName(path);
     if (result.picture) // the sibling that leaves opening the file to us
         result.muxer = muxerNamed("image2pipe");
     if (result.muxer->flags & AVFMT_NOFILE)
         throw UsageError(fmt::format("the format '{}' does not make one file: use a name such as "
                                      "out.png, out.mov or out.mkv",
                                      name));
+    if (result.sequence)
+        result.picture = false;
     return result;
 }
 
-AVPixelFormat chooseFramePixels(const AVCodec& codec, AVPixelFormat source, AVPixelFormat working) {
-    if (codec.id == AV_CODEC_ID_WRAPPED_AVFRAME)
-        return bestFormat(y4mFormats, source);
-    return codec.pix_fmts ? bestFormat(codec.pix_fmts, source) : working;
+bool canHold(const OutputFormat& format, const AVCodecParameters& stream) {
+    if (format.picture || format.sequence || stream.codec_id == AV_CODEC_ID_NONE)
+        return false;
+    if (format.isNamed("mpegts"))
+        return holdsInTransportStream(stream.codec_id);
+    if (stream.codec_type == AVMEDIA_TYPE_AUDIO && format.muxer->audio_codec == AV_CODEC_ID_NONE)
+        return false;
+    if (stream.codec_type == AVMEDIA_TYPE_ATTACHMENT)
+        return format.isNamed("matroska");
+    return avformat_query_codec(format.muxer, stream.codec_id, FF_COMPLIANCE_UNOFFICIAL) == 1;
 }
+

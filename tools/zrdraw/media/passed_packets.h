@@ -1,0 +1,49 @@
+// The packets of streams that pass through as they are, cut to the time of the frames that are
+// taken.
+#pragma once
+
+#include "media/frame.h"
+#include "media/input.h"
+
+#include <deque>
+#include <map>
+#include <optional>
+#include <vector>
+
+class PassedPackets {
+public:
+    // With `whole` all of them pass, at once.
+    PassedPackets(const Input& input, bool whole) : m_input(input), m_whole(whole) {}
+
+    void choose(const std::vector<int>& streams);
+    bool passes(int stream) const { return m_ends.contains(stream); }
+
+    void add(PacketPtr packet);
+
+    // What is known of the range, as frames are read: the time of a frame before it, of its first,
+    // of one in it, of the first behind it. In the time base of the pictures.
+    void frameBefore(std::int64_t time);
+    void begin(std::int64_t time);
+    void frameWithin(std::int64_t time);
+    void end(std::int64_t time);
+
+    // Whether sound of the range may still come, behind its last picture in the file.
+    bool awaitsMore() const;
+
+    // Moves what is known to lie in the range to the end of `ready`; at the end of the file all.
+    void release(std::deque<Item>& ready, bool fileEnded);
+
+private:
+    int compare(const AVPacket& packet, std::int64_t time) const;
+    bool cut(AVPacket& packet) const;
+    bool cutSamples(AVPacket& packet, std::int64_t bytesPerSample) const;
+    std::int64_t firstSampleFrom(const AVPacket& packet, std::int64_t time) const;
+
+    const Input& m_input;
+    bool m_whole;
+    std::map<int, std::int64_t> m_ends; // where each stream's last packet ended, in its time base
+    std::deque<PacketPtr> m_waiting;
+    std::int64_t m_seen = INT64_MIN; // the latest frame's time
+    std::optional<std::int64_t> m_from;
+    std::optional<std::int64_t> m_to;
+};

@@ -1,0 +1,164 @@
+#include "media/writer.h"
+
+#include "media/dpx_time_code.h"
+#include "tool_error.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace {
+
+const AVFrame& noPicture() {
+    static const FramePtr none = newFrame();
+    return *none;
+}
+
+// These have a place for the time code of the first frame.
+bool holdsTimeCode(const OutputFormat& format) {
+    constexpr std::string_view names[] = {"mov", "mp4", "mxf", "mxf_opatom", "gxf", "matroska"};
+    return std::find(std::begin(names), std::end(names), format.muxer->name) != std::end(names);
+}
+
+// Encoders that know how put them into the stream.
+void copyCaptions(const AVFrame& from, AVFrame& to) {
+    const AVFrameSideData* captions = av_frame_get_side_data(&from, AV_FRAME_DATA_A53_CC);
+    if (!captions)
+        return;
+    BufferPtr shared(av_buffer_ref(captions->buf));
+    if (!shared || !av_frame_new_side_data_from_buf(&to, AV_FRAME_DATA_A53_CC, shared.get()))
+        throw std::bad_alloc();
+    static_cast<void>(shared.release()); // the frame's now
+}
+
+bool hasCaptions(const AVFrame& picture) {
+    return av_frame_get_side_data(&picture, AV_FRAME_DATA_A53_CC) != nullptr;
+}
+
+} // namespace
+
+Writer::Writer(const WriteOptions& options, Reader& source, const StreamInfo& info)
+    : m_info(info),
+      m_format(chooseOutputFormat(options.path, options.format, options.encoder.codec, info)),
+      m_name(options.path == "-" ? "standard output" : fmt::format("'{}'", options.path)),
+      m_timeline(info, m_format),
+      m_encoder(m_format, options.encoder, info, source.firstPicture(), source.shape(),
+                m_timeline.base()),
+      m_storer(source.shape(), options.alpha), m_output(options.path, m_format),
+      m_pictures(&m_output.addFrames(m_encoder)), m_source(&source),
+      m_timesFromZero(options.timesFromZero) {
+    passOn(options, source);
+    m_output.begin(options.force, options.firstNumber, m_encoder.context().delay == 0);
+}
+
+Writer::Writer(const WriteOptions& options, const CanvasShape& shape, const StreamInfo& info)
+    : m_info(info),
+      m_format(chooseOutputFormat(options.path, options.format, options.encoder.codec, info)),
+      m_name(options.path == "-" ? "standard output" : fmt::format("'{}'", options.path)),
+      m_timeline(info, m_format),
+      m_encoder(m_format, options.encoder, info, noPicture(), shape, m_timeline.base()),
+      m_storer(shape, options.alpha), m_output(options.path, m_format),
+      m_pictures(&m_output.addFrames(m_encoder)), m_timesFromZero(true) {
+    m_output.begin(options.force, options.firstNumber, m_encoder.context().delay == 0);
+}
+
+void Writer::passOn(const WriteOptions& options, Reader& source) {
+    m_passed = passStreams(source.input(), m_output, options.streams);
+    std::vector<int> chosen;
+    for (const PassedStreams::Stream& stream : m_passed.streams)
+        chosen.push_back(stream.from);
+    source.pass(chosen);
+    std::vector<std::string> lost = m_passed.lost;
+    const std::vector<std::string> more =
+        copyDescription(source.input(), source.firstPicture(), source.expectedOrigin(), m_output,
+                        *m_pictures);
+    lost.insert(lost.end(), more.begin(), more.end());
+    if (hasCaptions(source.firstPicture()) && !m_encoder.keepsCaptions())
+        lost.emplace_back("closed captions");
+    if (av_frame_get_side_data(&source.firstPicture(), AV_FRAME_DATA_AFD))
+        lost.emplace_back("the active format description");
+    setTimeCode(options, lost);
+    noteLost(lost);
+}
+
+void Writer::setTimeCode(const WriteOptions& options, std::vector<std::string>& lost) {
+    const std::string text = options.timeCode.value_or(m_source->timeCode());
+    if (m_format.codec->id == AV_CODEC_ID_DPX)
+        m_timeCode = timeCodeIn(text, m_info.frameRate);
+    else if (!text.empty() && holdsTimeCode(m_format))
+        av_dict_set(&m_pictures->metadata, "timecode", text.c_str(), 0);
+    else if (!m_info.timeCode.empty())
+        lost.emplace_back("the time code");
+}
+
+// A still picture is not expected to hold more than it shows.
+void Writer::noteLost(const std::vector<std::string>& lost) {
+    if (!m_format.note.empty())
+        m_notes.push_back(m_format.note);
+    if (!lost.empty() && !m_format.picture)
+        m_notes.push_back(fmt::format(
+            "the format '{}' cannot hold what the source has besides: {}",
+            m_format.sequence ? m_format.codec->name : m_format.muxer->name, listLost(lost)));
+}
+
+void Writer::write(Item& item) {
+    if (auto* frame = std::get_if<Frame>(&item))
+        writeFrame(*frame);
+    else
+        writePacket(*std::get<PacketPtr>(item));
+}
+
+// What the result's times are counted from, in the base of the source's pictures.
+std::int64_t Writer::fileOrigin() const {
+    const AVRational base = m_source->input().pictures().time_base;
+    const StreamInfo& info = m_source->info();
+    return m_timeline.countsFromFirst() && m_source->range().first == 0
+               ? av_rescale_q(info.start, info.timeBase, base)
+               : m_source->origin();
+}
+
+void Writer::writeFrame(Frame& frame) {
+    if (m_format.picture && m_frames > 0)
+        throw Failure(fmt::format("{} takes one picture only", m_name));
+    const std::int64_t origin =
+        m_timesFromZero ? 0
+                        : av_rescale_q(fileOrigin(), m_source->input().pictures().time_base,
+                                       m_info.timeBase);
+    const FramePtr target = m_encoder.makeFrame(frame.canvas);
+    m_storer.store(frame.canvas, *frame.picture, *target);
+    copyCaptions(*frame.picture, *target);
+    target->pts = m_timeline.place(frame, origin);
+    target->pkt_duration = m_timeline.lengthOf(frame);
+    encode(target.get());
+    ++m_frames;
+}
+
+void Writer::encode(const AVFrame* frame) {
+    m_encoder.encode(frame, [&](AVPacket& packet) {
+        if (m_timeCode)
+            putDpxTimeCode(packet, m_timeCode->at(packet.pts));
+        m_output.write(packet, m_timeline.base(), *m_pictures);
+    });
+}
+
+void Writer::writePacket(AVPacket& packet) {
+    for (const PassedStreams::Stream& stream : m_passed.streams) {
+        if (stream.from != packet.stream_index)
+            continue;
+        const std::int64_t origin =
+            av_rescale_q(fileOrigin(), m_source->input().pictures().time_base, stream.base);
+        if (packet.pts != AV_NOPTS_VALUE)
+            packet.pts -= origin;
+        if (packet.dts != AV_NOPTS_VALUE)
+            packet.dts -= origin;
+        m_output.write(packet, stream.base, *stream.to);
+        return;
+    }
+}
+
+void Writer::finish() {
+    if (m_frames == 0)
+        throw Failure(fmt::format("no frame was given to write to {}", m_name));
+    encode(nullptr);
+    m_output.finish();
+}

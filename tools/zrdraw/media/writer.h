@@ -1,0 +1,73 @@
+// The writing end of the road: frames and passed packets into a picture, a clip or a pipe.
+#pragma once
+
+#include "media/convert.h"
+#include "media/description.h"
+#include "media/encoder.h"
+#include "media/output.h"
+#include "media/reader.h"
+#include "media/time_code.h"
+#include "media/timeline.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+struct WriteOptions {
+    std::string path;   // "-" is standard output
+    std::string format; // "y4m", "raw" or a muxer's name; empty: from the file's name
+    EncoderOptions encoder = {};
+    Streams streams = Streams::All;
+    bool force = false;                   // replace an existing file
+    int firstNumber = 1;                  // of a sequence of pictures
+    std::optional<std::string> timeCode = {}; // of the first frame; the source's own if not told
+    Storer::Alpha alpha = Storer::Alpha::Canvas;
+    bool timesFromZero = false; // frames do not come with the times of the source
+};
+
+class Writer {
+public:
+    // What the result takes over comes from the source; `info` describes the frames, which may be
+    // of another's. The source then passes the streams that are wanted here.
+    Writer(const WriteOptions& options, Reader& source, const StreamInfo& info);
+
+    // Of frames that come from nowhere.
+    Writer(const WriteOptions& options, const CanvasShape& shape, const StreamInfo& info);
+
+    bool takesOneFrame() const { return m_format.picture; }
+
+    // What the user should know, a line each.
+    const std::vector<std::string>& notes() const { return m_notes; }
+
+    void write(Item& item);
+
+    // Ends a write that waits, from another thread.
+    void stop() { m_output.stop(); }
+
+    // Completes the file and gives it its name. Without it nothing is left behind.
+    void finish();
+
+private:
+    void passOn(const WriteOptions& options, Reader& source);
+    void setTimeCode(const WriteOptions& options, std::vector<std::string>& lost);
+    void noteLost(const std::vector<std::string>& lost);
+    std::int64_t fileOrigin() const;
+    void writeFrame(Frame& frame);
+    void writePacket(AVPacket& packet);
+    void encode(const AVFrame* frame);
+
+    StreamInfo m_info;
+    OutputFormat m_format;
+    std::string m_name;
+    Timeline m_timeline;
+    Encoder m_encoder;
+    Storer m_storer;
+    Output m_output;
+    AVStream* m_pictures = nullptr;
+    const Reader* m_source = nullptr;
+    PassedStreams m_passed;
+    bool m_timesFromZero;
+    std::optional<TimeCode> m_timeCode; // for pictures that hold one each
+    std::vector<std::string> m_notes;
+    std::int64_t m_frames = 0;
+};
