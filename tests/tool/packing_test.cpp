@@ -1,5 +1,6 @@
 // Layouts against the media libraries' pixel formats, and streams that are not decoded at all.
 #include "draw_object.h"
+#include "media/convert.h"
 #include "tool/tool_fixture.h"
 
 #include <cstring>
@@ -36,9 +37,9 @@ TEST_F(PackingTest, SamplesStandWhereTheLayoutHasThem) {
         const zrLayout& layout = layoutOf(row.code);
         SCOPED_TRACE(layout.name);
         ASSERT_EQ(pixelFormatOf(layout), row.format);
-        WorkingFrame canvas(layout, 64, 48);
+        Canvas canvas(layout, 64, 48);
         const FramePtr in = flatFrame(row.format, row.samples, row.sampleBytes);
-        canvas.load(*in);
+        Loader(canvas.shape()).load(*in, canvas);
         const auto lineIs = [&](int y, const Bytes& expected) {
             return std::equal(expected.begin(), expected.end(),
                               reinterpret_cast<unsigned char*>(canvas.data() + y * canvas.pitch()));
@@ -46,7 +47,7 @@ TEST_F(PackingTest, SamplesStandWhereTheLayoutHasThem) {
         EXPECT_TRUE(lineIs(0, row.first));
         EXPECT_TRUE(lineIs(1, row.below.empty() ? row.first : row.below));
         const FramePtr back = newFrame(row.format, 64, 48);
-        canvas.store(*back);
+        Storer(canvas.shape()).store(canvas, isChromaOnly(layout) ? *in : *newFrame(), *back);
         const std::size_t exact = row.code == ptRGB30DPX ? 2 : 64; // has ten bits
         EXPECT_EQ(Bytes(back->data[0], back->data[0] + exact),
                   Bytes(in->data[0], in->data[0] + exact));
@@ -57,8 +58,8 @@ TEST_F(PackingTest, ChromaChangesPlacesBetweenTheTwoLumaSecondLayouts) {
     const FramePtr frame = newFrame(AV_PIX_FMT_UYVY422, 5, 1);
     for (int i = 0; i < 12; ++i)
         frame->data[0][i] = static_cast<unsigned char>(i);
-    WorkingFrame canvas(layoutOf(ptVYUY), 5, 1);
-    canvas.load(*frame);
+    Canvas canvas(layoutOf(ptVYUY), 5, 1);
+    Loader(canvas.shape()).load(*frame, canvas);
     const Bytes expected{2, 1, 0, 3, 6, 5, 4, 7, 10, 9, 8, 11};
     EXPECT_EQ(Bytes(canvas.data(), canvas.data() + 12), expected) << "half a pair is a whole one";
 }
@@ -79,9 +80,9 @@ TEST_F(PackingTest, EveryLayoutShowsThePictureThatWentIn) {
                             exact ? &noise[static_cast<std::size_t>(4 * (64 * y + x))] : flat, 4);
             }
         }
-        WorkingFrame canvas(layout, 64, 48);
+        Canvas canvas(layout, 64, 48);
         EXPECT_EQ(reinterpret_cast<std::uintptr_t>(canvas.data()) % 64, 0u);
-        canvas.load(*in);
+        Loader(canvas.shape()).load(*in, canvas);
         const auto& place = layout.bytes;
         const int size = place.a < 0 ? 3 : 4;
         const Bytes pixels = place.r < 0 ? Bytes() : pixelsOf(canvas, size);
@@ -93,7 +94,7 @@ TEST_F(PackingTest, EveryLayoutShowsThePictureThatWentIn) {
             ASSERT_EQ(size == 4 ? pixel[place.a] : 255, 255);
         }
         const FramePtr out = newFrame(AV_PIX_FMT_BGRA, 64, 48);
-        canvas.store(*out);
+        Storer(canvas.shape()).store(canvas, isChromaOnly(layout) ? *in : *newFrame(), *out);
         for (int i = 0; i < 48 * 64 * 4; ++i) {
             const int y = i / 256, at = i % 256;
             ASSERT_NEAR(out->data[0][y * out->linesize[0] + at],
@@ -203,7 +204,7 @@ TEST_F(V210Stream, DrawsInTheMatrixOfThePicture) {
 }
 
 TEST_F(PackingTest, MosaicsNeedWholeCells) {
-    EXPECT_EQ(errorOf([] { WorkingFrame(layoutOf(ptBayerRGGB), 61, 48); }),
+    EXPECT_EQ(errorOf([] { Canvas(layoutOf(ptBayerRGGB), 61, 48); }),
               "layout bayerrggb needs an even width and height, and the pictures are 61x48: crop "
               "them, or draw in another --layout such as rgb48");
 }

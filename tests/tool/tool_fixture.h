@@ -146,7 +146,8 @@ inline std::string bytesOf(WorkingFrame& canvas) {
     return {canvas.data(), static_cast<std::size_t>(canvas.pitch() * canvas.height())};
 }
 
-inline Bytes pixelsOf(WorkingFrame& canvas, int bytesPerPixel) {
+template <typename AnyCanvas>
+Bytes pixelsOf(AnyCanvas& canvas, int bytesPerPixel) {
     Bytes pixels;
     for (int y = 0; y < canvas.height(); ++y) {
         const char* line = canvas.data() + y * canvas.pitch();

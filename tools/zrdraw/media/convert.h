@@ -4,28 +4,36 @@
 #include "media/canvas.h"
 
 #include <memory>
+#include <optional>
 
-class PictureConverter;
+class CanvasConverter;
+
+// What is drawn on a picture with alpha keeps the alpha that the canvas has, or is opaque. For the
+// latter the alpha of a canvas tells where it was drawn on, and nothing of the picture.
+enum class Alpha { Canvas, Opaque };
 
 // Pictures of any pixel format into canvases of one shape. A picture without alpha becomes opaque.
 class Loader {
 public:
-    explicit Loader(const CanvasShape& shape);
+    explicit Loader(const CanvasShape& shape, Alpha alpha = Alpha::Canvas);
     ~Loader();
 
     // A picture of the canvas' size, or a bare one. Sets the colours of the canvas too.
     void load(const AVFrame& picture, Canvas& canvas);
 
+    // The picture that was loaded last, in the format that stands for the layout.
+    const AVFrame& groundOf(const AVFrame& picture) const;
+
 private:
     CanvasShape m_shape;
-    std::unique_ptr<PictureConverter> m_converter;
+    Alpha m_alpha;
+    std::unique_ptr<CanvasConverter> m_converter;
 };
 
 // Canvases of one shape into pictures.
 class Storer {
 public:
-    // What is drawn on a picture with alpha keeps the alpha that the canvas has, or is opaque.
-    enum class Alpha { Canvas, Opaque };
+    using Alpha = ::Alpha;
 
     explicit Storer(const CanvasShape& shape, Alpha alpha = Alpha::Canvas);
     ~Storer();
@@ -39,7 +47,11 @@ public:
     void store(const Canvas& canvas, const AVFrame& source, AVFrame& target);
 
 private:
+    const AVFrame* ground(const AVFrame& source);
+
     CanvasShape m_shape;
     Alpha m_alpha;
-    std::unique_ptr<PictureConverter> m_converter;
+    std::unique_ptr<CanvasConverter> m_converter;
+    Loader m_loader;                   // of the source
+    std::optional<Canvas> m_reference; // the source as it was before it was drawn on
 };

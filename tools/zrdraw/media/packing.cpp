@@ -83,9 +83,14 @@ AVPixelFormat pixelFormatOf(const zrLayout& layout) {
     return rowOf(layout).pixels;
 }
 
-std::unique_ptr<Packer> makePacker(const zrLayout& layout, int width, int height) {
-    const MakePacker make = rowOf(layout).make;
-    return make ? make(layout, width, height) : nullptr;
+bool isMemoryOf(const zrLayout& layout, AVPixelFormat format) {
+    return format == pixelFormatOf(layout) && !rowOf(layout).make;
+}
+
+std::unique_ptr<Packer> makePacker(const zrLayout& layout, AVPixelFormat format, int width,
+                                   int height) {
+    const Row& row = rowOf(layout);
+    return row.make && row.pixels == format ? row.make(layout, width, height) : nullptr;
 }
 
 int wholeLineBytes(const zrLayout& layout, int width) {
@@ -103,4 +108,8 @@ void requireFit(const zrLayout& layout, int width, int height) {
 
 bool isYCbCr(const zrLayout& layout) {
     return (av_pix_fmt_desc_get(pixelFormatOf(layout))->flags & AV_PIX_FMT_FLAG_RGB) == 0;
+}
+
+bool isChromaOnly(const zrLayout& layout) {
+    return layout.code == ptUV8 || layout.code == ptUV16;
 }

@@ -23,13 +23,22 @@ public:
     virtual void pack(const AVFrame& picture, CanvasLines canvas) = 0;
     // Writes what the layout holds and no more: beside a chroma plane the luma stays as it is.
     virtual void unpack(CanvasLines canvas, AVFrame& picture) = 0;
+    // Whether a picture that was packed and unpacked is what it was.
+    virtual bool isExact() const { return false; }
 };
 
 // The pixel format that stands for a layout: its own, or the nearest one that holds all of it.
 AVPixelFormat pixelFormatOf(const zrLayout& layout);
 
-// Null where a picture in that pixel format has the memory of the layout.
-std::unique_ptr<Packer> makePacker(const zrLayout& layout, int width, int height);
+// Whether a picture in the pixel format has the memory of the layout.
+bool isMemoryOf(const zrLayout& layout, AVPixelFormat format);
+
+// Null where there is none for the pixel format, or none is needed.
+std::unique_ptr<Packer> makePacker(const zrLayout& layout, AVPixelFormat format, int width,
+                                   int height);
+inline std::unique_ptr<Packer> makePacker(const zrLayout& layout, int width, int height) {
+    return makePacker(layout, pixelFormatOf(layout), width, height);
+}
 
 // Bytes of a line, whole pixel pairs at the end of an odd width included.
 int wholeLineBytes(const zrLayout& layout, int width);
@@ -38,3 +47,6 @@ int wholeLineBytes(const zrLayout& layout, int width);
 void requireFit(const zrLayout& layout, int width, int height);
 
 bool isYCbCr(const zrLayout& layout);
+
+// Whether the layout holds the chroma of a picture and not its luma.
+bool isChromaOnly(const zrLayout& layout);

@@ -29,6 +29,15 @@ inline bool isFullRangeByName(AVPixelFormat format) {
            format == AV_PIX_FMT_YUVJ411P;
 }
 
+// Whether the chroma of a picture is that of its two fields. Where four does not divide the height
+// fairly the second field has no line of chroma for its last one: such lines count as those of a
+// progressive picture.
+inline bool hasChromaByFields(const AVFrame& picture, AVPixelFormat format) {
+    const AVPixFmtDescriptor* description = av_pix_fmt_desc_get(format);
+    return picture.interlaced_frame && description && description->log2_chroma_h == 1 &&
+           picture.height % 4 != 2 && picture.height > 2;
+}
+
 inline bool isInterlaced(AVFieldOrder order) {
     return order != AV_FIELD_UNKNOWN && order != AV_FIELD_PROGRESSIVE;
 }

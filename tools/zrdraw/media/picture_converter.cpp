@@ -1,0 +1,8 @@
+#include "media/picture_converter.h"
+
+#include "media/sws_converter.h"
+
+std::unique_ptr<PictureConverter> makeConverter(const PictureKind& from, const PictureKind& to,
+                                                int width, int height) {
+    return std::make_unique<SwsConverter>(from, to, width, height);
+}
