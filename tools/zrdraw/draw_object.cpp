@@ -5,7 +5,7 @@
 
 #include <fmt/format.h>
 
-DrawPtr makeDraw(WorkingFrame& frame) {
+DrawPtr makeDraw(Canvas& frame) {
     const zrLayout& layout = frame.layout();
     ZRDraw* draw = nullptr;
     if (GetDraw(layout.code, frame.width(), frame.height(), frame.pitch(), frame.data(), draw) != 0)

@@ -1,7 +1,7 @@
 // Drawing objects of the library with an owner.
 #pragma once
 
-#include "media/working_frame.h"
+#include "media/canvas.h"
 #include "zrdraw/zrdraw.h"
 
 #include <memory>
@@ -13,4 +13,4 @@ using DrawPtr = std::unique_ptr<ZRDraw, DrawRelease>;
 
 // A new object that draws on the frame. It is in the state of every new object, but that on
 // canvases in Y, Cb and Cr its matrix mode is that of the picture.
-DrawPtr makeDraw(WorkingFrame& frame);
+DrawPtr makeDraw(Canvas& frame);

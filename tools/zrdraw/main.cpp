@@ -1,5 +1,5 @@
 // The command line tool: chooses the subcommand and turns every failure into one line.
-#include "media/av.h"
+#include "media/av_messages.h"
 #include "near_names.h"
 #include "subcommand.h"
 #include "tool_error.h"

@@ -1,8 +1,6 @@
 // `zrdraw mux`: composes two clips or pictures for display.
 #include "interrupt.h"
 #include "layout_names.h"
-#include "media/frame_sink.h"
-#include "media/output_file.h"
 #include "numbers.h"
 #include "pair/clip_pair.h"
 #include "pair/mux_modes.h"
@@ -16,7 +14,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
+#include <functional>
 
 namespace {
 
@@ -113,68 +111,75 @@ const zrLayout& rgb32Layout(const std::string& name) {
 class Run {
 public:
     Run(const Options& options, const MuxParameters& parameters)
-        : m_parameters(parameters),
-          m_pair(options, always(rgb32Layout(options.layout)), parseRaw(options.raw)),
-          m_a(m_pair.layout(), m_pair.info().width, m_pair.info().height),
-          m_b(m_pair.layout(), m_pair.info().width, m_pair.info().height),
-          m_result(m_pair.layout(), m_pair.info().width, m_pair.info().height),
-          m_sink(options.output, {options.format, options.codec, options.force}, m_pair.info(),
-                 m_pair.layout()),
+        : m_parameters(parameters), m_pair(options, always(rgb32Layout(options.layout))),
+          m_shape(m_pair.first().shape()), m_pool(m_shape), m_copyA(m_shape), m_copyB(m_shape),
+          m_writer(writeOptions(options), m_pair.leading(), m_pair.leading().info()),
           m_progress(progressMode(options),
-                     framesToCome(m_pair.info(), 0, std::numeric_limits<std::int64_t>::max())) {
-        requireGridFits(parameters, m_pair.info());
+                     framesToCome(m_pair.leading().info(), {}, m_writer.takesOneFrame())) {
+        requireGridFits(parameters, m_pair.first().info());
     }
 
     // To the end of the longer one.
     void frames() {
-        std::int64_t written = 0;
-        while (nextPair()) {
-            stopIfInterrupted();
-            composeMux(m_parameters, m_a, m_b, m_result);
-            m_result.describeAs(m_a);
-            const FramePtr frame = m_sink.makeFrame();
-            m_result.store(*frame);
-            frame->pts = written++;
-            m_sink.write(*frame);
-            m_progress.advance(written);
-            if (m_sink.takesOneFrame())
+        WriteLane out(m_writer);
+        const auto pass = [&](PacketPtr packet) { out.push(std::move(packet)); };
+        const auto drop = [](const PacketPtr&) {};
+        const bool firstLeads = &m_pair.leading() == &m_pair.first();
+        ClipFrames a(m_pair.first(), firstLeads ? Pass(pass) : drop);
+        ClipFrames b(m_pair.second(), firstLeads ? Pass(drop) : pass);
+        ClipFrames& leading = firstLeads ? a : b;
+        std::int64_t written = 0, end = 0;
+        for (;;) {
+            const bool moved = a.next() | b.next();
+            if (!moved || (m_writer.takesOneFrame() && written > 0))
                 break;
+            std::unique_ptr<Frame> frame = compose(a.frame(), b.frame());
+            const Frame& model = leading.frame();
+            frame->time = leading.hasEnded() ? end : model.time;
+            frame->duration = model.duration;
+            frame->number = frame->clock = written++;
+            end = frame->time + frame->duration;
+            out.push(std::move(frame));
+            m_progress.advance(written);
         }
-        m_sink.finish();
+        out.finish();
         m_progress.end();
     }
 
 private:
-    // Flips change the canvases, so a frame that comes again is put back first.
-    bool nextPair() {
-        const bool a = next(m_pair.first(), m_a, m_keptA);
-        const bool b = next(m_pair.second(), m_b, m_keptB);
-        return a || b;
+    using Pass = std::function<void(PacketPtr)>;
+
+    std::unique_ptr<Frame> compose(Frame& a, Frame& b) {
+        auto result = std::make_unique<Frame>(m_pool.take());
+        composeMux(
+            m_parameters, unflipped(a.canvas, m_copyA, zrMuxFlipAHorizontal | zrMuxFlipAVertical),
+            unflipped(b.canvas, m_copyB, zrMuxFlipBHorizontal | zrMuxFlipBVertical), result->canvas);
+        result->canvas.colors = a.canvas.colors;
+        result->picture = propertiesOf(*a.picture);
+        return result;
     }
 
-    static bool next(ClipReader& clip, WorkingFrame& canvas, std::string& kept) {
-        const std::size_t bytes =
+    // Flips change the sources, and a frame may come again.
+    Canvas& unflipped(Canvas& canvas, Canvas& copy, unsigned flips) const {
+        if ((m_parameters.flags & flips) == 0)
+            return canvas;
+        const auto bytes =
             static_cast<std::size_t>(canvas.pitch()) * static_cast<std::size_t>(canvas.height());
-        if (clip.next(canvas)) {
-            kept.assign(canvas.data(), bytes);
-            return true;
-        }
-        std::copy(kept.begin(), kept.end(), canvas.data());
-        return false;
+        std::copy_n(canvas.data(), bytes, copy.data());
+        return copy;
     }
 
     const MuxParameters& m_parameters;
     ClipPair m_pair;
-    WorkingFrame m_a;
-    WorkingFrame m_b;
-    WorkingFrame m_result;
-    FrameSink m_sink;
+    CanvasShape m_shape;
+    CanvasPool m_pool;
+    Canvas m_copyA, m_copyB;
+    Writer m_writer;
     Progress m_progress;
-    std::string m_keptA;
-    std::string m_keptB;
 };
 
 void addOptions(CLI::App& command, Options& options) {
+    options.layout = "bgra";
     addPairOptions(command, options);
     command.add_option("--mode", options.mode, "How; see --list")->capture_default_str();
     command.add_option("--position", options.position, "Of mix and wipe, 0 to 1")
@@ -208,7 +213,7 @@ std::string run(const Options& options) {
         return listMuxModes();
     requireNames(options);
     const MuxParameters parameters = parametersOf(options);
-    OutputFile::checkPath(options.output, options.force);
+    checkOptions(options);
     runInterruptible([&] { Run(options, parameters).frames(); });
     return "";
 }

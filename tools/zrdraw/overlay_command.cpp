@@ -1,12 +1,7 @@
 // `zrdraw overlay`: burns time code, texts, meters and a watermark into a clip.
-#include "clip_options.h"
+#include "clip_road.h"
 #include "interrupt.h"
-#include "layout_names.h"
 #include "media/audio_levels.h"
-#include "media/frame_sink.h"
-#include "media/frame_source.h"
-#include "media/output_file.h"
-#include "media/working_frame.h"
 #include "overlay/burner.h"
 #include "overlay/setting_names.h"
 #include "subcommand.h"
@@ -14,8 +9,6 @@
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
-
-#include <limits>
 
 namespace {
 
@@ -61,85 +54,40 @@ BurnOptions burnOptions(const Options& options) {
     return burn;
 }
 
-LayoutChoice chooseLayout(const Options& options) {
-    if (!options.layout.empty())
-        return always(layoutNamed(options.layout));
-    if (!options.raw.empty())
-        throw UsageError("--raw: bare frames do not tell what they hold; add --layout");
-    return overlayLayout;
-}
-
 class Run {
 public:
-    Run(const Options& options, const BurnOptions& burn, const std::optional<RawFormat>& raw)
-        : m_source(options.input, chooseLayout(options), raw, interruptReads),
-          m_audio(m_source.packets().keepAudio()), m_levels(m_audio),
-          m_burner(burn, m_source.info(), m_source.layout(), m_levels.channels()),
-          m_canvas(m_source.layout(), m_source.info().width, m_source.info().height),
-          m_sink(options.output, sinkOptions(options), m_source.info(), m_source.layout()),
-          m_progress(
-              progressMode(options),
-              framesToCome(m_source.info(), 0,
-                           m_sink.takesOneFrame() ? 1 : std::numeric_limits<std::int64_t>::max())) {
-        if (!m_burner.warning().empty() && !options.quiet)
-            m_progress.say("zrdraw: warning: " + m_burner.warning());
-        if (!m_audio.empty() && !m_sink.takesAudio() && !options.quiet)
-            m_progress.say("zrdraw: warning: the output takes no sound; it is left out");
+    Run(const Options& options, const BurnOptions& burn)
+        : m_road(options, chooseLayout(options, overlayLayouts)),
+          m_levels(m_road.reader().input().sound()),
+          m_burner(burn, m_road.reader().info(), m_road.reader().layout(), m_levels.channels()) {
+        if (m_burner.showsMeters())
+            m_road.reader().measureSound(m_levels);
+        m_road.open([&](WriteOptions& write) {
+            write.timeCode = m_burner.timeCodeOf(m_road.reader().range().first);
+            write.alpha = Storer::Alpha::Opaque;
+        });
+        for (const std::string& warning : m_burner.warnings())
+            m_road.tell(warning);
+        const StreamInfo& info = m_road.reader().info();
+        for (const std::string& layer :
+             layersOffFrame(burn, info, m_road.reader().layout(), m_levels.channels()))
+            m_road.tell(fmt::format("{}: the layer lies wholly off the {}x{} frame", layer,
+                                    info.width, info.height));
     }
 
     void frames() {
-        const FramePtr decoded = newFrame();
-        const double seconds = av_q2d(av_inv_q(m_source.info().frameRate));
-        std::int64_t number = 0;
-        while (!(m_sink.takesOneFrame() && number > 0) && m_source.read(*decoded)) {
-            stopIfInterrupted();
-            const double end = static_cast<double>(number + 1) * seconds;
-            if (m_burner.showsMeters())
-                m_source.packets().readAudioUntil(end);
-            passAudio();
-            m_canvas.load(*decoded);
-            m_burner.burn(m_canvas, number, m_levels.takeUntil(end));
-            write(number++);
-        }
-        stopIfInterrupted();
-        passAudio();
-        m_sink.finish();
-        m_progress.end();
+        m_road.run([&](Frame& frame) { m_burner.burn(frame.canvas, frame.clock, frame.levels); });
     }
 
 private:
-    SinkOptions sinkOptions(const Options& options) const {
-        return {options.format, options.codec, options.force, m_audio, m_burner.startTimeCode()};
-    }
-
-    void passAudio() {
-        while (const PacketPtr packet = m_source.packets().takeAudio()) {
-            if (m_burner.showsMeters())
-                m_levels.feed(*packet);
-            m_sink.writeAudio(*packet);
-        }
-    }
-
-    void write(std::int64_t number) {
-        const FramePtr result = m_sink.makeFrame();
-        m_canvas.store(*result);
-        result->pts = number;
-        m_sink.write(*result);
-        m_progress.advance(number + 1);
-    }
-
-    FrameSource m_source;
-    std::vector<AVStream*> m_audio;
+    ClipRoad m_road;
     AudioLevels m_levels;
     Burner m_burner;
-    WorkingFrame m_canvas;
-    FrameSink m_sink;
-    Progress m_progress;
 };
 
 void addOptions(CLI::App& command, Options& options) {
-    options.layout.clear();
     addClipOptions(command, options);
+    addFramesOption(command, options);
     command.add_option("--layout", options.layout,
                        "Layout to burn in: bgra, uyvy or v210; the one nearest to the source's "
                        "unless told");
@@ -165,9 +113,8 @@ void addOptions(CLI::App& command, Options& options) {
 
 std::string run(const Options& options) {
     const BurnOptions burn = burnOptions(options);
-    const std::optional<RawFormat> raw = parseRaw(options.raw);
-    OutputFile::checkPath(options.output, options.force);
-    runInterruptible([&] { Run(options, burn, raw).frames(); });
+    checkOptions(options);
+    runInterruptible([&] { Run(options, burn).frames(); });
     return "";
 }
 

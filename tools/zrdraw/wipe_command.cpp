@@ -1,12 +1,8 @@
 // `zrdraw wipe`: a clip of the transition between two clips or pictures.
 #include "interrupt.h"
-#include "layout_names.h"
-#include "media/frame_sink.h"
-#include "media/output_file.h"
-#include "media/packing.h"
 #include "numbers.h"
-#include "overlay/burner.h"
 #include "pair/clip_pair.h"
+#include "pair/in_point.h"
 #include "pair/transition.h"
 #include "pair/wipe_names.h"
 #include "subcommand.h"
@@ -15,7 +11,9 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
+#include <tuple>
 
 namespace {
 
@@ -23,99 +21,124 @@ struct Options : PairOptions {
     std::string code = "dissolve";
     int frames = 25;
     int hold = 0;
-    std::string position; // of a single frame, 0 to 1; empty for all
+    std::optional<int> holdA, holdB; // in the place of `hold`
+    std::string fromA, fromB;        // where in the clips it begins; empty: at their beginning
+    std::string position;            // of a single frame, 0 to 1; empty for all
     bool swap = false;
     bool frontEnd = false;
 };
 
-// Without a wish, pictures in Y, Cb and Cr stay so.
-LayoutChoice chooseLayout(const Options& options) {
-    return options.layout.empty() ? LayoutChoice(overlayLayout)
-                                  : always(layoutNamed(options.layout));
-}
+// All that a picture in full and a transition can be in.
+constexpr unsigned wipeLayouts[] = {ptBGRA32, ptUYVY, ptV210, ptRGB48, ptARGB64};
 
 unsigned onScale(double position) {
     return static_cast<unsigned>(std::lround(position * Transition::scale));
 }
 
+// The result's frames are counted anew, at the clips' rate.
+StreamInfo resultInfo(const StreamInfo& source) {
+    StreamInfo info = source;
+    info.timeBase = av_inv_q(info.frameRate);
+    info.start = 0;
+    info.unevenRate = false;
+    info.picture = false;
+    return info;
+}
+
 class Run {
 public:
     Run(const Options& options, unsigned code)
-        : m_options(options), m_pair(options, chooseLayout(options), parseRaw(options.raw)),
-          m_from(m_pair.layout(), m_pair.info().width, m_pair.info().height),
-          m_to(m_pair.layout(), m_pair.info().width, m_pair.info().height),
-          m_result(m_pair.layout(), m_pair.info().width, m_pair.info().height),
-          m_transition(m_pair.layout(), m_pair.info().width, m_pair.info().height, code,
-                       options.swap, options.frontEnd),
-          m_sink(options.output, {options.format, options.codec, options.force}, m_pair.info(),
-                 m_pair.layout()),
-          m_progress(progressMode(options), options.frames + 2 * options.hold) {}
+        : m_options(options), m_pair(options, chooseLayout(options, wipeLayouts)),
+          m_shape(m_pair.first().shape()), m_pool(m_shape),
+          m_transition(*m_shape.layout, m_shape.width, m_shape.height, code, options.swap,
+                       options.frontEnd),
+          m_holdA(options.holdA.value_or(options.hold)),
+          m_holdB(options.holdB.value_or(options.hold)) {
+        takeRanges();
+        const StreamInfo info = resultInfo(m_pair.leading().info());
+        WriteOptions write = writeOptions(options);
+        write.timesFromZero = true;
+        write.streams = Streams::Video;
+        m_writer.emplace(write, m_pair.first(), info);
+        const bool one = !options.position.empty();
+        if (!one && m_writer->takesOneFrame())
+            throw UsageError("a picture shows one position: add --position, or name a clip");
+        m_progress.emplace(progressMode(options), one ? 1 : options.frames + m_holdA + m_holdB);
+    }
 
     void frames() {
-        takeFirst(m_pair.first(), m_from);
-        takeFirst(m_pair.second(), m_to);
-        if (!m_options.position.empty())
-            transition(onScale(numberIn(m_options.position, "--position", 0.0, 1.0)));
-        else if (m_sink.takesOneFrame())
-            throw UsageError("a picture shows one position: add --position, or name a clip");
+        ClipFrames from(m_pair.first(), [](const PacketPtr&) {});
+        ClipFrames to(m_pair.second(), [](const PacketPtr&) {});
+        WriteLane out(*m_writer);
+        from.next();
+        to.next();
+        if (m_options.position.empty())
+            clip(from, to, out);
         else
-            clip();
-        m_sink.finish();
-        m_progress.end();
+            transition(from, to, out,
+                       onScale(numberIn(m_options.position, "--position", 0.0, 1.0)));
+        out.finish();
+        m_progress->end();
     }
 
 private:
-    void clip() {
-        for (int i = 0; i < m_options.hold; ++i) {
-            write(m_from);
-            m_pair.first().next(m_from);
+    // No more is read than is shown.
+    void takeRanges() {
+        const auto take = [this](Reader& reader, const std::string& from, const char* option,
+                                 int frames) {
+            if (reader.info().picture)
+                return;
+            const std::int64_t first = from.empty() ? 0 : frameAt(from, option, reader.info());
+            reader.take({first, first + frames});
+        };
+        take(m_pair.first(), m_options.fromA, "--from-a", m_holdA + m_options.frames);
+        take(m_pair.second(), m_options.fromB, "--from-b", m_options.frames + m_holdB);
+    }
+
+    void clip(ClipFrames& from, ClipFrames& to, WriteLane& out) {
+        for (int i = 0; i < m_holdA; ++i) {
+            write(from.again(), out);
+            from.next();
         }
         for (int i = 0; i < m_options.frames; ++i) {
             const int last = std::max(m_options.frames - 1, 1);
-            transition(onScale(static_cast<double>(i) / last));
-            m_pair.first().next(m_from);
-            m_pair.second().next(m_to);
+            transition(from, to, out, onScale(static_cast<double>(i) / last));
+            from.next();
+            to.next();
         }
-        for (int i = 0; i < m_options.hold; ++i) {
-            write(m_to);
-            m_pair.second().next(m_to);
+        for (int i = 0; i < m_holdB; ++i) {
+            write(to.again(), out);
+            to.next();
         }
     }
 
-    static void takeFirst(ClipReader& clip, WorkingFrame& canvas) {
-        if (!clip.next(canvas))
-            throw Failure("a clip has no frame");
+    void transition(ClipFrames& from, ClipFrames& to, WriteLane& out, unsigned position) {
+        auto result = std::make_unique<Frame>(m_pool.take());
+        m_transition.draw(from.frame().canvas, to.frame().canvas, result->canvas, position);
+        result->canvas.colors = from.frame().canvas.colors;
+        result->picture = propertiesOf(*from.frame().picture);
+        write(std::move(result), out);
     }
 
-    void transition(unsigned position) {
-        m_transition.draw(m_from, m_to, m_result, position);
-        write(m_result);
-    }
-
-    void write(WorkingFrame& canvas) {
-        stopIfInterrupted();
-        if (&canvas == &m_result)
-            m_result.describeAs(m_from);
-        const FramePtr frame = m_sink.makeFrame();
-        canvas.store(*frame);
-        frame->pts = m_written++;
-        m_sink.write(*frame);
-        m_progress.advance(m_written);
+    void write(std::unique_ptr<Frame> frame, WriteLane& out) {
+        frame->number = frame->clock = frame->time = m_written++;
+        frame->duration = 1;
+        out.push(std::move(frame));
+        m_progress->advance(m_written);
     }
 
     const Options& m_options;
     ClipPair m_pair;
-    WorkingFrame m_from;
-    WorkingFrame m_to;
-    WorkingFrame m_result;
+    CanvasShape m_shape;
+    CanvasPool m_pool;
     Transition m_transition;
-    FrameSink m_sink;
-    Progress m_progress;
+    int m_holdA, m_holdB;
+    std::optional<Writer> m_writer;
+    std::optional<Progress> m_progress;
     std::int64_t m_written = 0;
 };
 
 void addOptions(CLI::App& command, Options& options) {
-    options.layout.clear();
     addPairOptions(command, options);
     command.add_option("--code", options.code, "The transition, by name or number; see --list")
         ->capture_default_str();
@@ -125,10 +148,18 @@ void addOptions(CLI::App& command, Options& options) {
     command.add_option("--hold", options.hold, "Frames of A before it and of B behind it")
         ->check(CLI::Range(0, 1'000'000))
         ->capture_default_str();
+    for (const auto& [name, hold, clip] : {std::tuple{"--hold-a", &options.holdA, "A before it"},
+                                           std::tuple{"--hold-b", &options.holdB, "B behind it"}})
+        command.add_option(name, *hold, fmt::format("Frames of {}, in the place of --hold", clip))
+            ->check(CLI::Range(0, 1'000'000));
+    for (const auto& [name, from, clip] :
+         {std::tuple{"--from-a", &options.fromA, "A"}, std::tuple{"--from-b", &options.fromB, "B"}})
+        command.add_option(name, *from,
+                           fmt::format("Where in {} it begins: seconds, or a time code", clip));
     command.add_option("--position", options.position, "One frame of it only, 0 to 1");
     command.add_flag("--swap", options.swap, "Exchange what leaves and what comes");
     command.add_option("--layout", options.layout,
-                       "Layout to work in; the nearest of bgra, uyvy and v210 unless told");
+                       "Layout to work in; the nearest to the source's unless told");
     command.add_flag("--front-end", options.frontEnd,
                      "v210 by the library's own way, which drops the two low bits");
     command.footer(
@@ -141,7 +172,7 @@ std::string run(const Options& options) {
         return listWipes();
     requireNames(options);
     const unsigned code = wipeCodeOf(options.code);
-    OutputFile::checkPath(options.output, options.force);
+    checkOptions(options);
     runInterruptible([&] { Run(options, code).frames(); });
     return "";
 }

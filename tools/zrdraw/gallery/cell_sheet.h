@@ -12,7 +12,7 @@ public:
     explicit CellSheet(int count, int cellsPerLine = 6);
 
     // Puts a picture of a cell's size, in any layout, into the next cell.
-    void add(const std::string& title, WorkingFrame& picture);
+    void add(const std::string& title, const Canvas& picture);
 
     Sheet take() { return std::move(m_sheet); }
 

@@ -2,6 +2,7 @@
 #include "gallery/pictures.h"
 #include "gallery/sheets.h"
 #include "layout_names.h"
+#include "media/convert.h"
 #include "script/parser.h"
 
 #include <fmt/format.h>
@@ -25,8 +26,8 @@ Sheet makeLayoutsSheet() {
     const FramePtr picture = makeBars();
     CellSheet sheet(static_cast<int>(std::size(zrLayouts)));
     for (const zrLayout& layout : zrLayouts) {
-        WorkingFrame canvas(layout, cellWidth, cellHeight);
-        canvas.load(*picture);
+        Canvas canvas(layout, cellWidth, cellHeight);
+        Loader(canvas.shape()).load(*picture, canvas);
         const DrawPtr draw = makeDraw(canvas);
         for (const Command& command : script)
             command.run(*draw);

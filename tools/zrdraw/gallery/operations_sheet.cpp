@@ -24,7 +24,7 @@ void run(const std::string& script, const std::string& title, ZRDraw& draw) {
 Sheet makeOperationsSheet(const zrLayout& layout) {
     CellSheet sheet(static_cast<int>(galleryCells().size()));
     for (const Cell& cell : galleryCells()) {
-        WorkingFrame picture(layout, cellWidth, cellHeight);
+        Canvas picture(layout, cellWidth, cellHeight);
         const DrawPtr draw = makeDraw(picture);
         run(preamble, cell.title, *draw);
         run(cell.script, cell.title, *draw);

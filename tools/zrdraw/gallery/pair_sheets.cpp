@@ -1,6 +1,7 @@
 #include "gallery/cell_sheet.h"
 #include "gallery/pictures.h"
 #include "gallery/sheets.h"
+#include "media/convert.h"
 #include "pair/mux_modes.h"
 #include "pair/transition.h"
 #include "pair/wipe_names.h"
@@ -14,9 +15,9 @@ const zrLayout& bgra() {
     return *zrFindLayout(ptBGRA32);
 }
 
-WorkingFrame canvasOf(const AVFrame& picture) {
-    WorkingFrame canvas(bgra(), cellWidth, cellHeight);
-    canvas.load(picture);
+Canvas canvasOf(const AVFrame& picture) {
+    Canvas canvas(bgra(), cellWidth, cellHeight);
+    Loader(canvas.shape()).load(picture, canvas);
     return canvas;
 }
 
@@ -25,15 +26,15 @@ WorkingFrame canvasOf(const AVFrame& picture) {
 Sheet makeWipesSheet() {
     constexpr double positions[] = {0.1, 0.3, 0.5, 0.7, 0.9};
     constexpr int columns = 5;
-    WorkingFrame from = canvasOf(*makeLandscape()), to = canvasOf(*makeBars());
-    WorkingFrame result(bgra(), cellWidth, cellHeight);
+    Canvas from = canvasOf(*makeLandscape()), to = canvasOf(*makeBars());
+    Canvas result(bgra(), cellWidth, cellHeight);
     const std::vector<zrWipe> wipes = namedWipes();
     CellSheet sheet(static_cast<int>(wipes.size()) * columns, columns);
     for (const zrWipe& wipe : wipes) {
         Transition transition(bgra(), cellWidth, cellHeight, wipe.first, false, false);
         for (const double position : positions) {
             transition.draw(from, to, result, static_cast<unsigned>(position * Transition::scale));
-            result.describeAs(from);
+            result.colors = from.colors;
             sheet.add(fmt::format("{} {:.1f}", wipe.name, position), result);
         }
     }
@@ -44,8 +45,8 @@ Sheet makeMuxSheet() {
     const FramePtr landscape = makeLandscape(), bars = makeBars();
     CellSheet sheet(static_cast<int>(muxModeNames().size()));
     for (const MuxModeName& mode : muxModeNames()) {
-        WorkingFrame a = canvasOf(*landscape), b = canvasOf(*bars);
-        WorkingFrame result(bgra(), cellWidth, cellHeight);
+        Canvas a = canvasOf(*landscape), b = canvasOf(*bars);
+        Canvas result(bgra(), cellWidth, cellHeight);
         MuxParameters parameters;
         parameters.flags = mode.mode;
         parameters.wipeCode = zrWipeFourCorners;
@@ -53,7 +54,7 @@ Sheet makeMuxSheet() {
         if (mode.mode == zrMuxBlocks)
             parameters.position = 16 << 8;
         composeMux(parameters, a, b, result);
-        result.describeAs(a);
+        result.colors = a.colors;
         sheet.add(mode.name, result);
     }
     return sheet.take();

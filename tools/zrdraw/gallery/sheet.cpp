@@ -1,6 +1,7 @@
 #include "gallery/sheet.h"
 
-#include "media/frame_sink.h"
+#include "media/convert.h"
+#include "media/writer.h"
 
 #include <algorithm>
 
@@ -11,10 +12,10 @@ Sheet::Sheet(const zrLayout& layout, int width, int height)
     m_draw->SetColorRGBA(0.85, 0.87, 0.9, 1.0, true);
 }
 
-void Sheet::paste(WorkingFrame& picture, int x, int y) {
+void Sheet::paste(const Canvas& picture, int x, int y) {
     constexpr int pixelBytes = 4;
     const FramePtr shown = newFrame(AV_PIX_FMT_BGRA, picture.width(), picture.height());
-    picture.store(*shown);
+    Storer(picture.shape()).store(picture, *shown, *shown);
     for (int row = 0; row < picture.height(); ++row)
         std::copy_n(shown->data[0] + row * shown->linesize[0], picture.width() * pixelBytes,
                     m_frame.data() + (y + row) * m_frame.pitch() + x * pixelBytes);
@@ -26,10 +27,13 @@ void Sheet::writePng(const std::string& path, bool force) {
     info.width = m_frame.width();
     info.height = m_frame.height();
     info.pixelFormat = AV_PIX_FMT_RGB24;
-    FrameSink sink(path, {"", "", force}, info, m_frame.layout());
-    const FramePtr result = sink.makeFrame();
-    m_frame.store(*result);
-    result->pts = 0;
-    sink.write(*result);
-    sink.finish();
+    WriteOptions options{path, ""};
+    options.force = force;
+    Writer writer(options, m_frame.shape(), info);
+    auto frame = std::make_unique<Frame>(m_frame.share());
+    frame->picture = newFrame();
+    frame->picture->format = AV_PIX_FMT_RGB24;
+    Item item(std::move(frame));
+    writer.write(item);
+    writer.finish();
 }

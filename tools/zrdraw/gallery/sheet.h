@@ -13,11 +13,11 @@ public:
     ZRDraw& draw() { return *m_draw; }
 
     // Copies a picture of any layout onto a sheet in BGRA; it must fit.
-    void paste(WorkingFrame& picture, int x, int y);
+    void paste(const Canvas& picture, int x, int y);
 
     void writePng(const std::string& path, bool force);
 
 private:
-    WorkingFrame m_frame;
+    Canvas m_frame;
     DrawPtr m_draw;
 };

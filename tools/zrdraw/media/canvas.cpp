@@ -40,6 +40,15 @@ CanvasShape::CanvasShape(const zrLayout& canvasLayout, int canvasWidth, int canv
 
 Canvas::Canvas(const CanvasShape& shape) : Canvas(CanvasPool(shape).take()) {}
 
+Canvas Canvas::share() const {
+    BufferPtr memory(av_buffer_ref(m_memory.get()));
+    if (!memory)
+        throw std::bad_alloc();
+    Canvas canvas(m_shape, std::move(memory));
+    canvas.colors = colors;
+    return canvas;
+}
+
 std::optional<cmYCbCr> Canvas::matrixMode() const {
     if (!isYCbCr(layout()))
         return std::nullopt;

@@ -37,6 +37,9 @@ public:
     Canvas(const zrLayout& layout, int width, int height)
         : Canvas(CanvasShape(layout, width, height)) {}
 
+    // Another hold of the same memory.
+    Canvas share() const;
+
     const CanvasShape& shape() const { return m_shape; }
     const zrLayout& layout() const { return *m_shape.layout; }
     int width() const { return m_shape.width; }

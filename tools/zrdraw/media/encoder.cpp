@@ -95,10 +95,11 @@ std::vector<std::int64_t> ratesToTry(const OutputFormat& format, const EncoderOp
 
 std::vector<std::string> optionsOf(const AVCodecContext& context) {
     std::vector<std::string> names;
-    for (const void* object : {static_cast<const void*>(&context), context.priv_data})
-        for (const AVOption* option = nullptr;
-             object && *static_cast<const AVClass* const*>(object) &&
-             (option = av_opt_next(object, option));)
+    const void* const objects[] = {&context, context.priv_data};
+    for (const void* object : objects)
+        for (const AVOption* option = nullptr; object &&
+                                               *static_cast<const AVClass* const*>(object) &&
+                                               (option = av_opt_next(object, option));)
             if (option->type != AV_OPT_TYPE_CONST && (option->flags & AV_OPT_FLAG_ENCODING_PARAM))
                 names.emplace_back(option->name);
     return names;

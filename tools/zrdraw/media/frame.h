@@ -7,9 +7,12 @@
 
 #include <cstdint>
 #include <limits>
+#include <memory>
 #include <variant>
 
 struct Frame {
+    explicit Frame(Canvas drawnOn) : canvas(std::move(drawnOn)) {}
+
     Canvas canvas;
     FramePtr picture;          // as it was read; without pixels if the canvas is its memory
     std::int64_t number = 0;   // in the clip, counted from 0
@@ -19,7 +22,7 @@ struct Frame {
     AudioLevels::Levels levels{};
 };
 
-using Item = std::variant<Frame, PacketPtr>;
+using Item = std::variant<std::unique_ptr<Frame>, PacketPtr>;
 
 // The frames from `first` up to but excluding `end`, counted from 0.
 struct FrameRange {

@@ -107,6 +107,14 @@ bool Input::isPicture() const {
     return holdsOnePicture(*m_format);
 }
 
+std::vector<AVStream*> Input::sound() const {
+    std::vector<AVStream*> streams;
+    for (unsigned i = 0; i < m_format->nb_streams; ++i)
+        if (m_format->streams[i]->codecpar->codec_type == AVMEDIA_TYPE_AUDIO)
+            streams.push_back(m_format->streams[i]);
+    return streams;
+}
+
 PacketPtr Input::next() {
     PacketPtr packet = newPacket();
     while (read(*packet)) {

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 // A file of bare lines, which says nothing about itself.
 struct RawLines {
@@ -21,7 +22,7 @@ enum class Damage { Fail, Skip };
 struct InputOptions {
     std::optional<RawLines> raw = {};
     Damage damage = Damage::Fail;
-    std::optional<int> startNumber = {};                       // of a sequence of pictures
+    std::optional<int> startNumber = {}; // of a sequence of pictures
     std::optional<AVRational> sequenceRate = {};
 };
 
@@ -49,6 +50,9 @@ public:
     std::int64_t skipped() const { return m_skipped; }
 
     [[noreturn]] void failAtFrame(const std::string& reason) const;
+
+    // The streams of sound, in the file's order.
+    std::vector<AVStream*> sound() const;
 
 private:
     void open(const std::string& path);

@@ -146,10 +146,9 @@ const AVCodec* codecOfSource(const OutputFormat& format, const StreamInfo& sourc
         return nullptr;
     const char* codec = avcodec_get_name(source.codec);
     const AVCodec* encoder = encoderOf(source.codec);
-    const bool held =
-        avformat_query_codec(format.muxer, source.codec, FF_COMPLIANCE_NORMAL) == 1 &&
-        (source.codec != AV_CODEC_ID_RAWVIDEO ||
-         holdsUncompressed(*format.muxer, source.pixelFormat));
+    const bool held = avformat_query_codec(format.muxer, source.codec, FF_COMPLIANCE_NORMAL) == 1 &&
+                      (source.codec != AV_CODEC_ID_RAWVIDEO ||
+                       holdsUncompressed(*format.muxer, source.pixelFormat));
     if (encoder && held)
         return encoder;
     note = encoder ? fmt::format("the format '{}' cannot hold {} as it is in the source", name,
@@ -161,10 +160,11 @@ const AVCodec* codecOfSource(const OutputFormat& format, const StreamInfo& sourc
 // This format writes what it has no code for as private data, which nobody finds again.
 bool holdsInTransportStream(AVCodecID codec) {
     constexpr AVCodecID known[] = {
-        AV_CODEC_ID_MP2,  AV_CODEC_ID_MP3,          AV_CODEC_ID_AAC,      AV_CODEC_ID_AC3,
-        AV_CODEC_ID_EAC3, AV_CODEC_ID_DTS,          AV_CODEC_ID_OPUS,     AV_CODEC_ID_S302M,
-        AV_CODEC_ID_H264, AV_CODEC_ID_HEVC,         AV_CODEC_ID_MPEG2VIDEO,
-        AV_CODEC_ID_DVB_SUBTITLE, AV_CODEC_ID_DVB_TELETEXT, AV_CODEC_ID_SMPTE_KLV};
+        AV_CODEC_ID_MP2,          AV_CODEC_ID_MP3,        AV_CODEC_ID_AAC,
+        AV_CODEC_ID_AC3,          AV_CODEC_ID_EAC3,       AV_CODEC_ID_DTS,
+        AV_CODEC_ID_OPUS,         AV_CODEC_ID_S302M,      AV_CODEC_ID_H264,
+        AV_CODEC_ID_HEVC,         AV_CODEC_ID_MPEG2VIDEO, AV_CODEC_ID_DVB_SUBTITLE,
+        AV_CODEC_ID_DVB_TELETEXT, AV_CODEC_ID_SMPTE_KLV};
     return std::find(std::begin(known), std::end(known), codec) != std::end(known);
 }
 
@@ -214,3 +214,8 @@ bool canHold(const OutputFormat& format, const AVCodecParameters& stream) {
     return avformat_query_codec(format.muxer, stream.codec_id, FF_COMPLIANCE_UNOFFICIAL) == 1;
 }
 
+AVPixelFormat chooseFramePixels(const AVCodec& codec, AVPixelFormat source, AVPixelFormat working) {
+    if (codec.id == AV_CODEC_ID_WRAPPED_AVFRAME)
+        return bestFormat(y4mFormats, source);
+    return codec.pix_fmts ? bestFormat(codec.pix_fmts, source) : working;
+}

@@ -12,8 +12,10 @@
 
 class PassedPackets {
 public:
-    // With `whole` all of them pass, at once.
-    PassedPackets(const Input& input, bool whole) : m_input(input), m_whole(whole) {}
+    // All of them pass, at once, unless a range is taken.
+    explicit PassedPackets(const Input& input) : m_input(input) {}
+
+    void takeRange() { m_whole = false; }
 
     void choose(const std::vector<int>& streams);
     bool passes(int stream) const { return m_ends.contains(stream); }
@@ -40,7 +42,7 @@ private:
     std::int64_t firstSampleFrom(const AVPacket& packet, std::int64_t time) const;
 
     const Input& m_input;
-    bool m_whole;
+    bool m_whole = true;
     std::map<int, std::int64_t> m_ends; // where each stream's last packet ended, in its time base
     std::deque<PacketPtr> m_waiting;
     std::int64_t m_seen = INT64_MIN; // the latest frame's time

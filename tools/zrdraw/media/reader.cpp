@@ -44,18 +44,20 @@ bool servesAsCanvas(const AVFrame& picture, const CanvasShape& shape) {
 
 Reader::Reader(const std::string& path, const ReadOptions& options)
     : m_options(options), m_input(path, inputOptions(options)), m_first(newFrame()),
-      m_passed(m_input, options.range.first == 0 && options.range.end == FrameRange::open) {
+      m_passed(m_input) {
     start();
     findOrigin();
-    seekToRange();
+    FramePtr picture(av_frame_clone(m_first.get()));
+    if (!picture)
+        throw std::bad_alloc();
+    m_frames.push_back(std::move(picture));
 }
 
 // Decodes the first frame early, because it says more than the file's header.
 void Reader::start() {
     const AVStream& pictures = m_input.pictures();
-    const zrLayout& layout =
-        m_options.layout(m_options.raw ? AV_PIX_FMT_NONE
-                                       : static_cast<AVPixelFormat>(pictures.codecpar->format));
+    const zrLayout& layout = m_options.layout(
+        m_options.raw ? AV_PIX_FMT_NONE : static_cast<AVPixelFormat>(pictures.codecpar->format));
     bool found = false;
     while (!found) {
         PacketPtr packet = m_input.next();
@@ -101,31 +103,28 @@ void Reader::findOrigin() {
 }
 
 // Frames before the range need not be decoded where the file says where each of them stands.
-void Reader::seekToRange() {
-    const std::int64_t first = m_options.range.first;
-    if (first > 0 && !m_even && !m_ended && m_input.seekToFrame(first)) {
-        m_unread.clear();
-        m_decoder->flush();
-        m_number = first;
+void Reader::take(const FrameRange& range) {
+    m_range = range;
+    m_passed.takeRange();
+    if (range.first == 0 || m_even || m_ended || !m_input.seekToFrame(range.first))
         return;
-    }
-    FramePtr picture(av_frame_clone(m_first.get()));
-    if (!picture)
-        throw std::bad_alloc();
-    m_frames.push_back(std::move(picture));
+    m_frames.clear();
+    m_unread.clear();
+    m_decoder->flush();
+    m_number = range.first;
 }
 
 std::int64_t Reader::expectedOrigin() const {
-    if (m_options.range.first == 0)
+    if (m_range.first == 0)
         return m_origin;
     const AVRational base = m_input.pictures().time_base;
     return av_rescale_q(m_info.start, m_info.timeBase, base) +
-           av_rescale_q(m_options.range.first, av_inv_q(m_info.frameRate), base);
+           av_rescale_q(m_range.first, av_inv_q(m_info.frameRate), base);
 }
 
 std::string Reader::timeCode() const {
     const std::optional<TimeCode> code = timeCodeIn(m_info.timeCode, m_info.frameRate);
-    return code && m_options.range.first > 0 ? code->at(m_options.range.first) : m_info.timeCode;
+    return code && m_range.first > 0 ? code->at(m_range.first) : m_info.timeCode;
 }
 
 void Reader::pass(const std::vector<int>& streams) {
@@ -147,7 +146,7 @@ void Reader::scaleTo(int width, int height) {
     m_scaled = newFrame();
 }
 
-bool Reader::next(Item& item) {
+std::optional<Item> Reader::next() {
     if (!m_loader) {
         m_loader.emplace(*m_shape);
         m_pool.emplace(*m_shape);
@@ -155,10 +154,10 @@ bool Reader::next(Item& item) {
     while (m_ready.empty() && readOn()) {
     }
     if (m_ready.empty())
-        return false;
-    item = std::move(m_ready.front());
+        return std::nullopt;
+    Item item = std::move(m_ready.front());
     m_ready.pop_front();
-    return true;
+    return item;
 }
 
 // A step; false when there is nothing more to do.
@@ -193,12 +192,12 @@ bool Reader::readOn() {
 }
 
 bool Reader::wantsMore() const {
-    return m_number <= m_options.range.end || m_passed.awaitsMore();
+    return m_number <= m_range.end || m_passed.awaitsMore();
 }
 
 void Reader::takePacket(PacketPtr packet) {
     if (packet->stream_index == m_input.pictures().index) {
-        if (m_number > m_options.range.end)
+        if (m_number > m_range.end)
             return;
         m_heldBytes += static_cast<std::size_t>(packet->size);
         m_held.push_back(std::move(packet));
@@ -244,32 +243,32 @@ void Reader::load(FramePtr picture, std::int64_t number) {
     const std::int64_t time = picture->best_effort_timestamp;
     const std::int64_t fileTime =
         m_even ? m_even->sourceTime(time) : time; // that the other streams are in
-    if (number < m_options.range.first) {
+    if (number < m_range.first) {
         m_passed.frameBefore(fileTime);
         return;
     }
-    if (number >= m_options.range.end) {
-        if (number == m_options.range.end)
+    if (number >= m_range.end) {
+        if (number == m_range.end)
             m_passed.end(fileTime);
         return;
     }
     if (!std::exchange(m_begun, true)) {
-        if (m_options.range.first > 0)
+        if (m_range.first > 0)
             m_origin = fileTime;
         m_passed.begin(fileTime);
         if (m_levels)
             m_levels->takeUntil(static_cast<double>(time) * av_q2d(m_info.timeBase));
     }
     m_passed.frameWithin(fileTime);
-    Frame frame{canvasOf(*picture)};
-    frame.number = number;
-    frame.clock = framesSinceStart(m_info, time);
-    frame.time = time;
-    frame.duration = picture->pkt_duration;
+    auto frame = std::make_unique<Frame>(canvasOf(*picture));
+    frame->number = number;
+    frame->clock = framesSinceStart(m_info, time);
+    frame->time = time;
+    frame->duration = picture->pkt_duration;
     if (m_levels)
-        frame.levels = m_levels->takeUntil(static_cast<double>(time + frame.duration) *
-                                           av_q2d(m_info.timeBase));
-    frame.picture = std::move(picture);
+        frame->levels = m_levels->takeUntil(static_cast<double>(time + frame->duration) *
+                                            av_q2d(m_info.timeBase));
+    frame->picture = std::move(picture);
     m_ready.emplace_back(std::move(frame));
 }
 

@@ -26,9 +26,8 @@ struct ReadOptions {
     LayoutChoice layout;
     std::optional<RawFormat> raw = {}; // frames in a raw file are in the layout
     Damage damage = Damage::Fail;
-    std::optional<int> startNumber = {};    // of a sequence of pictures
-    std::optional<AVRational> rate = {};    // frames come at this rate, repeated or left out
-    FrameRange range = {};                  // of frames at that rate
+    std::optional<int> startNumber = {}; // of a sequence of pictures
+    std::optional<AVRational> rate = {}; // frames come at this rate, repeated or left out
 };
 
 class Reader {
@@ -40,7 +39,7 @@ public:
     const CanvasShape& shape() const { return *m_shape; }
     Input& input() { return m_input; }
     const Input& input() const { return m_input; }
-    const FrameRange& range() const { return m_options.range; }
+    const FrameRange& range() const { return m_range; }
 
     // Says of the first frame, whose picture's side data tells of colours, what is known.
     const AVFrame& firstPicture() const { return *m_first; }
@@ -56,14 +55,17 @@ public:
     // The time code of the first frame that comes, as the file has it; empty if it has none.
     std::string timeCode() const;
 
+    // Before the first frame: takes other frames than all.
+    void take(const FrameRange& range);
+
     // Before the first frame: which other streams pass, that levels of sound are measured, and that
     // pictures come in another size.
     void pass(const std::vector<int>& streams);
     void measureSound(AudioLevels& levels);
     void scaleTo(int width, int height);
 
-    // The next frame or packet; false at the end.
-    bool next(Item& item);
+    // The next frame or packet; nothing at the end.
+    std::optional<Item> next();
 
     // What was left out or repeated, for people; empty if nothing.
     std::string report() const;
@@ -71,7 +73,6 @@ public:
 private:
     void start();
     void findOrigin();
-    void seekToRange();
     bool readOn();
     bool wantsMore() const;
     void takePacket(PacketPtr packet);
@@ -84,6 +85,7 @@ private:
     void requireSameFormat(const AVFrame& frame) const;
 
     ReadOptions m_options;
+    FrameRange m_range;
     Input m_input;
     std::optional<Decoder> m_decoder;
     std::optional<CanvasShape> m_shape;

@@ -15,7 +15,7 @@ constexpr std::size_t frameWeight = 32;
 constexpr std::size_t packetWeight = 1;
 
 std::size_t weightOf(const Item& item) {
-    return std::holds_alternative<Frame>(item) ? frameWeight : packetWeight;
+    return std::holds_alternative<std::unique_ptr<Frame>>(item) ? frameWeight : packetWeight;
 }
 
 void wait() {}
@@ -65,9 +65,9 @@ ReadLane::~ReadLane() {
 
 void ReadLane::read() {
     try {
-        for (Item item; m_reader.next(item);) {
-            const std::size_t weight = weightOf(item);
-            if (!m_queue.push(std::move(item), weight, wait))
+        while (std::optional<Item> item = m_reader.next()) {
+            const std::size_t weight = weightOf(*item);
+            if (!m_queue.push(std::move(*item), weight, wait))
                 return;
         }
         m_queue.close();
@@ -126,8 +126,8 @@ void runRoad(Reader& reader, Writer& writer, const std::function<void(Frame&)>& 
         std::optional<Item> item = in.next();
         if (!item)
             break;
-        if (auto* frame = std::get_if<Frame>(&*item)) {
-            draw(*frame);
+        if (const auto* frame = std::get_if<std::unique_ptr<Frame>>(&*item)) {
+            draw(**frame);
             more = !writer.takesOneFrame();
         }
         out.push(std::move(*item));

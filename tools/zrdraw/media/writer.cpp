@@ -1,7 +1,6 @@
 #include "media/writer.h"
 
 #include "media/dpx_time_code.h"
-#include "tool_error.h"
 
 #include <fmt/format.h>
 
@@ -41,9 +40,8 @@ Writer::Writer(const WriteOptions& options, Reader& source, const StreamInfo& in
     : m_info(info),
       m_format(chooseOutputFormat(options.path, options.format, options.encoder.codec, info)),
       m_name(options.path == "-" ? "standard output" : fmt::format("'{}'", options.path)),
-      m_timeline(info, m_format),
-      m_encoder(m_format, options.encoder, info, source.firstPicture(), source.shape(),
-                m_timeline.base()),
+      m_timeline(info, m_format), m_encoder(m_format, options.encoder, info, source.firstPicture(),
+                                            source.shape(), m_timeline.base()),
       m_storer(source.shape(), options.alpha), m_output(options.path, m_format),
       m_pictures(&m_output.addFrames(m_encoder)), m_source(&source),
       m_timesFromZero(options.timesFromZero) {
@@ -69,9 +67,8 @@ void Writer::passOn(const WriteOptions& options, Reader& source) {
         chosen.push_back(stream.from);
     source.pass(chosen);
     std::vector<std::string> lost = m_passed.lost;
-    const std::vector<std::string> more =
-        copyDescription(source.input(), source.firstPicture(), source.expectedOrigin(), m_output,
-                        *m_pictures);
+    const std::vector<std::string> more = copyDescription(
+        source.input(), source.firstPicture(), source.expectedOrigin(), m_output, *m_pictures);
     lost.insert(lost.end(), more.begin(), more.end());
     if (hasCaptions(source.firstPicture()) && !m_encoder.keepsCaptions())
         lost.emplace_back("closed captions");
@@ -102,8 +99,8 @@ void Writer::noteLost(const std::vector<std::string>& lost) {
 }
 
 void Writer::write(Item& item) {
-    if (auto* frame = std::get_if<Frame>(&item))
-        writeFrame(*frame);
+    if (const auto* frame = std::get_if<std::unique_ptr<Frame>>(&item))
+        writeFrame(**frame);
     else
         writePacket(*std::get<PacketPtr>(item));
 }
@@ -121,9 +118,9 @@ void Writer::writeFrame(Frame& frame) {
     if (m_format.picture && m_frames > 0)
         throw Failure(fmt::format("{} takes one picture only", m_name));
     const std::int64_t origin =
-        m_timesFromZero ? 0
-                        : av_rescale_q(fileOrigin(), m_source->input().pictures().time_base,
-                                       m_info.timeBase);
+        m_timesFromZero
+            ? 0
+            : av_rescale_q(fileOrigin(), m_source->input().pictures().time_base, m_info.timeBase);
     const FramePtr target = m_encoder.makeFrame(frame.canvas);
     m_storer.store(frame.canvas, *frame.picture, *target);
     copyCaptions(*frame.picture, *target);
@@ -134,11 +131,13 @@ void Writer::writeFrame(Frame& frame) {
 }
 
 void Writer::encode(const AVFrame* frame) {
-    m_encoder.encode(frame, [&](AVPacket& packet) {
-        if (m_timeCode)
-            putDpxTimeCode(packet, m_timeCode->at(packet.pts));
-        m_output.write(packet, m_timeline.base(), *m_pictures);
-    });
+    m_encoder.encode(
+        frame,
+        [&](AVPacket& packet) {
+            if (m_timeCode)
+                putDpxTimeCode(packet, m_timeCode->at(packet.pts));
+            m_output.write(packet, m_timeline.base(), *m_pictures);
+        });
 }
 
 void Writer::writePacket(AVPacket& packet) {
@@ -158,7 +157,7 @@ void Writer::writePacket(AVPacket& packet) {
 
 void Writer::finish() {
     if (m_frames == 0)
-        throw Failure(fmt::format("no frame was given to write to {}", m_name));
+        throw NoFrames(fmt::format("no frame was given to write to {}", m_name));
     encode(nullptr);
     m_output.finish();
 }

@@ -8,6 +8,7 @@
 #include "media/reader.h"
 #include "media/time_code.h"
 #include "media/timeline.h"
+#include "tool_error.h"
 
 #include <optional>
 #include <string>
@@ -18,11 +19,16 @@ struct WriteOptions {
     std::string format; // "y4m", "raw" or a muxer's name; empty: from the file's name
     EncoderOptions encoder = {};
     Streams streams = Streams::All;
-    bool force = false;                   // replace an existing file
-    int firstNumber = 1;                  // of a sequence of pictures
+    bool force = false;                       // replace an existing file
+    int firstNumber = 1;                      // of a sequence of pictures
     std::optional<std::string> timeCode = {}; // of the first frame; the source's own if not told
     Storer::Alpha alpha = Storer::Alpha::Canvas;
     bool timesFromZero = false; // frames do not come with the times of the source
+};
+
+// Nothing was given to write.
+struct NoFrames : Failure {
+    using Failure::Failure;
 };
 
 class Writer {

@@ -59,12 +59,6 @@ bool hasLayer(const CZrOverlay& overlay) {
                        [](unsigned enabled) { return enabled != 0; });
 }
 
-std::string timeCodeText(unsigned count, unsigned type) {
-    char text[512] = {};
-    tc2String(count, type | zrTimeCodeTextFlags, text);
-    return text;
-}
-
 // Two channels a word, the even one low, with room for every meter.
 using Words = std::array<unsigned, mostMeters / 2>;
 
@@ -76,14 +70,6 @@ Words packed(const AudioLevels::Levels& levels) {
 }
 
 } // namespace
-
-const zrLayout& overlayLayout(AVPixelFormat source) {
-    const bool alpha = hasFlag(source, AV_PIX_FMT_FLAG_ALPHA);
-    if (source == AV_PIX_FMT_NONE || alpha || countsAsRgb(source))
-        return *zrFindLayout(ptBGRA32);
-    const bool deep = av_pix_fmt_desc_get(source)->comp[0].depth > 8;
-    return *zrFindLayout(deep ? ptV210 : ptUYVY);
-}
 
 Burner::Burner(const BurnOptions& options, const StreamInfo& source, const zrLayout& layout,
                unsigned audioChannels)
@@ -174,11 +160,11 @@ void Burner::describe(const BurnOptions& options, const StreamInfo& source,
     m_overlay.Create(video.get(), system.get());
     zrOSSetLogSink(nullptr);
     const bool cached = m_overlay.wmBgra || m_overlay.wmYuv2 || m_overlay.wmV210;
-    if (m_overlay.WatermarkEnable != 0 && !cached)
-        warn(m_watermark.empty()
-                 ? "the watermark is enabled, but none is given: use --watermark FILE"
-                 : fmt::format("the watermark '{}' cannot be read; the frames go without it",
-                               m_watermark));
+    if (m_overlay.WatermarkEnable == 0 || cached)
+        return;
+    if (m_watermark.empty())
+        throw UsageError("the watermark is enabled, but none is given: use --watermark FILE");
+    throw Failure(fmt::format("the watermark '{}' cannot be read as a picture", m_watermark));
 }
 
 void Burner::startTimeCodeAt(const BurnOptions& options, const StreamInfo& source) {
@@ -188,39 +174,83 @@ void Burner::startTimeCodeAt(const BurnOptions& options, const StreamInfo& sourc
     int drop = text.empty() ? -1 : text.find(';') != std::string::npos;
     if (options.dropFrame)
         drop = *options.dropFrame;
-    m_timeCodeType = zrTimeCodeType(source.frameRate.num, source.frameRate.den, drop);
-    if (m_timeCodeType == 0 && options.dropFrame.value_or(false))
+    unsigned& type = m_timeCode.type;
+    type = zrTimeCodeType(source.frameRate.num, source.frameRate.den, drop);
+    if (type == 0 && options.dropFrame.value_or(false))
         throw UsageError(fmt::format("there is no drop-frame time code at {:.6g} frames a second: "
                                      "leave out --drop",
                                      rate));
-    if (m_timeCodeType == 0) // a source may claim what there is not
-        m_timeCodeType = zrTimeCodeType(source.frameRate.num, source.frameRate.den, -1);
-    if (m_timeCodeType == 0) {
-        m_timeCodeType = m_overlay.tcType;
-        warn(fmt::format("no time code counts {:.6g} frames a second: the nearest is used", rate));
+    if (type == 0) // a source may claim what there is not
+        type = zrTimeCodeType(source.frameRate.num, source.frameRate.den, -1);
+    if (type == 0) {
+        type = m_overlay.tcType;
+        m_warnings.push_back(
+            fmt::format("no time code counts {:.6g} frames a second: the nearest is used", rate));
     }
-    m_overlay.tcType = m_timeCodeType;
-    if (text.empty() || zrTimeCodeFrames(text.c_str(), m_timeCodeType, &m_firstTimeCode) == 0)
+    m_overlay.tcType = type;
+    if (text.empty() || zrTimeCodeFrames(text.c_str(), type, &m_timeCode.first) == 0)
         return;
     const std::string problem =
         fmt::format("the time code '{}' cannot be at {:.6g} frames a second{}", text, rate,
-                    zrTimeCodeIsDrop(m_timeCodeType) != 0 ? " drop-frame" : "");
+                    zrTimeCodeIsDrop(type) != 0 ? " drop-frame" : "");
     if (!given.empty())
         throw UsageError(problem + ": use one such as 01:00:00:00");
-    warn(problem + "; it starts at 00:00:00:00");
+    m_warnings.push_back(problem + "; it starts at 00:00:00:00");
 }
 
-void Burner::warn(const std::string& text) {
-    m_warning += (m_warning.empty() ? "" : "; ") + text;
+std::vector<std::string> layersOffFrame(const BurnOptions& options, const StreamInfo& source,
+                                        const zrLayout& layout, unsigned audioChannels) {
+    Burner burner(options, source, layout, audioChannels);
+    return burner.layersThatChangeNothing(source, layout);
 }
 
-std::string Burner::startTimeCode() const {
-    return timeCodeText(m_firstTimeCode, m_timeCodeType);
+// Whether the enabled layers change a flat frame, with all meters lit.
+bool Burner::changes(Canvas& canvas) {
+    const std::size_t bytes =
+        static_cast<std::size_t>(canvas.pitch()) * static_cast<std::size_t>(canvas.height());
+    AudioLevels::Levels loud;
+    loud.fill(0xFFFF);
+    for (const char flat : {'\x80', '\x10'}) {
+        std::fill_n(canvas.data(), bytes, flat);
+        burn(canvas, 0, loud);
+        if (std::any_of(canvas.data(), canvas.data() + bytes,
+                        [=](char byte) { return byte != flat; }))
+            return true;
+    }
+    return false;
 }
 
-void Burner::burn(WorkingFrame& canvas, std::int64_t number, const AudioLevels::Levels& levels) {
+// Each is burnt alone.
+std::vector<std::string> Burner::layersThatChangeNothing(const StreamInfo& source,
+                                                         const zrLayout& layout) {
+    struct Layer {
+        std::string name;
+        unsigned* enabled;
+    };
+    std::vector<Layer> layers;
+    for (const zrOverlaySetting& setting : zrOverlaySettings)
+        if (setting.layer)
+            layers.push_back({setting.key, &(m_overlay.*setting.number)});
+    for (int slot = 0; slot < CZrOverlay::textSlots; ++slot)
+        layers.push_back(
+            {fmt::format("CustomTextEnabled{}", slot), &m_overlay.CustomTextEnabled[slot]});
+    std::erase_if(layers, [](const Layer& layer) { return *layer.enabled == 0; });
+    for (const Layer& layer : layers)
+        *layer.enabled = 0;
+    Canvas canvas(layout, source.width, source.height);
+    std::vector<std::string> names;
+    for (const Layer& layer : layers) {
+        *layer.enabled = 1;
+        if (m_overlay.Enabled != 0 && !changes(canvas))
+            names.push_back(layer.name);
+        *layer.enabled = 0;
+    }
+    return names;
+}
+
+void Burner::burn(Canvas& canvas, std::int64_t clock, const AudioLevels::Levels& levels) {
     m_frame->videoData = canvas.data();
-    m_frame->ltc = m_frame->vitc = m_firstTimeCode + static_cast<unsigned>(number);
+    m_frame->ltc = m_frame->vitc = m_timeCode.first + static_cast<unsigned>(clock);
     Words levelWords = packed(levels);
     Words peakWords = packed(m_peaks.next(levels));
     m_overlay.BurnIn(m_frame.get(), levelWords.data(), peakWords.data(), 0);

@@ -2,8 +2,9 @@
 #pragma once
 
 #include "media/audio_levels.h"
-#include "media/frame_source.h"
-#include "media/working_frame.h"
+#include "media/canvas.h"
+#include "media/stream_info.h"
+#include "media/time_code.h"
 #include "overlay/peak_hold.h"
 #include "overlay/setting_names.h"
 
@@ -22,38 +23,47 @@ struct BurnOptions {
     bool interlaced = false;          // whatever the source says
 };
 
-// The nearest of the layouts that the overlay knows: bgra, uyvy or v210.
-const zrLayout& overlayLayout(AVPixelFormat source);
+// Those that the overlay knows.
+inline constexpr unsigned overlayLayouts[] = {ptBGRA32, ptUYVY, ptV210};
 
 class Burner {
 public:
-    // Settings and time code that do not fit are UsageErrors.
+    // Settings and time code that do not fit are UsageErrors, a watermark that cannot be read is a
+    // Failure.
     Burner(const BurnOptions& options, const StreamInfo& source, const zrLayout& layout,
            unsigned audioChannels);
 
-    // Of the first frame, as the output's own.
-    std::string startTimeCode() const;
+    // Of a frame, as the output's own.
+    std::string timeCodeOf(std::int64_t frame) const { return m_timeCode.at(frame); }
     bool showsMeters() const { return m_overlay.Enabled != 0 && m_overlay.AudioEnable != 0; }
 
-    // What the user should know and what does not stop the work; empty if nothing.
-    const std::string& warning() const { return m_warning; }
+    // What the user should know and what does not stop the work, a line each.
+    const std::vector<std::string>& warnings() const { return m_warnings; }
 
-    // Burns into frame `number` of the clip.
-    void burn(WorkingFrame& canvas, std::int64_t number, const AudioLevels::Levels& levels);
+    // Burns into the frame that stands so many behind the clip's first.
+    void burn(Canvas& canvas, std::int64_t clock, const AudioLevels::Levels& levels);
 
 private:
     void loadStore(const BurnOptions& options);
     void applyOptions(const BurnOptions& options, unsigned audioChannels);
     void describe(const BurnOptions& options, const StreamInfo& source, const zrLayout& layout);
     void startTimeCodeAt(const BurnOptions& options, const StreamInfo& source);
-    void warn(const std::string& text);
+    friend std::vector<std::string> layersOffFrame(const BurnOptions& options,
+                                                   const StreamInfo& source, const zrLayout& layout,
+                                                   unsigned audioChannels);
+    std::vector<std::string> layersThatChangeNothing(const StreamInfo& source,
+                                                     const zrLayout& layout);
+    bool changes(Canvas& canvas);
 
     CZrOverlay m_overlay;
     std::string m_watermark; // owner of the overlay's path
     bool m_stored = false;   // settings came from a store
-    unsigned m_timeCodeType = 0;
-    unsigned m_firstTimeCode = 0;
-    std::string m_warning;
+    TimeCode m_timeCode;
+    std::vector<std::string> m_warnings;
     PeakHold m_peaks;
     std::unique_ptr<DFRAME> m_frame = std::make_unique<DFRAME>();
 };
+
+// The settings of the layers that are enabled and lie wholly off the frame.
+std::vector<std::string> layersOffFrame(const BurnOptions& options, const StreamInfo& source,
+                                        const zrLayout& layout, unsigned audioChannels);

@@ -1,7 +1,5 @@
 #include "pair/clip_pair.h"
 
-#include "interrupt.h"
-#include "media/packing.h"
 #include "media/pixel_formats.h"
 #include "tool_error.h"
 
@@ -57,64 +55,47 @@ void requireNames(const PairOptions& options) {
         throw UsageError("standard input can be one of A and B only");
 }
 
-ClipReader::ClipReader(const std::string& path, const LayoutChoice& layout,
-                       const std::optional<RawFormat>& raw)
-    : m_source(path, layout, raw, interruptReads), m_frame(newFrame()) {
-    m_source.packets().dropAudio();
-}
-
-void ClipReader::scaleTo(int width, int height) {
-    if (width == info().width && height == info().height)
-        return;
-    m_scaled = newFrame();
-    m_scaled->width = width;
-    m_scaled->height = height;
-}
-
-bool ClipReader::next(WorkingFrame& canvas) {
-    if (m_ended || !m_source.read(*m_frame)) {
-        m_ended = true;
-        return false;
-    }
-    canvas.load(m_scaled ? scaled(*m_frame) : *m_frame);
-    return true;
-}
-
-const AVFrame& ClipReader::scaled(const AVFrame& frame) {
-    const auto format = static_cast<AVPixelFormat>(frame.format);
-    if (format == barePixels)
-        throw Failure("frames that are read as they are cannot be scaled: use another --layout");
-    const int width = m_scaled->width, height = m_scaled->height;
-    m_scaler.reset(sws_getCachedContext(m_scaler.release(), frame.width, frame.height, format,
-                                        width, height, format, SWS_BICUBIC | SWS_ACCURATE_RND,
-                                        nullptr, nullptr, nullptr));
-    if (!m_scaler)
-        throw Failure(fmt::format("pictures of {}x{} cannot be brought to {}x{}", frame.width,
-                                  frame.height, width, height));
-    av_frame_unref(m_scaled.get());
-    m_scaled->width = width;
-    m_scaled->height = height;
-    m_scaled->format = format;
-    if (av_frame_get_buffer(m_scaled.get(), 0) < 0 ||
-        av_frame_copy_props(m_scaled.get(), &frame) < 0)
-        throw std::bad_alloc();
-    sws_scale(m_scaler.get(), frame.data, frame.linesize, 0, frame.height, m_scaled->data,
-              m_scaled->linesize);
-    return *m_scaled;
-}
-
-ClipPair::ClipPair(const PairOptions& options, const LayoutChoice& layout,
-                   const std::optional<RawFormat>& raw)
-    : m_first(options.input, layout, raw), m_second(options.second, always(m_first.layout()), raw) {
-    requireMatch(m_first.info(), m_second.info(), options.scale);
+ClipPair::ClipPair(const PairOptions& options, const LayoutChoice& layout)
+    : m_first(options.input, readOptions(options, layout)),
+      m_second(options.second, readOptions(options, always(m_first.layout()))) {
+    const StreamInfo &a = m_first.info(), &b = m_second.info();
+    requireMatch(a, b, options.scale);
     if (options.scale)
-        m_second.scaleTo(m_first.info().width, m_first.info().height);
+        m_second.scaleTo(a.width, a.height);
+    m_secondLeads = a.picture && b.width == a.width && b.height == a.height;
 }
 
-// Of the clip, where one of the two is a picture.
-const StreamInfo& ClipPair::info() const {
-    return m_first.info().picture && m_second.info().width == m_first.info().width &&
-                   m_second.info().height == m_first.info().height
-               ? m_second.info()
-               : m_first.info();
+bool ClipFrames::next() {
+    while (!m_ended) {
+        std::optional<Item> item = m_lane.next();
+        if (!item) {
+            m_ended = true;
+        } else if (auto* packet = std::get_if<PacketPtr>(&*item)) {
+            m_pass(std::move(*packet));
+        } else {
+            m_frame = std::get<std::unique_ptr<Frame>>(std::move(*item));
+            return true;
+        }
+    }
+    if (!m_frame)
+        throw Failure("a clip has no frame");
+    return false;
+}
+
+std::unique_ptr<Frame> ClipFrames::again() const {
+    auto frame = std::make_unique<Frame>(m_frame->canvas.share());
+    frame->picture.reset(av_frame_clone(m_frame->picture.get()));
+    if (!frame->picture)
+        throw std::bad_alloc();
+    return frame;
+}
+
+FramePtr propertiesOf(const AVFrame& picture) {
+    FramePtr properties = newFrame();
+    if (av_frame_copy_props(properties.get(), &picture) < 0)
+        throw std::bad_alloc();
+    properties->format = picture.format;
+    properties->width = picture.width;
+    properties->height = picture.height;
+    return properties;
 }

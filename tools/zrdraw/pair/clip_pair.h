@@ -2,9 +2,10 @@
 #pragma once
 
 #include "clip_options.h"
-#include "media/frame_source.h"
-#include "media/working_frame.h"
+#include "media/road.h"
 
+#include <functional>
+#include <optional>
 #include <string>
 
 struct PairOptions : ClipOptions {
@@ -17,46 +18,46 @@ struct PairOptions : ClipOptions {
 void addPairOptions(CLI::App& command, PairOptions& options);
 void requireNames(const PairOptions& options);
 
-// A clip as canvases. A picture, and the last frame of a clip that has ended, comes again and
-// again.
-class ClipReader {
+// The two, opened. Sizes, rates and scans that do not go together are Failures.
+class ClipPair {
 public:
-    ClipReader(const std::string& path, const LayoutChoice& layout,
-               const std::optional<RawFormat>& raw);
+    ClipPair(const PairOptions& options, const LayoutChoice& layout);
 
-    const StreamInfo& info() const { return m_source.info(); }
-    const zrLayout& layout() const { return m_source.layout(); }
-    bool hasEnded() const { return m_ended; }
+    Reader& first() { return m_first; }
+    Reader& second() { return m_second; }
 
-    // Frames come in this size.
-    void scaleTo(int width, int height);
-
-    // Takes the next frame into the canvas; false when there was none and the last came again.
-    bool next(WorkingFrame& canvas);
+    // The one that moves: of a picture and a clip the clip, else the first.
+    Reader& leading() { return m_secondLeads ? m_second : m_first; }
 
 private:
-    const AVFrame& scaled(const AVFrame& frame);
+    Reader m_first;
+    Reader m_second;
+    bool m_secondLeads;
+};
 
-    FrameSource m_source;
-    FramePtr m_frame;
-    FramePtr m_scaled; // null: the size is as it is
-    SwsPtr m_scaler;
+// A clip frame by frame, read on a thread of its own. A picture, and the last frame of a clip that
+// has ended, comes again and again.
+class ClipFrames {
+public:
+    // Packets of other streams go to `pass`.
+    ClipFrames(Reader& reader, std::function<void(PacketPtr)> pass)
+        : m_lane(reader), m_pass(std::move(pass)) {}
+
+    // False if there is no further frame: the present one stays.
+    bool next();
+
+    bool hasEnded() const { return m_ended; }
+    Frame& frame() { return *m_frame; }
+
+    // The present frame once more, to be written.
+    std::unique_ptr<Frame> again() const;
+
+private:
+    ReadLane m_lane;
+    std::function<void(PacketPtr)> m_pass;
+    std::unique_ptr<Frame> m_frame;
     bool m_ended = false;
 };
 
-class ClipPair {
-public:
-    // Differences between the two that nothing mends are Failures.
-    ClipPair(const PairOptions& options, const LayoutChoice& layout,
-             const std::optional<RawFormat>& raw);
-
-    const StreamInfo& info() const;
-    const zrLayout& layout() const { return m_first.layout(); }
-
-    ClipReader& first() { return m_first; }
-    ClipReader& second() { return m_second; }
-
-private:
-    ClipReader m_first;
-    ClipReader m_second;
-};
+// What a frame that is made of others takes over of one of them: all but its pixels.
+FramePtr propertiesOf(const AVFrame& picture);

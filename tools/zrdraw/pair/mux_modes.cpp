@@ -66,10 +66,8 @@ std::string listMuxModes() {
     return text;
 }
 
-void composeMux(const MuxParameters& p, WorkingFrame& a, WorkingFrame& b, WorkingFrame& result) {
-    const auto bytes = [](WorkingFrame& frame) {
-        return reinterpret_cast<unsigned char*>(frame.data());
-    };
+void composeMux(const MuxParameters& p, Canvas& a, Canvas& b, Canvas& result) {
+    const auto bytes = [](Canvas& frame) { return reinterpret_cast<unsigned char*>(frame.data()); };
     const auto width = static_cast<unsigned>(a.width()), height = static_cast<unsigned>(a.height());
     const auto pitch = static_cast<unsigned>(a.pitch());
     const unsigned size = pitch * height;

@@ -1,7 +1,7 @@
 // The display mux's modes by name, and one composed frame.
 #pragma once
 
-#include "media/working_frame.h"
+#include "media/canvas.h"
 
 #include <span>
 #include <string>
@@ -33,5 +33,4 @@ struct MuxParameters {
 };
 
 // All in a 32-bit RGB layout and of one size. Flips change the sources.
-void composeMux(const MuxParameters& parameters, WorkingFrame& a, WorkingFrame& b,
-                WorkingFrame& result);
+void composeMux(const MuxParameters& parameters, Canvas& a, Canvas& b, Canvas& result);

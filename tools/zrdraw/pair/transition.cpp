@@ -27,11 +27,11 @@ std::string knownNames() {
     return fmt::format("{}", fmt::join(names, ", "));
 }
 
-unsigned char* bytesOf(WorkingFrame& frame) {
+unsigned char* bytesOf(Canvas& frame) {
     return reinterpret_cast<unsigned char*>(frame.data());
 }
 
-unsigned char* lineOf(WorkingFrame& frame, unsigned y) {
+unsigned char* lineOf(Canvas& frame, unsigned y) {
     return bytesOf(frame) + std::size_t{y} * static_cast<unsigned>(frame.pitch());
 }
 
@@ -63,8 +63,7 @@ Transition::Transition(const zrLayout& layout, int width, int height, unsigned c
         m_moved.resize(bytes);
 }
 
-void Transition::draw(WorkingFrame& from, WorkingFrame& to, WorkingFrame& result,
-                      unsigned position) {
+void Transition::draw(Canvas& from, Canvas& to, Canvas& result, unsigned position) {
     if (m_layout.code == ptV210 && !m_frontEnd)
         return drawWords(from, to, result, position);
     const auto pitch = static_cast<unsigned>(from.pitch());
@@ -76,8 +75,7 @@ void Transition::draw(WorkingFrame& from, WorkingFrame& to, WorkingFrame& result
         throw Failure("out of memory");
 }
 
-void Transition::drawWords(WorkingFrame& from, WorkingFrame& to, WorkingFrame& result,
-                           unsigned position) {
+void Transition::drawWords(Canvas& from, Canvas& to, Canvas& result, unsigned position) {
     expandWords(from, m_from);
     expandWords(to, m_to);
     std::vector<std::uint8_t>& words = m_moved.empty() ? m_from : m_moved;
@@ -89,7 +87,7 @@ void Transition::drawWords(WorkingFrame& from, WorkingFrame& to, WorkingFrame& r
                      static_cast<int>(m_width));
 }
 
-void Transition::expandWords(WorkingFrame& frame, std::vector<std::uint8_t>& words) const {
+void Transition::expandWords(Canvas& frame, std::vector<std::uint8_t>& words) const {
     for (unsigned y = 0; y < m_height; ++y)
         expandV210Line(lineOf(frame, y), words.data() + std::size_t{y} * m_width * wordPixelBytes,
                        static_cast<int>(m_width));

@@ -1,7 +1,7 @@
 // One frame of a transition between two canvases.
 #pragma once
 
-#include "media/working_frame.h"
+#include "media/canvas.h"
 
 #include <cstdint>
 #include <vector>
@@ -15,12 +15,12 @@ public:
     Transition(const zrLayout& layout, int width, int height, unsigned code, bool swapped,
                bool frontEnd);
 
-    void draw(WorkingFrame& from, WorkingFrame& to, WorkingFrame& result, unsigned position);
+    void draw(Canvas& from, Canvas& to, Canvas& result, unsigned position);
 
 private:
-    void drawWords(WorkingFrame& from, WorkingFrame& to, WorkingFrame& result, unsigned position);
+    void drawWords(Canvas& from, Canvas& to, Canvas& result, unsigned position);
 
-    void expandWords(WorkingFrame& frame, std::vector<std::uint8_t>& words) const;
+    void expandWords(Canvas& frame, std::vector<std::uint8_t>& words) const;
 
     const zrLayout& m_layout;
     unsigned m_width;

@@ -1,0 +1,47 @@
+#include "clip_road.h"
+
+#include "media/road.h"
+
+#include <fmt/format.h>
+
+ClipRoad::ClipRoad(const ClipOptions& options, const LayoutChoice& layout)
+    : m_options(options), m_reader(options.input, readOptions(options, layout)) {
+    if (const std::optional<FrameRange> range = framesOf(options))
+        m_reader.take(*range);
+}
+
+void ClipRoad::open(const std::function<void(WriteOptions&)>& change) {
+    WriteOptions write = writeOptions(m_options);
+    change(write);
+    m_writer.emplace(write, m_reader, m_reader.info());
+    const bool onlyOne = m_writer->takesOneFrame();
+    m_progress.emplace(progressMode(m_options),
+                       framesToCome(m_reader.info(), m_reader.range(), onlyOne));
+    for (const std::string& note : m_writer->notes())
+        tell(note);
+    if (onlyOne && !m_reader.info().picture && m_options.frames.empty())
+        tell("a picture shows the first frame only: --frames N names another, and a name such as "
+             "f%04d.png takes them all");
+}
+
+void ClipRoad::tell(const std::string& line) {
+    if (!m_options.quiet && !line.empty())
+        m_progress->say("zrdraw: warning: " + line);
+}
+
+void ClipRoad::run(const std::function<void(Frame&)>& draw) {
+    std::int64_t done = 0;
+    try {
+        runRoad(
+            m_reader, *m_writer,
+            [&](Frame& frame) {
+                draw(frame);
+                m_progress->advance(++done);
+            });
+    } catch (const NoFrames&) {
+        throw Failure(fmt::format("{} has no frame {}", m_reader.input().name(),
+                                  m_options.frames.empty() ? "at all" : "in " + m_options.frames));
+    }
+    tell(m_reader.report());
+    m_progress->end();
+}

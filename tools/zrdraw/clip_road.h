@@ -1,0 +1,31 @@
+// The road of the subcommands that turn one clip into another.
+#pragma once
+
+#include "clip_options.h"
+
+#include <functional>
+
+class ClipRoad {
+public:
+    ClipRoad(const ClipOptions& options, const LayoutChoice& layout);
+
+    Reader& reader() { return m_reader; }
+
+    // Opens the result, as the options have it with what the command changes in them.
+    void open(const std::function<void(WriteOptions&)>& change = [](WriteOptions&) {});
+
+    // Once it is open.
+    Progress& progress() { return *m_progress; }
+
+    // A warning, unless it is to be quiet.
+    void tell(const std::string& line);
+
+    // Draws on every frame, writes them and completes the result.
+    void run(const std::function<void(Frame&)>& draw);
+
+private:
+    const ClipOptions& m_options;
+    Reader m_reader;
+    std::optional<Writer> m_writer;
+    std::optional<Progress> m_progress;
+};
