@@ -112,6 +112,23 @@ const AVCodec* codecNamed(const std::string& name) {
     return codec;
 }
 
+// This format writes what it has no code for as private data, which nobody finds again.
+bool holdsInTransportStream(AVCodecID codec) {
+    constexpr AVCodecID known[] = {
+        AV_CODEC_ID_MP2,          AV_CODEC_ID_MP3,        AV_CODEC_ID_AAC,
+        AV_CODEC_ID_AC3,          AV_CODEC_ID_EAC3,       AV_CODEC_ID_DTS,
+        AV_CODEC_ID_OPUS,         AV_CODEC_ID_S302M,      AV_CODEC_ID_H264,
+        AV_CODEC_ID_HEVC,         AV_CODEC_ID_MPEG2VIDEO, AV_CODEC_ID_DVB_SUBTITLE,
+        AV_CODEC_ID_DVB_TELETEXT, AV_CODEC_ID_SMPTE_KLV};
+    return std::find(std::begin(known), std::end(known), codec) != std::end(known);
+}
+
+bool holdsCodec(const AVOutputFormat& muxer, AVCodecID codec) {
+    if (std::string_view(muxer.name) == "mpegts")
+        return holdsInTransportStream(codec);
+    return avformat_query_codec(&muxer, codec, FF_COMPLIANCE_UNOFFICIAL) == 1;
+}
+
 // Where there are several for a codec, the one that keeps its profiles.
 const AVCodec* encoderOf(AVCodecID codec) {
     constexpr struct {
@@ -146,7 +163,7 @@ const AVCodec* codecOfSource(const OutputFormat& format, const StreamInfo& sourc
         return nullptr;
     const char* codec = avcodec_get_name(source.codec);
     const AVCodec* encoder = encoderOf(source.codec);
-    const bool held = avformat_query_codec(format.muxer, source.codec, FF_COMPLIANCE_NORMAL) == 1 &&
+    const bool held = holdsCodec(*format.muxer, source.codec) &&
                       (source.codec != AV_CODEC_ID_RAWVIDEO ||
                        holdsUncompressed(*format.muxer, source.pixelFormat));
     if (encoder && held)
@@ -155,17 +172,6 @@ const AVCodec* codecOfSource(const OutputFormat& format, const StreamInfo& sourc
                                  source.codec == AV_CODEC_ID_RAWVIDEO ? "the frames" : codec)
                    : fmt::format("there is no encoder for {}, which the source is in", codec);
     return nullptr;
-}
-
-// This format writes what it has no code for as private data, which nobody finds again.
-bool holdsInTransportStream(AVCodecID codec) {
-    constexpr AVCodecID known[] = {
-        AV_CODEC_ID_MP2,          AV_CODEC_ID_MP3,        AV_CODEC_ID_AAC,
-        AV_CODEC_ID_AC3,          AV_CODEC_ID_EAC3,       AV_CODEC_ID_DTS,
-        AV_CODEC_ID_OPUS,         AV_CODEC_ID_S302M,      AV_CODEC_ID_H264,
-        AV_CODEC_ID_HEVC,         AV_CODEC_ID_MPEG2VIDEO, AV_CODEC_ID_DVB_SUBTITLE,
-        AV_CODEC_ID_DVB_TELETEXT, AV_CODEC_ID_SMPTE_KLV};
-    return std::find(std::begin(known), std::end(known), codec) != std::end(known);
 }
 
 } // namespace
@@ -205,13 +211,11 @@ OutputFormat chooseOutputFormat(const std::string& path, const std::string& form
 bool canHold(const OutputFormat& format, const AVCodecParameters& stream) {
     if (format.picture || format.sequence || stream.codec_id == AV_CODEC_ID_NONE)
         return false;
-    if (format.isNamed("mpegts"))
-        return holdsInTransportStream(stream.codec_id);
     if (stream.codec_type == AVMEDIA_TYPE_AUDIO && format.muxer->audio_codec == AV_CODEC_ID_NONE)
         return false;
     if (stream.codec_type == AVMEDIA_TYPE_ATTACHMENT)
         return format.isNamed("matroska");
-    return avformat_query_codec(format.muxer, stream.codec_id, FF_COMPLIANCE_UNOFFICIAL) == 1;
+    return holdsCodec(*format.muxer, stream.codec_id);
 }
 
 AVPixelFormat chooseFramePixels(const AVCodec& codec, AVPixelFormat source, AVPixelFormat working) {

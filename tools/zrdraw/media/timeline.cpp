@@ -4,8 +4,11 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <numeric>
+#include <string_view>
 
 namespace {
 
@@ -15,6 +18,16 @@ constexpr AVCodecID rateCodecs[] = {
     AV_CODEC_ID_MSMPEG4V3,  AV_CODEC_ID_WMV1,       AV_CODEC_ID_WMV2,  AV_CODEC_ID_H261,
     AV_CODEC_ID_H263,       AV_CODEC_ID_H263P,      AV_CODEC_ID_FLV1,  AV_CODEC_ID_DVVIDEO,
 };
+
+// These have a time beside every frame, though they do not say so by a flag.
+constexpr std::string_view timedFormats[] = {"mov",  "mp4", "ipod", "3gp", "3g2",  "psp", "f4v",
+                                             "ismv", "asf", "mpeg", "vob", "svcd", "dvd"};
+
+bool holdsAnyTimes(const AVOutputFormat& muxer) {
+    return (muxer.flags & AVFMT_VARIABLE_FPS) ||
+           std::find(std::begin(timedFormats), std::end(timedFormats), muxer.name) !=
+               std::end(timedFormats);
+}
 
 constexpr std::int64_t finestBase = 100'000'000; // what the formats' 32 bits surely hold
 
@@ -28,10 +41,7 @@ AVRational commonBase(AVRational base, AVRational rate) {
 
 Timeline::Timeline(const StreamInfo& source, const OutputFormat& format)
     : m_source(source), m_format(format.muxer->name) {
-    const int flags = format.muxer->flags;
-    const bool numbers =
-        format.picture || format.sequence || (flags & AVFMT_NOTIMESTAMPS) ||
-        !(flags & AVFMT_VARIABLE_FPS);
+    const bool numbers = format.picture || format.sequence || !holdsAnyTimes(*format.muxer);
     bool grid = false;
     for (const AVCodecID codec : rateCodecs)
         grid = grid || codec == format.codec->id;
@@ -39,11 +49,12 @@ Timeline::Timeline(const StreamInfo& source, const OutputFormat& format)
     m_base = m_kind == Kind::Exact ? commonBase(source.timeBase, source.frameRate)
                                    : av_inv_q(source.frameRate);
     if (m_kind != Kind::Exact && source.unevenRate && !format.picture)
-        throw Failure(fmt::format(
-            "the frames are not evenly spaced in time, which {} '{}' cannot hold: use --rate {:.6g} "
-            "to repeat or leave out frames, or another name such as out.mkv",
-            m_kind == Kind::Numbers ? "the format" : "the encoder",
-            m_kind == Kind::Numbers ? m_format : format.codec->name, av_q2d(source.frameRate)));
+        throw Failure(fmt::format("the frames are not evenly spaced in time, which {} '{}' cannot "
+                                  "hold: use --rate {:.6g} "
+                                  "to repeat or leave out frames, or another name such as out.mkv",
+                                  m_kind == Kind::Numbers ? "the format" : "the encoder",
+                                  m_kind == Kind::Numbers ? m_format : format.codec->name,
+                                  av_q2d(source.frameRate)));
 }
 
 std::int64_t Timeline::onGrid(const Frame& frame, std::int64_t origin) const {
@@ -61,7 +72,8 @@ std::int64_t Timeline::place(const Frame& frame, std::int64_t origin) {
                        : av_rescale_q(frame.time - origin, m_source.timeBase, m_base);
     }
     const std::int64_t length = av_rescale_q(1, av_inv_q(m_source.frameRate), m_source.timeBase);
-    const bool near = std::llabs(back - (frame.time - origin)) <= std::max<std::int64_t>(1, length / 4);
+    const bool near =
+        std::llabs(back - (frame.time - origin)) <= std::max<std::int64_t>(1, length / 4);
     const bool follows = m_kind == Kind::Grid ? grid >= m_next : grid == m_next;
     if (!near || !follows)
         refuse(frame);

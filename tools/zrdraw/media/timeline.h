@@ -13,8 +13,8 @@ public:
 
     AVRational base() const { return m_base; }
 
-    // Whether times are counted from the first frame, because the format knows no others.
-    bool countsFromFirst() const { return m_kind == Kind::Numbers; }
+    // Whether times are counted from the first frame, because only whole frames can be told.
+    bool countsFromFirst() const { return m_kind != Kind::Exact; }
 
     // The time of the next frame in that base, counted from the origin, which is in the source's.
     // What the format cannot hold is a Failure.
