@@ -174,10 +174,9 @@ AVPixelFormat colored(AVPixelFormat format) {
     return deep ? AV_PIX_FMT_RGB48 : AV_PIX_FMT_RGB24;
 }
 
-// A sample in the depth of the other format.
+// A sample in a depth below twice its own, the high bits repeated.
 std::uint32_t widened(std::uint32_t sample, int from, int to) {
-    const std::uint32_t full = (1U << from) - 1, wanted = (1U << to) - 1;
-    return (sample * wanted + full / 2) / full;
+    return sample << (to - from) | sample >> (2 * from - to);
 }
 
 void expectKeptInColors(AVPixelFormat format, int width, int height) {

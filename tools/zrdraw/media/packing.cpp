@@ -3,6 +3,7 @@
 #include "layout_names.h"
 #include "media/bayer_packer.h"
 #include "media/line_packer.h"
+#include "media/rgb_packer.h"
 #include "media/v210_packer.h"
 #include "tool_error.h"
 
@@ -90,7 +91,11 @@ bool isMemoryOf(const zrLayout& layout, AVPixelFormat format) {
 std::unique_ptr<Packer> makePacker(const zrLayout& layout, AVPixelFormat format, int width,
                                    int height) {
     const Row& row = rowOf(layout);
-    return row.make && row.pixels == format ? row.make(layout, width, height) : nullptr;
+    if (row.pixels == format)
+        return row.make ? row.make(layout, width, height) : nullptr;
+    if (RgbPacker::knows(layout, format))
+        return std::make_unique<RgbPacker>(layout, format, width, height);
+    return nullptr;
 }
 
 int wholeLineBytes(const zrLayout& layout, int width) {
