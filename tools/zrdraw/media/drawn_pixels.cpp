@@ -1,6 +1,6 @@
 #include "media/drawn_pixels.h"
 
-#include "media/pixel_formats.h"
+#include "media/chroma_lines.h"
 #include "zrdraw/v210.h"
 
 #include <algorithm>
@@ -169,8 +169,9 @@ struct DrawnPixels::Samples {
     int offset; // bytes
     int bytes;
     int step; // bytes
-    int widthShift, heightShift;
+    int widthShift;
     Part touchedBy;
+    bool touched = false; // any of the line
 };
 
 void DrawnPixels::keepOthers(const AVFrame& source, AVFrame& target,
@@ -178,56 +179,64 @@ void DrawnPixels::keepOthers(const AVFrame& source, AVFrame& target,
     const AVPixFmtDescriptor& format = *av_pix_fmt_desc_get(kind.format);
     const bool colored = (format.flags & AV_PIX_FMT_FLAG_RGB) != 0 || format.nb_components <= 2;
     const bool packed = colored && (format.flags & AV_PIX_FMT_FLAG_PLANAR) == 0;
+    const bool alpha = (format.flags & AV_PIX_FMT_FLAG_ALPHA) != 0;
     const int count = packed ? 1 : format.nb_components;
+    const ChromaLines chroma(target, kind.format);
     for (int i = 0; i < count; ++i) {
         const AVComponentDescriptor& component = format.comp[i];
-        const bool chroma = !colored && (i == 1 || i == 2);
-        const bool alpha = (format.flags & AV_PIX_FMT_FLAG_ALPHA) && i == format.nb_components - 1;
-        const Samples samples{component.plane,
-                              packed ? 0 : component.offset,
-                              packed ? component.step : wholeBytes(component),
-                              component.step,
-                              chroma ? format.log2_chroma_w : 0,
-                              chroma ? format.log2_chroma_h : 0,
-                              colored || alpha ? All
-                              : chroma         ? Chroma
-                                               : Luma};
-        const int columns = AV_CEIL_RSHIFT(m_shape.width, samples.widthShift);
-        const int lines = AV_CEIL_RSHIFT(m_shape.height, samples.heightShift);
-        const int per = 1 << samples.heightShift;
-        const bool fields = kind.fields && per == 2;
-        for (int y = 0; y < lines; ++y)
-            keepLine(
-                samples,
-                source.data[samples.plane] + std::ptrdiff_t{y} * source.linesize[samples.plane],
-                target.data[samples.plane] + std::ptrdiff_t{y} * target.linesize[samples.plane],
-                columns, fields ? y / 2 * 4 + y % 2 : y * per, fields ? 2 : 1, per);
+        const bool isChroma = !colored && (i == 1 || i == 2);
+        const bool isAlpha = alpha && i == format.nb_components - 1;
+        Samples samples{component.plane,
+                        packed ? 0 : component.offset,
+                        packed ? component.step : wholeBytes(component),
+                        component.step,
+                        isChroma ? format.log2_chroma_w : 0,
+                        colored || isAlpha ? All
+                        : isChroma         ? Chroma
+                                           : Luma};
+        const int lines = isChroma ? AV_CEIL_RSHIFT(m_shape.height, chroma.shift) : m_shape.height;
+        for (int y = 0; y < lines; ++y) {
+            if (isChroma)
+                findTouched(samples, chroma.first(y), chroma.step(), chroma.count());
+            else
+                findTouched(samples, y, 1, 1);
+            keepLine(samples,
+                     source.data[component.plane] +
+                         std::ptrdiff_t{y} * source.linesize[component.plane],
+                     target.data[component.plane] +
+                         std::ptrdiff_t{y} * target.linesize[component.plane]);
+        }
     }
 }
 
-void DrawnPixels::keepLine(const Samples& samples, const std::uint8_t* from, std::uint8_t* to,
-                           int count, int lowest, int step, int lines) const {
-    bool drawn = false;
-    for (int y = lowest; y < lowest + lines * step && y < m_shape.height; y += step) {
+// Of one line of samples, by the lines of pixels that it covers.
+void DrawnPixels::findTouched(Samples& samples, int first, int step, int count) const {
+    samples.touched = false;
+    for (int y = first; y < first + count * step && y < m_shape.height; y += step) {
         if (!m_isDrawn[static_cast<std::size_t>(y)])
             continue;
-        if (!drawn)
-            std::fill_n(m_touched.begin(), count, None);
-        drawn = true;
+        if (!samples.touched)
+            std::fill(m_touched.begin(), m_touched.end(), None);
+        samples.touched = true;
         const std::uint8_t* parts = line(y);
         for (int x = 0; x < m_shape.width; ++x) {
             std::uint8_t& touched = m_touched[static_cast<std::size_t>(x >> samples.widthShift)];
             touched = static_cast<std::uint8_t>(touched | (parts[x] & samples.touchedBy));
         }
     }
+}
+
+void DrawnPixels::keepLine(const Samples& samples, const std::uint8_t* from,
+                           std::uint8_t* to) const {
+    const int count = AV_CEIL_RSHIFT(m_shape.width, samples.widthShift);
     from += samples.offset;
     to += samples.offset;
-    if (!drawn && samples.bytes == samples.step) {
+    if (!samples.touched && samples.bytes == samples.step) {
         std::memcpy(to, from, static_cast<std::size_t>(count * samples.bytes));
         return;
     }
     for (int x = 0; x < count; ++x)
-        if (!drawn || !m_touched[static_cast<std::size_t>(x)])
+        if (!samples.touched || !m_touched[static_cast<std::size_t>(x)])
             std::memcpy(to + std::ptrdiff_t{x} * samples.step,
                         from + std::ptrdiff_t{x} * samples.step,
                         static_cast<std::size_t>(samples.bytes));

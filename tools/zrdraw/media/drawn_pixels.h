@@ -28,8 +28,8 @@ public:
 
 private:
     struct Samples;
-    void keepLine(const Samples& samples, const std::uint8_t* from, std::uint8_t* to, int count,
-                  int lowest, int step, int lines) const;
+    void findTouched(Samples& samples, int first, int step, int count) const;
+    void keepLine(const Samples& samples, const std::uint8_t* from, std::uint8_t* to) const;
     bool findInLine(const std::uint8_t* before, const std::uint8_t* after, int y);
     std::uint8_t* line(int y) { return m_parts.data() + std::ptrdiff_t{y} * m_shape.width; }
     const std::uint8_t* line(int y) const {

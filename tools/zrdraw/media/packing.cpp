@@ -29,8 +29,8 @@ std::unique_ptr<Packer> byCells(const zrLayout& layout, int width, int height) {
     return std::make_unique<BayerPacker>(layout, width, height);
 }
 
-std::unique_ptr<Packer> byCodec(const zrLayout&, int width, int height) {
-    return std::make_unique<V210Packer>(width, height);
+std::unique_ptr<Packer> byGroups(const zrLayout&, int width, int height) {
+    return std::make_unique<V210Packer>(AV_PIX_FMT_YUV422P10LE, width, height);
 }
 
 struct Row {
@@ -50,7 +50,7 @@ constexpr Row rows[] = {
     {ptUYVY, AV_PIX_FMT_UYVY422, nullptr},
     {ptYVYU, AV_PIX_FMT_YVYU422, nullptr},
     {ptVYUY, AV_PIX_FMT_UYVY422, byLines<exchangedChroma>},
-    {ptV210, AV_PIX_FMT_YUV422P10LE, byCodec},
+    {ptV210, AV_PIX_FMT_YUV422P10LE, byGroups},
     {ptRGB30DPX, AV_PIX_FMT_RGB48LE, byLines<dpxWords>},
     {ptRGB48, AV_PIX_FMT_RGB48LE, nullptr},
     {ptARGB64, AV_PIX_FMT_RGBA64LE, byLines<alphaFirstWords>},
@@ -95,6 +95,8 @@ std::unique_ptr<Packer> makePacker(const zrLayout& layout, AVPixelFormat format,
         return row.make ? row.make(layout, width, height) : nullptr;
     if (RgbPacker::knows(layout, format))
         return std::make_unique<RgbPacker>(layout, format, width, height);
+    if (V210Packer::knows(layout, format))
+        return std::make_unique<V210Packer>(format, width, height);
     return nullptr;
 }
 
