@@ -66,8 +66,9 @@ bool hasOwnBytes(AVPixelFormat format) {
     return true;
 }
 
+template <typename Sample>
 void readSamples(const AVFrame& picture, const AVComponentDescriptor& component, bool bigEndian,
-                 int y, std::uint16_t* samples, int count) {
+                 int y, Sample* samples, int count) {
     const std::uint8_t* line = picture.data[component.plane] + component.offset +
                                std::ptrdiff_t{picture.linesize[component.plane]} * y;
     const int shift = component.shift;
@@ -76,22 +77,22 @@ void readSamples(const AVFrame& picture, const AVComponentDescriptor& component,
             component.step, 1,
             [=](auto step) {
                 for (int x = 0; x < count; ++x)
-                    samples[x] = static_cast<std::uint16_t>(line[stepOf(step, 1) * x] >> shift);
+                    samples[x] = static_cast<Sample>(line[stepOf(step, 1) * x] >> shift);
             });
     byStep(component.step, 2, [=](auto step) {
         if (bigEndian)
             for (int x = 0; x < count; ++x)
-                samples[x] = static_cast<std::uint16_t>(
+                samples[x] = static_cast<Sample>(
                     __builtin_bswap16(wordAt(line + stepOf(step, 2) * x)) >> shift);
         else
             for (int x = 0; x < count; ++x)
-                samples[x] =
-                    static_cast<std::uint16_t>(wordAt(line + stepOf(step, 2) * x) >> shift);
+                samples[x] = static_cast<Sample>(wordAt(line + stepOf(step, 2) * x) >> shift);
     });
 }
 
-void writeSamples(const std::uint16_t* samples, AVFrame& picture,
-                  const AVComponentDescriptor& component, bool bigEndian, int y, int count) {
+template <typename Sample>
+void writeSamples(const Sample* samples, AVFrame& picture, const AVComponentDescriptor& component,
+                  bool bigEndian, int y, int count) {
     std::uint8_t* line = picture.data[component.plane] + component.offset +
                          std::ptrdiff_t{picture.linesize[component.plane]} * y;
     const int shift = component.shift;
@@ -113,6 +114,15 @@ void writeSamples(const std::uint16_t* samples, AVFrame& picture,
                         static_cast<std::uint16_t>(samples[x] << shift));
     });
 }
+
+template void readSamples(const AVFrame&, const AVComponentDescriptor&, bool, int, std::uint8_t*,
+                          int);
+template void readSamples(const AVFrame&, const AVComponentDescriptor&, bool, int, std::uint16_t*,
+                          int);
+template void writeSamples(const std::uint8_t*, AVFrame&, const AVComponentDescriptor&, bool, int,
+                           int);
+template void writeSamples(const std::uint16_t*, AVFrame&, const AVComponentDescriptor&, bool, int,
+                           int);
 
 void changeDepth(std::uint16_t* samples, int count, int from, int to) {
     if (to < from)
