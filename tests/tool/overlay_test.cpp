@@ -57,7 +57,7 @@ TEST_F(OverlayTest, FrameNumberNShowsTimeCodeN) {
 TEST_F(OverlayTest, SoundAndTimeCodePassOn) {
     run("$F -f lavfi -i testsrc2=s=64x48:r=25:d=1 -f lavfi -i sine=f=500:r=48000:d=1 "
         "-timecode 01:02:03:04 -c:v png -c:a pcm_s16le in.mov && "
-        "$Z overlay in.mov out.mov --codec png --set AudioEnable=1 && "
+        "$Z overlay in.mov out.mov --codec png --set AudioEnable=1 --quiet && "
         "$F -i in.mov -c:a copy in.wav && $F -i out.mov -c:a copy out.wav");
     EXPECT_TRUE(readFile(at("in.wav")) == readFile(at("out.wav")));
     Reader source(at("out.mov"), {always(bgra)});
