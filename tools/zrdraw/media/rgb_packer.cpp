@@ -1,9 +1,8 @@
 #include "media/rgb_packer.h"
 
 #include "media/pixel_formats.h"
+#include "media/rgb_lines.h"
 #include "media/samples.h"
-
-#include <libyuv.h>
 
 #include <algorithm>
 #include <array>
@@ -13,61 +12,6 @@
 namespace {
 
 constexpr int alphaChannel = 3;
-
-// Which sample of a pixel each channel is; -1 where there is none.
-struct Order {
-    int place[4];
-    int samples; // of a pixel
-};
-
-Order orderOf(const zrLayout& layout) {
-    if (layout.code == ptRGB48)
-        return {{0, 1, 2, -1}, 3};
-    if (layout.code == ptARGB64)
-        return {{1, 2, 3, 0}, 4};
-    const zrByteOrder& bytes = layout.bytes;
-    return {{bytes.r, bytes.g, bytes.b, bytes.a}, static_cast<int>(layout.line.groupBytes)};
-}
-
-// Lines of one sample of each pixel, in the order of the samples.
-template <typename Sample>
-using Lines = std::array<Sample*, 4>;
-
-void weave(const Lines<std::uint8_t>& from, int samples, std::uint8_t* to, int width) {
-    if (samples == 4)
-        libyuv::MergeARGBPlane(from[2], 0, from[1], 0, from[0], 0, from[3], 0, to, 0, width, 1);
-    else
-        libyuv::MergeRGBPlane(from[0], 0, from[1], 0, from[2], 0, to, 0, width, 1);
-}
-
-void unweave(const std::uint8_t* from, int samples, const Lines<std::uint8_t>& to, int width) {
-    if (samples == 4)
-        libyuv::SplitARGBPlane(from, 0, to[2], 0, to[1], 0, to[0], 0, to[3], 0, width, 1);
-    else
-        libyuv::SplitRGBPlane(from, 0, to[0], 0, to[1], 0, to[2], 0, width, 1);
-}
-
-void weave(const Lines<std::uint16_t>& from, int samples, std::uint16_t* to, int width) {
-    if (samples == 4)
-        for (int x = 0; x < width; ++x)
-            for (int i = 0; i < 4; ++i)
-                to[4 * x + i] = from[static_cast<unsigned>(i)][x];
-    else
-        for (int x = 0; x < width; ++x)
-            for (int i = 0; i < 3; ++i)
-                to[3 * x + i] = from[static_cast<unsigned>(i)][x];
-}
-
-void unweave(const std::uint16_t* from, int samples, const Lines<std::uint16_t>& to, int width) {
-    if (samples == 4)
-        for (int x = 0; x < width; ++x)
-            for (int i = 0; i < 4; ++i)
-                to[static_cast<unsigned>(i)][x] = from[4 * x + i];
-    else
-        for (int x = 0; x < width; ++x)
-            for (int i = 0; i < 3; ++i)
-                to[static_cast<unsigned>(i)][x] = from[3 * x + i];
-}
 
 template <typename Sample>
 void swapBytes(Sample* samples, int count) {
@@ -117,11 +61,11 @@ class RgbPacker : public Packer {
 
 public:
     RgbPacker(const zrLayout& layout, AVPixelFormat format, int width, int height)
-        : m_order(orderOf(layout)), m_shape(format), m_width(width), m_height(height),
+        : m_order(channelOrder(layout)), m_shape(format), m_width(width), m_height(height),
           m_samples(buffers * static_cast<std::size_t>(width)) {}
 
     bool isExact() const override {
-        const bool held = !m_shape.alpha || m_order.place[alphaChannel] >= 0;
+        const bool held = !m_shape.alpha || m_order.hasAlpha();
         return held && m_shape.format.comp[0].depth <= depth;
     }
 
@@ -129,11 +73,8 @@ public:
         std::fill_n(buffer(alphaChannel), m_width, opaque);
         for (int y = 0; y < m_height; ++y) {
             const Lines<Sample> channels = take(picture, y);
-            Lines<Sample> samples{};
-            for (unsigned i = 0; i < 4; ++i)
-                if (m_order.place[i] >= 0)
-                    samples[static_cast<unsigned>(m_order.place[i])] = channels[i];
-            weave(samples, m_order.samples, reinterpret_cast<Sample*>(canvas.line(y)), m_width);
+            weave(inOrder(channels, m_order), m_order.samples,
+                  reinterpret_cast<Sample*>(canvas.line(y)), m_width);
         }
     }
 
@@ -141,13 +82,8 @@ public:
         std::fill_n(buffer(alphaChannel), m_width, opaque);
         for (int y = 0; y < m_height; ++y) {
             const Lines<Sample> channels = placesFor(picture, y);
-            Lines<Sample> samples{buffer(dropped), buffer(dropped), buffer(dropped),
-                                  buffer(dropped)};
-            for (unsigned i = 0; i < 4; ++i)
-                if (m_order.place[i] >= 0)
-                    samples[static_cast<unsigned>(m_order.place[i])] = channels[i];
-            unweave(reinterpret_cast<const Sample*>(canvas.line(y)), m_order.samples, samples,
-                    m_width);
+            unweave(reinterpret_cast<const Sample*>(canvas.line(y)), m_order.samples,
+                    inOrder(channels, m_order), m_width);
             put(channels, picture, y);
         }
     }
@@ -193,7 +129,7 @@ private:
         if (m_shape.inPlace && m_shape.colors == 3)
             for (int i = 0; i < m_shape.format.nb_components; ++i)
                 channels[static_cast<unsigned>(m_shape.channelOf(i))] = lineIn(picture, i, y);
-        if (m_shape.alpha && m_order.place[alphaChannel] < 0)
+        if (m_shape.alpha && !m_order.hasAlpha())
             std::fill_n(channels[alphaChannel], m_width, opaque);
         return channels;
     }
@@ -239,7 +175,7 @@ private:
         writeSamples(m_words.data(), picture, to, m_shape.bigEndian, y, m_width);
     }
 
-    Order m_order;
+    ChannelOrder m_order;
     Shape<Sample> m_shape;
     int m_width;
     int m_height;
