@@ -36,6 +36,10 @@ BODY std::int16_t product(std::int16_t sample, std::int16_t number) {
     return static_cast<std::int16_t>(((sample * number >> 14) + 1) >> 1);
 }
 
+BODY std::int16_t sum(std::int16_t a, std::int16_t b) {
+    return static_cast<std::int16_t>(a + b);
+}
+
 BODY std::int16_t scaled(int sample) {
     return static_cast<std::int16_t>(sample << 7);
 }
@@ -44,9 +48,11 @@ BODY std::int16_t centred(int sample) {
     return scaled(sample - 128);
 }
 
-BODY std::uint8_t rounded(int sum) {
-    const int value = (sum + (1 << fraction >> 1)) >> fraction;
-    return static_cast<std::uint8_t>(value < 0 ? 0 : value > 255 ? 255 : value);
+// In 16 bits throughout, of which a vector holds twice as many as of 32.
+BODY std::uint8_t rounded(std::int16_t value) {
+    constexpr std::int16_t half = 1 << fraction >> 1, none = 0, full = 255;
+    const auto whole = static_cast<std::int16_t>(sum(value, half) >> fraction);
+    return static_cast<std::uint8_t>(std::min(std::max(whole, none), full));
 }
 
 BODY void rgbBody(const std::uint8_t* __restrict y, const std::uint8_t* __restrict cb,
@@ -67,22 +73,24 @@ BODY void lumaBody(const std::uint8_t* __restrict red, const std::uint8_t* __res
                    const std::uint8_t* __restrict blue, std::uint8_t* __restrict y, int width,
                    MatrixNumbers n) {
     for (int x = 0; x < width; ++x)
-        y[x] = rounded(static_cast<std::int16_t>(
-            product(scaled(red[x]), n.lumaRed) + product(scaled(green[x]), n.lumaGreen) +
-            product(scaled(blue[x]), n.lumaBlue) + (n.black << fraction)));
+        y[x] = rounded(
+            sum(sum(product(scaled(red[x]), n.lumaRed), product(scaled(green[x]), n.lumaGreen)),
+                sum(product(scaled(blue[x]), n.lumaBlue),
+                    static_cast<std::int16_t>(n.black << fraction))));
 }
 
 BODY void chromaBody(const std::int16_t* __restrict red, const std::int16_t* __restrict green,
                      const std::int16_t* __restrict blue, std::uint8_t* __restrict cb,
                      std::uint8_t* __restrict cr, int width, MatrixNumbers n) {
+    constexpr std::int16_t zero = 128 << fraction;
     for (int x = 0; x < width; ++x) {
         const auto r = static_cast<std::int16_t>(red[x] << 4);
         const auto g = static_cast<std::int16_t>(green[x] << 4);
         const auto b = static_cast<std::int16_t>(blue[x] << 4);
-        cb[x] = rounded(static_cast<std::int16_t>(product(r, n.cbRed) + product(g, n.cbGreen) +
-                                                  product(b, n.cbBlue) + (128 << fraction)));
-        cr[x] = rounded(static_cast<std::int16_t>(product(r, n.crRed) + product(g, n.crGreen) +
-                                                  product(b, n.crBlue) + (128 << fraction)));
+        cb[x] = rounded(
+            sum(sum(product(r, n.cbRed), product(g, n.cbGreen)), sum(product(b, n.cbBlue), zero)));
+        cr[x] = rounded(
+            sum(sum(product(r, n.crRed), product(g, n.crGreen)), sum(product(b, n.crBlue), zero)));
     }
 }
 
