@@ -1,5 +1,7 @@
 #include "media/matrix_lines.h"
 
+#include "media/luma_weights.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -20,16 +22,6 @@ bool hasVectors() {
 std::int16_t inUnits(double number) {
     return static_cast<std::int16_t>(std::lround(number * unit));
 }
-
-struct Weights {
-    AVColorSpace space;
-    double red, blue;
-};
-
-constexpr Weights spaces[] = {{AVCOL_SPC_BT709, 0.2126, 0.0722},
-                              {AVCOL_SPC_BT470BG, 0.299, 0.114},
-                              {AVCOL_SPC_SMPTE170M, 0.299, 0.114},
-                              {AVCOL_SPC_BT2020_NCL, 0.2627, 0.0593}};
 
 // Of a sample in fractions of 1/128, rounded in the form that compilers know an instruction for.
 BODY std::int16_t product(std::int16_t sample, std::int16_t number) {
@@ -163,14 +155,12 @@ VECTORS void narrowVectors(const std::int16_t* sums, std::int16_t* narrow, int w
 } // namespace
 
 std::optional<MatrixNumbers> matrixNumbers(const Colors& colors) {
-    const auto* row = std::find_if(std::begin(spaces), std::end(spaces), [&](const Weights& space) {
-        return space.space == colors.space;
-    });
-    if (row == std::end(spaces))
+    const std::optional<LumaWeights> weights = lumaWeights(colors.space);
+    if (!weights)
         return std::nullopt;
     const bool full = colors.range == AVCOL_RANGE_JPEG;
     const double luma = full ? 1.0 : 219.0 / 255, chroma = full ? 1.0 : 224.0 / 255;
-    const double red = row->red, blue = row->blue, green = 1 - red - blue;
+    const double red = weights->red, blue = weights->blue, green = weights->green();
     const double cb = chroma / (2 * (1 - blue)), cr = chroma / (2 * (1 - red));
     return MatrixNumbers{inUnits(1 / luma),
                          inUnits(2 * (1 - red) / chroma),
