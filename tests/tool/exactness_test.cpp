@@ -230,17 +230,17 @@ std::string howKept(AVPixelFormat format, const zrLayout& layout) {
 Row rowOf(AVPixelFormat format) {
     const zrLayout& layout = nearestLayout(format, taken);
     Row row{format, layoutName(layout), ""};
-    if (!sws_isSupportedInput(format)) {
-        row.how = "not at all: the media libraries cannot convert it";
-    } else if (isGray(format) || hasFlag(format, AV_PIX_FMT_FLAG_PAL)) {
+    if (isGray(format) || hasFlag(format, AV_PIX_FMT_FLAG_PAL)) {
         row.how =
             fmt::format("written as {}, of the same values", av_get_pix_fmt_name(colored(format)));
         if (hasFlag(format, AV_PIX_FMT_FLAG_FLOAT))
             row.how = "written as rgb48, in 16 bits";
-    } else if (!sws_isSupportedOutput(format)) {
-        row.how = "read only: the media libraries do not write it";
     } else {
         row.how = howKept(format, layout);
+        if (row.how == "compared" && !sws_isSupportedInput(format))
+            row.how = "not at all: the media libraries cannot convert it";
+        else if (row.how == "compared" && !sws_isSupportedOutput(format))
+            row.how = "read only: the media libraries do not write it";
     }
     return row;
 }

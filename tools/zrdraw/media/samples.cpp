@@ -25,6 +25,8 @@ void byStep(int step, int bytes, Body body) {
         body(std::integral_constant<int, 0>());
     else if (step == 2 * bytes)
         body(std::integral_constant<int, 1>());
+    else if (step == 4 * bytes)
+        body(std::integral_constant<int, 2>());
     else
         body(step);
 }
