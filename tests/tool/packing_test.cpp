@@ -129,6 +129,22 @@ TEST_F(PackingTest, BareFramesOfEveryLayoutKeepEveryByte) {
     }
 }
 
+// Nothing is copied: what is drawn stands in the packet.
+TEST_F(PackingTest, ABarePictureCanBeTheCanvas) {
+    const CanvasShape shape(layoutOf(ptV210), 50, 4);
+    const FramePtr picture = newFrame();
+    picture->width = 50;
+    picture->height = 4;
+    picture->linesize[0] = shape.lineBytes;
+    picture->buf[0] = av_buffer_allocz(shape.bytes);
+    picture->data[0] = picture->buf[0]->data;
+    Canvas canvas(shape, BufferPtr(av_buffer_ref(picture->buf[0])));
+    Loader(shape).load(*picture, canvas);
+    canvas.data()[5] = 1;
+    Storer(shape).store(canvas, *picture, *picture);
+    EXPECT_EQ(picture->data[0][5], 1);
+}
+
 TEST_F(PackingTest, V210IsTheSameWithAndWithoutVectors) {
     std::mt19937 random(1);
     for (int width = 1; width < 60; ++width) {
