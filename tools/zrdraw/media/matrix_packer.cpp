@@ -34,7 +34,7 @@ public:
             toRgb(luma, cb, cr, rgb(0), m_width, m_numbers);
             if (m_format.nb_components > alpha)
                 take(picture, alpha, y, buffer(Alpha), m_width);
-            weaveChannels({buffer(Red), buffer(Green), buffer(Blue), buffer(Alpha)}, m_order,
+            weaveChannels({buffer(Red), buffer(Green), buffer(Blue), alphaLine()}, m_order,
                           canvas.line(y), m_width);
         }
     }
@@ -91,6 +91,12 @@ private:
     RgbLines rgb(int line) {
         return line == 0 ? RgbLines{buffer(Red), buffer(Green), buffer(Blue)}
                          : RgbLines{buffer(Red2), buffer(Green2), buffer(Blue2)};
+    }
+
+    // Null, for what is opaque, where that is faster.
+    std::uint8_t* alphaLine() {
+        return m_format.nb_components > alpha || m_order.place[alpha] != alpha ? buffer(Alpha)
+                                                                               : nullptr;
     }
 
     bool isInPlace(int component) const { return m_format.comp[component].step == 1; }
@@ -152,7 +158,7 @@ private:
     void unpackLine(CanvasLines canvas, int y, AVFrame& picture, int line) {
         const RgbLines to = rgb(line);
         const bool own = m_format.nb_components > alpha;
-        std::uint8_t* opacity = own ? placeFor(picture, alpha, y, buffer(Alpha)) : buffer(Alpha);
+        std::uint8_t* opacity = own ? placeFor(picture, alpha, y, buffer(Alpha)) : alphaLine();
         if (own && !m_order.hasAlpha())
             std::fill_n(opacity, m_width, std::uint8_t{255});
         unweaveChannels(canvas.line(y), m_order, {to.red, to.green, to.blue, opacity}, m_width);

@@ -21,6 +21,7 @@ ChannelOrder channelOrder(const zrLayout& layout);
 template <typename Sample>
 using Lines = std::array<Sample*, 4>;
 
+// A null line at the fourth sample of bytes is made full, or dropped.
 void weave(const Lines<std::uint8_t>& from, int samples, std::uint8_t* to, int width);
 void weave(const Lines<std::uint16_t>& from, int samples, std::uint16_t* to, int width);
 void unweave(const std::uint8_t* from, int samples, const Lines<std::uint8_t>& to, int width);

@@ -62,7 +62,8 @@ class RgbPacker : public Packer {
 public:
     RgbPacker(const zrLayout& layout, AVPixelFormat format, int width, int height)
         : m_order(channelOrder(layout)), m_shape(format), m_width(width), m_height(height),
-          m_samples(buffers * static_cast<std::size_t>(width)) {}
+          m_samples(buffers * static_cast<std::size_t>(width)),
+          m_words(static_cast<std::size_t>(width)) {}
 
     bool isExact() const override {
         const bool held = !m_shape.alpha || m_order.hasAlpha();
@@ -159,20 +160,38 @@ private:
         return samples;
     }
 
+    // Where words of the picture need no more than another depth.
+    std::uint16_t* wordsIn(const AVFrame& picture, const AVComponentDescriptor& component, int y) {
+        const bool words = component.depth > 8 && component.step == 2 && component.shift == 0;
+        return words && !m_shape.bigEndian
+                   ? reinterpret_cast<std::uint16_t*>(
+                         picture.data[component.plane] +
+                         std::ptrdiff_t{picture.linesize[component.plane]} * y)
+                   : nullptr;
+    }
+
     void read(const AVFrame& picture, int component, int y, Sample* line) {
         const AVComponentDescriptor& from = m_shape.format.comp[component];
-        m_words.resize(static_cast<std::size_t>(m_width));
-        readSamples(picture, from, m_shape.bigEndian, y, m_words.data(), m_width);
-        changeDepth(m_words.data(), m_width, from.depth, depth);
-        std::transform(m_words.begin(), m_words.end(), line,
-                       [](std::uint16_t word) { return static_cast<Sample>(word); });
+        const std::uint16_t* words = wordsIn(picture, from, y);
+        if (!words) {
+            readSamples(picture, from, m_shape.bigEndian, y, m_words.data(), m_width);
+            words = m_words.data();
+        }
+        changeDepth(words, from.depth, line, depth, m_width);
     }
 
     void write(const Sample* line, AVFrame& picture, int component, int y) {
         const AVComponentDescriptor& to = m_shape.format.comp[component];
-        m_words.assign(line, line + m_width);
-        changeDepth(m_words.data(), m_width, depth, to.depth);
-        writeSamples(m_words.data(), picture, to, m_shape.bigEndian, y, m_width);
+        std::uint16_t* words = wordsIn(picture, to, y);
+        std::uint16_t* changed = words ? words : m_words.data();
+        if constexpr (sizeof(Sample) == sizeof(std::uint16_t)) {
+            changeDepth(line, depth, changed, to.depth, m_width);
+        } else {
+            std::copy_n(line, m_width, m_words.data());
+            changeDepth(m_words.data(), depth, changed, to.depth, m_width);
+        }
+        if (!words)
+            writeSamples(changed, picture, to, m_shape.bigEndian, y, m_width);
     }
 
     ChannelOrder m_order;

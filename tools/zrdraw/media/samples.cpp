@@ -40,6 +40,13 @@ bool overlap(const AVComponentDescriptor& a, const AVComponentDescriptor& b) {
            b.offset < a.offset + (isWord(a) ? 2 : 1);
 }
 
+// A depth doubled until it is no less than another.
+constexpr int doubled(int depth, int least) {
+    while (depth < least)
+        depth *= 2;
+    return depth;
+}
+
 template <typename Step>
 constexpr int stepOf(Step step, int bytes) {
     if constexpr (std::is_same_v<Step, int>)
@@ -126,16 +133,23 @@ template void writeSamples(const std::uint8_t*, AVFrame&, const AVComponentDescr
 template void writeSamples(const std::uint16_t*, AVFrame&, const AVComponentDescriptor&, bool, int,
                            int);
 
-void changeDepth(std::uint16_t* samples, int count, int from, int to) {
-    if (to < from)
+template <typename Sample>
+void changeDepth(const std::uint16_t* samples, int from, Sample* changed, int to, int count) {
+    const int left = to - from, right = from - left;
+    if (left <= 0)
         for (int x = 0; x < count; ++x)
-            samples[x] = static_cast<std::uint16_t>(samples[x] >> (from - to));
-    // Depths below half of the wanted one repeat their bits more than once.
-    for (int has = from; has < to;) {
-        const int next = to < 2 * has ? to : 2 * has;
-        const int left = next - has, right = has - left;
+            changed[x] = static_cast<Sample>(samples[x] >> -left);
+    else if (right >= 0)
         for (int x = 0; x < count; ++x)
-            samples[x] = static_cast<std::uint16_t>(samples[x] << left | samples[x] >> right);
-        has = next;
-    }
+            changed[x] = static_cast<Sample>(samples[x] << left | samples[x] >> right);
+    else // less than half as deep: repeated more than once
+        for (int x = 0; x < count; ++x) {
+            unsigned sample = samples[x];
+            for (int has = from; has < to; has *= 2)
+                sample = sample << has | sample;
+            changed[x] = static_cast<Sample>(sample >> (doubled(from, to) - to));
+        }
 }
+
+template void changeDepth(const std::uint16_t*, int, std::uint8_t*, int, int);
+template void changeDepth(const std::uint16_t*, int, std::uint16_t*, int, int);

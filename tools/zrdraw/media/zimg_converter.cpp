@@ -171,7 +171,7 @@ void ZimgConverter::convertAlpha(const AVFrame& from, AVFrame& to) {
         if (hasFlag(m_from.format, AV_PIX_FMT_FLAG_ALPHA)) {
             const AVComponentDescriptor& source = av_pix_fmt_desc_get(m_from.format)->comp[alpha];
             readSamples(from, source, false, y, m_line.data(), m_width);
-            changeDepth(m_line.data(), m_width, source.depth, target.depth);
+            changeDepth(m_line.data(), source.depth, m_line.data(), target.depth, m_width);
         }
         writeSamples(m_line.data(), to, target, false, y, m_width);
     }
