@@ -74,7 +74,7 @@ Loader::~Loader() = default;
 
 void Loader::load(const AVFrame& picture, Canvas& canvas) {
     requireSameSize(picture, m_shape);
-    const PictureKind kind = kindOf(picture, m_shape, {});
+    const PictureKind kind = kindOf(picture, m_shape);
     canvas.colors = canvasColors(m_shape, picture, kind);
     if (picture.format == barePixels)
         return copyLines(picture.data[0], picture.linesize[0], canvas.lines().data, canvas.pitch(),
@@ -108,7 +108,7 @@ void Storer::store(const Canvas& canvas, const AVFrame& source, AVFrame& target)
                          m_shape);
     if ((target.buf[0] ? av_frame_make_writable(&target) : av_frame_get_buffer(&target, 0)) < 0)
         throw std::bad_alloc();
-    const PictureKind loaded = kindOf(source, m_shape, {});
+    const PictureKind loaded = kindOf(source, m_shape);
     PictureKind kind = kindOf(target, m_shape, loaded.colors);
     if (kind.chromaPlace == AVCHROMA_LOC_UNSPECIFIED)
         kind.chromaPlace = loaded.chromaPlace;
