@@ -219,7 +219,7 @@ void expectKeptInColors(AVPixelFormat format, int width, int height) {
 std::string howKept(AVPixelFormat format, const zrLayout& layout) {
     const CanvasShape shape(layout, 64, 48);
     const FramePtr picture = newFrame(format, 64, 48);
-    const PictureKind kind = kindOf(*picture, shape, {});
+    const PictureKind kind = kindOf(*picture, shape);
     if (isMemoryOf(layout, kind.format))
         return "its own bytes";
     if (CanvasConverter(shape, kind, canvasColors(shape, *picture, kind)).isExact())
@@ -318,7 +318,7 @@ TEST_F(ExactnessTest, ColoursAreThoseOfThePicture) {
     for (AVPixelFormat format :
          {AV_PIX_FMT_YUV422P10, AV_PIX_FMT_YUV422P, AV_PIX_FMT_YUV444P, AV_PIX_FMT_YUV444P12})
         for (const Space& space : spaces)
-            for (AVColorRange range : {AVCOL_RANGE_MPEG, AVCOL_RANGE_JPEG})
+            for (AVColorRange range : {AVCOL_RANGE_MPEG, AVCOL_RANGE_JPEG, AVCOL_RANGE_UNSPECIFIED})
                 for (const auto& color : colors) {
                     SCOPED_TRACE(fmt::format("{} {} {}", av_get_pix_fmt_name(format),
                                              av_color_space_name(space.space),
@@ -374,6 +374,38 @@ TEST_F(ExactnessTest, TheMatrixIsWithinOneOfExact) {
                     }
                 }
         }
+}
+
+// Into every format from every kind of layout, to the last line and column of odd sizes.
+TEST_F(ExactnessTest, AFlatColourIsFlatUpToTheEdges) {
+    const FramePtr source = newFrame(AV_PIX_FMT_BGRA, 61, 47);
+    for (int i = 0; i < source->linesize[0] * 47; ++i)
+        source->data[0][i] = std::array<std::uint8_t, 4>{40, 90, 200, 255}[i % 4];
+    const FramePtr none = newFrame();
+    for (unsigned code : taken) {
+        Canvas canvas(*zrFindLayout(code), 61, 47);
+        Loader(canvas.shape()).load(*source, canvas);
+        for (const Row& row : allRows()) {
+            if (!isKept(row) || !sws_isSupportedOutput(row.format) ||
+                hasFlag(row.format, AV_PIX_FMT_FLAG_RGB))
+                continue;
+            const FramePtr target = newFrame(row.format, 61, 47);
+            none->interlaced_frame = !none->interlaced_frame;
+            Storer(canvas.shape()).store(canvas, *none, *target);
+            for (int i = 0; i < av_pix_fmt_desc_get(row.format)->nb_components; ++i) {
+                const Component component(row.format, i, *target);
+                const std::uint32_t first = lineOf(*target, i, 0, 1)[0];
+                // Scalers dither to the next number.
+                const auto most =
+                    std::max(1, 1 << av_pix_fmt_desc_get(row.format)->comp[i].depth >> 8);
+                for (int y = 0; y < component.height; ++y)
+                    for (std::uint32_t sample : lineOf(*target, i, y, component.width))
+                        ASSERT_NEAR(sample, first, most)
+                            << av_get_pix_fmt_name(row.format) << " from "
+                            << layoutName(canvas.layout()) << ", component " << i << ", line " << y;
+            }
+        }
+    }
 }
 
 // Boxes over what is transparent, also where they have the very colour that is there.
