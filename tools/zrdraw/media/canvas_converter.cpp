@@ -1,6 +1,7 @@
 #include "media/canvas_converter.h"
 
 #include "media/drawn_pixels.h"
+#include "media/matrix_packer.h"
 #include "media/pixel_formats.h"
 #include "media/zimg_converter.h"
 
@@ -48,6 +49,9 @@ CanvasConverter::CanvasConverter(const CanvasShape& shape, const PictureKind& pi
         m_packer = makePacker(layout, m_kind.format, shape.width, shape.height);
         m_straight = m_packer || isMemoryOf(layout, m_kind.format);
         m_exact = m_packer ? m_packer->isExact() : m_straight;
+    } else {
+        m_packer = makeMatrixPacker(layout, m_kind, shape.width, shape.height);
+        m_straight = m_packer != nullptr;
     }
     if (m_straight)
         return;

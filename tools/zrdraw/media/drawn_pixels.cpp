@@ -232,7 +232,8 @@ void DrawnPixels::keepLine(const Samples& samples, const std::uint8_t* from,
     from += samples.offset;
     to += samples.offset;
     if (!samples.touched && samples.bytes == samples.step) {
-        std::memcpy(to, from, static_cast<std::size_t>(count * samples.bytes));
+        std::memcpy(to, from,
+                    static_cast<std::size_t>(count) * static_cast<std::size_t>(samples.bytes));
         return;
     }
     for (int x = 0; x < count; ++x)
