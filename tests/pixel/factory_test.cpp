@@ -128,7 +128,7 @@ TEST(FlatInterface, AnswersNullWithRefusalAndWorksOnAnObject) {
 
 TEST(Factory, ANullEventHandleSurvives) {
     InjectionGuard guard;
-    injection().createEvent = [] { return nullptr; };
+    injection().createEvent = [](auto...) { return nullptr; };
     char frame[4];
     ZRDraw* draw = qtGetDraw(1, 1, 1, 0, frame);
     EXPECT_EQ(draw->changeEvent, nullptr);
@@ -170,7 +170,7 @@ TEST(Lock, BoundedTries) {
     for (const Case& c : cases) {
         InjectionGuard guard;
         int tries = 0;
-        injection().tryEnterCriticalSection = [&] {
+        injection().tryEnterCriticalSection = [&](auto*) {
             const auto at = std::min(static_cast<std::size_t>(tries), c.answers.size() - 1);
             ++tries;
             return c.answers[at];
