@@ -29,16 +29,17 @@ class OverlaySettings : public OverlayTest {};
 
 TEST_F(OverlaySettings, InitialValues) {
     std::string initial;
-    for (const auto& [key, number] : numbersOf(overlay))
-        if (!key.starts_with("Custom"))
-            initial += key + "=" + std::to_string(*number) + " ";
+    for (const zrOverlaySetting& s : zrOverlaySettings) // a star for a layer of the picture
+        if (s.number != nullptr)
+            initial +=
+                s.key + std::string(s.layer ? "*=" : "=") + std::to_string(overlay.*s.number) + " ";
     EXPECT_EQ(initial,
-              "Enabled=0 FillBackground=1 AudioEnable=0 AudioX=20 AudioY=100 AudioChannels=2 "
-              "VChipEnable=0 CaptionsEnable=0 CaptionSource=0 TimeCodeLTCEnable=0 "
-              "TimeCodeLUBEnable=0 TimeCodeVITCEnable=0 TimeCodeVUBEnable=0 TimeCodeVsyncEnable=0 "
+              "Enabled=0 FillBackground=1 AudioEnable*=0 AudioX=20 AudioY=100 AudioChannels=2 "
+              "VChipEnable=0 CaptionsEnable=0 CaptionSource=0 TimeCodeLTCEnable*=0 "
+              "TimeCodeLUBEnable=0 TimeCodeVITCEnable*=0 TimeCodeVUBEnable=0 TimeCodeVsyncEnable=0 "
               "TimeCodeLTCFrameEnable=0 TimeCodeVITCFrameEnable=0 TimeCodeX=20 TimeCodeY=300 "
-              "TimeCodeSize=2 WatermarkEnable=0 WatermarkX=400 WatermarkY=400 WatermarkOpacity=50 "
-              "SourceFormatEnable=0 SourceFormatX=20 SourceFormatY=600 ");
+              "TimeCodeSize=2 WatermarkEnable*=0 WatermarkX=400 WatermarkY=400 WatermarkOpacity=50 "
+              "SourceFormatEnable*=0 SourceFormatX=20 SourceFormatY=600 ");
     for (unsigned int slot = 0; slot < 10; ++slot) {
         EXPECT_EQ(overlay.CustomTextEnabled[slot], 0U);
         EXPECT_EQ(overlay.CustomTextX[slot], 500U);

@@ -3,6 +3,7 @@
 #include "support/test_canvas.h"
 #include "zrdraw/formats.h"
 
+#include <climits>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -15,19 +16,9 @@ TEST(Canvas, AddressesAndTheEdgeRule) {
     struct Case {
         int x, y, column, line; // a column of -1 for a refusal
     };
-    const Case cases[] = {{0, 0, 0, 0},
-                          {4, 2, 4, 2},
-                          {5, 0, 4, 0},
-                          {0, 3, 0, 2},
-                          {5, 3, 4, 2},
-                          {6, 0, -1, 0},
-                          {0, 4, -1, 0},
-                          {-1, 0, -1, 0},
-                          {0, -1, -1, 0},
-                          {5, 4, -1, 0},
-                          {6, 3, -1, 0},
-                          {2147483647, 0, -1, 0},
-                          {-2147483647, 2147483647, -1, 0}};
+    const Case cases[] = {{0, 0, 0, 0},   {4, 2, 4, 2},  {5, 0, 4, 0},  {0, 3, 0, 2},
+                          {5, 3, 4, 2},   {6, 0, -1, 0}, {0, 4, -1, 0}, {-1, 0, -1, 0},
+                          {0, -1, -1, 0}, {5, 4, -1, 0}, {6, 3, -1, 0}};
     for (const unsigned int code : {1U, 5U}) {
         TestCanvas canvas(code, 5, 3);
         const int pixelBytes = code == 1 ? 4 : 3;
@@ -39,6 +30,8 @@ TEST(Canvas, AddressesAndTheEdgeRule) {
                 EXPECT_EQ(canvas->GetPixel(c.x, c.y), legal ? canvas.frame() + offset : nullptr);
             EXPECT_EQ(canvas->PutPixel(c.x, c.y, true), legal ? 0 : -1);
         }
+        EXPECT_EQ(canvas->PutPixel(INT_MAX, 0, true) + canvas->PutPixel(INT_MIN, INT_MAX, true),
+                  -2);
         EXPECT_TRUE(canvas.guardsIntact());
         EXPECT_EQ(canvas.art(), "#...#\n.....\n#...#\n");
     }
@@ -54,17 +47,15 @@ TEST(Canvas, LinesOf32BitLayoutsStartAtAMultipleOfFour) {
 TEST(Canvas, NoCanvasRefusesEverything) {
     char frame[16];
     ZRDraw* draw = nullptr;
-    double r = 7, g = 7, b = 7, a = 7;
     for (const auto& [memory, width, height] :
          {std::tuple{static_cast<char*>(nullptr), 2, 2}, {frame, 0, 2}, {frame, 2, 0}}) {
         GetDraw(1, width, height, 0, memory, draw);
         EXPECT_EQ(draw->GetPixel(0, 0), nullptr);
         EXPECT_EQ(draw->PutPixel(0, 0, false), -1);
+        double r = 7, g = 7, b = 7, a = 7;
         EXPECT_EQ(draw->GetPixelRGBA(0, 0, r, g, b, a), -1);
         EXPECT_EQ(r + g + b + a, 0.0);
-        EXPECT_EQ(draw->LineHoriz(0, 0, 1), -1);
-        EXPECT_EQ(draw->LineVert(0, 0, 1), -1);
-        EXPECT_EQ(draw->Fill(0, 0, 0.0), -1);
+        EXPECT_EQ(draw->LineHoriz(0, 0, 1) + draw->LineVert(0, 0, 1) + draw->Fill(0, 0, 0.0), -3);
         ReleaseDraw(draw);
     }
 }
@@ -248,19 +239,16 @@ TEST(PixelReaders, BaseFormsRefuseOffTheCanvas) {
     ZRPixel pixel;
     unsigned int memory[4] = {0xFF808080U, 0, 0, 0};
     pixel.SetCanvas(reinterpret_cast<char*>(memory), 1, 4, 16);
-    Values c{7, 7, 7, 7};
-    EXPECT_EQ(pixel.GetPixelYCbCr(5, 0, c[0], c[1], c[2], c[3]), -1);
-    EXPECT_EQ(c, Values{});
-    c = {7, 7, 7, 7};
-    EXPECT_EQ(pixel.GetPixelHSV(0, -1, c[0], c[1], c[2], c[3]), -1);
-    EXPECT_EQ(c, Values{});
-    unsigned char c8[4] = {7, 7, 7, 7};
-    EXPECT_EQ(pixel.GetPixelYCbCr8(9, 9, c8[0], c8[1], c8[2], c8[3]), -1);
-    EXPECT_EQ(c8[0] + c8[1] + c8[2] + c8[3], 0);
-    unsigned int c10[4] = {7, 7, 7, 7};
-    EXPECT_EQ(pixel.GetPixelYCbCr10(9, 9, c10[0], c10[1], c10[2], c10[3]), -1);
-    EXPECT_EQ(c10[0] + c10[1] + c10[2] + c10[3], 0U);
-
+    const auto expectZeros = [&](auto reader, auto... c) {
+        EXPECT_EQ((pixel.*reader)(9, -1, c...), -1);
+        EXPECT_EQ((c + ...), 0);
+    };
+    constexpr unsigned char seven = 7;
+    expectZeros(&ZRPixel::GetPixelYCbCr, 7.0, 7.0, 7.0, 7.0);
+    expectZeros(&ZRPixel::GetPixelHSV, 7.0, 7.0, 7.0, 7.0);
+    expectZeros(&ZRPixel::GetPixelYCbCr8, seven, seven, seven, seven);
+    expectZeros(&ZRPixel::GetPixelYCbCr10, 7U, 7U, 7U, 7U);
+    Values c;
     EXPECT_EQ(pixel.GetPixelHSV(0, 0, c[0], c[1], c[2], c[3]), 0);
     EXPECT_EQ(c, (Values{0.0, 0.0, 128 / 255.0, 1.0})) << "grey has hue 0.0 in the root class";
 }

@@ -1,14 +1,11 @@
 // Frame sizes by layout code and by bitmap header, and what the catalogue holds of each layout.
 #include "zrdraw/exports.h"
 #include "zrdraw/layouts.h"
-#include "zrdraw/span.h"
 #include "zrdraw/zrdraw.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <iterator>
-#include <map>
 #include <string>
 
 namespace {
@@ -52,18 +49,6 @@ TEST(FrameSize, ByCode) {
     }
 }
 
-TEST(Catalogue, RowsAreWhole) {
-    unsigned int last = 0;
-    for (const zrLayout& layout : zrLayouts) {
-        EXPECT_GT(layout.code, last) << "in order of codes: " << layout.name;
-        last = layout.code;
-        EXPECT_EQ(zrFindLayout(layout.code), &layout);
-    }
-    EXPECT_EQ(std::size(zrLayouts), 26U);
-    EXPECT_EQ(zrFindLayout(0), nullptr);
-    EXPECT_EQ(zrLineBytes(zrFindLayout(ptBayerRGGB)->line, 1920), 2880U);
-}
-
 TEST(Catalogue, RoomOfAFrame) {
     struct Case {
         unsigned int code;
@@ -88,16 +73,6 @@ TEST(Catalogue, RoomOfAFrame) {
     for (const Case& c : cases)
         EXPECT_EQ(zrFrameRoom(*zrFindLayout(c.code), c.width, c.height, c.pitch), c.bytes)
             << c.code << ": " << c.why;
-}
-
-TEST(Catalogue, PackedPixelBytes) {
-    const std::map<unsigned int, unsigned int> packed = {{5, 3},  {6, 3},  {20, 4}, {31, 6},
-                                                         {32, 8}, {37, 6}, {38, 8}};
-    for (unsigned int code = 0; code <= 10002; ++code) {
-        const auto row = packed.find(code);
-        EXPECT_EQ(zrdraw_packed_pixel_bytes(code), row == packed.end() ? 0 : row->second) << code;
-    }
-    EXPECT_EQ(zrdraw_packed_pixel_bytes(ptNone), 0U);
 }
 
 constexpr unsigned int untouched = 12345;
