@@ -3,13 +3,9 @@
 #include "support/recorder.h"
 #include "support/test_canvas.h"
 #include "zrdraw/arc_ends.h"
-#include "zrdraw/formats.h"
-
-#include <gtest/gtest.h>
 
 #include <thread>
 #include <tuple>
-#include <utility>
 
 namespace {
 

@@ -1,12 +1,8 @@
 // Points, the current position, all kinds of lines, and runs along the axes, as text art.
 #include "support/recorder.h"
 #include "support/test_canvas.h"
-#include "zrdraw/formats.h"
-
-#include <gtest/gtest.h>
 
 #include <map>
-#include <utility>
 
 namespace {
 

@@ -2,8 +2,6 @@
 // of colours.
 #include "support/guarded_canvas.h"
 
-#include <gtest/gtest.h>
-
 #include <tuple>
 
 namespace {

@@ -3,8 +3,6 @@
 #include "support/guarded_canvas.h"
 #include "zrdraw/half_float.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
 #include <bit>
 #include <cmath>

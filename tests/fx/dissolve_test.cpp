@@ -1,9 +1,5 @@
 #include "fx/frames.h"
 
-#include <gtest/gtest.h>
-
-#include <cstring>
-
 namespace {
 
 struct Progress {

@@ -2,11 +2,6 @@
 #include "platform/injection.h"
 #include "zrdraw/v210.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstdint>
-#include <cstring>
 #include <stdexcept>
 #include <string>
 

@@ -3,10 +3,7 @@
 #include "fx/mix.h"
 #include "zrdraw/span.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
-#include <cstdint>
 #include <tuple>
 
 namespace {

@@ -3,17 +3,12 @@
 #include "platform/injection.h"
 #include "zrdraw/wipes.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <array>
 #include <atomic>
 #include <chrono>
-#include <cstring>
 #include <string>
 #include <thread>
 #include <utility>
-#include <vector>
 
 #include <dlfcn.h>
 

@@ -1,12 +1,6 @@
 // Wipes and slides against a rule for one pixel.
 #include "fx/frames.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstdint>
-#include <cstring>
-
 namespace {
 
 // A pixel and the edges; everything wraps at 2 to the 32.

@@ -3,11 +3,6 @@
 #include "platform/injection.h"
 #include "zrdraw/mux.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstdint>
-#include <cstring>
 #include <optional>
 #include <string>
 

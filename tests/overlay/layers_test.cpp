@@ -1,8 +1,5 @@
 // The watermark and the audio meters as they lie over a frame, pixel by pixel.
-#include "overlay/overlay_fixture.h"
 #include "overlay/watermark_fixture.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 

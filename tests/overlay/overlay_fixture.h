@@ -12,7 +12,6 @@
 #include <cstring>
 #include <map>
 #include <sstream>
-#include <string>
 #include <utility>
 #include <vector>
 

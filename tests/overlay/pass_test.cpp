@@ -1,9 +1,7 @@
 // The pass over a frame: layers, their places and order, and the drawing object's life.
 #include "overlay/overlay_fixture.h"
-#include "zrdraw/formats.h"
 
 #include <array>
-#include <functional>
 #include <new>
 
 namespace {

@@ -4,7 +4,6 @@
 #include "zrdraw/formats.h"
 
 #include <climits>
-#include <gtest/gtest.h>
 
 #include <array>
 

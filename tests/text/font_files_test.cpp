@@ -5,12 +5,6 @@
 #include "support/test_canvas.h"
 #include "zrdraw/font_files.h"
 
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <string>
-#include <vector>
-
 namespace {
 
 void put(std::string& bytes, std::size_t offset, unsigned int number) {

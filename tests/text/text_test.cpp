@@ -3,11 +3,8 @@
 #include "support/test_canvas.h"
 #include "zrdraw/font.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
 #include <cstdint>
-#include <vector>
 
 namespace {
 
