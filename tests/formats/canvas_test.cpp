@@ -180,23 +180,6 @@ TEST(FormatColor, Dpx) {
     }
 }
 
-TEST(FormatColor, NoColourReachesTheWordLayouts) {
-    const auto unchanged = [](auto&& draw) {
-        for (const bool selector : {true, false}) {
-            draw.SetColorRGBA(0.5, 0.5, 0.5, 1.0, selector);
-            EXPECT_EQ(selector ? draw.foreColor : draw.backColor, 0xFF7F7F7FU);
-            draw.SetColorYCbCr10(512, 512, 512, 0, selector);
-        }
-        return draw.foreR == 255 && draw.foreG == 255 && draw.foreB == 255 && draw.backR == 0 &&
-               draw.backG == 0 && draw.backB == 0;
-    };
-    EXPECT_TRUE(unchanged(CDrawRGB48(31)));
-    EXPECT_TRUE(unchanged(CDrawRGBHalf48(37)));
-    CDrawARGB64 argb(32);
-    EXPECT_TRUE(unchanged(argb));
-    EXPECT_EQ(std::pair(argb.foreA, argb.backA), std::pair(255U, 0U));
-}
-
 TEST(FormatColor, BayerDoesNotReadBack) {
     CDrawBayer draw(22);
     draw.SetColorRGBA(1.5, -0.1, 0.5, 1.0, true);

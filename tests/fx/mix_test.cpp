@@ -1,4 +1,4 @@
-// The bodies of the dissolve against each other, which is chosen, and the weighing of planes.
+// The bodies of the dissolve against each other, and the weighing of planes.
 #include "fx/frames.h"
 #include "fx/mix.h"
 #include "zrdraw/span.h"
@@ -88,31 +88,6 @@ TEST(Mix, BytesByAnyWeightWithinTheScale) {
             {over.data(), over.data(), second.data()});
         ASSERT_EQ(over, expected) << weight << ", over the first";
     }
-}
-
-TEST(Mix, IsChosenByTypeAndWeight) {
-    const bool wide = zrdraw_avx2_available() != 0;
-    MixBody* const wholeBytes = wide ? mixWholeBytesAvx2 : mixWholeBytes;
-    MixBody* const wholeWords = wide ? mixWholeWordsAvx2 : mixWholeWords;
-    MixBody* const anyBytes = wide ? mixRoundedBytesAvx2 : mixBytes;
-    const struct {
-        std::vector<double> weights;
-        MixBody *bytes, *words;
-    } rows[] = {
-        {{0.0}, copySecond, copySecond},
-        {{1.0}, copyFirst, copyFirst},
-        {{0.25, 1.0 / 65536, 65535.0 / 65536}, wholeBytes, wholeWords},
-        {{1.0 / 3, 1.5 / 65536}, anyBytes, mixWords},
-        // Too near to an end for integers, or off the scale.
-        {{1.0 / 131072, 1.0 - 1.0 / 131072, 1.0 / 3e9, 1.0 - 1e-12}, mixBytes, mixWords},
-        {{-0.5, 1.0 + 1.0 / 65536, 2.0, 0.0 / 0.0, 1.0 / 0.0}, mixBytes, mixWords},
-    };
-    for (const auto& row : rows)
-        for (const double weight : row.weights) {
-            EXPECT_EQ(chooseMix(SampleType::Byte, weight).body, row.bytes) << weight;
-            EXPECT_EQ(chooseMix(SampleType::Word, weight).body, row.words) << weight;
-            EXPECT_EQ(chooseMix(SampleType::Float, weight).body, mixFloats) << weight;
-        }
 }
 
 struct Weights {

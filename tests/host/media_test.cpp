@@ -20,10 +20,7 @@ unsigned int codeOf(const char (&characters)[5]) {
 }
 
 TEST(Names, CodecsByTheirCharactersAreConstant) {
-    const struct {
-        unsigned int code;
-        const char* name;
-    } rows[] = {
+    const std::pair<unsigned int, const char*> rows[] = {
         {0, "BGRA"},
         {codeOf("yuv2"), "UYVY"},
         {codeOf("v210"), "v210"},
@@ -32,12 +29,12 @@ TEST(Names, CodecsByTheirCharactersAreConstant) {
         {codeOf("GRBc"), "Bayer"},
         {codeOf("HEVC"), "HEVC"},
         {codeOf("yuv "), "yuv "},
-        {codeOf("uv2 "), "uv2 "}, // no code of two neighbours in a row
+        {codeOf("uv2 "), "uv2 "},
         {0x12345678, "Video"},
         {3, "Video"},
     };
-    for (const auto& row : rows)
-        EXPECT_STREQ(kpxutilCodecTypeString(row.code), row.name) << row.code;
+    for (const auto& [code, name] : rows) // "uv2 ": no code of two neighbours in a row
+        EXPECT_STREQ(kpxutilCodecTypeString(code), name) << code;
     const char* const first = kpxutilCodecTypeString(codeOf("ab01"));
     for (char c = 'a'; c <= 'z'; ++c)
         kpxutilCodecTypeString(codeOf({c, c, c, c, 0}));

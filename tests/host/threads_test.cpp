@@ -1,4 +1,4 @@
-// Threads, priorities, interlocked counts, events and critical sections.
+// Threads, priorities, interlocked counts and events.
 #include "zrdraw/platform/events.h"
 #include "zrdraw/platform/threads.h"
 
@@ -190,35 +190,6 @@ TEST(Events, ReleaseOneWaiterForEachSetOrAll) {
         }
         EXPECT_EQ(manualReset ? 0 : timedOut, zrOSWaitForEvent(event.get(), 0));
     }
-}
-
-class CriticalSection : public testing::Test {
-protected:
-    CriticalSection() { zrOSInitializeCriticalSection(&m_section); }
-    ~CriticalSection() override { zrOSDeleteCriticalSection(&m_section); }
-
-    int tryFromAnotherThread() {
-        int taken = -1;
-        std::thread([&] {
-            taken = zrOSTryEnterCriticalSection(&m_section);
-            if (taken == 1)
-                zrOSLeaveCriticalSection(&m_section);
-        }).join();
-        return taken;
-    }
-
-    zrOSCriticalSection m_section;
-};
-
-TEST_F(CriticalSection, ItsOwnerEntersAgainAndHoldsItUntilTheLastLeave) {
-    zrOSEnterCriticalSection(&m_section);
-    zrOSEnterCriticalSection(&m_section);
-    EXPECT_EQ(1, zrOSTryEnterCriticalSection(&m_section));
-    for (int left = 3; left > 0; --left) {
-        EXPECT_EQ(0, tryFromAnotherThread()) << left << " to leave";
-        zrOSLeaveCriticalSection(&m_section);
-    }
-    EXPECT_EQ(1, tryFromAnotherThread());
 }
 
 } // namespace
