@@ -165,21 +165,6 @@ TEST(FormatColor, PackingOfV210) {
     EXPECT_EQ(draw.foreWord, 942U | 511U << 10 | 511U << 20);
 }
 
-TEST(FormatColor, Dpx) {
-    CDrawRGB30DPX draw(20);
-    double r, g, b, a;
-    for (const bool selector : {true, false}) {
-        draw.SetColorRGBA(1.0, 0.5, 0.25, 0.5, selector); // 1023, 511 and 255
-        EXPECT_EQ(selector ? draw.foreColor : draw.backColor, 0xFCF3DFFFU);
-        draw.GetColorRGBA(r, g, b, a, selector);
-        EXPECT_EQ(std::tuple(r, g, b, a), std::tuple(1.0, 511 / 1023.0, 255 / 1023.0, 1.0));
-        draw.SetColorRGBA(1.5, 1.5, 1.5, 0.5, selector); // 1534, of which ten bits stay
-        draw.GetColorRGBA(r, g, b, a, selector);
-        EXPECT_EQ(std::tuple(r, g, b, a),
-                  std::tuple(510 / 1023.0, 510 / 1023.0, 510 / 1023.0, 1.0));
-    }
-}
-
 TEST(FormatColor, BayerDoesNotReadBack) {
     CDrawBayer draw(22);
     draw.SetColorRGBA(1.5, -0.1, 0.5, 1.0, true);

@@ -28,21 +28,17 @@ void expectRead(GuardedCanvas& canvas, Form form, int x, int y, const Reading& e
             EXPECT_NEAR(c[i], expected.c[i], 1e-12) << i << " at " << x << "," << y;
 }
 
-// The 8-bit and the 10-bit form, as one: {y, cb, cr, a}, all 77 before the call.
-template <typename Sample, typename Read>
-void expectSamples(Read read, const std::array<Sample, 4>& expected) {
+// The 8-bit or the 10-bit form: {y, cb, cr, a}, all 77 before the call.
+template <typename Sample>
+void expectSamples(GuardedCanvas& canvas,
+                   int (ZRPixel::*form)(int, int, Sample&, Sample&, Sample&, Sample&), int x,
+                   const std::array<std::type_identity_t<Sample>, 4>& expected) {
     std::array<Sample, 4> c{77, 77, 77, 77};
-    EXPECT_EQ(read(c[0], c[1], c[2], c[3]), 0);
-    EXPECT_EQ(c, expected);
+    EXPECT_EQ((canvas.as<ZRDraw>().*form)(x, 0, c[0], c[1], c[2], c[3]), 0);
+    EXPECT_EQ(c, expected) << x;
 }
-void expectSamples8(GuardedCanvas& canvas, int x, std::array<unsigned char, 4> expected) {
-    expectSamples<unsigned char>([&](auto&... c) { return canvas->GetPixelYCbCr8(x, 0, c...); },
-                                 expected);
-}
-void expectSamples10(GuardedCanvas& canvas, int x, std::array<unsigned int, 4> expected) {
-    expectSamples<unsigned int>([&](auto&... c) { return canvas->GetPixelYCbCr10(x, 0, c...); },
-                                expected);
-}
+constexpr auto samples8 = &ZRPixel::GetPixelYCbCr8;
+constexpr auto samples10 = &ZRPixel::GetPixelYCbCr10;
 
 const Reading noHsv{-1, {untouched, untouched, untouched, untouched}};
 const Reading zeros{-1, {0, 0, 0, 0}};
@@ -59,14 +55,14 @@ TEST(FormatRead, PairsOf422GiveTheFirstLuma) {
         for (const int x : {2, 3, 4}) {
             const unsigned int y = c.y, cb = c.cb, cr = c.cr;
             SCOPED_TRACE(c.code);
-            expectSamples8(canvas, x, {c.y, c.cb, c.cr, 255});
-            expectSamples10(canvas, x, {y * 4, cb * 4, cr * 4, 255});
+            expectSamples(canvas, samples8, x, {c.y, c.cb, c.cr, 255});
+            expectSamples(canvas, samples10, x, {y * 4, cb * 4, cr * 4, 255});
             expectRead(canvas, yCbCr, x, 0, {0, {y / 256.0, cb / 256.0, cr / 256.0, 1.0}});
             EXPECT_EQ(canvas->GetLuma(x, 0), y / 256.0);
             expectRead(canvas, hsv, x, 0, noHsv);
         }
-        expectSamples8(canvas, 5, {0, 0, 0, 77});
-        expectSamples10(canvas, -1, {0, 0, 0, 77});
+        expectSamples(canvas, samples8, 5, {0, 0, 0, 77});
+        expectSamples(canvas, samples10, -1, {0, 0, 0, 77});
         expectRead(canvas, yCbCr, 0, 2, {0, {0.0, 0.0, 0.0, untouched}});
         expectRead(canvas, rgba, 0, 2, {0, {0.5, 0.5, 0.5, 0.0}});
     }
@@ -121,11 +117,11 @@ TEST(FormatRead, GroupsOfV210) {
         const auto clamped = [](double value) { return std::min(1.0, std::max(0.0, value)); };
         SCOPED_TRACE(x);
         expectRead(canvas, yCbCr, x, 0, {0, {y, s.cb / 1024.0, s.cr / 1024.0, 1.0}});
-        expectSamples10(canvas, x, {s.y, s.cb, s.cr, 1});
+        expectSamples(canvas, samples10, x, {s.y, s.cb, s.cr, 1});
         const unsigned int cr8 = x % 6 == 0 ? 166 : s.cr / 4; // the low eight bits of 934
-        expectSamples8(canvas, x,
-                       {static_cast<unsigned char>(s.y / 4), static_cast<unsigned char>(s.cb / 4),
-                        static_cast<unsigned char>(cr8), 1});
+        expectSamples(canvas, samples8, x,
+                      {static_cast<unsigned char>(s.y / 4), static_cast<unsigned char>(s.cb / 4),
+                       static_cast<unsigned char>(cr8), 1});
         EXPECT_EQ(canvas->GetLuma(x, 0), y);
         expectRead(canvas, rgba, x, 0,
                    {0,
@@ -134,8 +130,8 @@ TEST(FormatRead, GroupsOfV210) {
         expectRead(canvas, hsv, x, 0, noHsv);
     }
     expectRead(canvas, yCbCr, 13, 0, {0, {untouched, untouched, untouched, untouched}});
-    expectSamples10(canvas, -1, {77, 77, 77, 77});
-    expectSamples8(canvas, 13, {77, 77, 77, 77});
+    expectSamples(canvas, samples10, -1, {77, 77, 77, 77});
+    expectSamples(canvas, samples8, 13, {77, 77, 77, 77});
 }
 
 TEST(FormatRead, RgbFamilies) {

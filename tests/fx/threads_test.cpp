@@ -264,22 +264,17 @@ protected:
     Frame m_a{pitch * height, m_random}, m_b{pitch * height, m_random};
 };
 
-TEST_F(Selection, NamedRowsShowPicturesThatAllDifferAndOthersOneOfThese) {
-    std::vector<std::pair<std::string, Frame>> named{{"nothing", Frame(pitch * height)}};
-    for (const bool wantsName : {true, false})
-        for (const zrWipe& row : zrWipes) {
-            if ((row.name != nullptr) != wantsName)
-                continue;
-            EXPECT_EQ(row.help != nullptr, wantsName) << row.first;
-            const Frame picture = draw(nullptr, row.last);
-            const auto known = std::find_if(named.begin(), named.end(), [&](const auto& other) {
-                return other.second == picture;
-            });
-            EXPECT_EQ(known == named.end(), wantsName) << row.first << " shows " << known->first;
-            if (wantsName)
-                named.emplace_back(row.name, picture);
-        }
-    EXPECT_EQ(named.size(), 21U) << "fifteen wipes, four slides, the dissolve";
+TEST_F(Selection, NamedRowsShowPicturesThatAllDiffer) {
+    std::vector<Frame> shown{Frame(pitch * height)};
+    for (const zrWipe& row : zrWipes) {
+        EXPECT_EQ(row.help != nullptr, row.name != nullptr) << row.first;
+        if (row.name == nullptr)
+            continue;
+        const Frame picture = draw(nullptr, row.last);
+        EXPECT_EQ(std::count(shown.begin(), shown.end(), picture), 0) << row.name;
+        shown.push_back(picture);
+    }
+    EXPECT_EQ(shown.size(), 21U) << "nothing, fifteen wipes, four slides, the dissolve";
 }
 
 TEST_F(Selection, EveryCodeHasItsKernel) {

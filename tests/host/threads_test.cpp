@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <pthread.h>
@@ -89,9 +90,10 @@ TEST(Threads, HandleNumberNameAndPriorityAreThoseOfTheThread) {
 
 // The creator may be ahead of the thread.
 TEST(Threads, PriorityOfAThreadThatHasNotBegun) {
+    unsigned int lastId = 0;
     for (int round = 0; round < 20; ++round) {
         int nice = 0;
-        unsigned int ids[2] = {};
+        unsigned int id = 0;
         const auto look = [](void* argument) {
             for (int tries = 0; tries < 1000 && *static_cast<int*>(argument) != 7; ++tries) {
                 *static_cast<int*>(argument) =
@@ -100,14 +102,11 @@ TEST(Threads, PriorityOfAThreadThatHasNotBegun) {
             }
             return 0U;
         };
-        int other = 7;
-        void* const threads[] = {zrOSCreateThread(nullptr, 0, look, &nice, 0, &ids[0], nullptr),
-                                 zrOSCreateThread(nullptr, 0, look, &other, 0, &ids[1], nullptr)};
-        zrOSSetThreadPriority(threads[0], -7);
-        zrOSCloseThread(threads[0], nullptr);
-        zrOSCloseThread(threads[1], nullptr);
+        void* const thread = zrOSCreateThread(nullptr, 0, look, &nice, 0, &id, nullptr);
+        zrOSSetThreadPriority(thread, -7);
+        zrOSCloseThread(thread, nullptr);
         EXPECT_EQ(7, nice);
-        EXPECT_NE(ids[0], ids[1]);
+        EXPECT_NE(id, std::exchange(lastId, id));
     }
 }
 

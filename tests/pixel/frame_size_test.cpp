@@ -7,6 +7,7 @@
 
 #include <cstring>
 #include <string>
+#include <tuple>
 
 namespace {
 
@@ -139,13 +140,8 @@ TEST(BitmapSize, FormatsOfOneLayout) {
         check(c, 1000, 7);
         check(c, 1000, -7);
     }
-    struct Plain {
-        const char* compression;
-        unsigned short bitCount;
-        unsigned int code, bytes;
-        unsigned short bitCountAfter;
-    };
-    const Plain plainCases[] = {
+    using Depth = unsigned short;
+    const std::tuple<const char*, Depth, unsigned int, unsigned int, Depth> plainCases[] = {
         {"YUY2", 0, 10, 14000, 16}, {"YVYU", 0, 12, 14000, 16},  {"q5ia", 0, 14, 14000, 16},
         {"hcpa", 8, 11, 18666, 16}, {"ncpa", 10, 14, 18666, 16}, {"ocpa", 10, 14, 14000, 16},
         {"scpa", 8, 11, 14000, 16}, {"si2k", 8, 21, 10500, 12},  {"PBYR", 8, 22, 10500, 12},
