@@ -288,9 +288,8 @@ TEST(HalfFloat, EveryHalfIsExactAndReturns) {
         const int exponent = static_cast<int>(bits >> 10 & 31), mantissa = bits & 0x3FF;
         ASSERT_EQ(std::signbit(value), bits > 0x7FFF) << bits;
         if (exponent == 31 && mantissa != 0) {
-            ASSERT_EQ(std::bit_cast<std::uint32_t>(value) & 0x7FFFFFFF, 0x7F800000U | (bits & 0x3FF)
-                                                                                          << 13)
-                << bits;
+            const auto word = std::bit_cast<std::uint32_t>(value);
+            ASSERT_EQ(word & 0x7FFFFFFF, 0x7F800000U | (bits & 0x3FF) << 13) << bits;
             ASSERT_EQ(zrFloatToHalf(value), (bits & 0x8000) | 0x7E00) << bits;
             continue;
         }

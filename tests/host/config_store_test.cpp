@@ -14,6 +14,7 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -249,18 +250,14 @@ TEST_F(ConfigStore, ReportsAFileThatCannotBeWrittenAndKeepsTheTexts) {
 }
 
 TEST(Itoa, WritesSignsInBaseTenOnly) {
-    const struct {
-        int value, base;
-        const char* text;
-    } cases[] = {
+    const std::tuple<int, int, const char*> cases[] = {
         {0, 10, "0"},
         {INT_MIN, 10, "-2147483648"},
         {INT_MAX, 36, "zik0zj"},
         {-1, 16, "ffffffff"},
         {INT_MIN, 2, "10000000000000000000000000000000"},
         {5, 1, ""},
-        {5, 37, ""},
-    };
+        {5, 37, ""}};
     for (const auto& [value, base, text] : cases) {
         char buffer[33] = "#";
         EXPECT_EQ(+buffer, itoa(value, buffer, base));

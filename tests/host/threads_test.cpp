@@ -7,7 +7,6 @@
 
 #include <atomic>
 #include <memory>
-#include <string>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -45,7 +44,7 @@ struct Seen {
     void* self = nullptr;
     unsigned int systemId = 0;
     int priority = -1;
-    std::string name;
+    char name[16] = {};
 };
 
 unsigned int look(void* argument) {
@@ -53,13 +52,10 @@ unsigned int look(void* argument) {
     seen->self = zrOSGetCurrentThread();
     seen->systemId = static_cast<unsigned int>(gettid());
     seen->priority = zrOSGetThreadPriority(seen->self);
+    zrOSSetThreadPriority(seen->self, 7);
+    pthread_getname_np(pthread_self(), seen->name, sizeof seen->name);
     zrOSSetEvent(seen->ready);
     zrOSWaitForEvent(seen->go, 0xFFFFFFFFU);
-    char name[16] = {};
-    pthread_getname_np(pthread_self(), name, sizeof name);
-    seen->name = name;
-    zrOSSetThreadPriority(seen->self, seen->priority + 7);
-    zrOSSetEvent(seen->ready);
     return 0;
 }
 
@@ -72,7 +68,9 @@ TEST(Threads, HandleNumberNameAndPriorityAreThoseOfTheThread) {
     zrOSWaitForEvent(seen.ready, 0xFFFFFFFFU);
     EXPECT_EQ(thread, seen.self);
     EXPECT_NE(id, 0U);
+    EXPECT_STREQ("a name of 24 ch", seen.name);
     EXPECT_EQ(0, seen.priority);
+    EXPECT_EQ(7, zrOSGetThreadPriority(thread));
     for (const int priority : {-3, 100, 2, INT_MIN}) {
         EXPECT_EQ(1, zrOSSetThreadPriority(thread, priority));
         EXPECT_EQ(priority, zrOSGetThreadPriority(thread));
@@ -80,10 +78,7 @@ TEST(Threads, HandleNumberNameAndPriorityAreThoseOfTheThread) {
     EXPECT_EQ(19, getpriority(PRIO_PROCESS, seen.systemId))
         << "a lower priority is always permitted";
     zrOSSetEvent(seen.go);
-    zrOSWaitForEvent(seen.ready, 0xFFFFFFFFU);
-    EXPECT_EQ(7, zrOSGetThreadPriority(thread));
     zrOSCloseThread(thread, nullptr);
-    EXPECT_EQ("a name of 24 ch", seen.name);
     zrOSCloseEvent(seen.ready);
     zrOSCloseEvent(seen.go);
 }

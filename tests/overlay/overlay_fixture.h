@@ -80,12 +80,6 @@ inline std::vector<std::pair<std::string, unsigned int*>> numbersOf(Overlay& ove
     return numbers;
 }
 
-// Sets each number to `first` and up, so that none is like another.
-inline void numberAll(Overlay& overlay, unsigned int first) {
-    for (const auto& [key, number] : numbersOf(overlay))
-        *number = first++;
-}
-
 // The numbers that differ, with what they are now.
 inline std::string changes(Overlay& before, Overlay& after) {
     std::string found;
@@ -155,10 +149,11 @@ protected:
         EXPECT_EQ(overlay.BurnIn(&frame, levels, peaks, adjust), 0);
     }
 
-    // Numbers that are all different, and `before` to compare with later.
+    // `first` and up, so that no number is like another, and `before` to compare with later.
     void numberBoth(unsigned int first) {
-        numberAll(overlay, first);
-        numberAll(before, first);
+        const auto same = numbersOf(before);
+        for (std::size_t i = 0; const auto& [key, number] : numbersOf(overlay))
+            *number = *same[i++].second = first++;
     }
 
     InjectionGuard guard;

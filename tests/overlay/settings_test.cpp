@@ -187,7 +187,7 @@ TEST_F(OverlaySettings, ADerivedStoreTakesAll) {
 
 TEST_F(OverlaySettings, TheWrittenFileHoldsItsSectionAlone) {
     const TempFile file("old content, longer than the section line");
-    numberAll(overlay, 500);
+    numberBoth(500);
     giveText(overlay, 1, "one");
     EXPECT_EQ(overlay.SaveConfigINI(file.path()), 0);
     EXPECT_EQ(readFile(file.path()), "[zroverlay]\n");
