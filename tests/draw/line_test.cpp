@@ -90,13 +90,8 @@ TEST(Polyline, JoinsItsPoints) {
 }
 
 TEST(WeightedLine, OnlyBetweenTheAxesAndTheDiagonals) {
-    for (const _POINT end : {_POINT{4, 0}, _POINT{0, 4}, _POINT{4, 4}, _POINT{-4, 4}}) {
-        Recorder draw;
-        draw.antiAlias = true;
-        draw.Line(0, 0, end.x, end.y);
-        EXPECT_EQ(draw.pixels.size(), 5U);
-        EXPECT_EQ(draw.foreColor, 0xFFFFFFFFU);
-    }
+    for (const auto& [x, y] : {std::pair{4, 0}, {0, 4}, {4, 4}, {-4, 4}})
+        EXPECT_EQ(pixelsOf(0, 0, x, y, true).size(), 5U) << x << "," << y;
 }
 
 TEST(WeightedLine, PairsOfPixelsAndTheirColours) {

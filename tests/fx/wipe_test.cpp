@@ -46,17 +46,20 @@ const Wipe wipes[] = {
      }},
 };
 
-At edges(const zrfxFXArgs& a) {
-    const auto of = [&](unsigned int size) {
-        return size * a.position / (a.rangeEnd - a.rangeStart);
-    };
-    return {0, 0, a.width, a.height, of(a.width), of(a.height), of(a.width / 2), of(a.height / 2)};
-}
-
 // Pixel by pixel; the vertical wipe takes whole lines, of the other frame's length.
 void reference(const Wipe& wipe, const zrfxFXArgs& a, unsigned int bytes, unsigned char* dst) {
     const bool swapped = (a.wipeCode & zrWipeSwap) != 0;
-    At at = edges(a);
+    const auto edgeOf = [&](unsigned int size) {
+        return size * a.position / (a.rangeEnd - a.rangeStart);
+    };
+    At at{0,
+          0,
+          a.width,
+          a.height,
+          edgeOf(a.width),
+          edgeOf(a.height),
+          edgeOf(a.width / 2),
+          edgeOf(a.height / 2)};
     for (at.y = 0; at.y < a.height; ++at.y) {
         const unsigned char* lineA = a.srcA + at.y * a.pitchA;
         const unsigned char* lineB = a.srcB + at.y * a.pitchB;
@@ -140,7 +143,7 @@ void referenceSlide(const zrfxFXArgs& a, unsigned int b, unsigned char* dst) {
 TEST(Slide, MovesTheFirstFrameOffTheSecond) {
     Random random(seed);
     unsigned int number = 0;
-    for (unsigned int code = zrSlideUp; code <= lastSlide; ++code)
+    for (unsigned int code = zrSlideUp - 1; code <= lastSlide + 1; ++code)
         for (const unsigned int width : {1U, 2U, 7U, 16U})
             for (const unsigned int height : {1U, 2U, 5U, 12U})
                 for (const unsigned int scale : {16U, 25U})
@@ -157,7 +160,9 @@ TEST(Slide, MovesTheFirstFrameOffTheSecond) {
                         args.rangeStart = 7;
                         args.rangeEnd = scale + 7;
                         args.position = position;
-                        if (code <= zrSlideDown7)
+                        if (number % 5 == 0)
+                            args.wipeCode |= zrWipeSwap; // draws nothing
+                        if (args.wipeCode >= zrSlideUp && args.wipeCode <= zrSlideDown7)
                             referenceSlide(args, layout.bytes, expected.data());
                         EXPECT_TRUE(runBands(zrfxSLIDE_Basic, args));
                         ASSERT_EQ(dst, expected)
@@ -166,19 +171,11 @@ TEST(Slide, MovesTheFirstFrameOffTheSecond) {
                     }
 }
 
-TEST(Slide, SwappedCodesAndOtherBandsWriteNothing) {
+TEST(Slide, OtherBandsWriteNothing) {
     Frame a(64, 1), b(64, 2), dst(64);
-    zrfxFXArgs args{a.data(), 16, b.data(), 16, dst.data(), 16, 0, ptRGBA32, 4, 4};
+    zrfxFXArgs args = argsOf(a, b, dst, 16, zrSlideUp, ptRGBA32, 4, 4);
     args.rangeEnd = 4;
     args.position = 2;
-    std::vector<unsigned int> codes{0, 1, zrSlideUp - 1, lastSlide + 1};
-    for (unsigned int code = zrSlideUp; code <= lastSlide; ++code)
-        codes.push_back(code | zrWipeSwap);
-    for (const unsigned int code : codes) {
-        args.wipeCode = code;
-        EXPECT_TRUE(runBands(zrfxSLIDE_Basic, args));
-    }
-    args.wipeCode = zrSlideUp;
     EXPECT_EQ(callWith(zrfxSLIDE_Basic, args, 1U, 4U, 0U, 4U), 0U);
     EXPECT_EQ(callWith(zrfxSLIDE_Basic, args, 0U, 4U, 1U, 4U), 0U);
     EXPECT_EQ(dst, Frame(64));

@@ -82,14 +82,12 @@ std::optional<Pixel> pixelAt(const Call& c, Frame& one, Frame& two, unsigned int
         return y < halfH       ? std::optional(at(a, x, 2 * y))
                : y < 2 * halfH ? std::optional(at(b, x, 2 * (y - halfH)))
                                : std::nullopt;
-    case zrMuxSplit:
-        if (isSecond) {
-            const unsigned int s = c.splitY <= c.height ? c.splitY : halfH;
-            return divides && y == s ? 0x80808080U : y < s ? p : q;
-        } else {
-            const unsigned int d = c.splitX <= c.width ? c.splitX : halfW;
-            return divides && x == d ? 0x80808080U : x < d ? p : q;
-        }
+    case zrMuxSplit: {
+        const unsigned int place = isSecond ? y : x, size = isSecond ? c.height : c.width;
+        const unsigned int asked = isSecond ? c.splitY : c.splitX;
+        const unsigned int border = asked <= size ? asked : size / 2;
+        return divides && place == border ? 0x80808080U : place < border ? p : q;
+    }
     case zrMuxMirror:
     case zrMuxMirror2:
         if (isSecond)
@@ -345,8 +343,7 @@ TEST(MuxGrid, IsByPercentOrPixels) {
         c.gridY = row.y;
         run(c, a, b, dst);
         EXPECT_EQ(lettersOf(dst, 9, 4), row.grid) << row.mode << ' ' << row.x << ' ' << row.y;
-        std::memset(dst.data(), 0x5A, 36 * 4);
-        EXPECT_EQ(dst, Frame(36 * 4));
+        EXPECT_TRUE(dst.guardsIntact());
     }
 }
 

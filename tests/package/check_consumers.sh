@@ -1,7 +1,6 @@
 #!/usr/bin/env bash
 # The examples, copied out of the tree, build against the installed package by CMake and by
-# pkg-config, and do what they say, without run-time type information too; the documents show their
-# text.
+# pkg-config, there without type information, and do what they say; the documents show their text.
 # Usage: check_consumers.sh CC CXX BUILD_DIR EXAMPLES_DIR
 set -euo pipefail
 cc=$1 cxx=$2 build_dir=$3 examples_dir=$4

@@ -140,6 +140,9 @@ TEST(BitmapSize, FormatsOfOneLayout) {
         check(c, 1000, 7);
         check(c, 1000, -7);
     }
+    // The product wraps at 32 bits before it is divided.
+    const auto wrapped = static_cast<unsigned int>(static_cast<int>(16LL * 40000 * 40000) / 6);
+    check({"v210", 16, 0, 14, wrapped, 16, wrapped, ""}, 40000, 40000);
     using Depth = unsigned short;
     const std::tuple<const char*, Depth, unsigned int, unsigned int, Depth> plainCases[] = {
         {"YUY2", 0, 10, 14000, 16}, {"YVYU", 0, 12, 14000, 16},  {"q5ia", 0, 14, 14000, 16},
@@ -196,12 +199,6 @@ TEST(BitmapSize, ByRedMask) {
         EXPECT_EQ(code, c.code) << c.bitCount << " mask " << int{c.mask[0]} << "," << int{c.mask[1]}
                                 << "," << int{c.mask[2]} << "," << int{c.mask[3]};
     }
-}
-
-TEST(BitmapSize, ProductsWrapAtThirtyTwoBitsBeforeTheDivision) {
-    tagBITMAPINFO info = header("v210", 40000, 40000, 16);
-    const auto product = static_cast<int>(16LL * 40000 * 40000);
-    EXPECT_EQ(GetDrawSize(&info), static_cast<unsigned int>(product / 6));
 }
 
 } // namespace
