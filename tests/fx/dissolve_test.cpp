@@ -2,11 +2,8 @@
 
 namespace {
 
-struct Progress {
-    unsigned int position, scale;
-};
-
-constexpr Progress progresses[] = {
+// A position, and the scale that it is on.
+constexpr std::pair<unsigned int, unsigned int> progresses[] = {
     {0, 65536},      {1, 65536},     {2, 65536},     {255, 65536},    {256, 65536},
     {21845, 65536},  {32767, 65536}, {32768, 65536}, {32769, 65536},  {65535, 65536},
     {65536, 65536},  {65537, 65536}, {98304, 65536}, {200000, 65536}, {1, 16},

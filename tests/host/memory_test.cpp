@@ -124,11 +124,9 @@ TEST(Resize, TakesTheNearestPixelWithAndWithoutABuffer) {
     struct Factors {
         double x, y, xShift, yShift;
     };
-    for (const Factors& f : {Factors{0.5, 1.0, 0, 0},
-                             {1.0, 1.0, 0, 0},
-                             {2.0, 3.0, 0, 0},
-                             {0.5, 0.5, 1.0, -1.0},
-                             {0.3, 1.0, 2.0, 1.0}})
+    constexpr Factors factors[] = {
+        {0.5, 1, 0, 0}, {1, 1, 0, 0}, {2, 3, 0, 0}, {0.5, 0.5, 1, -1}, {0.3, 1, 2, 1}};
+    for (const Factors& f : factors)
         for (const int width : {1, 2, 7, 10})
             for (const bool buffered : {false, true}) {
                 constexpr int height = 4;

@@ -34,12 +34,9 @@ TEST(Canvas, AddressesAndTheEdgeRule) {
         EXPECT_TRUE(canvas.guardsIntact());
         EXPECT_EQ(canvas.art(), "#...#\n.....\n#...#\n");
     }
-}
-
-TEST(Canvas, LinesOf32BitLayoutsStartAtAMultipleOfFour) {
     TestCanvas canvas(1, 2, 3);
     canvas->pitch = 10;
-    EXPECT_EQ(canvas->GetPixel(0, 1), canvas.frame() + 8);
+    EXPECT_EQ(canvas->GetPixel(0, 1), canvas.frame() + 8) << "lines of words start at one";
     EXPECT_EQ(canvas->GetPixel(1, 2), canvas.frame() + 24);
 }
 
@@ -113,25 +110,19 @@ TEST(PutPixel, TransparencyBlendsTheWordAsOneNumber) {
 
 TEST(PutPixel, AdditiveSumsWrapAndWinOverTransparency) {
     TestCanvas canvas(1, 1, 1);
-    const Bytes color{200, 0, 100, 255};
-    const Bytes half{200, 0, 100, 51};
-    std::memcpy(&canvas->foreColor, color.data(), 4);
+    const auto expectSum = [&](const Bytes& color, bool selector, const Bytes& sum) {
+        std::memcpy(&canvas->foreColor, color.data(), 4);
+        std::memcpy(canvas.frame(), Bytes{100, 9, 100, 7}.data(), 4);
+        canvas->PutPixel(0, 0, selector);
+        EXPECT_EQ(canvas.bytesAt(0, 0, 4), sum);
+    };
     canvas->SetAlphaAdditive(true);
     canvas->SetTransparency(true);
     canvas->SetTransparency(0.5, true);
-    const Bytes under{100, 9, 100, 7};
-    std::memcpy(canvas.frame(), under.data(), 4);
-    canvas->PutPixel(0, 0, true);
-    EXPECT_EQ(canvas.bytesAt(0, 0, 4), (Bytes{44, 9, 200, 255}));
-
-    std::memcpy(&canvas->foreColor, half.data(), 4);
-    std::memcpy(canvas.frame(), under.data(), 4);
-    canvas->PutPixel(0, 0, true);
-    EXPECT_EQ(canvas.bytesAt(0, 0, 4), (Bytes{140, 9, 120, 255})) << "scaled by alpha 0.2";
-
+    expectSum({200, 0, 100, 255}, true, {44, 9, 200, 255});
+    expectSum({200, 0, 100, 51}, true, {140, 9, 120, 255}); // scaled by alpha 0.2
     canvas->SetTransparency(false);
-    canvas->PutPixel(0, 0, false);
-    EXPECT_EQ(canvas.bytesAt(0, 0, 4), (Bytes{0, 0, 0, 0})) << "the background never adds";
+    expectSum({200, 0, 100, 51}, false, {0, 0, 0, 0}); // the background never adds
 }
 
 TEST(Canvas, TransparencyIsClampedAndDoesNotSwitchOn) {

@@ -51,18 +51,15 @@ TEST(Factory, ByBitmapHeader) {
     EXPECT_FALSE(draw->flipped) << "the sign of the height is dropped";
     EXPECT_EQ(draw->pitch, 30U);
     EXPECT_EQ(info.biSizeImage, 300U);
-    ZRDraw* const kept = draw;
-
-    std::memcpy(&info.biCompression, "I420", 4);
-    EXPECT_EQ(GetDraw(&info, frame, draw), 0xFFFFFFFFU);
-    EXPECT_EQ(draw, nullptr);
-    draw = kept;
-    info = {};
-    info.biBitCount = 32;
-    EXPECT_EQ(GetDraw(&info, frame, draw), 0xFFFFFFFFU) << "no size";
-    EXPECT_EQ(draw, nullptr);
-    EXPECT_EQ(qtGetDrawBMI(&info, frame), nullptr);
-    draw = kept;
+    tagBITMAPINFO notDrawnOn = info, withoutSize{};
+    std::memcpy(&notDrawnOn.biCompression, "I420", 4);
+    withoutSize.biBitCount = 32;
+    for (tagBITMAPINFO* refused : {&notDrawnOn, &withoutSize}) {
+        ZRDraw* other = draw;
+        EXPECT_EQ(GetDraw(refused, frame, other), 0xFFFFFFFFU);
+        EXPECT_EQ(other, nullptr);
+        EXPECT_EQ(qtGetDrawBMI(refused, frame), nullptr);
+    }
     ReleaseDraw(draw);
 }
 

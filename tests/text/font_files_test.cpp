@@ -96,42 +96,35 @@ TEST(PngFileDeathTest, MoreDataThanTheBufferEndsTheProcess) {
                  "does not fit its buffer");
 }
 
+// Looked for in three places; a file found ends the search, is noted, but never active.
 TEST(DefaultFont, TheFileGoesByTheWidthOfTheCanvas) {
     const std::pair<unsigned int, std::string> cases[] = {{720, "deffont_sd.bmp"},
                                                           {721, "deffont_720.bmp"},
                                                           {1280, "deffont_720.bmp"},
                                                           {1281, "deffont_1080.bmp"}};
-    for (const auto& [width, name] : cases) {
-        InjectionGuard guard;
-        std::vector<std::string> asked;
-        injection().fileExists = [&](const char* path) {
-            asked.emplace_back(path);
-            return 0;
-        };
-        TestCanvas canvas(1, 1, 1);
-        canvas->width = width;
-        canvas->useDefaultFont = false;
-        EXPECT_EQ(canvas->UseDefaultFont(false), 1);
-        EXPECT_TRUE(canvas->useDefaultFont);
-        ASSERT_EQ(asked.size(), 3U);
-        EXPECT_EQ(asked[0].front(), '/') << "the application's folder first";
-        EXPECT_TRUE(asked[0].ends_with("/" + name)) << asked[0];
-        EXPECT_EQ(asked[1], "E:\\zorvane\\bin\\" + name);
-        EXPECT_EQ(asked[2], "C:\\Program Files (x86)\\Zorvane\\" + name);
-    }
-}
-
-TEST(DefaultFont, AFileFoundIsNotedButNeverActive) {
-    InjectionGuard guard;
-    int asked = 0;
-    injection().fileExists = [&](const char*) { return ++asked == 2 ? 1 : 0; };
-    TestCanvas canvas(1, 1, 1);
-    EXPECT_EQ(canvas->UseDefaultFont(false), 0);
-    EXPECT_FALSE(canvas->useDefaultFont);
-    EXPECT_EQ(asked, 2) << "the search ends at the file";
-    EXPECT_EQ(canvas->HaveFont(), 0);
-    EXPECT_EQ(canvas->UseDefaultFont(true), 1);
-    EXPECT_EQ(asked, 2) << "the built-in font needs no file";
+    for (const auto& [width, name] : cases)
+        for (const std::size_t foundAt : {2U, 9U}) {
+            InjectionGuard guard;
+            std::vector<std::string> asked;
+            injection().fileExists = [&](const char* path) {
+                asked.emplace_back(path);
+                return asked.size() == foundAt ? 1 : 0;
+            };
+            TestCanvas canvas(1, 1, 1);
+            canvas->width = width;
+            canvas->useDefaultFont = foundAt == 2;
+            EXPECT_EQ(canvas->UseDefaultFont(false), foundAt == 2 ? 0 : 1);
+            EXPECT_EQ(canvas->useDefaultFont, foundAt != 2);
+            EXPECT_EQ(canvas->HaveFont(), 0);
+            ASSERT_EQ(asked.size(), foundAt == 2 ? 2U : 3U);
+            EXPECT_EQ(asked[0].front(), '/') << "the application's folder first";
+            EXPECT_TRUE(asked[0].ends_with("/" + name)) << asked[0];
+            EXPECT_EQ(asked[1], "E:\\zorvane\\bin\\" + name);
+            EXPECT_EQ(asked.back(),
+                      foundAt == 2 ? asked[1] : "C:\\Program Files (x86)\\Zorvane\\" + name);
+            EXPECT_EQ(canvas->UseDefaultFont(true), 1);
+            EXPECT_EQ(asked.size(), foundAt == 2 ? 2U : 3U) << "the built-in font needs no file";
+        }
 }
 
 } // namespace
