@@ -242,10 +242,10 @@ TEST(LineWu, CoverageOfALine) {
 }
 
 TEST(LineWu, RisingLinesAndSinglePoints) {
-    TestCanvas rising(1, 4, 4), point(1, 4, 4);
-    rising->LineWu(0, 2, 2, 1);
     const Coverage halves{{{0, 2}, 127}, {{0, 3}, 0},   {{1, 1}, 127},
                           {{1, 2}, 127}, {{2, 1}, 127}, {{2, 2}, 0}};
+    TestCanvas rising(1, 4, 4), point(1, 4, 4);
+    rising->LineWu(0, 2, 2, 1);
     EXPECT_EQ(coverage(rising), halves);
     point->LineWu(1, 1, 1, 1);
     EXPECT_EQ(coverage(point), (Coverage{{{1, 1}, 127}, {{1, 2}, 0}}));

@@ -265,9 +265,7 @@ TEST(Itoa, WritesSignsInBaseTenOnly) {
     }
 }
 
-class SharedConfigStore : public ConfigStore {};
-
-TEST_F(SharedConfigStore, LosesNothingWhenProcessesAndThreadsSaveAtOnce) {
+TEST_F(ConfigStore, LosesNothingWhenProcessesAndThreadsSaveAtOnce) {
     constexpr int writers = 3;
     constexpr int rounds = 40;
     const auto work = [](const std::string& name) {
@@ -297,7 +295,7 @@ TEST_F(SharedConfigStore, LosesNothingWhenProcessesAndThreadsSaveAtOnce) {
     EXPECT_FALSE(fs::exists(file + "-wal")) << "after the last close";
 }
 
-TEST_F(SharedConfigStore, HoldsWhatWasConfirmedBeforeAKill) {
+TEST_F(ConfigStore, HoldsWhatWasConfirmedBeforeAKill) {
     for (int round = 0; round < 8; ++round) {
         int ends[2] = {};
         ASSERT_EQ(0, pipe(ends));
@@ -325,7 +323,7 @@ TEST_F(SharedConfigStore, HoldsWhatWasConfirmedBeforeAKill) {
     }
 }
 
-TEST_F(SharedConfigStore, RemovesNoLogOfAStoreInThePlaceOfItsOwn) {
+TEST_F(ConfigStore, RemovesNoLogOfAStoreInThePlaceOfItsOwn) {
     const std::string aside = file + ".aside", log = file + "-wal";
     int ends[2] = {};
     ASSERT_EQ(0, pipe(ends));
@@ -350,7 +348,7 @@ TEST_F(SharedConfigStore, RemovesNoLogOfAStoreInThePlaceOfItsOwn) {
     EXPECT_EQ("new", (use(file), get("A")));
 }
 
-TEST_F(SharedConfigStore, IsSetAsideOnceByProcessesThatFindTheDamageTogether) {
+TEST_F(ConfigStore, IsSetAsideOnceByProcessesThatFindTheDamageTogether) {
     fs::create_directory(folder + "/new");
     writeFile(file, std::string(5000, 'x'));
     std::vector<pid_t> children;

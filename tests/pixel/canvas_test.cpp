@@ -213,15 +213,12 @@ TEST(PixelReaders, IntegerScales) {
     TestCanvas canvas(1, 1, 1);
     canvas->SetYCbCrMode(cmRec709Full);
     canvas->PutPixel(0, 0, true);
-    unsigned char y8, cb8, cr8, a8;
-    EXPECT_EQ(canvas->GetPixelYCbCr8(0, 0, y8, cb8, cr8, a8), 0);
-    EXPECT_EQ(y8, 255);
-    EXPECT_EQ(cb8, 127);
-    EXPECT_EQ(a8, 255);
-    unsigned int y10, cb10, cr10, a10;
-    EXPECT_EQ(canvas->GetPixelYCbCr10(0, 0, y10, cb10, cr10, a10), 0);
-    EXPECT_EQ(y10, 1024U) << "full scale is 1024";
-    EXPECT_EQ(a10, 1024U);
+    std::array<unsigned char, 4> c8{};
+    EXPECT_EQ(canvas->GetPixelYCbCr8(0, 0, c8[0], c8[1], c8[2], c8[3]), 0);
+    EXPECT_EQ(c8, (std::array<unsigned char, 4>{255, 127, 127, 255}));
+    std::array<unsigned int, 4> c10{};
+    EXPECT_EQ(canvas->GetPixelYCbCr10(0, 0, c10[0], c10[1], c10[2], c10[3]), 0);
+    EXPECT_EQ(c10, (std::array{1024U, 512U, 512U, 1024U})) << "full scale is 1024";
 }
 
 TEST(PixelReaders, BaseFormsRefuseOffTheCanvas) {
