@@ -176,8 +176,8 @@ TEST(Slide, OtherBandsWriteNothing) {
     zrfxFXArgs args = argsOf(a, b, dst, 16, zrSlideUp, ptRGBA32, 4, 4);
     args.rangeEnd = 4;
     args.position = 2;
-    EXPECT_EQ(callWith(zrfxSLIDE_Basic, args, 1U, 4U, 0U, 4U), 0U);
-    EXPECT_EQ(callWith(zrfxSLIDE_Basic, args, 0U, 4U, 1U, 4U), 0U);
+    for (const unsigned int x : {0U, 1U})
+        EXPECT_EQ(callWith(zrfxSLIDE_Basic, args, x, 4U, 1 - x, 4U), 0U);
     EXPECT_EQ(dst, Frame(64));
 }
 

@@ -90,8 +90,7 @@ protected:
         fs::remove_all(folder);
     }
 
-    std::string folder;
-    std::string file;
+    std::string folder, file;
 };
 
 TEST_F(ConfigStore, KeepsWhatWasSavedAndDropsTheRest) {

