@@ -111,7 +111,7 @@ TEST(Wipe, PicksEveryPixelByItsPlace) {
                     for (const unsigned int position :
                          {0U, 1U, scale / 3, scale / 2, scale / 2 + 1, scale - 1, scale, scale + 1,
                           scale * 2 + 3, scale * 90, 0x08000001U, 0xFFFFFFFFU,
-                          number * 2654435761U}) {
+                          0x20000000U + scale / 3}) { // which wraps to a third
                         compare(wipe, width, height, scale, position, number++);
                         if (HasFatalFailure())
                             return;
