@@ -77,6 +77,8 @@ TEST(Mix, BytesByAnyWeightWithinTheScale) {
     for (const double scale : {3, 7, 10, 25, 30, 50, 60, 100, 255, 1000})
         for (double position = 1; position < scale; position += 1 + static_cast<int>(scale / 40))
             weights.push_back(position / scale);
+    for (const double nearAnEnd : {1.0 / 131072, 1 - 1.0 / 131072, 1.0 / 3e9, 1 - 1e-12})
+        EXPECT_EQ(chooseMix(SampleType::Byte, nearAnEnd).body, mixBytes) << nearAnEnd;
     for (const double weight : weights) {
         const Mix mix = chooseMix(SampleType::Byte, weight);
         if (weight * wholeUnits == std::floor(weight * wholeUnits))
