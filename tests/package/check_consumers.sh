@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # The examples, copied out of the tree, build against the installed package by CMake and by
-# pkg-config, there without type information, and do what they say; the documents show their text.
+# pkg-config, and do what they say; the documents show their text.
 # Usage: check_consumers.sh CC CXX BUILD_DIR EXAMPLES_DIR
 set -euo pipefail
 cc=$1 cxx=$2 build_dir=$3 examples_dir=$4
@@ -61,17 +61,17 @@ echo "CMake: all programs ran"
 PKG_CONFIG_PATH=$(dirname "$(find "$work/prefix" -name zrdraw.pc)")
 export PKG_CONFIG_PATH
 mkdir "$work/programs"
-build() { # PROGRAM COMPILER OPTIONS PACKAGE...
+build() { # PROGRAM COMPILER STANDARD PACKAGE...
     local flags
-    read -ra flags <<<"$3 $(pkg-config --cflags --libs "${@:4}")"
-    "$2" "$work/examples/$1" -o "$work/programs/${1%.*}" "${flags[@]}" \
+    read -ra flags <<<"$(pkg-config --cflags --libs "${@:4}")"
+    "$2" "-std=$3" "$work/examples/$1" -o "$work/programs/${1%.*}" "${flags[@]}" \
         "-Wl,-rpath,$(pkg-config --variable=libdir zrdraw)"
 }
 for example in draw_frame overlay_frames own_layout own_wipe; do
-    build $example.cpp "$cxx" "-std=c++20 -fno-rtti" zrdraw zrhost
+    build $example.cpp "$cxx" c++20 zrdraw zrhost
 done
-build flat_interface.c "$cc" -std=c11 zrdraw zrhost
-build own_platform.c "$cc" -std=c11 zrdraw
+build flat_interface.c "$cc" c11 zrdraw zrhost
+build own_platform.c "$cc" c11 zrdraw
 run_examples "$work/programs"
 echo "pkg-config: all programs ran"
 
