@@ -1,6 +1,7 @@
 #include "media/matrix_lines.h"
 
 #include "media/luma_weights.h"
+#include "media/vectors.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,11 +14,6 @@ namespace {
 
 constexpr double unit = 8192;
 constexpr int fraction = 5; // bits of a product
-
-bool hasVectors() {
-    static const bool has = __builtin_cpu_supports("avx2");
-    return has;
-}
 
 std::int16_t inUnits(double number) {
     return static_cast<std::int16_t>(std::lround(number * unit));
