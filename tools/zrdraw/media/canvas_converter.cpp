@@ -19,13 +19,6 @@ void makeGrey(AVFrame& picture) {
             std::memset(plane->data, 0x80, plane->size);
 }
 
-void copyPicture(const AVFrame& from, AVFrame& to) {
-    const Planes planes = planesOf(from);
-    const std::uint8_t* data[4] = {planes.data[0], planes.data[1], planes.data[2], planes.data[3]};
-    av_image_copy(to.data, to.linesize, data, from.linesize, static_cast<AVPixelFormat>(to.format),
-                  to.width, to.height);
-}
-
 // The format of the picture in the middle: planes, where the other one has planes too.
 AVPixelFormat middleFormat(const zrLayout& layout, AVPixelFormat other) {
     if (!isPlanar(other))

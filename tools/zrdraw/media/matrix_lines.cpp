@@ -1,6 +1,7 @@
 #include "media/matrix_lines.h"
 
 #include "media/luma_weights.h"
+#include "media/vectors.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,11 +14,6 @@ namespace {
 
 constexpr double unit = 8192;
 constexpr int fraction = 5; // bits of a product
-
-bool hasVectors() {
-    static const bool has = __builtin_cpu_supports("avx2");
-    return has;
-}
 
 std::int16_t inUnits(double number) {
     return static_cast<std::int16_t>(std::lround(number * unit));
@@ -66,9 +62,8 @@ BODY void lumaBody(const std::uint8_t* __restrict red, const std::uint8_t* __res
                    MatrixNumbers n) {
     for (int x = 0; x < width; ++x)
         y[x] = rounded(
-            sum(sum(product(scaled(red[x]), n.lumaRed), product(scaled(green[x]), n.lumaGreen)),
-                sum(product(scaled(blue[x]), n.lumaBlue),
-                    static_cast<std::int16_t>(n.black << fraction))));
+            sum(sum(product(centred(red[x]), n.lumaRed), product(centred(green[x]), n.lumaGreen)),
+                sum(product(centred(blue[x]), n.lumaBlue), n.lumaOfMid)));
 }
 
 BODY void chromaBody(const std::int16_t* __restrict red, const std::int16_t* __restrict green,
@@ -162,21 +157,23 @@ std::optional<MatrixNumbers> matrixNumbers(const Colors& colors) {
     const double luma = full ? 1.0 : 219.0 / 255, chroma = full ? 1.0 : 224.0 / 255;
     const double red = weights->red, blue = weights->blue, green = weights->green();
     const double cb = chroma / (2 * (1 - blue)), cr = chroma / (2 * (1 - red));
-    return MatrixNumbers{inUnits(1 / luma),
-                         inUnits(2 * (1 - red) / chroma),
-                         inUnits(2 * (1 - blue) * blue / green / chroma),
-                         inUnits(2 * (1 - red) * red / green / chroma),
-                         inUnits(2 * (1 - blue) / chroma),
-                         inUnits(red * luma),
-                         inUnits(green * luma),
-                         inUnits(blue * luma),
-                         inUnits(-red * cb),
-                         inUnits(-green * cb),
-                         inUnits((1 - blue) * cb),
-                         inUnits((1 - red) * cr),
-                         inUnits(-green * cr),
-                         inUnits(-blue * cr),
-                         static_cast<std::int16_t>(full ? 0 : 16)};
+    return MatrixNumbers{
+        inUnits(1 / luma),
+        inUnits(2 * (1 - red) / chroma),
+        inUnits(2 * (1 - blue) * blue / green / chroma),
+        inUnits(2 * (1 - red) * red / green / chroma),
+        inUnits(2 * (1 - blue) / chroma),
+        inUnits(red * luma),
+        inUnits(green * luma),
+        inUnits(blue * luma),
+        inUnits(-red * cb),
+        inUnits(-green * cb),
+        inUnits((1 - blue) * cb),
+        inUnits((1 - red) * cr),
+        inUnits(-green * cr),
+        inUnits(-blue * cr),
+        static_cast<std::int16_t>(full ? 0 : 16),
+        static_cast<std::int16_t>(std::lround(((full ? 0 : 16) + 128 * luma) * (1 << fraction)))};
 }
 
 void toRgb(const std::uint8_t* y, const std::uint8_t* cb, const std::uint8_t* cr,

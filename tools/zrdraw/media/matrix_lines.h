@@ -12,7 +12,8 @@ struct MatrixNumbers {
     std::int16_t luma, redCr, greenCb, greenCr, blueCb; // towards RGB
     std::int16_t lumaRed, lumaGreen, lumaBlue;          // towards YCbCr
     std::int16_t cbRed, cbGreen, cbBlue, crRed, crGreen, crBlue;
-    std::int16_t black; // luma
+    std::int16_t black;     // luma
+    std::int16_t lumaOfMid; // of grey 128, in fractions of 1/32
 };
 
 // None for a colour space that is no matrix or is little used.

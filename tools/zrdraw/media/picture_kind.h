@@ -31,6 +31,9 @@ bool areAlike(const PictureKind& a, const PictureKind& b);
 
 bool hasPixels(const AVFrame& picture);
 
+// Between pictures of one format and size.
+void copyPicture(const AVFrame& from, AVFrame& to);
+
 // The planes of a picture, or of the lines of one of its fields.
 struct Planes {
     std::uint8_t* data[4];

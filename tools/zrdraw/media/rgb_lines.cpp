@@ -1,5 +1,7 @@
 #include "media/rgb_lines.h"
 
+#include "media/vectors.h"
+
 #include <libyuv.h>
 
 ChannelOrder channelOrder(const zrLayout& layout) {
@@ -62,11 +64,6 @@ template <int samples>
 [[gnu::target("avx2")]] void unweaveVectors(const std::uint16_t* from, int samples,
                                             const Lines<std::uint16_t>& to, int width) {
     samples == 4 ? unweaveBody<4>(from, to, width) : unweaveBody<3>(from, to, width);
-}
-
-bool hasVectors() {
-    static const bool has = __builtin_cpu_supports("avx2");
-    return has;
 }
 
 } // namespace

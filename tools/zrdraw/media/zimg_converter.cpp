@@ -9,10 +9,6 @@
 
 #include <zimg.h>
 
-extern "C" {
-#include <libavutil/imgutils.h>
-}
-
 namespace {
 
 constexpr std::size_t alignment = 32;
@@ -59,12 +55,6 @@ bool isAligned(const AVFrame& picture) {
             picture.linesize[i] % int{alignment} != 0)
             return false;
     return true;
-}
-
-void copyPicture(const AVFrame& from, AVFrame& to) {
-    const std::uint8_t* data[4] = {from.data[0], from.data[1], from.data[2], from.data[3]};
-    av_image_copy(to.data, to.linesize, data, from.linesize, static_cast<AVPixelFormat>(to.format),
-                  to.width, to.height);
 }
 
 template <class Buffer>
