@@ -154,7 +154,7 @@ void Reader::scaleTo(int width, int height) {
 
 std::optional<Item> Reader::next() {
     if (!m_loader) {
-        m_loader.emplace(*m_shape);
+        m_loader.emplace(*m_shape, m_options.alpha);
         m_pool.emplace(*m_shape);
     }
     while (m_ready.empty() && readOn()) {
