@@ -13,8 +13,8 @@ enum class Streams { All, AudioAndVideo, Video };
 // What became of a source's other streams.
 struct PassedStreams {
     struct Stream {
-        int from;            // by index in the source
-        AVRational base;     // of its packets
+        int from;        // by index in the source
+        AVRational base; // of its packets
         const AVStream* to;
     };
     std::vector<Stream> streams;

@@ -28,4 +28,5 @@ bool canHold(const OutputFormat& format, const AVCodecParameters& stream);
 
 // The encoder's kind of frame that loses least of the source, or AV_PIX_FMT_NONE. Bare frames are
 // written in the working layout.
-AVPixelFormat chooseFramePixels(const AVCodec& codec, AVPixelFormat source, AVPixelFormat working);
+AVPixelFormat chooseFramePixels(const OutputFormat& format, AVPixelFormat source,
+                                AVPixelFormat working);

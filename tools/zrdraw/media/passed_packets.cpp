@@ -86,7 +86,8 @@ bool PassedPackets::cutSamples(AVPacket& packet, std::int64_t bytesPerSample) co
     if (packet.pts == AV_NOPTS_VALUE)
         return true;
     const std::int64_t samples = packet.size / bytesPerSample;
-    const std::int64_t first = std::clamp<std::int64_t>(firstSampleFrom(packet, *m_from), 0, samples);
+    const std::int64_t first =
+        std::clamp<std::int64_t>(firstSampleFrom(packet, *m_from), 0, samples);
     const std::int64_t end =
         m_to ? std::clamp<std::int64_t>(firstSampleFrom(packet, *m_to), 0, samples) : samples;
     if (first >= end)
