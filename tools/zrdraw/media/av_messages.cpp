@@ -5,6 +5,9 @@
 #include <cstdarg>
 #include <cstdio>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 extern "C" {
 #include <libavutil/log.h>
 }
@@ -29,6 +32,21 @@ void keepMessage(void*, int level, const char* format, va_list arguments) {
 
 void quietAv() {
     av_log_set_callback(keepMessage);
+}
+
+SilentStderr::SilentStderr() : m_kept(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)) {
+    const int nothing = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (m_kept >= 0 && nothing >= 0)
+        ::dup2(nothing, STDERR_FILENO);
+    if (nothing >= 0)
+        ::close(nothing);
+}
+
+SilentStderr::~SilentStderr() {
+    if (m_kept < 0)
+        return;
+    ::dup2(m_kept, STDERR_FILENO);
+    ::close(m_kept);
 }
 
 AvMessages::AvMessages() {

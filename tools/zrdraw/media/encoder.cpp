@@ -69,6 +69,17 @@ std::string sizeRemark(AVPixelFormat format, int width, int height) {
                        down);
 }
 
+// The source's profile as the encoder calls it; empty where its kind of frame alone decides.
+std::string profileOf(const AVCodec& codec, int profile) {
+    if (isOneOf(codec.id, {AV_CODEC_ID_PRORES, AV_CODEC_ID_DNXHD}) && profile >= 0)
+        return std::to_string(profile);
+    if (codec.id == AV_CODEC_ID_H264 && profile == FF_PROFILE_H264_MAIN)
+        return "main";
+    const bool baseline =
+        profile == FF_PROFILE_H264_BASELINE || profile == FF_PROFILE_H264_CONSTRAINED_BASELINE;
+    return codec.id == AV_CODEC_ID_H264 && baseline ? "baseline" : "";
+}
+
 // Whether an encoder that was chosen for being the source's aims at its rate.
 bool keepsRate(const OutputFormat& format, const StreamInfo& source) {
     return format.sourcesCodec && source.bitRate > 0 &&
@@ -126,6 +137,7 @@ Encoder::Encoder(const OutputFormat& format, const EncoderOptions& options,
         setOptions(settings, options);
         addLight(settings, m_codec, first);
         messages = {};
+        const SilentStderr silence;
         opened = avcodec_open2(m_context.get(), &m_codec, settings.get());
         if (opened >= 0)
             break;
@@ -202,10 +214,9 @@ void Encoder::setQuality(AvOptions& settings, const OutputFormat& format,
             if (row.encoder == m_codec.name)
                 settings.set(row.key, row.value);
     }
-    const bool keepsProfile =
-        format.sourcesCodec && isOneOf(m_codec.id, {AV_CODEC_ID_PRORES, AV_CODEC_ID_DNXHD});
-    if (keepsProfile && source.codecProfile >= 0)
-        settings.set("profile", std::to_string(source.codecProfile));
+    if (format.sourcesCodec)
+        if (const std::string profile = profileOf(m_codec, source.codecProfile); !profile.empty())
+            settings.set("profile", profile);
 }
 
 void Encoder::setOptions(AvOptions& settings, const EncoderOptions& options) const {
