@@ -211,11 +211,19 @@ OutputFormat chooseOutputFormat(const std::string& path, const std::string& form
 bool canHold(const OutputFormat& format, const AVCodecParameters& stream) {
     if (format.picture || format.sequence || stream.codec_id == AV_CODEC_ID_NONE)
         return false;
-    if (stream.codec_type == AVMEDIA_TYPE_AUDIO && format.muxer->audio_codec == AV_CODEC_ID_NONE)
-        return false;
+    if (stream.codec_type == AVMEDIA_TYPE_AUDIO)
+        return holdsSound(format, stream.codec_id);
     if (stream.codec_type == AVMEDIA_TYPE_ATTACHMENT)
         return format.isNamed("matroska");
     return holdsCodec(*format.muxer, stream.codec_id);
+}
+
+bool takesSound(const OutputFormat& format) {
+    return !format.picture && !format.sequence && format.muxer->audio_codec != AV_CODEC_ID_NONE;
+}
+
+bool holdsSound(const OutputFormat& format, AVCodecID codec) {
+    return takesSound(format) && holdsCodec(*format.muxer, codec);
 }
 
 AVPixelFormat chooseFramePixels(const AVCodec& codec, AVPixelFormat source, AVPixelFormat working) {
