@@ -29,7 +29,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t cou
     } catch (const UsageError&) {
         return 0;
     }
-    WorkingFrame canvas(zrLayouts[bytes[0] % std::size(zrLayouts)], width, height);
+    Canvas canvas(zrLayouts[bytes[0] % std::size(zrLayouts)], width, height);
     const DrawPtr draw = makeDraw(canvas);
     script.erase(script.begin() +
                      static_cast<std::ptrdiff_t>(std::min(script.size(), mostCommands)),

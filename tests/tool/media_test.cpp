@@ -25,12 +25,12 @@ TEST_F(MediaTest, LosslessFormatsReturnEveryByte) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         const StreamInfo info = infoOf(row.source, 61, 47);
-        writeNoise(at(row.name), info, row.frames, {"", row.codec, false});
+        writeNoise(at(row.name), info, row.frames, writeAs(row.codec));
         const std::vector<Bytes> frames = readAll(at(row.name));
         ASSERT_EQ(frames.size(), static_cast<std::size_t>(row.frames));
         for (unsigned i = 0; i < frames.size(); ++i)
             EXPECT_EQ(frames[i], noiseAsBgra(i, info, row.alpha)) << "seed " << i;
-        EXPECT_EQ(FrameSource(at(row.name), bgra).info().picture, row.frames == 1);
+        EXPECT_EQ(Reader(at(row.name), {always(bgra)}).info().picture, row.frames == 1);
     }
 }
 
@@ -47,14 +47,14 @@ TEST_F(MediaTest, DrawingDoesNotMakeOpaquePicturesTransparent) {
                  {AV_PIX_FMT_BGRA, AV_PIX_FMT_BGRA, 0, 3, 4, 1, 0}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.target);
-        WorkingFrame canvas(bgra, 64, 48);
+        Canvas canvas(bgra, 64, 48);
         const FramePtr source = newFrame(c.source, 64, 48);
         for (int plane = 0; plane < AV_NUM_DATA_POINTERS && source->data[plane] != nullptr; ++plane)
             std::fill_n(source->data[plane], source->linesize[plane], std::uint8_t{128});
-        canvas.load(*source);
+        Loader(canvas.shape()).load(*source, canvas);
         std::fill_n(canvas.data(), canvas.pitch() * canvas.height(), 0);
         const FramePtr target = newFrame(c.target, 64, 48);
-        canvas.store(*target);
+        Storer(canvas.shape()).store(canvas, *source, *target);
         const std::uint8_t* alpha = target->data[c.alphaPlane] + c.offset;
         for (int x = 0; x < 64; ++x, alpha += c.step)
             ASSERT_EQ(c.bytes == 1 ? alpha[0] : alpha[0] + 256U * alpha[1], c.drawn) << x;
@@ -82,8 +82,8 @@ TEST_F(MediaTest, MatrixAndRangeFollowTheFrameAndComeBack) {
         in->colorspace = row.space;
         in->color_range = row.range;
         in->interlaced_frame = in->top_field_first = 1;
-        WorkingFrame canvas(*zrFindLayout(ptRGB24), 64, row.height);
-        canvas.load(*in);
+        Canvas canvas(*zrFindLayout(ptRGB24), 64, row.height);
+        Loader(canvas.shape()).load(*in, canvas);
 
         const double luma = row.full ? y : (y - 16.0) * 255 / 219;
         const double chroma = row.full ? 1 : 255.0 / 224;
@@ -96,7 +96,7 @@ TEST_F(MediaTest, MatrixAndRangeFollowTheFrameAndComeBack) {
         EXPECT_NEAR(pixel[2], blue, 1.5);
 
         const FramePtr out = newFrame(AV_PIX_FMT_YUV420P, 64, row.height);
-        canvas.store(*out);
+        Storer(canvas.shape()).store(canvas, *in, *out);
         EXPECT_NEAR(out->data[0][0], y, 1);
         EXPECT_NEAR(out->data[1][0], cb, 1);
         EXPECT_NEAR(out->data[2][0], cr, 1);
@@ -114,8 +114,8 @@ TEST_F(MediaTest, StreamPropertiesPassThroughAClip) {
     info.colorTransfer = AVCOL_TRC_BT709;
     info.chromaLocation = AVCHROMA_LOC_LEFT;
     info.fieldOrder = AV_FIELD_TT;
-    writeNoise(at("a.mkv"), info, 4, {"", "ffv1", false});
-    const StreamInfo found = FrameSource(at("a.mkv"), bgra).info();
+    writeNoise(at("a.mkv"), info, 4, writeAs("ffv1"));
+    const StreamInfo found = Reader(at("a.mkv"), {always(bgra)}).info();
     EXPECT_EQ(av_cmp_q(found.frameRate, info.frameRate), 0);
     EXPECT_EQ(av_cmp_q(found.sampleAspect, info.sampleAspect), 0);
     EXPECT_EQ(found.pixelFormat, info.pixelFormat);
@@ -130,13 +130,14 @@ TEST_F(MediaTest, StreamPropertiesPassThroughAClip) {
 
 TEST_F(MediaTest, AnUnfinishedResultLeavesNothing) {
     {
-        FrameSink sink(at("a.mkv"), {}, infoOf(AV_PIX_FMT_YUV420P), bgra);
+        const StreamInfo info = infoOf(AV_PIX_FMT_YUV420P);
+        const Canvas canvas(bgra, 64, 48);
+        WriteOptions options;
+        options.path = at("a.mkv");
+        Writer writer(options, canvas.shape(), info);
         EXPECT_EQ(left().size(), 1u);
         EXPECT_FALSE(fs::exists(at("a.mkv")));
-        const FramePtr frame = sink.makeFrame();
-        WorkingFrame(bgra, 64, 48).store(*frame);
-        frame->pts = 0;
-        sink.write(*frame);
+        writeFrame(writer, canvas.share(), info, 0);
     }
     EXPECT_EQ(left().size(), 0u);
     const std::string error =
@@ -150,7 +151,7 @@ TEST_F(MediaTest, OutputsThatCannotBeAreRefusedWithTheirMend) {
     const StreamInfo even = infoOf(AV_PIX_FMT_YUV420P), odd = infoOf(AV_PIX_FMT_YUV420P, 61, 47);
     const struct {
         std::string path;
-        SinkOptions options;
+        WriteOptions options;
         StreamInfo info;
         ExitStatus status;
         const char* text;
@@ -160,13 +161,13 @@ TEST_F(MediaTest, OutputsThatCannotBeAreRefusedWithTheirMend) {
         {m_folder, {}, even, ExitStatus::Failed, "is a folder"},
         {at("a.xyz"), {}, even, ExitStatus::BadUsage, "unknown output format '.xyz': use a name"},
         {at("a"), {}, even, ExitStatus::BadUsage, "unknown output format"},
-        {at("a.mov"), {"nope", "", false}, even, ExitStatus::BadUsage, "format 'nope'"},
-        {at("a.mov"), {"", "nope", false}, even, ExitStatus::BadUsage, "encoder 'nope'"},
-        {at("a.mov"), {"", "aac", false}, even, ExitStatus::BadUsage, "encoder 'aac'"},
-        {at("a.webm"), {"", "ffv1", false}, even, ExitStatus::BadUsage, "cannot hold 'ffv1'"},
+        {at("a.mov"), writeAs("", "nope"), even, ExitStatus::BadUsage, "format 'nope'"},
+        {at("a.mov"), writeAs("nope"), even, ExitStatus::BadUsage, "encoder 'nope'"},
+        {at("a.mov"), writeAs("aac"), even, ExitStatus::BadUsage, "encoder 'aac'"},
+        {at("a.webm"), writeAs("ffv1"), even, ExitStatus::BadUsage, "cannot hold 'ffv1'"},
         {at("a.wav"), {}, even, ExitStatus::BadUsage, "no video encoder"},
         {at("a.m3u8"), {}, even, ExitStatus::BadUsage, "does not make one file"},
-        {at("a.avi"), {"", "h263", false}, odd, ExitStatus::Failed, "refuses 61x47 yuv420p"},
+        {at("a.avi"), writeAs("h263"), odd, ExitStatus::Failed, "refuses 61x47 yuv420p"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.path);
@@ -204,6 +205,12 @@ TEST_F(MediaTest, InputsThatAreNoMediaAreNamed) {
     EXPECT_NE(error.find("0x4"), std::string::npos) << error;
 }
 
+WriteOptions forced(const char* codec) {
+    WriteOptions options = writeAs(codec);
+    options.force = true;
+    return options;
+}
+
 TEST_F(MediaTest, AFileThatIsCutOffIsReported) {
     const struct {
         const char* name;
@@ -216,7 +223,7 @@ TEST_F(MediaTest, AFileThatIsCutOffIsReported) {
         {"a.mkv", "libx264", 10},
     };
     for (const auto& row : rows) {
-        writeNoise(at(row.name), infoOf(AV_PIX_FMT_YUV420P), row.frames, {"", row.codec, true});
+        writeNoise(at(row.name), infoOf(AV_PIX_FMT_YUV420P), row.frames, forced(row.codec));
         const std::string whole = readFile(at(row.name));
         ASSERT_EQ(readAll(at(row.name)).size(), static_cast<std::size_t>(row.frames)) << row.name;
         for (const std::size_t percent : {30u, 60u, 85u, 97u}) {

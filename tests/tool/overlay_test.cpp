@@ -46,7 +46,7 @@ TEST_F(OverlayTest, FrameNumberNShowsTimeCodeN) {
             withSettings({"TimeCodeLTCEnable=0", "CustomTextX0=4", "CustomTextY0=20"});
         wanted.texts = {row.shown};
         const StreamInfo info = infoAt(row.rate);
-        WorkingFrame canvas(layoutOf(ptUYVY), 320, 200), expected(layoutOf(ptUYVY), 320, 200);
+        Canvas canvas(layoutOf(ptUYVY), 320, 200), expected(layoutOf(ptUYVY), 320, 200);
         Burner(options, info, canvas.layout(), 0).burn(canvas, row.frame, {});
         Burner(wanted, info, expected.layout(), 0).burn(expected, 0, {});
         EXPECT_TRUE(bytesOf(canvas) == bytesOf(expected));
@@ -57,10 +57,10 @@ TEST_F(OverlayTest, FrameNumberNShowsTimeCodeN) {
 TEST_F(OverlayTest, SoundAndTimeCodePassOn) {
     run("$F -f lavfi -i testsrc2=s=64x48:r=25:d=1 -f lavfi -i sine=f=500:r=48000:d=1 "
         "-timecode 01:02:03:04 -c:v png -c:a pcm_s16le in.mov && "
-        "$Z overlay in.mov out.mov --codec png --set AudioEnable=1 && "
+        "$Z overlay in.mov out.mov --codec png --set AudioEnable=1 --quiet && "
         "$F -i in.mov -c:a copy in.wav && $F -i out.mov -c:a copy out.wav");
     EXPECT_TRUE(readFile(at("in.wav")) == readFile(at("out.wav")));
-    FrameSource source(at("out.mov"), bgra);
+    Reader source(at("out.mov"), {always(bgra)});
     EXPECT_EQ(source.info().timeCode, "01:02:03:04");
     EXPECT_EQ(source.info().frameCount, 25);
 }
@@ -70,17 +70,14 @@ TEST_F(OverlayTest, LevelsFollowTheSound) {
     run("$F -f lavfi -i testsrc2=s=64x48:r=25:d=1 -f lavfi -i "
         "'aevalsrc=0|0.5*sin(2*PI*1000*t)*gte(t\\,0.5):s=48000:d=1' "
         "-c:v png -c:a pcm_s16le in.mov");
-    FrameSource source(at("in.mov"), bgra);
-    const std::vector<AVStream*> streams = source.packets().keepAudio();
-    AudioLevels levels(streams);
+    Reader reader(at("in.mov"), {always(bgra)});
+    AudioLevels levels(reader.input().sound());
     EXPECT_EQ(levels.channels(), 2U);
-    const FramePtr frame = newFrame();
-    for (int n = 0; source.read(*frame); ++n) {
-        const double end = (n + 1) / 25.0;
-        source.packets().readAudioUntil(end);
-        while (const PacketPtr packet = source.packets().takeAudio())
-            levels.feed(*packet);
-        const AudioLevels::Levels measured = levels.takeUntil(end);
+    reader.measureSound(levels);
+    const auto frames = framesOf(reader);
+    ASSERT_EQ(frames.size(), 25U);
+    for (int n = 0; n < 25; ++n) {
+        const AudioLevels::Levels& measured = frames[static_cast<std::size_t>(n)]->levels;
         EXPECT_EQ(measured[0], 0U) << n;
         EXPECT_NEAR(measured[1], n < 12 ? 0 : 32767, n == 12 ? 32767 : 20) << n;
     }
@@ -113,10 +110,14 @@ TEST_F(OverlayTest, WhatDoesNotFitIsRefusedWithItsMend) {
         {"$Z overlay in.mov o.mov --settings-store .", 1, "is not a file"},
         {"$Z overlay in.mov o.mov --settings-store in.mov", 1, "is not a settings store"},
         {"$Z overlay text.txt o.mov", 1, "text.txt"},
+        {"$Z overlay in.mov o.mov --watermark missing.png", 1, "'missing.png' cannot be read"},
+        {"$Z overlay in.mov o.mov --set WatermarkEnable=1", 2, "use --watermark FILE"},
     });
-    const Result result = shell("$Z overlay in.mov o.mov --watermark missing.png");
-    EXPECT_EQ(result.status, 0) << "frames go without it";
-    EXPECT_NE(result.err.find("'missing.png' cannot be read"), std::string::npos) << result.err;
+    const Result result = shell("$Z overlay in.mov o.mov --text 3=far");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_NE(result.err.find("CustomTextEnabled3: the layer lies wholly off the 64x48 frame\n"),
+              std::string::npos)
+        << result.err;
 }
 
 using ConfigTest = ToolTest;
@@ -140,7 +141,7 @@ TEST_F(ConfigTest, KeepsExportsAndImports) {
     EXPECT_EQ(run("$Z config import all.txt && $Z config export -"), exported);
     // What is stored is what is burnt in.
     const StreamInfo info = infoOf(AV_PIX_FMT_UYVY422, 320, 200);
-    WorkingFrame stored(layoutOf(ptUYVY), 320, 200), told(layoutOf(ptUYVY), 320, 200);
+    Canvas stored(layoutOf(ptUYVY), 320, 200), told(layoutOf(ptUYVY), 320, 200);
     Burner({}, info, stored.layout(), 0).burn(stored, 0, {});
     fs::remove(at("settings.db"));
     BurnOptions options;

@@ -112,18 +112,14 @@ TEST_F(PackingTest, BareFramesOfEveryLayoutKeepEveryByte) {
         std::mt19937 random(layout.code);
         std::generate(frames.begin(), frames.end(), [&] { return static_cast<char>(random()); });
         writeFile(at("in.raw"), frames);
-        FrameSource source(at("in.raw"), layout, RawFormat{width, 6, {25, 1}});
-        FrameSink sink(at("out.raw"), {"", "", true}, source.info(), layout);
-        WorkingFrame canvas(layout, width, 6);
-        const FramePtr in = newFrame();
-        for (int i = 0; source.read(*in); ++i) {
-            canvas.load(*in);
-            const FramePtr out = sink.makeFrame();
-            canvas.store(*out);
-            out->pts = i;
-            sink.write(*out);
-        }
-        sink.finish();
+        Reader reader(at("in.raw"), {always(layout), RawFormat{width, 6, {25, 1}}});
+        WriteOptions options = writeAs("");
+        options.path = at("out.raw");
+        options.force = true;
+        Writer writer(options, reader, reader.info());
+        while (std::optional<Item> item = reader.next())
+            writer.write(*item);
+        writer.finish();
         EXPECT_TRUE(readFile(at("out.raw")) == frames);
     }
 }
@@ -136,28 +132,25 @@ protected:
     Bytes write(const std::string& path, bool drawOnInput) {
         const zrLayout& layout = layoutOf(ptV210);
         StreamInfo info = infoOf(AV_PIX_FMT_YUV422P10, width, height);
-        FrameSink sink(path, {"", "v210", true}, info, layout);
-        const FramePtr frame = sink.makeFrame();
-        EXPECT_EQ(frame->linesize[0], lineBytes);
+        info.timeBase = {1, 25};
+        WriteOptions options = writeAs("v210");
+        options.path = path;
+        Canvas canvas(layout, width, height);
         if (drawOnInput) {
-            WorkingFrame canvas(layout, width, height);
-            FrameSource source(at("in.mov"), layout);
-            const FramePtr in = newFrame();
-            EXPECT_TRUE(source.read(*in));
-            canvas.load(*in);
+            Reader reader(at("in.mov"), {always(layout)});
+            canvas = framesOf(reader).at(0)->canvas.share();
             const DrawPtr draw = makeDraw(canvas);
             draw->SetColorYCbCr10(1000, 600, 500, 0, true);
             draw->PutPixel(11, 2, true);
-            canvas.store(*frame);
         } else {
-            std::mt19937 random(7);
-            std::generate_n(frame->data[0], lineBytes * height,
-                            [&] { return static_cast<unsigned char>(random()); });
+            fillNoise(canvas, 7);
         }
-        frame->pts = 0;
-        sink.write(*frame);
-        sink.finish();
-        return {frame->data[0], frame->data[0] + lineBytes * height};
+        Writer writer(options, canvas.shape(), info);
+        writeFrame(writer, canvas.share(), info, 0);
+        writer.finish();
+        const std::string bytes = bytesOf(canvas);
+        EXPECT_EQ(bytes.size(), std::size_t{lineBytes * height});
+        return {bytes.begin(), bytes.end()};
     }
 };
 
@@ -178,7 +171,7 @@ TEST_F(V210Stream, IsDrawnOnWithoutDecoding) {
         changed += was != is;
     }
     EXPECT_EQ(changed, 2);
-    // The file holds what was handed to the sink.
+    // The file holds what was handed to the writer.
     EXPECT_EQ(v210Packets(at("out.mov")), std::vector<Bytes>{after});
 }
 
@@ -197,8 +190,8 @@ TEST_F(V210Stream, DrawsInTheMatrixOfThePicture) {
         const FramePtr in = newFrame(AV_PIX_FMT_YUV422P10LE, 1000, 48);
         in->colorspace = row.space;
         in->color_range = row.range;
-        WorkingFrame canvas(layoutOf(ptV210), 1000, 48);
-        canvas.load(*in);
+        Canvas canvas(layoutOf(ptV210), 1000, 48);
+        Loader(canvas.shape()).load(*in, canvas);
         EXPECT_EQ(makeDraw(canvas)->yCbCrMode, row.mode);
     }
 }

@@ -1,9 +1,9 @@
 // A folder for each test, the tool as a process, and frames of noise for media.
 #pragma once
 
-#include "media/frame_sink.h"
-#include "media/frame_source.h"
-#include "media/working_frame.h"
+#include "media/av_messages.h"
+#include "media/reader.h"
+#include "media/writer.h"
 #include "support/temp_file.h"
 #include "tool_error.h"
 
@@ -136,13 +136,13 @@ inline FramePtr flatFrame(AVPixelFormat format, const std::vector<std::vector<un
     return frame;
 }
 
-inline void fillNoise(WorkingFrame& canvas, unsigned seed) {
+inline void fillNoise(Canvas& canvas, unsigned seed) {
     std::mt19937 random(seed);
     std::generate_n(canvas.data(), canvas.pitch() * canvas.height(),
                     [&] { return static_cast<char>(random()); });
 }
 
-inline std::string bytesOf(WorkingFrame& canvas) {
+inline std::string bytesOf(Canvas& canvas) {
     return {canvas.data(), static_cast<std::size_t>(canvas.pitch() * canvas.height())};
 }
 
@@ -156,41 +156,64 @@ Bytes pixelsOf(AnyCanvas& canvas, int bytesPerPixel) {
     return pixels;
 }
 
+// Of frames that come from nowhere.
+inline void writeFrame(Writer& writer, Canvas canvas, const StreamInfo& info, std::int64_t number) {
+    auto frame = std::make_unique<Frame>(std::move(canvas));
+    frame->picture = newFrame();
+    frame->picture->format = info.pixelFormat;
+    frame->number = frame->clock = frame->time = number;
+    frame->duration = 1;
+    Item item(std::move(frame));
+    writer.write(item);
+}
+
 // Writes frames of noise, the seeds of which are the frames' numbers.
-inline void writeNoise(const std::string& path, const StreamInfo& info, int frames,
-                       const SinkOptions& options = {}, const zrLayout& layout = bgra) {
-    FrameSink sink(path, options, info, layout);
-    WorkingFrame canvas(layout, info.width, info.height);
+inline void writeNoise(const std::string& path, StreamInfo info, int frames,
+                       WriteOptions options = {}, const zrLayout& layout = bgra) {
+    options.path = path;
+    info.timeBase = av_inv_q(info.frameRate);
+    const CanvasShape shape(layout, info.width, info.height);
+    Writer writer(options, shape, info);
     for (int i = 0; i < frames; ++i) {
+        Canvas canvas(shape);
         fillNoise(canvas, static_cast<unsigned>(i));
-        const FramePtr frame = sink.makeFrame();
-        canvas.store(*frame);
-        frame->pts = i;
-        sink.write(*frame);
+        writeFrame(writer, std::move(canvas), info, i);
     }
-    sink.finish();
+    writer.finish();
+}
+
+// How to write: with an encoder, a format.
+inline WriteOptions writeAs(const std::string& codec, const std::string& format = "") {
+    WriteOptions options;
+    options.encoder.codec = codec;
+    options.format = format;
+    return options;
+}
+
+inline std::vector<std::unique_ptr<Frame>> framesOf(Reader& reader) {
+    std::vector<std::unique_ptr<Frame>> frames;
+    while (std::optional<Item> item = reader.next())
+        if (auto* frame = std::get_if<std::unique_ptr<Frame>>(&*item))
+            frames.push_back(std::move(*frame));
+    return frames;
 }
 
 inline std::vector<Bytes> readAll(const std::string& path,
                                   const std::optional<RawFormat>& raw = std::nullopt) {
-    FrameSource source(path, bgra, raw);
-    WorkingFrame canvas(bgra, source.info().width, source.info().height);
-    const FramePtr frame = newFrame();
+    Reader reader(path, {always(bgra), raw});
     std::vector<Bytes> frames;
-    while (source.read(*frame)) {
-        canvas.load(*frame);
-        frames.push_back(pixelsOf(canvas, 4));
-    }
+    for (const auto& frame : framesOf(reader))
+        frames.push_back(pixelsOf(frame->canvas, 4));
     return frames;
 }
 
 inline std::vector<Bytes> v210Packets(const std::string& path) {
-    FrameSource source(path, layoutOf(ptV210));
-    const FramePtr frame = newFrame();
+    Reader reader(path, {always(layoutOf(ptV210))});
     std::vector<Bytes> packets;
-    while (source.read(*frame)) {
-        EXPECT_EQ(frame->format, barePixels);
-        packets.emplace_back(frame->data[0], frame->data[0] + frame->linesize[0] * frame->height);
+    for (const auto& frame : framesOf(reader)) {
+        EXPECT_EQ(frame->picture->format, barePixels);
+        const std::string bytes = bytesOf(frame->canvas);
+        packets.emplace_back(bytes.begin(), bytes.end());
     }
     return packets;
 }
@@ -207,7 +230,7 @@ inline std::string errorOf(const std::function<void()>& action,
 }
 
 inline Bytes noiseAsBgra(unsigned seed, const StreamInfo& info, bool alpha) {
-    WorkingFrame canvas(bgra, info.width, info.height);
+    Canvas canvas(bgra, info.width, info.height);
     fillNoise(canvas, seed);
     Bytes pixels = pixelsOf(canvas, 4);
     for (std::size_t i = 3; i < pixels.size() && !alpha; i += 4)

@@ -42,7 +42,7 @@ TEST_F(WipeTest, WordsOfV210GoThereAndBack) {
     }
 }
 
-std::uint32_t wordOf(WorkingFrame& frame, int word) {
+std::uint32_t wordOf(Canvas& frame, int word) {
     std::uint32_t value;
     std::memcpy(&value, frame.data() + 4 * word, 4);
     return value;
@@ -52,7 +52,7 @@ std::uint32_t wordOf(WorkingFrame& frame, int word) {
 TEST_F(WipeTest, KeepEverySampleOfV210) {
     constexpr int width = 50, height = 6;
     const zrLayout& layout = layoutOf(ptV210);
-    WorkingFrame a(layout, width, height), b(layout, width, height), out(layout, width, height);
+    Canvas a(layout, width, height), b(layout, width, height), out(layout, width, height);
     fillNoise(a, 1);
     fillNoise(b, 2);
     Transition transition(layout, width, height, 1, false, false);
@@ -60,7 +60,7 @@ TEST_F(WipeTest, KeepEverySampleOfV210) {
         transition.draw(a, b, out, static_cast<unsigned>(at * Transition::scale));
         const int edge = width * static_cast<int>(at * Transition::scale) / 65536;
         for (int x = 0; x < width / 6 * 6; ++x) {
-            const auto lumaOf = [x](WorkingFrame& frame) {
+            const auto lumaOf = [x](Canvas& frame) {
                 const auto [word, bit] = zrV210::luma[x % 6];
                 return wordOf(frame, 4 * (x / 6) + static_cast<int>(word)) >> bit & 0x3FF;
             };

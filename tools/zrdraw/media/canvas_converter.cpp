@@ -1,6 +1,8 @@
 #include "media/canvas_converter.h"
 
+#include "media/drawn_pixels.h"
 #include "media/pixel_formats.h"
+#include "media/zimg_converter.h"
 
 #include <cstring>
 
@@ -23,12 +25,24 @@ void copyPicture(const AVFrame& from, AVFrame& to) {
                   to.width, to.height);
 }
 
+// The format of the picture in the middle: planes, where the other one has planes too.
+AVPixelFormat middleFormat(const zrLayout& layout, AVPixelFormat other) {
+    if (!isPlanar(other))
+        return pixelFormatOf(layout);
+    const bool alpha = hasFlag(other, AV_PIX_FMT_FLAG_ALPHA) && hasAlpha(layout);
+    if (layout.bytes.r >= 0)
+        return alpha ? AV_PIX_FMT_GBRAP : AV_PIX_FMT_GBRP;
+    if (layout.code == ptRGB48 || layout.code == ptARGB64)
+        return alpha ? AV_PIX_FMT_GBRAP16LE : AV_PIX_FMT_GBRP16LE;
+    return layout.isPairs() ? AV_PIX_FMT_YUV422P : pixelFormatOf(layout);
+}
+
 } // namespace
 
 CanvasConverter::CanvasConverter(const CanvasShape& shape, const PictureKind& picture,
                                  const Colors& canvas)
-    : m_shape(shape), m_kind(picture), m_middleKind{pixelFormatOf(*shape.layout), canvas,
-                                                    picture.chromaPlace, false} {
+    : m_shape(shape), m_kind(picture), m_middleKind{middleFormat(*shape.layout, picture.format),
+                                                    canvas, picture.chromaPlace, false} {
     const zrLayout& layout = *shape.layout;
     if (areAlike(m_kind, m_middleKind)) {
         m_packer = makePacker(layout, m_kind.format, shape.width, shape.height);

@@ -1,6 +1,7 @@
 #include "media/convert.h"
 
 #include "media/canvas_converter.h"
+#include "media/drawn_pixels.h"
 #include "media/pixel_formats.h"
 #include "tool_error.h"
 
@@ -55,6 +56,11 @@ void makeOpaque(AVFrame& frame) {
                              frame.width, sizeof(line[0]));
 }
 
+// Whether the alpha of a canvas of such a picture tells where it was drawn on.
+bool tellsByAlpha(const CanvasShape& shape, const AVFrame& picture) {
+    return picture.format != barePixels && hasAlpha(picture) && hasAlpha(*shape.layout);
+}
+
 } // namespace
 
 Loader::Loader(const CanvasShape& shape, Alpha alpha) : m_shape(shape), m_alpha(alpha) {}
@@ -68,6 +74,9 @@ void Loader::load(const AVFrame& picture, Canvas& canvas) {
         return copyLines(picture.data[0], picture.linesize[0], canvas.lines().data, canvas.pitch(),
                          m_shape);
     converterFor(m_converter, m_shape, kind, canvas.colors).load(picture, canvas);
+    if (m_alpha == Alpha::Opaque && tellsByAlpha(m_shape, picture))
+        for (int y = 0; y < m_shape.height; ++y)
+            markUntouched(*m_shape.layout, canvas.lines().line(y), m_shape.width);
 }
 
 const AVFrame& Loader::groundOf(const AVFrame& picture) const {
@@ -83,26 +92,48 @@ void Storer::store(const Canvas& canvas, const AVFrame& source, AVFrame& target)
     target.interlaced_frame = source.interlaced_frame;
     target.top_field_first = source.top_field_first;
     target.sample_aspect_ratio = source.sample_aspect_ratio;
+    const bool byAlpha =
+        m_alpha == Alpha::Opaque && hasPixels(source) && tellsByAlpha(m_shape, source);
+    if (byAlpha)
+        drawn().findByAlpha(reference(source).lines(), canvas.lines());
+    const Canvas& result = byAlpha ? *m_reference : canvas;
     if (target.format == barePixels)
-        return copyLines(canvas.lines().data, canvas.pitch(), target.data[0], target.linesize[0],
+        return copyLines(result.lines().data, result.pitch(), target.data[0], target.linesize[0],
                          m_shape);
     if ((target.buf[0] ? av_frame_make_writable(&target) : av_frame_get_buffer(&target, 0)) < 0)
         throw std::bad_alloc();
     const PictureKind loaded = kindOf(source, m_shape, {});
     const PictureKind kind = kindOf(target, m_shape, loaded.colors);
     CanvasConverter& converter = converterFor(m_converter, m_shape, kind, canvas.colors);
-    if (isChromaOnly(*m_shape.layout))
-        converter.setGround(ground(source), target);
-    converter.store(canvas, target);
-    if (!hasAlpha(source))
+    const bool chromaOnly = isChromaOnly(*m_shape.layout);
+    const bool whole = source.format != barePixels && hasPixels(source);
+    const bool comparable = whole && kind.format == loaded.format && areAlike(kind, loaded);
+    const bool compared = comparable && (chromaOnly || !converter.isExact());
+    if (compared && !byAlpha)
+        drawn().find(reference(source).lines(), canvas.lines());
+    if (chromaOnly)
+        converter.setGround(whole ? &groundOf(source) : nullptr, target);
+    converter.store(result, target);
+    if (!hasAlpha(source) || !hasAlpha(*m_shape.layout))
         makeOpaque(target);
+    if (compared)
+        drawn().keepOthers(source, target, kind);
 }
 
-const AVFrame* Storer::ground(const AVFrame& source) {
-    if (source.format == barePixels || !hasPixels(source))
-        return nullptr;
+Canvas& Storer::reference(const AVFrame& source) {
     if (!m_reference)
         m_reference.emplace(m_shape);
     m_loader.load(source, *m_reference);
-    return &m_loader.groundOf(source);
+    return *m_reference;
+}
+
+const AVFrame& Storer::groundOf(const AVFrame& source) {
+    reference(source);
+    return m_loader.groundOf(source);
+}
+
+DrawnPixels& Storer::drawn() {
+    if (!m_drawn)
+        m_drawn = std::make_unique<DrawnPixels>(m_shape);
+    return *m_drawn;
 }

@@ -7,9 +7,11 @@
 #include <optional>
 
 class CanvasConverter;
+class DrawnPixels;
 
 // What is drawn on a picture with alpha keeps the alpha that the canvas has, or is opaque. For the
-// latter the alpha of a canvas tells where it was drawn on, and nothing of the picture.
+// latter the alpha of a canvas tells where it was drawn on and nothing of the picture, which
+// `Storer::store` must get whole. Bare pictures keep the canvas' alpha.
 enum class Alpha { Canvas, Opaque };
 
 // Pictures of any pixel format into canvases of one shape. A picture without alpha becomes opaque.
@@ -47,11 +49,14 @@ public:
     void store(const Canvas& canvas, const AVFrame& source, AVFrame& target);
 
 private:
-    const AVFrame* ground(const AVFrame& source);
+    Canvas& reference(const AVFrame& source);
+    const AVFrame& groundOf(const AVFrame& source);
+    DrawnPixels& drawn();
 
     CanvasShape m_shape;
     Alpha m_alpha;
     std::unique_ptr<CanvasConverter> m_converter;
     Loader m_loader;                   // of the source
     std::optional<Canvas> m_reference; // the source as it was before it was drawn on
+    std::unique_ptr<DrawnPixels> m_drawn;
 };

@@ -3,7 +3,8 @@
 #include "layout_names.h"
 #include "media/bayer_packer.h"
 #include "media/line_packer.h"
-#include "media/v210_packer.h"
+#include "media/pairs_packer.h"
+#include "media/rgb_packer.h"
 #include "tool_error.h"
 
 #include <fmt/format.h>
@@ -28,8 +29,8 @@ std::unique_ptr<Packer> byCells(const zrLayout& layout, int width, int height) {
     return std::make_unique<BayerPacker>(layout, width, height);
 }
 
-std::unique_ptr<Packer> byCodec(const zrLayout&, int width, int height) {
-    return std::make_unique<V210Packer>(width, height);
+std::unique_ptr<Packer> byPairs(const zrLayout& layout, int width, int height) {
+    return makePairsPacker(layout, AV_PIX_FMT_YUV422P10LE, width, height);
 }
 
 struct Row {
@@ -49,7 +50,7 @@ constexpr Row rows[] = {
     {ptUYVY, AV_PIX_FMT_UYVY422, nullptr},
     {ptYVYU, AV_PIX_FMT_YVYU422, nullptr},
     {ptVYUY, AV_PIX_FMT_UYVY422, byLines<exchangedChroma>},
-    {ptV210, AV_PIX_FMT_YUV422P10LE, byCodec},
+    {ptV210, AV_PIX_FMT_YUV422P10LE, byPairs},
     {ptRGB30DPX, AV_PIX_FMT_RGB48LE, byLines<dpxWords>},
     {ptRGB48, AV_PIX_FMT_RGB48LE, nullptr},
     {ptARGB64, AV_PIX_FMT_RGBA64LE, byLines<alphaFirstWords>},
@@ -90,7 +91,11 @@ bool isMemoryOf(const zrLayout& layout, AVPixelFormat format) {
 std::unique_ptr<Packer> makePacker(const zrLayout& layout, AVPixelFormat format, int width,
                                    int height) {
     const Row& row = rowOf(layout);
-    return row.make && row.pixels == format ? row.make(layout, width, height) : nullptr;
+    if (row.pixels == format)
+        return row.make ? row.make(layout, width, height) : nullptr;
+    if (RgbPacker::knows(layout, format))
+        return std::make_unique<RgbPacker>(layout, format, width, height);
+    return makePairsPacker(layout, format, width, height);
 }
 
 int wholeLineBytes(const zrLayout& layout, int width) {

@@ -58,12 +58,17 @@ Colors canvasColors(const CanvasShape& shape, const AVFrame& picture, const Pict
 }
 
 bool areAlike(const PictureKind& a, const PictureKind& b) {
-    const bool rgb = hasFlag(a.format, AV_PIX_FMT_FLAG_RGB);
-    if (rgb || hasFlag(b.format, AV_PIX_FMT_FLAG_RGB))
-        return rgb == hasFlag(b.format, AV_PIX_FMT_FLAG_RGB);
-    const bool full = a.colors.range == AVCOL_RANGE_JPEG;
-    return full == (b.colors.range == AVCOL_RANGE_JPEG) &&
-           oneName(a.colors.space) == oneName(b.colors.space);
+    const auto isRgb = [](const PictureKind& kind) {
+        return hasFlag(kind.format, AV_PIX_FMT_FLAG_RGB);
+    };
+    const auto isFull = [](const PictureKind& kind) {
+        return kind.colors.range == AVCOL_RANGE_JPEG;
+    };
+    // Grey of the full range is RGB with three samples that are one.
+    if (isRgb(a) || isRgb(b))
+        return (isRgb(a) || (isGray(a.format) && isFull(a))) &&
+               (isRgb(b) || (isGray(b.format) && isFull(b)));
+    return isFull(a) == isFull(b) && oneName(a.colors.space) == oneName(b.colors.space);
 }
 
 bool hasPixels(const AVFrame& picture) {

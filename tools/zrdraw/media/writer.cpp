@@ -30,6 +30,13 @@ void copyCaptions(const AVFrame& from, AVFrame& to) {
     static_cast<void>(shared.release()); // the frame's now
 }
 
+// What can be known to fail is refused before any work is done.
+OutputFormat chooseFormat(const WriteOptions& options, const StreamInfo& info) {
+    if (!isSequenceName(options.path))
+        OutputFile::checkPath(options.path, options.force);
+    return chooseOutputFormat(options.path, options.format, options.encoder.codec, info);
+}
+
 bool hasCaptions(const AVFrame& picture) {
     return av_frame_get_side_data(&picture, AV_FRAME_DATA_A53_CC) != nullptr;
 }
@@ -38,7 +45,7 @@ bool hasCaptions(const AVFrame& picture) {
 
 Writer::Writer(const WriteOptions& options, Reader& source, const StreamInfo& info)
     : m_info(info),
-      m_format(chooseOutputFormat(options.path, options.format, options.encoder.codec, info)),
+      m_format(chooseFormat(options, info)),
       m_name(options.path == "-" ? "standard output" : fmt::format("'{}'", options.path)),
       m_timeline(info, m_format), m_encoder(m_format, options.encoder, info, source.firstPicture(),
                                             source.shape(), m_timeline.base()),
@@ -51,7 +58,7 @@ Writer::Writer(const WriteOptions& options, Reader& source, const StreamInfo& in
 
 Writer::Writer(const WriteOptions& options, const CanvasShape& shape, const StreamInfo& info)
     : m_info(info),
-      m_format(chooseOutputFormat(options.path, options.format, options.encoder.codec, info)),
+      m_format(chooseFormat(options, info)),
       m_name(options.path == "-" ? "standard output" : fmt::format("'{}'", options.path)),
       m_timeline(info, m_format),
       m_encoder(m_format, options.encoder, info, noPicture(), shape, m_timeline.base()),

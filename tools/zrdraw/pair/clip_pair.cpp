@@ -84,7 +84,10 @@ bool ClipFrames::next() {
 
 std::unique_ptr<Frame> ClipFrames::again() const {
     auto frame = std::make_unique<Frame>(m_frame->canvas.share());
-    frame->picture.reset(av_frame_clone(m_frame->picture.get()));
+    const AVFrame& picture = *m_frame->picture;
+    frame->picture = propertiesOf(picture);
+    if (picture.buf[0])
+        frame->picture.reset(av_frame_clone(&picture));
     if (!frame->picture)
         throw std::bad_alloc();
     return frame;
