@@ -71,8 +71,10 @@ public:
     }
 
     void frames() {
-        ClipFrames from(m_pair.first(), [&](PacketPtr packet) { m_sound->addFirst(std::move(packet)); });
-        ClipFrames to(m_pair.second(), [&](PacketPtr packet) { m_sound->addSecond(std::move(packet)); });
+        ClipFrames from(
+            m_pair.first(), [&](PacketPtr packet) { m_sound->addFirst(std::move(packet)); });
+        ClipFrames to(m_pair.second(),
+                      [&](PacketPtr packet) { m_sound->addSecond(std::move(packet)); });
         WriteLane out(*m_writer);
         from.next();
         to.next();
@@ -141,7 +143,8 @@ private:
 
     void writeSound(WriteLane& out) {
         if (m_sound)
-            m_sound->mixUntil(m_written, [&](PacketPtr packet) { pushSound(std::move(packet), out); });
+            m_sound->mixUntil(
+                m_written, [&](PacketPtr packet) { pushSound(std::move(packet), out); });
     }
 
     void transition(ClipFrames& from, ClipFrames& to, WriteLane& out, unsigned position) {

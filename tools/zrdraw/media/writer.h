@@ -58,6 +58,10 @@ public:
 
     bool takesOneFrame() const { return m_format.picture; }
 
+    // Packets of the source of sound beside come with the indexes of their streams counted from
+    // here on.
+    int firstIndexBeside() const;
+
     // What the user should know, a line each.
     const std::vector<std::string>& notes() const { return m_notes; }
 
@@ -80,7 +84,6 @@ private:
     void writePacket(AVPacket& packet);
     void transcode(const PassedStreams::Stream& stream, const AVPacket* packet);
     std::int64_t originOf(const PassedStreams::Stream& stream) const;
-    int firstIndexBeside() const;
     void encode(const AVFrame* frame);
 
     StreamInfo m_info;

@@ -109,8 +109,8 @@ void SoundMix::finish(const SoundEncoder::Take& take) {
     m_encoder.finish(take);
 }
 
-// The samples of each that are heard here, at the times of the clips' own files. A range begins with
-// the first sample that does not stand before its first frame.
+// The samples of each that are heard here, at the times of the clips' own files. A range begins
+// with the first sample that does not stand before its first frame.
 bool SoundMix::readSources(std::int64_t count) {
     const auto placeIn = [this](const Source& source) {
         return m_place + av_rescale_q_rnd(source.reader.firstTime(),
@@ -132,15 +132,19 @@ bool SoundMix::mix(std::int64_t count) {
             m_mixed.samples[i] += source.samples[i] * gainAt(i / channels);
     };
     const auto angle = [&](std::size_t sample) {
-        const double passed = static_cast<double>(m_place - m_begin) + static_cast<double>(sample) + 0.5;
+        const double passed =
+            static_cast<double>(m_place - m_begin) + static_cast<double>(sample) + 0.5;
         return passed / static_cast<double>(m_end - m_begin) * std::numbers::pi / 2;
     };
     if (m_place < m_begin) {
-        add(m_first, [](std::size_t) { return 1.0; });
+        add(
+            m_first, [](std::size_t) { return 1.0; });
     } else if (m_place >= m_end) {
-        add(m_second, [](std::size_t) { return 1.0; });
+        add(
+            m_second, [](std::size_t) { return 1.0; });
     } else {
-        add(m_first, [&](std::size_t sample) { return std::cos(angle(sample)); });
+        add(
+            m_first, [&](std::size_t sample) { return std::cos(angle(sample)); });
         add(m_second, [&](std::size_t sample) { return std::sin(angle(sample)); });
     }
     return true;
