@@ -141,6 +141,7 @@ public:
           m_progress(progressMode(options),
                      framesToCome(m_pair.leading().info(), {}, m_writer.takesOneFrame())) {
         requireGridFits(parameters, m_pair.first().info());
+        tellNotes(options, m_writer, m_progress);
     }
 
     // To the end of the longer one.

@@ -68,6 +68,7 @@ public:
         if (!one && m_writer->takesOneFrame())
             throw UsageError("a picture shows one position: add --position, or name a clip");
         m_progress.emplace(progressMode(options), one ? 1 : options.frames + m_holdA + m_holdB);
+        tellNotes(options, *m_writer, *m_progress);
     }
 
     void frames() {
@@ -94,7 +95,8 @@ private:
         const std::int64_t end = m_holdA + m_options.frames;
         m_sound = SoundMix::make(m_pair.first(), m_pair.second(), format, m_options.audioCodec,
                                  {m_holdA, end, end + m_holdB, info.frameRate});
-        return m_sound ? m_sound->describe() : MadeSound{};
+        return m_sound ? m_sound->describe()
+                       : MadeSound{nullptr, SoundMix::model(m_pair.first(), m_pair.second())};
     }
 
     static void pushSound(PacketPtr packet, WriteLane& out) {

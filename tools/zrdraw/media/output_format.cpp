@@ -123,7 +123,21 @@ bool holdsInTransportStream(AVCodecID codec) {
     return std::find(std::begin(known), std::end(known), codec) != std::end(known);
 }
 
+// These formats list what they then refuse.
+bool isListedInVain(std::string_view muxer, AVCodecID codec) {
+    constexpr struct {
+        std::string_view muxer;
+        AVCodecID codec;
+    } rows[] = {{"mov", AV_CODEC_ID_FLAC},   {"mov", AV_CODEC_ID_OPUS}, {"mov", AV_CODEC_ID_TRUEHD},
+                {"mov", AV_CODEC_ID_VP8},    {"mov", AV_CODEC_ID_VP9},  {"mov", AV_CODEC_ID_AV1},
+                {"mp4", AV_CODEC_ID_TRUEHD}, {"mp4", AV_CODEC_ID_VP8}};
+    return std::any_of(std::begin(rows), std::end(rows),
+                       [&](const auto& row) { return row.muxer == muxer && row.codec == codec; });
+}
+
 bool holdsCodec(const AVOutputFormat& muxer, AVCodecID codec) {
+    if (isListedInVain(muxer.name, codec))
+        return false;
     if (std::string_view(muxer.name) == "mpegts")
         return holdsInTransportStream(codec);
     return avformat_query_codec(&muxer, codec, FF_COMPLIANCE_UNOFFICIAL) == 1;

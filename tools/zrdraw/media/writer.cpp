@@ -110,6 +110,8 @@ int Writer::firstIndexBeside() const {
 
 void Writer::addMadeSound(const WriteOptions& options) {
     const MadeSound made = options.makeSound ? options.makeSound(m_format) : MadeSound{};
+    if (made.like && !made.encoder)
+        m_passed.lost.emplace_back("sound");
     if (!made.encoder)
         return;
     AVStream& stream = m_output.addStream(*made.encoder);

@@ -15,8 +15,8 @@
 #include <string>
 #include <vector>
 
-// Gives, for the format of a result, the encoder of sound that is made, and the stream that it is
-// described like; two nulls for none.
+// Gives, for the format of a result, the encoder of sound that is made, null if the format takes
+// none, and the stream that it is described like, null if there is no sound.
 struct MadeSound {
     const AVCodecContext* encoder = nullptr;
     const AVStream* like = nullptr;

@@ -68,21 +68,26 @@ void SoundMix::Source::end() {
         sound->end();
 }
 
+const AVStream* SoundMix::model(const Reader& first, const Reader& second) {
+    const AVStream* a = soundOf(first);
+    return a ? a : soundOf(second);
+}
+
 std::unique_ptr<SoundMix> SoundMix::make(Reader& first, Reader& second, const OutputFormat& format,
                                          const std::string& codec, const TransitionSpan& span) {
-    const AVStream *a = soundOf(first), *b = soundOf(second);
-    const AVStream* like = a ? a : b;
+    const AVStream* like = model(first, second);
     const AVCodec* encoder = like ? soundEncoderFor(format, codec, *like->codecpar) : nullptr;
     if (!encoder)
         return nullptr;
-    return std::unique_ptr<SoundMix>(new SoundMix(first, second, a, b, format, *encoder, span));
+    return std::unique_ptr<SoundMix>(new SoundMix(first, second, *like, format, *encoder, span));
 }
 
-SoundMix::SoundMix(Reader& first, Reader& second, const AVStream* a, const AVStream* b,
-                   const OutputFormat& format, const AVCodec& codec, const TransitionSpan& span)
-    : m_like(a ? *a : *b), m_encoder(codec, *format.muxer, *m_like.codecpar), m_span(span),
-      m_begin(placeOf(span.begin)), m_end(placeOf(span.end)), m_first(first, a, m_encoder.shape()),
-      m_second(second, b, m_encoder.shape()) {}
+SoundMix::SoundMix(Reader& first, Reader& second, const AVStream& like, const OutputFormat& format,
+                   const AVCodec& codec, const TransitionSpan& span)
+    : m_like(like), m_encoder(codec, *format.muxer, *m_like.codecpar), m_span(span),
+      m_begin(placeOf(span.begin)), m_end(placeOf(span.end)),
+      m_first(first, soundOf(first), m_encoder.shape()),
+      m_second(second, soundOf(second), m_encoder.shape()) {}
 
 std::int64_t SoundMix::placeOf(std::int64_t frame) const {
     return av_rescale_q(frame, av_inv_q(m_span.rate), m_encoder.shape().base());

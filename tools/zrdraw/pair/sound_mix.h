@@ -47,6 +47,9 @@ struct TransitionSpan {
 
 class SoundMix {
 public:
+    // The stream of sound that the result's is like; null if there is none.
+    static const AVStream* model(const Reader& first, const Reader& second);
+
     // Null if there is no sound, or the format takes none. The readers then pass theirs.
     static std::unique_ptr<SoundMix> make(Reader& first, Reader& second, const OutputFormat& format,
                                           const std::string& codec, const TransitionSpan& span);
@@ -78,8 +81,8 @@ private:
         std::vector<double> samples;
     };
 
-    SoundMix(Reader& first, Reader& second, const AVStream* a, const AVStream* b,
-             const OutputFormat& format, const AVCodec& codec, const TransitionSpan& span);
+    SoundMix(Reader& first, Reader& second, const AVStream& like, const OutputFormat& format,
+             const AVCodec& codec, const TransitionSpan& span);
 
     std::int64_t placeOf(std::int64_t frame) const;
     bool mix(std::int64_t count);
