@@ -114,8 +114,7 @@ TEST_F(SoundTest, WipeFillsUpWithSilence) {
     makeClip("whole.mov", "sine=f=1000:r=48000:d=3");
     makeClip("late.mov", "sine=f=1000:r=48000:d=2", "-c:a pcm_s16le", "25", 0.6);
     makeClip("early.mov", "sine=f=1000:r=48000:d=0.6");
-    makeClip("other.mov", "sine=f=1000:r=44100:d=3,aformat=channel_layouts=5.1",
-             "-c:a aac");
+    makeClip("other.mov", "sine=f=1000:r=44100:d=3,aformat=channel_layouts=5.1", "-c:a aac");
     run("$F -i whole.mov -an -c copy mute.mov; $F -i whole.mov -frames:v 1 still.png");
     // The result lasts 2.2 s, its transition from 0.6 to 1.6 s.
     const struct {
@@ -143,6 +142,8 @@ TEST_F(SoundTest, WipeFillsUpWithSilence) {
         "$Z wipe whole.mov whole.mov one.png --position 0.5");
     EXPECT_EQ(streamsOf("v.mov"), "v210 ");
     EXPECT_EQ(streamsOf("none.mov"), "v210 ");
+    EXPECT_NE(shell("$Z wipe whole.mov mute.mov out.y4m").err.find("besides: sound"),
+              std::string::npos);
 }
 
 // One sample that is not silent tells where the sound stands beside the picture.
@@ -218,9 +219,12 @@ TEST_F(SoundTest, MuxPassesTheSoundThatIsChosen) {
 TEST_F(SoundTest, WhatCannotBeIsRefusedWithItsMend) {
     makeClip("in.mov", noise(1));
     makeClip("six.mov", "anoisesrc=d=3,aformat=channel_layouts=5.1");
+    run("$F -i in.mov -c:v copy -c:a flac in.mkv");
     const std::string draw = "$Z draw in.mov -e 'color 1 0 0' --codec mpeg4 ";
     expectRefused({
         {draw + "out.mp4", 1, "'mp4' cannot hold the sound, which is pcm_s16le: use --audio-codec"},
+        {"$Z draw in.mkv -e 'color 1 0 0' out.mov", 1,
+         "'mov' cannot hold the sound, which is flac"},
         {draw + "out.mov --audio-codec aacc", 2, "did you mean aac"},
         {draw + "out.mov --audio-codec nothing-near", 2, "such as aac"},
         {draw + "out.mov --audio-codec mpeg4", 2, "unknown sound encoder"},
