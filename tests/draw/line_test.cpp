@@ -1,13 +1,8 @@
 // Points, the current position, all kinds of lines, and runs along the axes, as text art.
-#include "platform/injection.h"
 #include "support/recorder.h"
 #include "support/test_canvas.h"
-#include "zrdraw/formats.h"
-
-#include <gtest/gtest.h>
 
 #include <map>
-#include <utility>
 
 namespace {
 
@@ -22,38 +17,27 @@ Pixels pixelsOf(int x0, int y0, int x1, int y1, bool antiAlias) {
 
 TEST(Line, Shapes) {
     struct Case {
-        const char* name;
         int x0, y0, x1, y1;
         const char* art;
     };
     const Case cases[] = {
-        {"gentle", 0, 0, 10, 4,
-         "##.........\n..##.......\n....###....\n.......##..\n.........##\n"},
-        {"gentle leftwards", 10, 0, 0, 4,
-         ".........##\n.......##..\n....###....\n..##.......\n##.........\n"},
-        {"steep", 1, 0, 3, 4, ".#.........\n..#........\n..#........\n...#.......\n...#.......\n"},
-        {"steep leftwards", 3, 0, 1, 4,
-         "...#.......\n...#.......\n..#........\n..#........\n.#.........\n"},
-        {"diagonal", 4, 0, 0, 4,
-         "....#......\n...#.......\n..#........\n.#.........\n#..........\n"},
-        {"one point", 5, 2, 5, 2,
-         "...........\n...........\n.....#.....\n...........\n...........\n"},
-        {"vertical", 2, 4, 2, 1,
-         "...........\n..#........\n..#........\n..#........\n..#........\n"},
-        {"one end off the canvas", -3, 2, 2, 2,
-         "...........\n...........\n###........\n...........\n...........\n"},
-        {"onto the pulled-back edge", 8, 5, 11, 5,
-         "...........\n...........\n...........\n...........\n........###\n"},
+        {0, 0, 6, 2, "##.....\n..###..\n.....##\n.......\n"},
+        {6, 0, 0, 2, ".....##\n..###..\n##.....\n.......\n"},
+        {1, 0, 3, 3, ".#.....\n..#....\n..#....\n...#...\n"},
+        {3, 0, 1, 3, "...#...\n..#....\n..#....\n.#.....\n"},
+        {4, 0, 1, 3, "....#..\n...#...\n..#....\n.#.....\n"},
+        {5, 2, 5, 2, ".......\n.......\n.....#.\n.......\n"},
+        {2, 3, 2, 1, ".......\n..#....\n..#....\n..#....\n"},
+        {-3, 2, 2, 2, ".......\n.......\n###....\n.......\n"}, // one end off the canvas
+        {4, 4, 7, 4, ".......\n.......\n.......\n....###\n"},  // onto the pulled-back edge
     };
     for (const Case& c : cases) {
-        for (const bool swapped : {false, true}) {
-            TestCanvas canvas(1, 11, 5);
-            EXPECT_EQ(swapped ? canvas->Line(c.x1, c.y1, c.x0, c.y0)
-                              : canvas->Line(c.x0, c.y0, c.x1, c.y1),
-                      0);
-            EXPECT_EQ(canvas.art(), c.art) << c.name << (swapped ? " swapped" : "");
-            EXPECT_TRUE(canvas.guardsIntact());
-        }
+        TestCanvas canvas(1, 7, 4), swapped(1, 7, 4);
+        EXPECT_EQ(canvas->Line(c.x0, c.y0, c.x1, c.y1), 0);
+        EXPECT_EQ(canvas.art(), c.art) << c.x0 << "," << c.y0;
+        EXPECT_EQ(swapped->Line(c.x1, c.y1, c.x0, c.y0), 0);
+        EXPECT_EQ(swapped.art(), c.art) << c.x0 << "," << c.y0 << " swapped";
+        EXPECT_TRUE(canvas.guardsIntact() && swapped.guardsIntact());
     }
 }
 
@@ -97,8 +81,7 @@ TEST(Polyline, JoinsItsPoints) {
     EXPECT_EQ(canvas->currentX, 7);
 
     Recorder draw;
-    EXPECT_EQ(draw.Polyline(points, 1), -1);
-    EXPECT_EQ(draw.Polyline(points, 0), -1);
+    EXPECT_EQ(draw.Polyline(points, 1) + draw.Polyline(points, 0), -2);
     EXPECT_EQ(draw.Polyline(points, 0x80000000U), 0) << "negative as a signed number";
     EXPECT_TRUE(draw.pixels.empty());
     draw.Polyline(points, 3);
@@ -106,13 +89,8 @@ TEST(Polyline, JoinsItsPoints) {
 }
 
 TEST(WeightedLine, OnlyBetweenTheAxesAndTheDiagonals) {
-    for (const _POINT end : {_POINT{4, 0}, _POINT{0, 4}, _POINT{4, 4}, _POINT{-4, 4}}) {
-        Recorder draw;
-        draw.antiAlias = true;
-        draw.Line(0, 0, end.x, end.y);
-        EXPECT_EQ(draw.pixels.size(), 5U);
-        EXPECT_EQ(draw.foreColor, 0xFFFFFFFFU);
-    }
+    for (const auto& [x, y] : {std::pair{4, 0}, {0, 4}, {4, 4}, {-4, 4}})
+        EXPECT_EQ(pixelsOf(0, 0, x, y, true).size(), 5U) << x << "," << y;
 }
 
 TEST(WeightedLine, PairsOfPixelsAndTheirColours) {
@@ -120,24 +98,23 @@ TEST(WeightedLine, PairsOfPixelsAndTheirColours) {
               (Pixels{{0, 0}, {4, 2}, {1, 0}, {1, 1}, {2, 1}, {2, 2}, {3, 1}, {3, 2}}));
     EXPECT_EQ(pixelsOf(2, 4, 4, 0, true),
               (Pixels{{4, 0}, {2, 4}, {4, 1}, {3, 1}, {3, 2}, {2, 2}, {3, 3}, {2, 3}}));
-    // White is divided by 255 at once and once more in each mix, so mixes of it are black.
-    unsigned int memory[25] = {};
-    for (unsigned int& word : memory)
-        word = 0xFFFFFFFFU;
+    // White is divided by 255 at once and once more in each mix, so mixes of it are
+    // black, but the one of weight 0.
+    unsigned int memory[25];
+    std::fill(std::begin(memory), std::end(memory), 0xFFFFFFFFU);
     Recorder draw;
     draw.SetCanvas(reinterpret_cast<char*>(memory), 5, 5, 0);
     draw.antiAlias = true;
     draw.Line(0, 0, 4, 2);
-    ASSERT_EQ(draw.colors.size(), 8U);
-    EXPECT_EQ(draw.colors[0], 0x01010101U) << "the ends in the colour / 255";
-    EXPECT_EQ(draw.colors[2], 0U) << "weight 128/255: (0.5 + 0.002) / 255 is below one step";
+    EXPECT_EQ(draw.colors,
+              (std::vector{0x01010101U, 0x01010101U, 0U, 0U, 0U, 0x01010101U, 0U, 0U}));
     EXPECT_EQ(draw.foreColor, 0U) << "the colour is left changed";
 }
 
-TEST(LineHoriz, CoversBothEndsOrRefusesWhole) {
+TEST(Run, CoversBothEndsOrIsRefusedWhole) {
     struct Case {
-        int x0, y, x1, result;
-        const char* art;
+        int from, at, to, result;
+        std::string art; // along the x axis
     };
     const Case cases[] = {
         {1, 0, 3, 0, ".###.\n.....\n"},  {3, 0, 1, 0, ".###.\n.....\n"},
@@ -148,51 +125,18 @@ TEST(LineHoriz, CoversBothEndsOrRefusesWhole) {
     };
     for (const unsigned int code : {1U, 3U, 5U, 6U}) {
         for (const Case& c : cases) {
-            TestCanvas canvas(code, 5, 2);
-            EXPECT_EQ(canvas->LineHoriz(c.x0, c.y, c.x1), c.result);
-            EXPECT_EQ(canvas.art(), c.art) << code << ": " << c.x0 << "," << c.y << "," << c.x1;
-            EXPECT_TRUE(canvas.guardsIntact());
+            SCOPED_TRACE(testing::Message()
+                         << code << ": " << c.from << "," << c.at << "," << c.to);
+            TestCanvas across(code, 5, 2), down(code, 2, 5);
+            std::string turned;
+            for (std::size_t i = 0; i < 5; ++i)
+                turned += {c.art[i], c.art[6 + i], '\n'};
+            EXPECT_EQ(across->LineHoriz(c.from, c.at, c.to), c.result);
+            EXPECT_EQ(across.art(), c.art);
+            EXPECT_EQ(down->LineVert(c.at, c.from, c.to), c.result);
+            EXPECT_EQ(down.art(), turned);
+            EXPECT_TRUE(across.guardsIntact() && down.guardsIntact());
         }
-    }
-}
-
-TEST(LineVert, CoversBothEndsOrRefusesWhole) {
-    struct Case {
-        int x, y0, y1, result;
-        const char* art;
-    };
-    const Case cases[] = {
-        {0, 0, 2, 0, "#.\n#.\n#.\n"},   {1, 2, 1, 0, "..\n.#\n.#\n"},
-        {2, 0, 0, 0, ".#\n..\n..\n"},   {0, 2, 3, 0, "..\n..\n#.\n"},
-        {0, 3, 3, 0, "..\n..\n#.\n"},   {0, 0, 4, -1, "..\n..\n..\n"},
-        {0, -1, 2, -1, "..\n..\n..\n"}, {3, 0, 1, -1, "..\n..\n..\n"},
-        {-1, 0, 1, -1, "..\n..\n..\n"},
-    };
-    for (const Case& c : cases) {
-        TestCanvas canvas(1, 2, 3);
-        EXPECT_EQ(canvas->LineVert(c.x, c.y0, c.y1), c.result);
-        EXPECT_EQ(canvas.art(), c.art) << c.x << ": " << c.y0 << " to " << c.y1;
-    }
-}
-
-TEST(LineHoriz, ThirtyTwoBitRunsAreOneOpaqueFill) {
-    for (unsigned int code = 1; code <= 4; ++code) {
-        InjectionGuard guard;
-        int fills = 0;
-        TestCanvas canvas(code, 6, 2);
-        injection().watchSetMemory = [&](void* dst, unsigned int value, unsigned long bytes) {
-            ++fills;
-            EXPECT_EQ(dst, canvas->GetPixel(2, 1));
-            EXPECT_EQ(value, 0x01020304U);
-            EXPECT_EQ(bytes, 12U);
-        };
-        canvas->foreColor = 0x01020304U;
-        canvas->SetTransparency(true);
-        canvas->SetTransparency(0.5, true);
-        canvas->SetAlphaAdditive(true);
-        canvas->LineHoriz(4, 1, 2);
-        EXPECT_EQ(fills, 1);
-        EXPECT_EQ(canvas.art(), "......\n..+++.\n");
     }
 }
 
@@ -206,6 +150,11 @@ TEST(LineHoriz, PackedRunsRepeatTheirFirstPixel) {
         char* GetPixel(int x, int y) override {
             return hidden ? nullptr : CDrawRGB24::GetPixel(x, y);
         }
+        int putsOf(int x0, int x1) {
+            puts = 0;
+            LineHoriz(x0, 0, x1);
+            return puts;
+        }
         int puts = 0;
         bool hidden = false;
     };
@@ -213,23 +162,17 @@ TEST(LineHoriz, PackedRunsRepeatTheirFirstPixel) {
     Counter draw;
     draw.SetCanvas(reinterpret_cast<char*>(frame), 1, 10, 0);
     draw.SetColorRGBA(1 / 255.0, 2 / 255.0, 3 / 255.0, 1, true);
-    draw.LineHoriz(2, 0, 8);
-    EXPECT_EQ(draw.puts, 1);
+    EXPECT_EQ(draw.putsOf(2, 8), 1);
     for (int i = 0; i < 30; ++i)
         EXPECT_EQ(frame[i], i >= 6 && i < 27 ? i % 3 + 1 : 0) << i;
-    draw.LineHoriz(4, 0, 4);
-    EXPECT_EQ(draw.puts, 2);
-
+    EXPECT_EQ(draw.putsOf(4, 4), 1);
     draw.SetTransparency(true);
-    draw.LineHoriz(2, 0, 8);
-    EXPECT_EQ(draw.puts, 3) << "the switch alone, without a transparency, changes nothing";
+    EXPECT_EQ(draw.putsOf(2, 8), 1) << "the switch alone, without a transparency, changes nothing";
     draw.SetTransparency(0.5, true);
     draw.hidden = true;
-    draw.LineHoriz(2, 0, 8);
-    EXPECT_EQ(draw.puts, 10) << "pixel by pixel under transparency";
+    EXPECT_EQ(draw.putsOf(2, 8), 7) << "pixel by pixel under transparency";
     draw.SetTransparency(false);
-    draw.LineHoriz(2, 0, 8);
-    EXPECT_EQ(draw.puts, 18) << "and where the first pixel has no address";
+    EXPECT_EQ(draw.putsOf(2, 8), 8) << "and where the first pixel has no address";
 }
 
 TEST(Dash, Patterns) {
@@ -267,8 +210,10 @@ TEST(Dash, SlopesFollowTheLine) {
 }
 
 // The alpha of every pixel that is not empty.
-std::map<std::pair<int, int>, int> coverage(TestCanvas& canvas) {
-    std::map<std::pair<int, int>, int> result;
+using Coverage = std::map<std::pair<int, int>, int>;
+
+Coverage coverage(TestCanvas& canvas) {
+    Coverage result;
     for (int y = 0; y < static_cast<int>(canvas->height); ++y)
         for (int x = 0; x < static_cast<int>(canvas->width); ++x)
             if (const std::vector<unsigned char> bytes = canvas.bytesAt(4 * x, y, 4);
@@ -277,8 +222,6 @@ std::map<std::pair<int, int>, int> coverage(TestCanvas& canvas) {
     return result;
 }
 
-using Coverage = std::map<std::pair<int, int>, int>;
-
 TEST(LineWu, CoverageOfALine) {
     // A gradient of 1/2: whole pixels and halves in turn; ends are half covered.
     const Coverage gentle{{{0, 0}, 127}, {{0, 1}, 0},   {{1, 0}, 127}, {{1, 1}, 127}, {{2, 1}, 255},
@@ -286,7 +229,6 @@ TEST(LineWu, CoverageOfALine) {
     for (const bool swapped : {false, true}) {
         for (const bool tall : {false, true}) {
             TestCanvas canvas(1, 6, 6);
-            canvas->SetColorRGBA(1, 1, 1, 1, true);
             const int x1 = tall ? 2 : 4, y1 = tall ? 4 : 2;
             EXPECT_EQ(swapped ? canvas->LineWu(x1, y1, 0, 0) : canvas->LineWu(0, 0, x1, y1), 0);
             Coverage expected;
@@ -299,13 +241,11 @@ TEST(LineWu, CoverageOfALine) {
 }
 
 TEST(LineWu, RisingLinesAndSinglePoints) {
-    TestCanvas rising(1, 4, 4);
+    const Coverage halves{{{0, 2}, 127}, {{0, 3}, 0},   {{1, 1}, 127},
+                          {{1, 2}, 127}, {{2, 1}, 127}, {{2, 2}, 0}};
+    TestCanvas rising(1, 4, 4), point(1, 4, 4);
     rising->LineWu(0, 2, 2, 1);
-    EXPECT_EQ(
-        coverage(rising),
-        (Coverage{
-            {{0, 2}, 127}, {{0, 3}, 0}, {{1, 1}, 127}, {{1, 2}, 127}, {{2, 1}, 127}, {{2, 2}, 0}}));
-    TestCanvas point(1, 4, 4);
+    EXPECT_EQ(coverage(rising), halves);
     point->LineWu(1, 1, 1, 1);
     EXPECT_EQ(coverage(point), (Coverage{{{1, 1}, 127}, {{1, 2}, 0}}));
     EXPECT_EQ(point->foreColor, 0x00FFFFFFU);

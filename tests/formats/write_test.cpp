@@ -1,5 +1,8 @@
 // Every byte that PutPixel of the format classes writes, and every one that it leaves.
 #include "support/guarded_canvas.h"
+#include "zrdraw/v210.h"
+
+#include <array>
 
 namespace {
 
@@ -149,43 +152,35 @@ TEST(FormatWrite, PairsOf422) {
 }
 
 TEST(FormatWrite, GroupsOfV210) {
-    struct Words {
-        unsigned int value[4], mask[4];
+    // The samples of a pixel, its own luma and the chroma of its pair, among bits of the fill.
+    const auto bytesOf = [](int pixel, std::array<unsigned int, 3> samples, unsigned char fill) {
+        std::vector<unsigned int> words(4, 0x01010101U * fill);
+        for (unsigned int i = 0; i < 3; ++i) {
+            const auto [at, bit] = zrV210::placeOf(static_cast<unsigned int>(pixel), i);
+            words[at] = (words[at] & ~(0x3FFU << bit)) | samples[i] << bit;
+        }
+        return Bytes(words);
     };
-    constexpr unsigned int low = 0x3FF, mid = low << 10, top = low << 20;
     constexpr unsigned int y = 0x123, cb = 0x2AB, cr = 0x3C5;
-    constexpr Words set[] = {{{cb | y << 10 | cr << 20}, {low | mid | top}},
-                             {{cb | cr << 20, y}, {low | top, low}},
-                             {{0, cb << 10 | y << 20, cr}, {0, mid | top, low}},
-                             {{0, cb << 10, cr | y << 10}, {0, mid, low | mid}},
-                             {{0, 0, cb << 20, y | cr << 10}, {0, 0, top, low | mid}},
-                             {{0, 0, cb << 20, cr << 10 | y << 20}, {0, 0, top, mid | top}}};
-    const auto bytesOf = [](const Words& words, unsigned char fill) {
-        std::vector<unsigned int> stored;
-        for (int i = 0; i < 4; ++i)
-            stored.push_back(words.value[i] | (0x01010101U * fill & ~words.mask[i]));
-        return Bytes(stored);
-    };
     for (const unsigned char fill : fills) {
         GuardedCanvas canvas(make<CDrawYCbCr10>, 14, 11, 2, 128, fill);
         switchEverythingOn(canvas);
         canvas->PutPixel(0, 0, true);
-        EXPECT_TRUE(
-            canvas.wrote(0, bytesOf({{688U | 502U << 10 | 867U << 20}, {low | mid | top}}, fill)));
+        EXPECT_TRUE(canvas.wrote(0, bytesOf(0, {502, 688, 867}, fill)));
         canvas->PutPixel(0, 0, false);
-        EXPECT_TRUE(
-            canvas.wrote(0, bytesOf({{256U | 502U << 10 | 864U << 20}, {low | mid | top}}, fill)));
+        EXPECT_TRUE(canvas.wrote(0, bytesOf(0, {502, 256, 864}, fill)));
         for (const bool selector : {true, false}) {
             canvas->SetColorYCbCr10(1, 2, 3, 4, !selector);
             canvas->SetColorYCbCr10(y, cb, cr, 0, selector);
             for (int x = 0; x <= 11; ++x) {
                 const int landing = std::min(x, 10); // one past the edge is pulled back
                 EXPECT_EQ(canvas->PutPixel(x, 1, selector), 0);
-                EXPECT_TRUE(canvas.wrote(128 + landing / 6 * 16, bytesOf(set[landing % 6], fill)))
+                EXPECT_TRUE(
+                    canvas.wrote(128 + landing / 6 * 16, bytesOf(landing % 6, {y, cb, cr}, fill)))
                     << x;
             }
             canvas->PutPixel(3, 2, selector);
-            EXPECT_TRUE(canvas.wrote(128, bytesOf(set[3], fill)));
+            EXPECT_TRUE(canvas.wrote(128, bytesOf(3, {y, cb, cr}, fill)));
         }
         expectRefusals(canvas);
     }
@@ -193,8 +188,16 @@ TEST(FormatWrite, GroupsOfV210) {
 
 TEST(FormatWrite, DpxIsWrittenAndMixedAsPlainWords) {
     GuardedCanvas canvas(make<CDrawRGB30DPX>, 20, 2, 1, 8, 0x21);
-    canvas->SetColorRGBA(1.0, 0.0, 0.0, 1.0, true);
+    const auto colorOf = [&](bool selector) {
+        std::array<double, 4> c{};
+        canvas->GetColorRGBA(c[0], c[1], c[2], c[3], selector);
+        return c;
+    };
+    canvas->SetColorRGBA(1.0, 0.0, 1.5, 0.5, true); // 1.5 is 1534, of which ten bits stay
     canvas->SetColorRGBA(512.5 / 1023, 256.5 / 1023, 128.5 / 1023, 0.0, false);
+    EXPECT_EQ(colorOf(true), (std::array{1.0, 0.0, 510 / 1023.0, 1.0}));
+    EXPECT_EQ(colorOf(false), (std::array{512 / 1023.0, 256 / 1023.0, 128 / 1023.0, 1.0}));
+    canvas->SetColorRGBA(1.0, 0.0, 0.0, 1.0, true);
     canvas->PutPixel(0, 0, true);
     EXPECT_TRUE(canvas.wrote(0, "FF C0 00 00"));
     canvas->PutPixel(2, 1, false);

@@ -5,6 +5,10 @@
 #include "support/guarded_memory.h"
 #include "zrdraw/transitions.h"
 
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
 #include <random>
 
 // Calls name the arguments that matter; the others of the record are 0.

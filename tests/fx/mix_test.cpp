@@ -1,13 +1,10 @@
-// The bodies of the dissolve against each other and against exact integers, which is chosen, and
-// the weighing of planes.
+// The bodies of the dissolve against each other, and the weighing of planes.
 #include "fx/frames.h"
 #include "fx/mix.h"
 #include "zrdraw/span.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
-#include <cstdint>
+#include <tuple>
 
 namespace {
 
@@ -22,7 +19,7 @@ unsigned char* bytesOf(Samples<Sample>& samples) {
     return reinterpret_cast<unsigned char*>(samples.data());
 }
 
-// `body` by the weights of `mix`, to a place of its own in a line of the cache.
+// By a weight and a body of the choice, to a place of its own in a line of the cache.
 template <typename Sample>
 Samples<Sample> mixed(Mix mix, MixBody* body, Samples<Sample> a, Samples<Sample> b,
                       std::size_t place = 0) {
@@ -31,35 +28,6 @@ Samples<Sample> mixed(Mix mix, MixBody* body, Samples<Sample> a, Samples<Sample>
     mix.body = body;
     mix(to, bytesOf(a), bytesOf(b), a.size() * sizeof(Sample), {to, bytesOf(a), bytesOf(b)});
     return {out.begin() + static_cast<std::ptrdiff_t>(place), out.end()};
-}
-
-std::vector<unsigned int> someUnits(unsigned int stride) {
-    std::vector<unsigned int> units{1, 2, 32767, 32768, 32769, 65534, 65535};
-    for (unsigned int unit = 1; unit < wholeUnits; unit += stride)
-        units.push_back(unit);
-    return units;
-}
-
-// By weights of whole 65536ths; the bodies do not depend on what is chosen.
-template <typename Sample>
-void compareWhole(SampleType type, const Samples<Sample>& a, const Samples<Sample>& b,
-                  unsigned int stride, const std::vector<MixBody*>& bodies) {
-    Samples<Sample> expected(a.size());
-    for (const unsigned int units : someUnits(stride)) {
-        const Mix mix = chooseMix(type, static_cast<double>(units) / wholeUnits);
-        for (std::size_t i = 0; i < a.size(); ++i)
-            expected[i] = static_cast<Sample>(
-                (std::uint64_t{a[i]} * units + std::uint64_t{b[i]} * (wholeUnits - units)) >> 16);
-        for (std::size_t i = 0; i < bodies.size(); ++i)
-            ASSERT_EQ(mixed(mix, bodies[i], a, b, units % 64), expected)
-                << "body " << i << ", " << units << " units, seed " << seed;
-    }
-}
-
-std::vector<MixBody*> withAvx2(std::vector<MixBody*> bodies, MixBody* wide) {
-    if (zrdraw_avx2_available() != 0)
-        bodies.push_back(wide);
-    return bodies;
 }
 
 // Every byte with every byte, and a few more.
@@ -73,21 +41,31 @@ struct AllPairs {
     }
 };
 
-TEST(Mix, BytesByWholeUnits) {
-    const auto [a, b] = AllPairs();
-    compareWhole(SampleType::Byte, a, b, 197,
-                 withAvx2({mixBytes, mixWholeBytes}, mixWholeBytesAvx2));
-}
-
-TEST(Mix, WordsByWholeUnits) {
+// Those in doubles are compared with the rule where whole frames are dissolved.
+TEST(Mix, WholeUnitsInIntegersAsInDoubles) {
+    const bool wide = zrdraw_avx2_available() != 0;
+    const auto [bytesA, bytesB] = AllPairs();
     Random random(seed);
-    Samples<unsigned short> a{0, 65535, 0, 65535, 1}, b{0, 65535, 65535, 0, 65534};
+    Samples<unsigned short> wordsA{0, 65535, 0, 65535, 1}, wordsB{0, 65535, 65535, 0, 65534};
     for (int i = 0; i < 1000; ++i) {
-        a.push_back(static_cast<unsigned short>(random()));
-        b.push_back(static_cast<unsigned short>(random()));
+        wordsA.push_back(static_cast<unsigned short>(random()));
+        wordsB.push_back(static_cast<unsigned short>(random()));
     }
-    compareWhole(SampleType::Word, a, b, 37,
-                 withAvx2({mixWords, mixWholeWords}, mixWholeWordsAvx2));
+    std::vector<unsigned int> someUnits{2, 32767, 32768, 32769, 65534, 65535};
+    for (unsigned int units = 1; units < wholeUnits; units += 197)
+        someUnits.push_back(units);
+    for (const unsigned int units : someUnits) {
+        const auto expectSame = [&](SampleType type, MixBody* plain, MixBody* body, const auto& a,
+                                    const auto& b) {
+            const Mix mix = chooseMix(type, static_cast<double>(units) / wholeUnits);
+            ASSERT_EQ(mixed(mix, body, a, b, units % 64), mixed(mix, plain, a, b))
+                << units << " units, seed " << seed;
+        };
+        for (MixBody* body : {mixWholeBytes, wide ? mixWholeBytesAvx2 : mixWholeBytes})
+            expectSame(SampleType::Byte, mixBytes, body, bytesA, bytesB);
+        for (MixBody* body : {mixWholeWords, wide ? mixWholeWordsAvx2 : mixWholeWords})
+            expectSame(SampleType::Word, mixWords, body, wordsA, wordsB);
+    }
 }
 
 TEST(Mix, BytesByAnyWeightWithinTheScale) {
@@ -99,45 +77,19 @@ TEST(Mix, BytesByAnyWeightWithinTheScale) {
     for (const double scale : {3, 7, 10, 25, 30, 50, 60, 100, 255, 1000})
         for (double position = 1; position < scale; position += 1 + static_cast<int>(scale / 40))
             weights.push_back(position / scale);
+    for (const double nearAnEnd : {1.0 / 131072, 1 - 1.0 / 131072, 1.0 / 3e9, 1 - 1e-12})
+        EXPECT_EQ(chooseMix(SampleType::Byte, nearAnEnd).body, mixBytes) << nearAnEnd;
     for (const double weight : weights) {
         const Mix mix = chooseMix(SampleType::Byte, weight);
-        if (mix.body != mixRoundedBytesAvx2) {
-            EXPECT_EQ(weight * wholeUnits, std::floor(weight * wholeUnits)) << weight;
+        if (weight * wholeUnits == std::floor(weight * wholeUnits))
             continue;
-        }
         const Bytes expected = mixed(mix, mixBytes, a, b);
         ASSERT_EQ(mixed(mix, mixRoundedBytesAvx2, a, b), expected) << weight;
-        Bytes over = a;
-        Bytes second = b;
+        Bytes over = a, second = b;
         mix(over.data(), over.data(), second.data(), a.size(),
             {over.data(), over.data(), second.data()});
         ASSERT_EQ(over, expected) << weight << ", over the first";
     }
-}
-
-TEST(Mix, IsChosenByTypeAndWeight) {
-    const bool wide = zrdraw_avx2_available() != 0;
-    MixBody* const wholeBytes = wide ? mixWholeBytesAvx2 : mixWholeBytes;
-    MixBody* const wholeWords = wide ? mixWholeWordsAvx2 : mixWholeWords;
-    MixBody* const anyBytes = wide ? mixRoundedBytesAvx2 : mixBytes;
-    const struct {
-        std::vector<double> weights;
-        MixBody *bytes, *words;
-    } rows[] = {
-        {{0.0}, copySecond, copySecond},
-        {{1.0}, copyFirst, copyFirst},
-        {{0.25, 1.0 / 65536, 65535.0 / 65536}, wholeBytes, wholeWords},
-        {{1.0 / 3, 1.5 / 65536}, anyBytes, mixWords},
-        // Too near to an end for integers, or off the scale.
-        {{1.0 / 131072, 1.0 - 1.0 / 131072, 1.0 / 3e9, 1.0 - 1e-12}, mixBytes, mixWords},
-        {{-0.5, 1.0 + 1.0 / 65536, 2.0, 0.0 / 0.0, 1.0 / 0.0}, mixBytes, mixWords},
-    };
-    for (const auto& row : rows)
-        for (const double weight : row.weights) {
-            EXPECT_EQ(chooseMix(SampleType::Byte, weight).body, row.bytes) << weight;
-            EXPECT_EQ(chooseMix(SampleType::Word, weight).body, row.words) << weight;
-            EXPECT_EQ(chooseMix(SampleType::Float, weight).body, mixFloats) << weight;
-        }
 }
 
 struct Weights {
@@ -174,21 +126,17 @@ void compare(int shift, int width, int lines, int pitchFirst, int pitchSecond, c
                                 << w.second << ' ' << w.first << ", seed " << seed;
 }
 
-TEST(WeighPlane, EveryWidth) {
-    for (const Weights& weights : weightTable)
+// Planes that overlap go byte by byte.
+TEST(WeighPlane, EveryWidthAndOverlap) {
+    for (const Weights& weights : weightTable) {
         for (int width = 1; width <= 70; ++width)
             compare(2000, width, 3, 77, 70, weights);
-}
-
-TEST(WeighPlane, OverlappingPlanesGoByteByByte) {
-    for (const Weights& weights : weightTable)
         for (int shift = -40; shift <= 40; ++shift)
-            for (const int width : {15, 16, 17, 33, 64}) {
-                compare(shift, width, 1, 64, 64, weights);
-                compare(shift, width, 3, 64, 64, weights);
-                compare(shift, width, 4, -50, -50, weights);
-                compare(shift, width, 4, 64, 61, weights);
-            }
+            for (const int width : {15, 16, 17, 33, 64})
+                for (const auto& [lines, pitchFirst, pitchSecond] :
+                     {std::tuple{1, 64, 64}, {3, 64, 64}, {4, -50, -50}, {4, 64, 61}})
+                    compare(shift, width, lines, pitchFirst, pitchSecond, weights);
+    }
 }
 
 TEST(WeighPlane, WithoutWidthOrLinesDoesNothing) {

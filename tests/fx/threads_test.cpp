@@ -3,16 +3,12 @@
 #include "platform/injection.h"
 #include "zrdraw/wipes.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
+#include <array>
 #include <atomic>
 #include <chrono>
-#include <cstring>
 #include <string>
 #include <thread>
 #include <utility>
-#include <vector>
 
 #include <dlfcn.h>
 
@@ -27,10 +23,6 @@ std::atomic<int> sleeps = 0, sleepsBeforeLastBand = 0;
 template <typename Function>
 Function* platform(const char* name) {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
-}
-
-unsigned int multiThread(const zrfxFXArgs& args, zrfxKernel* kernel) {
-    return callWith(ZRDraw_FXMultiThread, args, 91U, 92U, 93U, 94U, kernel);
 }
 
 // Marks its pixels, of one byte, with the number of its band.
@@ -48,64 +40,12 @@ unsigned int markBand(unsigned char*, unsigned int, unsigned char*, unsigned int
     return 77;
 }
 
-using BandEdges = std::vector<unsigned int>;
-
-BandEdges bandOf(const zrfxFXArgs& args) {
-    return {args.xStart, args.xEnd, args.yStart, args.yEnd};
-}
-
-TEST(Threads, GetTheFourBandsAndAllArguments) {
-    const InjectionGuard guard;
-    std::vector<zrfxFXArgs> records;
-    injection().createThread = [&](void* attributes, unsigned long stack,
-                                   zrOSThreadRoutine* routine, void* argument, unsigned int flags,
-                                   unsigned int* id, const char* name) -> void* {
-        auto& record = *static_cast<zrfxFXArgs*>(argument);
-        EXPECT_EQ(attributes, nullptr);
-        EXPECT_EQ(stack, 0U);
-        EXPECT_EQ(routine, zrfxFXThread);
-        EXPECT_EQ(flags, 0U);
-        EXPECT_EQ(id, &record.threadId);
-        EXPECT_STREQ(name, "dffx");
-        records.push_back(record);
-        routine(argument);
-        return &record;
-    };
-    injection().setThreadPriority = [](void*, int) { return 1; };
-    injection().closeThread = [](void*, const char*) { return 0; };
-    struct Size {
-        unsigned int width, height;
-        std::vector<BandEdges> bands;
-    };
-    const Size sizes[] = {
-        {16, 12, {{0, 8, 0, 6}, {8, 16, 0, 6}, {0, 8, 6, 12}, {8, 16, 6, 12}}},
-        {7, 5, {{0, 3, 0, 2}, {3, 7, 0, 2}, {0, 3, 2, 5}, {3, 7, 2, 5}}},
-        {1, 3, {{0, 0, 0, 1}, {0, 1, 0, 1}, {0, 0, 1, 3}, {0, 1, 1, 3}}},
-        {3, 1, {{0, 1, 0, 0}, {1, 3, 0, 0}, {0, 1, 0, 1}, {1, 3, 0, 1}}},
-        {0, 0, {{0, 0, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 0}}},
-    };
-    for (const Size& s : sizes) {
-        records.clear();
-        Frame a(64), b(64), dst(16 * 12);
-        const zrfxFXArgs args{a.data(), 1, b.data(), 16, dst.data(), 3,  4,  5,  s.width,
-                              s.height, 8, 9,        10, 11,         12, 13, 14, 15};
-        EXPECT_EQ(multiThread(args, markBand), 0U);
-        ASSERT_EQ(records.size(), 4U);
-        for (std::size_t i = 0; i < 4; ++i) {
-            EXPECT_EQ(bandOf(records[i]), s.bands[i]) << s.width << 'x' << s.height << ' ' << i;
-            EXPECT_EQ(records[i].kernel, markBand);
-            EXPECT_EQ(records[i].pending, records[0].pending);
-            EXPECT_EQ(std::memcmp(&records[i], &args, offsetof(zrfxFXArgs, xStart)), 0);
-        }
-    }
-}
-
-// A frame of one byte a pixel, through the library, with all operations noted by the caller's
-// thread. Frames are `size` square, marked by band.
-class ThreadOrder : public ::testing::Test {
+// Transitions through the library, with all operations noted by the caller's thread. Frames are
+// of one byte a pixel, `size` square where nothing else is said, and marked by band.
+class Threads : public ::testing::Test {
 protected:
-    ThreadOrder() {
-        sleeps = sleepsBeforeLastBand = 0;
+    Threads() {
+        sleepsBeforeLastBand = 0;
         injection().increment = [this](int* count) {
             m_log += "increment ";
             return platform<decltype(zrOSInterlockedIncrement)>("zrOSInterlockedIncrement")(count);
@@ -115,13 +55,19 @@ protected:
                                           unsigned int flags, unsigned int* id,
                                           const char* name) -> void* {
             m_log += "create ";
-            void* const handle = m_started == m_refused
-                                     ? nullptr
-                                     : platform<decltype(zrOSCreateThread)>("zrOSCreateThread")(
-                                           attributes, stack, routine, argument, flags, id, name);
-            ++m_started;
-            m_handles.push_back(handle);
-            return handle;
+            auto& record = *static_cast<zrfxFXArgs*>(argument);
+            EXPECT_EQ(attributes, nullptr);
+            EXPECT_EQ(stack + flags, 0U);
+            EXPECT_EQ(routine, zrfxFXThread);
+            EXPECT_EQ(id, &record.threadId);
+            EXPECT_STREQ(name, "dffx");
+            const bool refused = static_cast<int>(m_records.size()) == m_refused;
+            m_records.push_back(record);
+            m_handles.push_back(refused
+                                    ? nullptr
+                                    : platform<decltype(zrOSCreateThread)>("zrOSCreateThread")(
+                                          attributes, stack, routine, argument, flags, id, name));
+            return m_handles.back();
         };
         injection().setThreadPriority = [this](void* thread, int priority) {
             m_log += "priority ";
@@ -144,61 +90,89 @@ protected:
         };
     }
 
-    void run(zrfxKernel* kernel) {
-        const zrfxFXArgs args{nullptr, 0, nullptr, pitch, m_dst.data(), 0, 0, 1, size, size};
-        EXPECT_EQ(multiThread(args, kernel), 0U);
+    void run(const zrfxFXArgs& args) {
+        m_log.clear();
+        m_records.clear();
+        m_handles.clear();
+        m_closed = 0;
+        sleeps = 0;
+        EXPECT_EQ(callWith(ZRDraw_FXMultiThread, args, 91U, 92U, 93U, 94U, markBand), 0U);
     }
-    static Frame marked(int without = -1) {
-        Frame frame(pitch * size);
+    // A square, compared with one without a band; -1 is none.
+    void runSquare(int without) {
+        Frame dst(pitch * size), marked = dst;
+        run({nullptr, 0, nullptr, pitch, dst.data(), 0, 0, 1, size, size});
         for (unsigned int i = 0; i < size * size; ++i) {
             const unsigned int band = (i % size >= size / 2) + 2 * (i / size >= size / 2);
             if (static_cast<int>(band) != without)
-                frame.data()[i / size * pitch + i % size] = static_cast<unsigned char>(band + 1);
+                marked.data()[i / size * pitch + i % size] = static_cast<unsigned char>(band + 1);
         }
-        return frame;
+        EXPECT_EQ(dst, marked) << "without " << without;
     }
 
     const InjectionGuard m_guard;
-    Frame m_dst{pitch * size};
     std::string m_log;
+    std::vector<zrfxFXArgs> m_records;
     std::vector<void*> m_handles;
-    int m_started = 0, m_refused = -1;
+    int m_refused = -1;
     std::size_t m_closed = 0;
     bool m_closesLate = false;
 };
 
-// One of -1 is none: all start.
-TEST_F(ThreadOrder, CountsStartsRaisesAndThenCloses) {
+TEST_F(Threads, GetTheFourBandsAndAllArguments) {
+    using Edges = std::array<unsigned int, 4>;
+    struct Size {
+        unsigned int width, height;
+        Edges bands[4];
+    };
+    const Size sizes[] = {
+        {16, 12, {{0, 8, 0, 6}, {8, 16, 0, 6}, {0, 8, 6, 12}, {8, 16, 6, 12}}},
+        {7, 5, {{0, 3, 0, 2}, {3, 7, 0, 2}, {0, 3, 2, 5}, {3, 7, 2, 5}}},
+        {1, 3, {{0, 0, 0, 1}, {0, 1, 0, 1}, {0, 0, 1, 3}, {0, 1, 1, 3}}},
+        {3, 1, {{0, 1, 0, 0}, {1, 3, 0, 0}, {0, 1, 0, 1}, {1, 3, 0, 1}}},
+        {0, 0, {{0, 0, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 0}}},
+    };
+    for (const Size& s : sizes) {
+        Frame a(64), b(64), dst(16 * 12);
+        const zrfxFXArgs args{a.data(), 1, b.data(), 16, dst.data(), 3,  4,  5,  s.width,
+                              s.height, 8, 9,        10, 11,         12, 13, 14, 15};
+        run(args);
+        ASSERT_EQ(m_records.size(), 4U);
+        for (std::size_t i = 0; i < 4; ++i) {
+            const zrfxFXArgs& record = m_records[i];
+            EXPECT_EQ((Edges{record.xStart, record.xEnd, record.yStart, record.yEnd}), s.bands[i])
+                << s.width << 'x' << s.height << ' ' << i;
+            EXPECT_EQ(record.kernel, markBand);
+            EXPECT_EQ(record.pending, m_records[0].pending);
+            EXPECT_EQ(std::memcmp(&record, &args, offsetof(zrfxFXArgs, xStart)), 0);
+        }
+    }
+}
+
+TEST_F(Threads, CountStartRaiseAndThenClose) {
     for (m_refused = -1; m_refused < 4; ++m_refused) {
-        m_log.clear();
-        m_handles.clear();
-        m_closed = 0;
-        sleeps = m_started = 0;
-        m_dst = Frame(pitch * size);
-        run(markBand);
+        runSquare(m_refused);
         EXPECT_EQ(m_log, "increment create priority increment create priority increment create "
                          "priority increment create priority close close close close ");
         // Closing has waited for the threads, but not for one that does not start.
         EXPECT_EQ(sleeps, m_refused == -1 ? 0 : 50);
-        EXPECT_EQ(m_dst, marked(m_refused)) << "without " << m_refused;
     }
 }
 
-TEST_F(ThreadOrder, LateWorkersAreWaitedFor) {
+TEST_F(Threads, LateOnesAreWaitedFor) {
 #ifdef __SANITIZE_THREAD__
     GTEST_SKIP() << "the count is read by a plain load, which only closed threads order";
 #endif
     m_closesLate = true;
     sleepsBeforeLastBand = 3;
-    run(markBand);
+    runSquare(-1);
     EXPECT_GE(sleeps, 3);
     EXPECT_LE(sleeps, 50);
-    EXPECT_EQ(m_dst, marked());
     for (void* handle : m_handles)
         platform<decltype(zrOSCloseThread)>("zrOSCloseThread")(handle, "dffx");
 }
 
-TEST(Threads, EndWithTheKernelsResult) {
+TEST_F(Threads, EndWithTheKernelsResult) {
     int pending = 5;
     Frame dst(16);
     zrfxFXArgs args{nullptr, 0, nullptr, 4, dst.data(), 0, 0, 1, 4, 4};
@@ -209,7 +183,7 @@ TEST(Threads, EndWithTheKernelsResult) {
     EXPECT_EQ(pending, 4);
 }
 
-TEST(Threads, AThousandTransitionsAtOnce) {
+TEST(Transitions, AThousandAtOnce) {
     constexpr unsigned int codes[] = {zrWipeDissolve,  zrWipeHorizontal,  zrWipeVertical,
                                       zrWipeTopLeft,   zrWipeFourCorners, zrWipeBarnDoorHorizontal,
                                       zrWipeRectangle, zrSlideLeft};
@@ -290,22 +264,17 @@ protected:
     Frame m_a{pitch * height, m_random}, m_b{pitch * height, m_random};
 };
 
-TEST_F(Selection, NamedRowsShowPicturesThatAllDifferAndOthersOneOfThese) {
-    std::vector<std::pair<std::string, Frame>> named{{"nothing", Frame(pitch * height)}};
-    for (const bool wantsName : {true, false})
-        for (const zrWipe& row : zrWipes) {
-            if ((row.name != nullptr) != wantsName)
-                continue;
-            EXPECT_EQ(row.help != nullptr, wantsName) << row.first;
-            const Frame picture = draw(nullptr, row.last);
-            const auto known = std::find_if(named.begin(), named.end(), [&](const auto& other) {
-                return other.second == picture;
-            });
-            EXPECT_EQ(known == named.end(), wantsName) << row.first << " shows " << known->first;
-            if (wantsName)
-                named.emplace_back(row.name, picture);
-        }
-    EXPECT_EQ(named.size(), 21U) << "fifteen wipes, four slides, the dissolve";
+TEST_F(Selection, NamedRowsShowPicturesThatAllDiffer) {
+    std::vector<Frame> shown{Frame(pitch * height)};
+    for (const zrWipe& row : zrWipes) {
+        EXPECT_EQ(row.help != nullptr, row.name != nullptr) << row.first;
+        if (row.name == nullptr)
+            continue;
+        const Frame picture = draw(nullptr, row.last);
+        EXPECT_EQ(std::count(shown.begin(), shown.end(), picture), 0) << row.name;
+        shown.push_back(picture);
+    }
+    EXPECT_EQ(shown.size(), 21U) << "nothing, fifteen wipes, four slides, the dissolve";
 }
 
 TEST_F(Selection, EveryCodeHasItsKernel) {

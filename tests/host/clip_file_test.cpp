@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <tuple>
 
 #include <unistd.h>
 
@@ -138,15 +139,12 @@ TEST_F(ClipFile, TellsSizeAndRate) {
     record.header.biCompression = 99;
     const auto info = entry<cfGetFileInfoFunction>("cfGetFileInfo");
     EXPECT_EQ(info(&clip, 1, 0, &record, nullptr, nullptr), 0);
-    EXPECT_EQ(record.header.biSize, sizeof record);
-    EXPECT_EQ(record.header.biWidth, 6);
-    EXPECT_EQ(record.header.biHeight, 4);
-    EXPECT_EQ(record.header.biPlanes, 1);
-    EXPECT_EQ(record.header.biBitCount, 32);
-    EXPECT_EQ(record.header.biCompression, 0U);
-    EXPECT_EQ(record.header.biSizeImage, 96U);
-    EXPECT_EQ(record.rate, 30000U);
-    EXPECT_EQ(record.scale, 1001U);
+    const tagBITMAPINFO& header = record.header;
+    EXPECT_EQ(header.biSize, sizeof record);
+    EXPECT_EQ(std::tuple(header.biWidth, header.biHeight, header.biPlanes, header.biBitCount),
+              std::tuple(6, 4, 1, 32));
+    EXPECT_EQ(std::tuple(header.biCompression, header.biSizeImage), std::tuple(0U, 96U));
+    EXPECT_EQ(std::tuple(record.rate, record.scale), std::tuple(30000U, 1001U));
     EXPECT_EQ(close(clip), 0);
 }
 

@@ -1,16 +1,97 @@
 // The configuration store: what it keeps, answers and reports, alone and between processes and
 // threads that use one file at once.
-#include "config_store_fixture.h"
+#include "support/temp_file.h"
+#include "zrdraw/platform/config_store.h"
+#include "zrdraw/zrhost.h"
 
 #include <climits>
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <mutex>
+#include <string>
 #include <thread>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
 
 namespace {
 
-class ConfigStore : public StoreFixture {};
+constexpr const char* keyPath = "KPX\\Advanced\\Overlay";
+
+std::mutex logMutex;
+std::vector<std::string> logged;
+
+std::vector<std::string> takeLog() {
+    const std::lock_guard guard(logMutex);
+    return std::exchange(logged, {});
+}
+
+int put(const std::string& name, std::string text, const char* path = keyPath) {
+    auto length = static_cast<unsigned int>(text.size() + 1);
+    return zrCFGValueString(zrCFGDefaultStore, path, name.c_str(), text.data(), &length, 1);
+}
+
+int save() {
+    return zrCFGSave(zrCFGDefaultStore, 0, 0);
+}
+
+std::string get(const std::string& name, const char* path = keyPath) {
+    char buffer[64] = {};
+    unsigned int length = sizeof buffer;
+    const int result = zrCFGValueString(zrCFGDefaultStore, path, name.c_str(), buffer, &length, 0);
+    return result == 0 ? buffer : "(none)";
+}
+
+int use(const std::string& file) {
+    return zrCFGUseStore(file.c_str(), nullptr, 0);
+}
+
+// Runs work in a process of its own, which ends with it.
+pid_t inChild(const std::function<bool()>& work) {
+    const pid_t child = fork();
+    if (child == 0)
+        _exit(work() ? 0 : 1);
+    return child;
+}
+
+int statusOf(pid_t child) {
+    int status = -1;
+    waitpid(child, &status, 0);
+    return status;
+}
+
+// A file in a folder of the test's own, and what is logged.
+class ConfigStore : public testing::Test {
+protected:
+    ConfigStore() {
+        std::string name = (fs::temp_directory_path() / "config_store_test.XXXXXX").string();
+        folder = mkdtemp(name.data());
+        file = folder + "/new/settings.db";
+        zrOSSetLogSink([](const char* message) {
+            const std::lock_guard guard(logMutex);
+            logged.emplace_back(message);
+        });
+        EXPECT_EQ(0, use(file));
+    }
+
+    ~ConfigStore() override {
+        EXPECT_EQ(std::vector<std::string>{}, takeLog());
+        zrOSSetLogSink(nullptr);
+        use(folder + "/none");
+        fs::remove_all(folder);
+    }
+
+    std::string folder, file;
+};
 
 TEST_F(ConfigStore, KeepsWhatWasSavedAndDropsTheRest) {
     const std::vector<std::pair<std::string, std::string>> texts = {
@@ -168,18 +249,14 @@ TEST_F(ConfigStore, ReportsAFileThatCannotBeWrittenAndKeepsTheTexts) {
 }
 
 TEST(Itoa, WritesSignsInBaseTenOnly) {
-    const struct {
-        int value, base;
-        const char* text;
-    } cases[] = {
+    const std::tuple<int, int, const char*> cases[] = {
         {0, 10, "0"},
         {INT_MIN, 10, "-2147483648"},
         {INT_MAX, 36, "zik0zj"},
         {-1, 16, "ffffffff"},
         {INT_MIN, 2, "10000000000000000000000000000000"},
         {5, 1, ""},
-        {5, 37, ""},
-    };
+        {5, 37, ""}};
     for (const auto& [value, base, text] : cases) {
         char buffer[33] = "#";
         EXPECT_EQ(+buffer, itoa(value, buffer, base));
@@ -187,9 +264,7 @@ TEST(Itoa, WritesSignsInBaseTenOnly) {
     }
 }
 
-class SharedConfigStore : public StoreFixture {};
-
-TEST_F(SharedConfigStore, LosesNothingWhenProcessesAndThreadsSaveAtOnce) {
+TEST_F(ConfigStore, LosesNothingWhenProcessesAndThreadsSaveAtOnce) {
     constexpr int writers = 3;
     constexpr int rounds = 40;
     const auto work = [](const std::string& name) {
@@ -219,7 +294,7 @@ TEST_F(SharedConfigStore, LosesNothingWhenProcessesAndThreadsSaveAtOnce) {
     EXPECT_FALSE(fs::exists(file + "-wal")) << "after the last close";
 }
 
-TEST_F(SharedConfigStore, HoldsWhatWasConfirmedBeforeAKill) {
+TEST_F(ConfigStore, HoldsWhatWasConfirmedBeforeAKill) {
     for (int round = 0; round < 8; ++round) {
         int ends[2] = {};
         ASSERT_EQ(0, pipe(ends));
@@ -247,7 +322,7 @@ TEST_F(SharedConfigStore, HoldsWhatWasConfirmedBeforeAKill) {
     }
 }
 
-TEST_F(SharedConfigStore, RemovesNoLogOfAStoreInThePlaceOfItsOwn) {
+TEST_F(ConfigStore, RemovesNoLogOfAStoreInThePlaceOfItsOwn) {
     const std::string aside = file + ".aside", log = file + "-wal";
     int ends[2] = {};
     ASSERT_EQ(0, pipe(ends));
@@ -272,7 +347,7 @@ TEST_F(SharedConfigStore, RemovesNoLogOfAStoreInThePlaceOfItsOwn) {
     EXPECT_EQ("new", (use(file), get("A")));
 }
 
-TEST_F(SharedConfigStore, IsSetAsideOnceByProcessesThatFindTheDamageTogether) {
+TEST_F(ConfigStore, IsSetAsideOnceByProcessesThatFindTheDamageTogether) {
     fs::create_directory(folder + "/new");
     writeFile(file, std::string(5000, 'x'));
     std::vector<pid_t> children;

@@ -13,7 +13,6 @@
 #include <vector>
 
 #include <dlfcn.h>
-#include <errno.h>
 #include <link.h>
 #include <malloc.h>
 #include <sys/syscall.h>

@@ -20,10 +20,7 @@ unsigned int codeOf(const char (&characters)[5]) {
 }
 
 TEST(Names, CodecsByTheirCharactersAreConstant) {
-    const struct {
-        unsigned int code;
-        const char* name;
-    } rows[] = {
+    const std::pair<unsigned int, const char*> rows[] = {
         {0, "BGRA"},
         {codeOf("yuv2"), "UYVY"},
         {codeOf("v210"), "v210"},
@@ -32,12 +29,12 @@ TEST(Names, CodecsByTheirCharactersAreConstant) {
         {codeOf("GRBc"), "Bayer"},
         {codeOf("HEVC"), "HEVC"},
         {codeOf("yuv "), "yuv "},
-        {codeOf("uv2 "), "uv2 "}, // no code of two neighbours in a row
+        {codeOf("uv2 "), "uv2 "},
         {0x12345678, "Video"},
         {3, "Video"},
     };
-    for (const auto& row : rows)
-        EXPECT_STREQ(kpxutilCodecTypeString(row.code), row.name) << row.code;
+    for (const auto& [code, name] : rows) // "uv2 ": no code of two neighbours in a row
+        EXPECT_STREQ(kpxutilCodecTypeString(code), name) << code;
     const char* const first = kpxutilCodecTypeString(codeOf("ab01"));
     for (char c = 'a'; c <= 'z'; ++c)
         kpxutilCodecTypeString(codeOf({c, c, c, c, 0}));
@@ -46,32 +43,28 @@ TEST(Names, CodecsByTheirCharactersAreConstant) {
 }
 
 TEST(Names, FileTypesByTheirNumbers) {
-    const struct {
-        unsigned int type;
-        const char* name;
-        std::vector<const char*> demuxers;
-    } rows[] = {
-        {0, "File", {"what", "", "mov", "_pip"}},
-        {1, "MOV", {"mov,mp4,m4a,3gp,3g2,mj2"}},
-        {2, "MKV", {"matroska,webm"}},
-        {3, "AVI", {"avi"}},
-        {4, "MXF", {"mxf", "mxf_opatom"}},
-        {5, "TS", {"mpegts"}},
-        {6, "PS", {"mpeg"}},
-        {7, "DV", {"dv"}},
-        {8, "GXF", {"gxf"}},
-        {9, "NUT", {"nut"}},
-        {10, "Y4M", {"yuv4mpegpipe"}},
-        {11, "RAW", {"rawvideo"}},
-        {12, "GIF", {"gif"}},
-        {13, "Image", {"image2", "image2pipe", "png_pipe"}},
+    const std::pair<const char*, const char*> rows[] = {
+        {"File", "what"},         {"MOV", "mov,mp4,m4a,3gp,3g2,mj2"},
+        {"MKV", "matroska,webm"}, {"AVI", "avi"},
+        {"MXF", "mxf"},           {"TS", "mpegts"},
+        {"PS", "mpeg"},           {"DV", "dv"},
+        {"GXF", "gxf"},           {"NUT", "nut"},
+        {"Y4M", "yuv4mpegpipe"},  {"RAW", "rawvideo"},
+        {"GIF", "gif"},           {"Image", "image2"},
     };
-    for (const auto& row : rows) {
-        EXPECT_STREQ(kpxutilFileTypeString(row.type), row.name);
-        for (const char* demuxer : row.demuxers)
-            EXPECT_EQ(zrFileTypeOf(demuxer), row.type) << demuxer;
+    unsigned int type = 0;
+    for (const auto& [name, demuxer] : rows) {
+        EXPECT_STREQ(kpxutilFileTypeString(type), name);
+        EXPECT_EQ(zrFileTypeOf(demuxer), type++) << demuxer;
     }
-    EXPECT_STREQ(kpxutilFileTypeString(14), "File");
+    EXPECT_STREQ(kpxutilFileTypeString(type), "File");
+    for (const auto& [demuxer, number] : {std::pair{"", 0U},
+                                          {"mov", 0},
+                                          {"_pip", 0},
+                                          {"mxf_opatom", 4},
+                                          {"image2pipe", 13},
+                                          {"png_pipe", 13}})
+        EXPECT_EQ(zrFileTypeOf(demuxer), number) << demuxer;
 }
 
 TEST(Frames, AreMadeAndFreed) {
@@ -145,44 +138,37 @@ TEST(TimeCode, AllDayByTheFrameAndBack) {
 TEST(TimeCode, TypesOfRates) {
     const struct {
         int numerator, denominator;
-        unsigned int usual, drop, nonDrop;
+        unsigned int drop, nonDrop;
     } rows[] = {
-        {24000, 1001, zrTimeCode24, 0, zrTimeCode24},
-        {25, 1, zrTimeCode25, 0, zrTimeCode25},
-        {30000, 1001, zrTimeCode30Drop, zrTimeCode30Drop, zrTimeCode30},
-        {2997, 100, zrTimeCode30Drop, zrTimeCode30Drop, zrTimeCode30},
-        {30, 1, zrTimeCode30, 0, zrTimeCode30},
-        {48000, 1001, zrTimeCode48, 0, zrTimeCode48},
-        {50, 1, zrTimeCode50, 0, zrTimeCode50},
-        {60000, 1001, zrTimeCode60Drop, zrTimeCode60Drop, zrTimeCode60},
-        {60, 1, zrTimeCode60, 0, zrTimeCode60},
-        {12, 1, 0, 0, 0},
+        {24000, 1001, 0, zrTimeCode24},
+        {25, 1, 0, zrTimeCode25},
+        {30000, 1001, zrTimeCode30Drop, zrTimeCode30},
+        {2997, 100, zrTimeCode30Drop, zrTimeCode30},
+        {30, 1, 0, zrTimeCode30},
+        {48000, 1001, 0, zrTimeCode48},
+        {50, 1, 0, zrTimeCode50},
+        {60000, 1001, zrTimeCode60Drop, zrTimeCode60},
+        {60, 1, 0, zrTimeCode60},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.numerator);
-        EXPECT_EQ(zrTimeCodeType(row.numerator, row.denominator, -1), row.usual);
+        const unsigned int usual = row.drop != 0 ? row.drop : row.nonDrop;
+        EXPECT_EQ(zrTimeCodeType(row.numerator, row.denominator, -1), usual);
         EXPECT_EQ(zrTimeCodeType(row.numerator, row.denominator, 1), row.drop);
         EXPECT_EQ(zrTimeCodeType(row.numerator, row.denominator, 0), row.nonDrop);
-        if (row.usual != 0) {
-            EXPECT_EQ(vidGetTCType(static_cast<double>(row.numerator) / row.denominator),
-                      row.usual);
-        }
+        EXPECT_EQ(vidGetTCType(static_cast<double>(row.numerator) / row.denominator), usual);
     }
-    const struct {
-        double rate;
-        unsigned int type;
-    } odd[] = {
-        {23.98, zrTimeCode24},    {24.9, zrTimeCode25},     {29.9, zrTimeCode30Drop},
-        {30.1, zrTimeCode30},     {59.7, zrTimeCode60Drop}, {119.4, zrTimeCode120},
-        {0.0, zrTimeCode30},      {-25.0, zrTimeCode30},    {std::nan(""), zrTimeCode30},
-        {HUGE_VAL, zrTimeCode30},
+    const std::pair<double, unsigned int> odd[] = {
+        {23.98, zrTimeCode24},        {24.9, zrTimeCode25},     {29.9, zrTimeCode30Drop},
+        {30.1, zrTimeCode30},         {59.7, zrTimeCode60Drop}, {119.4, zrTimeCode120},
+        {0.0, zrTimeCode30},          {-25.0, zrTimeCode30},    {12.0, zrTimeCode30},
+        {std::nan(""), zrTimeCode30}, {HUGE_VAL, zrTimeCode30},
     };
-    for (const auto& row : odd)
-        EXPECT_EQ(vidGetTCType(row.rate), row.type) << row.rate;
+    for (const auto& [rate, type] : odd)
+        EXPECT_EQ(vidGetTCType(rate), type) << rate;
+    EXPECT_EQ(zrTimeCodeType(12, 1, -1), 0U);
     EXPECT_EQ(zrTimeCodeType(25, 0, -1), 0U);
-    EXPECT_EQ(vidGetTCType(12.0), unsigned{zrTimeCode30})
-        << "the one of an object without a stream";
-    EXPECT_EQ(unsigned{zrTimeCode30}, 4U);
+    EXPECT_EQ(unsigned{zrTimeCode30}, 4U) << "the one of an object without a stream";
     EXPECT_EQ(textOf(31, 99), textOf(31, zrTimeCode30)) << "an unknown type";
     EXPECT_EQ(zrTimeCodeIsDrop(zrTimeCode60Drop), 1);
     EXPECT_EQ(zrTimeCodeIsDrop(zrTimeCode60), 0);

@@ -1,8 +1,5 @@
 // The watermark and the audio meters as they lie over a frame, pixel by pixel.
-#include "overlay/overlay_fixture.h"
 #include "overlay/watermark_fixture.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -194,22 +191,17 @@ TEST_F(OverlayMeters, LevelsAndPeaks) {
     }
 }
 
-TEST_F(OverlayMeters, TheUnusedHalfOfTheLastWordIsLeftAlone) {
-    createMeters(1);
-    unsigned int words[1] = {0xFFFF0000};
-    Picture found(frameWidth, frameHeight);
-    burnIn(found, words, words);
-    EXPECT_EQ(found.difference(panel(1, true)), "");
-    EXPECT_EQ(overlay.levelHistory[1][0], 0U);
-}
-
-TEST_F(OverlayMeters, NoChannelsBecomeEight) {
-    createMeters(0);
-    overlay.FillBackground = 0;
-    Picture found(frameWidth, frameHeight);
-    burnIn(found);
-    EXPECT_EQ(found.difference(panel(8, false)), "");
-    EXPECT_EQ(overlay.AudioChannels, 8U);
+TEST_F(OverlayMeters, NoChannelsBecomeEightAndHalfAWordIsLeftAlone) {
+    unsigned int words[4] = {0xFFFF0000};
+    for (const bool none : {true, false}) {
+        createMeters(none ? 0 : 1);
+        overlay.FillBackground = none ? 0 : 1;
+        Picture found(frameWidth, frameHeight);
+        burnIn(found, none ? nullptr : words, none ? nullptr : words);
+        EXPECT_EQ(found.difference(panel(none ? 8 : 1, !none)), "");
+        EXPECT_EQ(overlay.AudioChannels, none ? 8U : 1U);
+        EXPECT_EQ(overlay.levelHistory[1][0], 0U);
+    }
 }
 
 TEST_F(OverlayMeters, HistoryMovesBytesNotWords) {

@@ -4,7 +4,7 @@
 
 #include "platform/injection.h"
 #include "zrdraw/formats.h"
-#include "zrdraw/zroverlay.h"
+#include "zrdraw/overlay_settings.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,6 @@
 #include <cstring>
 #include <map>
 #include <sstream>
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -66,47 +65,12 @@ private:
 
 using Overlay = CZrOverlay;
 
-struct NumberSetting {
-    const char* key;
-    unsigned int Overlay::*number;
-    unsigned int initial;
-};
-
-// All numbers outside the slots, in the order in which they are loaded.
-inline constexpr NumberSetting numberSettings[] = {
-    {"Enabled", &Overlay::Enabled, 0},
-    {"FillBackground", &Overlay::FillBackground, 1},
-    {"AudioEnable", &Overlay::AudioEnable, 0},
-    {"AudioX", &Overlay::AudioX, 20},
-    {"AudioY", &Overlay::AudioY, 100},
-    {"AudioChannels", &Overlay::AudioChannels, 2},
-    {"VChipEnable", &Overlay::VChipEnable, 0},
-    {"CaptionsEnable", &Overlay::CaptionsEnable, 0},
-    {"CaptionSource", &Overlay::CaptionSource, 0},
-    {"TimeCodeLTCEnable", &Overlay::TimeCodeLTCEnable, 0},
-    {"TimeCodeLUBEnable", &Overlay::TimeCodeLUBEnable, 0},
-    {"TimeCodeVITCEnable", &Overlay::TimeCodeVITCEnable, 0},
-    {"TimeCodeVUBEnable", &Overlay::TimeCodeVUBEnable, 0},
-    {"TimeCodeVsyncEnable", &Overlay::TimeCodeVsyncEnable, 0},
-    {"TimeCodeLTCFrameEnable", &Overlay::TimeCodeLTCFrameEnable, 0},
-    {"TimeCodeVITCFrameEnable", &Overlay::TimeCodeVITCFrameEnable, 0},
-    {"TimeCodeX", &Overlay::TimeCodeX, 20},
-    {"TimeCodeY", &Overlay::TimeCodeY, 300},
-    {"TimeCodeSize", &Overlay::TimeCodeSize, 2},
-    {"WatermarkEnable", &Overlay::WatermarkEnable, 0},
-    {"WatermarkX", &Overlay::WatermarkX, 400},
-    {"WatermarkY", &Overlay::WatermarkY, 400},
-    {"WatermarkOpacity", &Overlay::WatermarkOpacity, 50},
-    {"SourceFormatEnable", &Overlay::SourceFormatEnable, 0},
-    {"SourceFormatX", &Overlay::SourceFormatX, 20},
-    {"SourceFormatY", &Overlay::SourceFormatY, 600},
-};
-
 // Every number by its key, those of the slots last.
 inline std::vector<std::pair<std::string, unsigned int*>> numbersOf(Overlay& overlay) {
     std::vector<std::pair<std::string, unsigned int*>> numbers;
-    for (const NumberSetting& setting : numberSettings)
-        numbers.emplace_back(setting.key, &(overlay.*setting.number));
+    for (const zrOverlaySetting& setting : zrOverlaySettings)
+        if (setting.number != nullptr)
+            numbers.emplace_back(setting.key, &(overlay.*setting.number));
     for (int slot = 0; slot < 10; ++slot) {
         const std::string digit = std::to_string(slot);
         numbers.emplace_back("CustomTextEnabled" + digit, &overlay.CustomTextEnabled[slot]);
@@ -114,12 +78,6 @@ inline std::vector<std::pair<std::string, unsigned int*>> numbersOf(Overlay& ove
         numbers.emplace_back("CustomTextY" + digit, &overlay.CustomTextY[slot]);
     }
     return numbers;
-}
-
-// Sets each number to `first` and up, so that none is like another.
-inline void numberAll(Overlay& overlay, unsigned int first) {
-    for (const auto& [key, number] : numbersOf(overlay))
-        *number = first++;
 }
 
 // The numbers that differ, with what they are now.
@@ -191,10 +149,11 @@ protected:
         EXPECT_EQ(overlay.BurnIn(&frame, levels, peaks, adjust), 0);
     }
 
-    // Numbers that are all different, and `before` to compare with later.
+    // `first` and up, so that no number is like another, and `before` to compare with later.
     void numberBoth(unsigned int first) {
-        numberAll(overlay, first);
-        numberAll(before, first);
+        const auto same = numbersOf(before);
+        for (std::size_t i = 0; const auto& [key, number] : numbersOf(overlay))
+            *number = *same[i++].second = first++;
     }
 
     InjectionGuard guard;

@@ -1,9 +1,7 @@
 // The pass over a frame: layers, their places and order, and the drawing object's life.
 #include "overlay/overlay_fixture.h"
-#include "zrdraw/formats.h"
 
 #include <array>
-#include <functional>
 #include <new>
 
 namespace {
@@ -12,9 +10,7 @@ long heapAllocations = 0;
 
 constexpr int width = 640, height = 100;
 constexpr unsigned int yuv2 = zrWatermarkYuv2, v210 = zrWatermarkV210;
-static_assert(zrScanInterlaced == 0x100 && zrScanSegmented == 0x200, "the host's bits");
-constexpr unsigned int interlaced = zrScanInterlaced, segmented = zrScanSegmented,
-                       bothScans = interlaced | segmented;
+constexpr unsigned int interlaced = 0x100, segmented = 0x200, bothScans = 0x300;
 
 struct Text {
     std::string text;
@@ -142,19 +138,20 @@ TEST_F(OverlayPass, OnlyAFilledBackgroundSetsTheBackColor) {
         burnIn(picture);
         EXPECT_EQ(overlay.draw->backColor, fill == 1 ? clear : 0x12345678U);
     }
-    const auto& ink = overlay.draw->textColor0;
-    const auto& cell = overlay.draw->textColor1;
-    EXPECT_EQ((std::array{ink.r, ink.g, ink.b, ink.a}), (std::array{0.9, 0.9, 0.9, 1.0}));
-    EXPECT_EQ((std::array{cell.r, cell.g, cell.b, cell.a}), (std::array{0.0, 0.0, 0.0, 0.0}));
+    const auto componentsOf = [](const auto& c) { return std::array{c.r, c.g, c.b, c.a}; };
+    EXPECT_EQ(componentsOf(overlay.draw->textColor0), (std::array{0.9, 0.9, 0.9, 1.0}));
+    EXPECT_EQ(componentsOf(overlay.draw->textColor1), (std::array{0.0, 0.0, 0.0, 0.0}));
 }
 
 TEST_F(OverlayPass, RateOfTheSourceLine) {
     struct Case {
         unsigned int rate, scale;
-        const char* text;
+        std::string text;
     };
-    for (const Case& c : {Case{30000, 1001, "29.97"}, Case{24000, 1001, "23.98"},
-                          Case{4294967295, 1, "4294967296.00"}, Case{1, 8, "0.12"}}) {
+    for (const Case& c : {Case{30000, 1001, "29.97"},
+                          {24000, 1001, "23.98"},
+                          {4294967295, 1, "4294967296.00"},
+                          {1, 8, "0.12"}}) {
         createWithPlaces();
         video.rate = c.rate;
         video.scale = c.scale;
@@ -163,8 +160,8 @@ TEST_F(OverlayPass, RateOfTheSourceLine) {
         EXPECT_EQ(frameRate, static_cast<double>(c.rate) / c.scale);
         Picture picture(width, height);
         burnIn(picture);
-        const std::string line = std::string(c.text) + " MXF BGRA 640x100 p";
-        EXPECT_EQ(picture.difference(pictureOf({{line, 4, 41, 3}}, false)), "");
+        EXPECT_EQ(
+            picture.difference(pictureOf({{c.text + " MXF BGRA 640x100 p", 4, 41, 3}}, false)), "");
     }
 }
 
@@ -206,24 +203,26 @@ TEST_F(OverlayPass, EachLayerLiesOverTheOnesBefore) {
 }
 
 TEST_F(OverlayPass, EvenLinesAreStoredForGood) {
+    std::string evened = "AudioY=50 TimeCodeY=50 TimeCodeSize=50 SourceFormatY=50 ";
+    for (int slot = 0; slot < 10; ++slot)
+        evened += "CustomTextY" + std::to_string(slot) + "=50 ";
     struct Case {
         unsigned int flags, enabled;
-        bool even;
+        std::string changed;
     };
-    for (const Case& c : {Case{interlaced, 1, true}, Case{bothScans, 1, true},
-                          Case{segmented, 1, false}, Case{interlaced, 0, false}}) {
+    for (const Case& c : {Case{interlaced, 1, evened},
+                          {bothScans, 1, evened},
+                          {segmented, 1, ""},
+                          {interlaced, 0, ""}}) {
         createWithPlaces(c.flags);
-        for (const auto& [key, number] : numbersOf(overlay))
-            *number = key.find("Enable") == std::string::npos ? 51 : 0;
-        overlay.Enabled = c.enabled;
+        for (Overlay* each : {&overlay, &before}) {
+            for (const auto& [key, number] : numbersOf(*each))
+                *number = key.find("Enable") == std::string::npos ? 51 : 0;
+            each->Enabled = c.enabled;
+        }
         Picture picture(width, height);
         burnIn(picture);
-        for (const auto& [key, number] : numbersOf(overlay)) {
-            const bool line = key == "SourceFormatY" || key == "AudioY" || key == "TimeCodeY" ||
-                              key == "TimeCodeSize" || key.starts_with("CustomTextY");
-            if (key.find("Enable") == std::string::npos)
-                EXPECT_EQ(*number, line && c.even ? 50 : 51) << key << std::hex << c.flags;
-        }
+        EXPECT_EQ(changes(before, overlay), c.changed) << std::hex << c.flags;
     }
 }
 

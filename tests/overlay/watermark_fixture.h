@@ -5,18 +5,14 @@
 
 #include <list>
 
-inline constexpr unsigned int bgra = zrWatermarkBgra, yuv2 = zrWatermarkYuv2,
-                              v210 = zrWatermarkV210;
-static_assert(bgra == 0 && yuv2 == 0x32767579 && v210 == 0x76323130, "the codes are the host's");
-inline constexpr unsigned int uyvy = 0x59565955; // the same pixels as yuv2, but no watermark
+// The host's codes. The last one has the pixels of yuv2, but no watermark.
+inline constexpr unsigned int bgra = 0, yuv2 = 0x32767579, v210 = 0x76323130, uyvy = 0x59565955;
 
 // What the reader of media files finds, and the calls that reach it.
 struct Clip {
     int width = 0, height = 0;
     std::vector<unsigned char> pixels;
-    bool opens = true, hasMemory = true;
-    std::string lacks; // the entry that its reader does not have
-    int claims = 1;    // times the size, each way, that it tells
+    std::string lacks; // an entry of its reader or something else
     std::vector<std::string> calls;
     DFRAME frame{};
 };
@@ -31,13 +27,14 @@ inline void* openClip(const char* path, unsigned int access, unsigned int share,
                       unsigned int disposition, unsigned int attributes, unsigned int flags) {
     note(std::string("open ") + path, access, share, security == nullptr, disposition, attributes,
          flags);
-    return clip.opens ? &clip : nullptr;
+    return clip.lacks == "file" ? nullptr : &clip;
 }
 
 inline int getInfo(void** handle, int kind, int index, KPXVIDEO* record, void* a, void* b) {
     note("info", *handle == &clip, kind, index, record->header.biSize, a == b);
-    record->header.biWidth = clip.width * clip.claims;
-    record->header.biHeight = clip.height * clip.claims;
+    const int times = clip.lacks == "a size of 32 bits" ? 20000 : 1;
+    record->header.biWidth = clip.width * times;
+    record->header.biHeight = clip.height * times;
     return 0;
 }
 
@@ -72,7 +69,7 @@ protected:
         Injection& host = injection();
         host.loadLibrary = [this](const char* name, int mode) {
             note(std::string("load ") + name, mode);
-            return static_cast<void*>(&library);
+            return clip.lacks == "library" ? nullptr : static_cast<void*>(&library);
         };
         host.procAddress = [this](void* from, const char* name) {
             EXPECT_EQ(from, &library);
@@ -82,16 +79,18 @@ protected:
             note("unload", freed == &library);
             return 1;
         };
-        host.alloc = [this](unsigned int bytes) {
+        host.alloc = [this](unsigned int bytes) -> void* {
             note("alloc", bytes);
-            return static_cast<void*>(memory.emplace_back(bytes, '\x5A').data());
+            if (clip.lacks == "an allocator that does not throw")
+                throw 1;
+            return clip.lacks == "memory" ? nullptr : memory.emplace_back(bytes, '\x5A').data();
         };
         host.frameMemory = [this](int operation, unsigned int bytes, unsigned int record,
                                   DFRAME** made, const char* tag, int line) {
             note(std::string("frame ") + tag, operation, bytes, record, line);
             clip.frame.videoData = memory.emplace_back(bytes).data();
             *made = operation == 10 ? &clip.frame : nullptr;
-            return clip.hasMemory ? 0 : -1;
+            return clip.lacks == "memory of a frame" ? -1 : 0;
         };
     }
 

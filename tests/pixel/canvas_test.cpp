@@ -3,7 +3,7 @@
 #include "support/test_canvas.h"
 #include "zrdraw/formats.h"
 
-#include <gtest/gtest.h>
+#include <climits>
 
 #include <array>
 
@@ -15,19 +15,9 @@ TEST(Canvas, AddressesAndTheEdgeRule) {
     struct Case {
         int x, y, column, line; // a column of -1 for a refusal
     };
-    const Case cases[] = {{0, 0, 0, 0},
-                          {4, 2, 4, 2},
-                          {5, 0, 4, 0},
-                          {0, 3, 0, 2},
-                          {5, 3, 4, 2},
-                          {6, 0, -1, 0},
-                          {0, 4, -1, 0},
-                          {-1, 0, -1, 0},
-                          {0, -1, -1, 0},
-                          {5, 4, -1, 0},
-                          {6, 3, -1, 0},
-                          {2147483647, 0, -1, 0},
-                          {-2147483647, 2147483647, -1, 0}};
+    const Case cases[] = {{0, 0, 0, 0},   {4, 2, 4, 2},  {5, 0, 4, 0},  {0, 3, 0, 2},
+                          {5, 3, 4, 2},   {6, 0, -1, 0}, {0, 4, -1, 0}, {-1, 0, -1, 0},
+                          {0, -1, -1, 0}, {5, 4, -1, 0}, {6, 3, -1, 0}};
     for (const unsigned int code : {1U, 5U}) {
         TestCanvas canvas(code, 5, 3);
         const int pixelBytes = code == 1 ? 4 : 3;
@@ -39,32 +29,29 @@ TEST(Canvas, AddressesAndTheEdgeRule) {
                 EXPECT_EQ(canvas->GetPixel(c.x, c.y), legal ? canvas.frame() + offset : nullptr);
             EXPECT_EQ(canvas->PutPixel(c.x, c.y, true), legal ? 0 : -1);
         }
+        EXPECT_EQ(canvas->PutPixel(INT_MAX, 0, true) + canvas->PutPixel(INT_MIN, INT_MAX, true),
+                  -2);
         EXPECT_TRUE(canvas.guardsIntact());
         EXPECT_EQ(canvas.art(), "#...#\n.....\n#...#\n");
     }
-}
-
-TEST(Canvas, LinesOf32BitLayoutsStartAtAMultipleOfFour) {
     TestCanvas canvas(1, 2, 3);
     canvas->pitch = 10;
-    EXPECT_EQ(canvas->GetPixel(0, 1), canvas.frame() + 8);
+    EXPECT_EQ(canvas->GetPixel(0, 1), canvas.frame() + 8) << "lines of words start at one";
     EXPECT_EQ(canvas->GetPixel(1, 2), canvas.frame() + 24);
 }
 
 TEST(Canvas, NoCanvasRefusesEverything) {
     char frame[16];
     ZRDraw* draw = nullptr;
-    double r = 7, g = 7, b = 7, a = 7;
     for (const auto& [memory, width, height] :
          {std::tuple{static_cast<char*>(nullptr), 2, 2}, {frame, 0, 2}, {frame, 2, 0}}) {
         GetDraw(1, width, height, 0, memory, draw);
         EXPECT_EQ(draw->GetPixel(0, 0), nullptr);
         EXPECT_EQ(draw->PutPixel(0, 0, false), -1);
+        double r = 7, g = 7, b = 7, a = 7;
         EXPECT_EQ(draw->GetPixelRGBA(0, 0, r, g, b, a), -1);
         EXPECT_EQ(r + g + b + a, 0.0);
-        EXPECT_EQ(draw->LineHoriz(0, 0, 1), -1);
-        EXPECT_EQ(draw->LineVert(0, 0, 1), -1);
-        EXPECT_EQ(draw->Fill(0, 0, 0.0), -1);
+        EXPECT_EQ(draw->LineHoriz(0, 0, 1) + draw->LineVert(0, 0, 1) + draw->Fill(0, 0, 0.0), -3);
         ReleaseDraw(draw);
     }
 }
@@ -123,31 +110,24 @@ TEST(PutPixel, TransparencyBlendsTheWordAsOneNumber) {
 
 TEST(PutPixel, AdditiveSumsWrapAndWinOverTransparency) {
     TestCanvas canvas(1, 1, 1);
-    const Bytes color{200, 0, 100, 255};
-    const Bytes half{200, 0, 100, 51};
-    std::memcpy(&canvas->foreColor, color.data(), 4);
+    const auto expectSum = [&](const Bytes& color, bool selector, const Bytes& sum) {
+        std::memcpy(&canvas->foreColor, color.data(), 4);
+        std::memcpy(canvas.frame(), Bytes{100, 9, 100, 7}.data(), 4);
+        canvas->PutPixel(0, 0, selector);
+        EXPECT_EQ(canvas.bytesAt(0, 0, 4), sum);
+    };
     canvas->SetAlphaAdditive(true);
     canvas->SetTransparency(true);
     canvas->SetTransparency(0.5, true);
-    const Bytes under{100, 9, 100, 7};
-    std::memcpy(canvas.frame(), under.data(), 4);
-    canvas->PutPixel(0, 0, true);
-    EXPECT_EQ(canvas.bytesAt(0, 0, 4), (Bytes{44, 9, 200, 255}));
-
-    std::memcpy(&canvas->foreColor, half.data(), 4);
-    std::memcpy(canvas.frame(), under.data(), 4);
-    canvas->PutPixel(0, 0, true);
-    EXPECT_EQ(canvas.bytesAt(0, 0, 4), (Bytes{140, 9, 120, 255})) << "scaled by alpha 0.2";
-
+    expectSum({200, 0, 100, 255}, true, {44, 9, 200, 255});
+    expectSum({200, 0, 100, 51}, true, {140, 9, 120, 255}); // scaled by alpha 0.2
     canvas->SetTransparency(false);
-    canvas->PutPixel(0, 0, false);
-    EXPECT_EQ(canvas.bytesAt(0, 0, 4), (Bytes{0, 0, 0, 0})) << "the background never adds";
+    expectSum({200, 0, 100, 51}, false, {0, 0, 0, 0}); // the background never adds
 }
 
 TEST(Canvas, TransparencyIsClampedAndDoesNotSwitchOn) {
     TestCanvas canvas(1, 1, 1);
-    EXPECT_EQ(canvas->SetTransparency(2.0, true), 0);
-    EXPECT_EQ(canvas->SetTransparency(-1.0, false), 0);
+    EXPECT_EQ(canvas->SetTransparency(2.0, true) + canvas->SetTransparency(-1.0, false), 0);
     EXPECT_EQ(canvas->foreTransparency, 1.0);
     EXPECT_EQ(canvas->backTransparency, 0.0);
     EXPECT_FALSE(canvas->GetTransparency());
@@ -232,15 +212,12 @@ TEST(PixelReaders, IntegerScales) {
     TestCanvas canvas(1, 1, 1);
     canvas->SetYCbCrMode(cmRec709Full);
     canvas->PutPixel(0, 0, true);
-    unsigned char y8, cb8, cr8, a8;
-    EXPECT_EQ(canvas->GetPixelYCbCr8(0, 0, y8, cb8, cr8, a8), 0);
-    EXPECT_EQ(y8, 255);
-    EXPECT_EQ(cb8, 127);
-    EXPECT_EQ(a8, 255);
-    unsigned int y10, cb10, cr10, a10;
-    EXPECT_EQ(canvas->GetPixelYCbCr10(0, 0, y10, cb10, cr10, a10), 0);
-    EXPECT_EQ(y10, 1024U) << "full scale is 1024";
-    EXPECT_EQ(a10, 1024U);
+    std::array<unsigned char, 4> c8{};
+    EXPECT_EQ(canvas->GetPixelYCbCr8(0, 0, c8[0], c8[1], c8[2], c8[3]), 0);
+    EXPECT_EQ(c8, (std::array<unsigned char, 4>{255, 127, 127, 255}));
+    std::array<unsigned int, 4> c10{};
+    EXPECT_EQ(canvas->GetPixelYCbCr10(0, 0, c10[0], c10[1], c10[2], c10[3]), 0);
+    EXPECT_EQ(c10, (std::array{1024U, 512U, 512U, 1024U})) << "full scale is 1024";
 }
 
 TEST(PixelReaders, BaseFormsRefuseOffTheCanvas) {
@@ -248,19 +225,16 @@ TEST(PixelReaders, BaseFormsRefuseOffTheCanvas) {
     ZRPixel pixel;
     unsigned int memory[4] = {0xFF808080U, 0, 0, 0};
     pixel.SetCanvas(reinterpret_cast<char*>(memory), 1, 4, 16);
-    Values c{7, 7, 7, 7};
-    EXPECT_EQ(pixel.GetPixelYCbCr(5, 0, c[0], c[1], c[2], c[3]), -1);
-    EXPECT_EQ(c, Values{});
-    c = {7, 7, 7, 7};
-    EXPECT_EQ(pixel.GetPixelHSV(0, -1, c[0], c[1], c[2], c[3]), -1);
-    EXPECT_EQ(c, Values{});
-    unsigned char c8[4] = {7, 7, 7, 7};
-    EXPECT_EQ(pixel.GetPixelYCbCr8(9, 9, c8[0], c8[1], c8[2], c8[3]), -1);
-    EXPECT_EQ(c8[0] + c8[1] + c8[2] + c8[3], 0);
-    unsigned int c10[4] = {7, 7, 7, 7};
-    EXPECT_EQ(pixel.GetPixelYCbCr10(9, 9, c10[0], c10[1], c10[2], c10[3]), -1);
-    EXPECT_EQ(c10[0] + c10[1] + c10[2] + c10[3], 0U);
-
+    const auto expectZeros = [&](auto reader, auto... c) {
+        EXPECT_EQ((pixel.*reader)(9, -1, c...), -1);
+        EXPECT_EQ((c + ...), 0);
+    };
+    constexpr unsigned char seven = 7;
+    expectZeros(&ZRPixel::GetPixelYCbCr, 7.0, 7.0, 7.0, 7.0);
+    expectZeros(&ZRPixel::GetPixelHSV, 7.0, 7.0, 7.0, 7.0);
+    expectZeros(&ZRPixel::GetPixelYCbCr8, seven, seven, seven, seven);
+    expectZeros(&ZRPixel::GetPixelYCbCr10, 7U, 7U, 7U, 7U);
+    Values c;
     EXPECT_EQ(pixel.GetPixelHSV(0, 0, c[0], c[1], c[2], c[3]), 0);
     EXPECT_EQ(c, (Values{0.0, 0.0, 128 / 255.0, 1.0})) << "grey has hue 0.0 in the root class";
 }

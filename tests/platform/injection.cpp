@@ -1,11 +1,9 @@
 #include "platform/injection.h"
 
-#include "zrdraw/platform/events.h"
 #include "zrdraw/types.h"
 
 #include <cstdarg>
 #include <cstdio>
-#include <type_traits>
 
 #include <dlfcn.h>
 #include <unistd.h>
@@ -20,89 +18,58 @@ template <typename Function>
 Function* realOne(const char* name) {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
-
-template <typename Result, typename... Arguments>
-Result injectedOrReal(const std::function<Result(Arguments...)>& injected, const char* name,
-                      std::type_identity_t<Arguments>... arguments) {
-    return injected ? injected(arguments...) : realOne<Result(Arguments...)>(name)(arguments...);
-}
 } // namespace
 
 // The dynamic linker prefers what the program defines and shows.
-ZRDRAW_API void* zrOSCreateEvent(void* attributes, int manualReset, int initialState,
-                                 const char* name) {
-    static auto* const real = realOne<decltype(zrOSCreateEvent)>(__func__);
-    return injection().createEvent ? injection().createEvent()
-                                   : real(attributes, manualReset, initialState, name);
-}
+#define ZRDRAW_INJECTED(member, Result, name, parameters, ...)                                     \
+    ZRDRAW_API Result name parameters {                                                            \
+        static auto* const real = realOne<decltype(name)>(__func__);                               \
+        return injection().member ? injection().member(__VA_ARGS__) : real(__VA_ARGS__);           \
+    }
 
-ZRDRAW_API int zrOSTryEnterCriticalSection(zrOSCriticalSection* section) {
-    static auto* const real = realOne<decltype(zrOSTryEnterCriticalSection)>(__func__);
-    return injection().tryEnterCriticalSection ? injection().tryEnterCriticalSection()
-                                               : real(section);
-}
-
-ZRDRAW_API int zrOSFileExists(const char* path) {
-    return injectedOrReal(injection().fileExists, __func__, path);
-}
+ZRDRAW_INJECTED(createEvent, void*, zrOSCreateEvent,
+                (void* attributes, int manualReset, int isSet, const char* name), attributes,
+                manualReset, isSet, name)
+ZRDRAW_INJECTED(tryEnterCriticalSection, int, zrOSTryEnterCriticalSection,
+                (zrOSCriticalSection * section), section)
+ZRDRAW_INJECTED(fileExists, int, zrOSFileExists, (const char* path), path)
+ZRDRAW_INJECTED(alloc, void*, ZRAlloc, (unsigned int bytes), bytes)
+ZRDRAW_INJECTED(free, void, ZRFree, (void* memory), memory)
+ZRDRAW_INJECTED(keyExists, int, zrCFGKeyExists, (int store, const char* path), store, path)
+ZRDRAW_INJECTED(valueString, int, zrCFGValueString,
+                (int store, const char* path, const char* name, char* buffer, unsigned int* length,
+                 int write),
+                store, path, name, buffer, length, write)
+ZRDRAW_INJECTED(saveStore, int, zrCFGSave, (int store, int a, int b), store, a, b)
+ZRDRAW_INJECTED(timeCodeType, unsigned int, vidGetTCType, (double frameRate), frameRate)
+ZRDRAW_INJECTED(timeCodeText, int, tc2String,
+                (unsigned int count, unsigned int typeAndFlags, char* text), count, typeAndFlags,
+                text)
+ZRDRAW_INJECTED(codecName, const char*, kpxutilCodecTypeString, (unsigned int code), code)
+ZRDRAW_INJECTED(fileTypeName, const char*, kpxutilFileTypeString, (unsigned int code), code)
+ZRDRAW_INJECTED(frameMemory, int, DFrameMemTrace,
+                (int operation, unsigned int dataBytes, unsigned int recordBytes, DFRAME** frame,
+                 const char* tag, int line),
+                operation, dataBytes, recordBytes, frame, tag, line)
+ZRDRAW_INJECTED(loadLibrary, void*, zrOSLoadLibrary, (const char* name, int mode), name, mode)
+ZRDRAW_INJECTED(procAddress, void*, zrOSGetProcAddress, (void* library, const char* name), library,
+                name)
+ZRDRAW_INJECTED(freeLibrary, int, zrOSFreeLibrary, (void* library), library)
+ZRDRAW_INJECTED(createThread, void*, zrOSCreateThread,
+                (void* attributes, unsigned long stackSize, zrOSThreadRoutine* routine,
+                 void* argument, unsigned int flags, unsigned int* threadId, const char* name),
+                attributes, stackSize, routine, argument, flags, threadId, name)
+ZRDRAW_INJECTED(setThreadPriority, int, zrOSSetThreadPriority, (void* thread, int priority), thread,
+                priority)
+ZRDRAW_INJECTED(closeThread, int, zrOSCloseThread, (void* thread, const char* name), thread, name)
+ZRDRAW_INJECTED(increment, int, zrOSInterlockedIncrement, (int* count), count)
+ZRDRAW_INJECTED(sleep, int, usleep, (unsigned int microseconds), microseconds)
 
 ZRDRAW_API void* SetMemoryFast(void* dst, unsigned int value, unsigned long bytes) {
     static auto* const real = realOne<decltype(SetMemoryFast)>(__func__);
     if (injection().watchSetMemory)
         injection().watchSetMemory(dst, value, bytes);
     return real(dst, value, bytes);
-}
-
-ZRDRAW_API void* ZRAlloc(unsigned int bytes) {
-    return injectedOrReal(injection().alloc, __func__, bytes);
-}
-
-ZRDRAW_API int zrCFGKeyExists(int store, const char* path) {
-    return injectedOrReal(injection().keyExists, __func__, store, path);
-}
-
-ZRDRAW_API int zrCFGValueString(int store, const char* path, const char* name, char* buffer,
-                                unsigned int* length, int write) {
-    return injectedOrReal(injection().valueString, __func__, store, path, name, buffer, length,
-                          write);
-}
-
-ZRDRAW_API int zrCFGSave(int store, int reserved1, int reserved2) {
-    return injectedOrReal(injection().saveStore, __func__, store, reserved1, reserved2);
-}
-
-ZRDRAW_API unsigned int vidGetTCType(double frameRate) {
-    return injectedOrReal(injection().timeCodeType, __func__, frameRate);
-}
-
-ZRDRAW_API int tc2String(unsigned int frameCount, unsigned int typeAndFlags, char* text) {
-    return injectedOrReal(injection().timeCodeText, __func__, frameCount, typeAndFlags, text);
-}
-
-ZRDRAW_API const char* kpxutilCodecTypeString(unsigned int code) {
-    return injectedOrReal(injection().codecName, __func__, code);
-}
-
-ZRDRAW_API const char* kpxutilFileTypeString(unsigned int code) {
-    return injectedOrReal(injection().fileTypeName, __func__, code);
-}
-
-ZRDRAW_API int DFrameMemTrace(int operation, unsigned int dataBytes, unsigned int recordBytes,
-                              DFRAME** frame, const char* tag, int line) {
-    return injectedOrReal(injection().frameMemory, __func__, operation, dataBytes, recordBytes,
-                          frame, tag, line);
-}
-
-ZRDRAW_API void* zrOSLoadLibrary(const char* name, int mode) {
-    return injectedOrReal(injection().loadLibrary, __func__, name, mode);
-}
-
-ZRDRAW_API void* zrOSGetProcAddress(void* library, const char* name) {
-    return injectedOrReal(injection().procAddress, __func__, library, name);
-}
-
-ZRDRAW_API int zrOSFreeLibrary(void* library) {
-    return injectedOrReal(injection().freeLibrary, __func__, library);
 }
 
 ZRDRAW_API void ErrOut(const char* format, ...) {
@@ -115,31 +82,4 @@ ZRDRAW_API void ErrOut(const char* format, ...) {
         injection().log(message);
     else
         realOne<decltype(ErrOut)>("ErrOut")("%s", message);
-}
-
-ZRDRAW_API void ZRFree(void* memory) {
-    injectedOrReal(injection().free, __func__, memory);
-}
-
-ZRDRAW_API void* zrOSCreateThread(void* attributes, unsigned long stackSize,
-                                  zrOSThreadRoutine* routine, void* argument, unsigned int flags,
-                                  unsigned int* threadId, const char* name) {
-    return injectedOrReal(injection().createThread, __func__, attributes, stackSize, routine,
-                          argument, flags, threadId, name);
-}
-
-ZRDRAW_API int zrOSSetThreadPriority(void* thread, int priority) {
-    return injectedOrReal(injection().setThreadPriority, __func__, thread, priority);
-}
-
-ZRDRAW_API int zrOSCloseThread(void* thread, const char* name) {
-    return injectedOrReal(injection().closeThread, __func__, thread, name);
-}
-
-ZRDRAW_API int zrOSInterlockedIncrement(int* count) {
-    return injectedOrReal(injection().increment, __func__, count);
-}
-
-ZRDRAW_API int usleep(unsigned int microseconds) {
-    return injectedOrReal(injection().sleep, __func__, microseconds);
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "zrdraw/platform/config_store.h"
+#include "zrdraw/platform/events.h"
 #include "zrdraw/platform/files.h"
 #include "zrdraw/platform/media.h"
 #include "zrdraw/platform/memory.h"
@@ -12,8 +13,8 @@
 #include <string>
 
 struct Injection {
-    std::function<void*()> createEvent;
-    std::function<int()> tryEnterCriticalSection;
+    std::function<decltype(zrOSCreateEvent)> createEvent;
+    std::function<decltype(zrOSTryEnterCriticalSection)> tryEnterCriticalSection;
     std::function<decltype(zrOSFileExists)> fileExists;
     std::function<void(void* dst, unsigned int value, unsigned long bytes)> watchSetMemory;
     std::function<decltype(ZRAlloc)> alloc;

@@ -17,6 +17,7 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <unistd.h>
@@ -30,17 +31,15 @@ constexpr int warmRounds = 3;
 constexpr auto roundTime = std::chrono::seconds(5);
 constexpr long allowedGrowth = 1024; // kB
 
-struct Layout {
-    unsigned int compression, code;
-};
-constexpr Layout layouts[] = {
+// The compression and the code of each layout with a watermark.
+constexpr std::pair<unsigned int, unsigned int> layouts[] = {
     {zrWatermarkBgra, ptBGRA32}, {zrWatermarkYuv2, ptUYVY}, {zrWatermarkV210, ptV210}};
 
 class Stream {
 public:
     Stream(int width, int height, const std::string& watermark)
         : m_width(width), m_height(height), m_path(watermark),
-          m_other(std::size_t{GetDrawSize(ptBGRA32, width, height, 0)}, '\x40'),
+          m_other(std::size_t{GetDrawSize(ptBGRA32, width, height, 0)}, 0x40),
           m_mixed(m_other.size()) {
         m_overlay.Watermark = m_path.data();
         m_overlay.Enabled = m_overlay.WatermarkEnable = m_overlay.TimeCodeLTCEnable = 1;
@@ -80,25 +79,23 @@ private:
 
     // Another layout on the same overlay.
     void takeLayout(unsigned int turn) {
-        const Layout& layout = layouts[turn % std::size(layouts)];
+        const auto& [compression, code] = layouts[turn % std::size(layouts)];
         m_overlay.Destroy();
         freeCaches();
         const auto video = std::make_unique<KPXVIDEO>();
         const auto system = std::make_unique<KPXSYSTEM>();
-        tagBITMAPINFO header{};
+        tagBITMAPINFO& header = video->header;
         header.biWidth = m_width;
         header.biHeight = m_height;
         header.biBitCount = 32;
-        header.biCompression = layout.compression;
-        header.biSizeImage = GetDrawSize(layout.code, m_width, m_height, 0);
-        video->header = header;
+        header.biCompression = compression;
+        header.biSizeImage = GetDrawSize(code, m_width, m_height, 0);
         video->rate = 50;
         video->scale = 1;
         system->fileType = zrFileMov;
         m_pixels.resize(header.biSizeImage);
         m_overlay.Create(video.get(), system.get());
-        if (m_overlay.wmBgra == nullptr && m_overlay.wmYuv2 == nullptr &&
-            m_overlay.wmV210 == nullptr)
+        if (!m_overlay.wmBgra && !m_overlay.wmYuv2 && !m_overlay.wmV210)
             throw std::runtime_error("the watermark was not loaded");
     }
 
@@ -137,19 +134,17 @@ private:
     }
 
     void mix() {
-        constexpr unsigned int scale = 100;
-        const auto width = static_cast<unsigned int>(m_width);
-        const auto height = static_cast<unsigned int>(m_height);
-        const unsigned int pitch = width * 4;
-        auto* const other = reinterpret_cast<unsigned char*>(m_other.data());
-        auto* const mixed = reinterpret_cast<unsigned char*>(m_mixed.data());
+        const auto width = static_cast<unsigned int>(m_width), pitch = width * 4;
+        unsigned char *const other = m_other.data(), *const mixed = m_mixed.data();
         ZRDraw_DisplayWipe(other, pitch, mixed, pitch, mixed, pitch, m_number / 50 % 26, ptBGRA32,
-                           width, height, 0, 0, 0, 0, 0, 0, scale, m_number % scale);
+                           width, static_cast<unsigned int>(m_height), 0, 0, 0, 0, 0, 0, 100,
+                           m_number % 100);
     }
 
     int m_width, m_height;
     std::string m_path;
-    std::vector<char> m_pixels, m_other, m_mixed;
+    std::vector<char> m_pixels;
+    std::vector<unsigned char> m_other, m_mixed;
     std::unique_ptr<DFRAME> m_frame = std::make_unique<DFRAME>();
     unsigned int m_number = 0;
     CZrOverlay m_overlay;
@@ -172,12 +167,10 @@ struct Use {
 };
 
 void writeWatermark(const std::string& path) {
-    constexpr int width = 160, height = 90;
     std::ofstream file(path, std::ios::binary);
     file << "P7\nWIDTH 160\nHEIGHT 90\nDEPTH 4\nMAXVAL 255\nTUPLTYPE RGB_ALPHA\nENDHDR\n";
-    for (int i = 0; i < width * height; ++i)
-        file << static_cast<char>(i) << '\x40' << static_cast<char>(i / 7)
-             << static_cast<char>(i * 3);
+    for (int i = 0; i < 160 * 90 * 4; ++i)
+        file << static_cast<char>(i * 37);
 }
 
 } // namespace

@@ -61,21 +61,21 @@ TEST(Blend, EveryLengthWithMixedAlphaAndGuards) {
     constexpr unsigned int seed = 20261124;
     SCOPED_TRACE(testing::Message() << "seed " << seed);
     std::mt19937 random(seed);
-    const auto byte = [&] { return static_cast<unsigned char>(random() & 0xFF); };
+    const auto randomBytes = [&](std::size_t count) {
+        Pixels bytes(count);
+        for (unsigned char& byte : bytes)
+            byte = static_cast<unsigned char>(random());
+        return bytes;
+    };
     for (unsigned long pixels = 1; pixels <= 70; ++pixels) {
         for (const std::size_t offset : {0U, 1U, 4U, 31U}) {
             // Alphas around the cut-off in runs, so that whole blocks fall under it.
-            std::vector<unsigned char> src(offset + pixels * 4);
-            for (unsigned char& b : src)
-                b = byte();
+            Pixels src = randomBytes(offset + pixels * 4);
             const bool mostlyEmpty = random() % 2 == 0;
             for (unsigned long i = 0; i < pixels; ++i)
                 if (mostlyEmpty && (i / 8) % 3 != 2)
                     src[offset + 4 * i + 3] = static_cast<unsigned char>(random() % 18);
-            std::vector<unsigned char> vector(offset + pixels * 4 + 32);
-            for (unsigned char& b : vector)
-                b = byte();
-            std::vector<unsigned char> plain = vector;
+            Pixels vector = randomBytes(offset + pixels * 4 + 32), plain = vector;
             zrdraw_blend_bgra_over(vector.data() + offset, src.data() + offset, pixels);
             span::blendPlain(plain.data() + offset, src.data() + offset, pixels);
             ASSERT_EQ(vector, plain) << pixels << " pixels at offset " << offset;

@@ -4,6 +4,8 @@
 #include "support/guarded_memory.h"
 #include "zrdraw/zrdraw.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cstring>
 #include <memory>

@@ -5,12 +5,6 @@
 #include "support/test_canvas.h"
 #include "zrdraw/font_files.h"
 
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <string>
-#include <vector>
-
 namespace {
 
 void put(std::string& bytes, std::size_t offset, unsigned int number) {
@@ -35,13 +29,11 @@ std::string chunk(const std::string& type, const std::string& content) {
 const std::string pngHead = "\x89PNG\r\n\x1A\n" + chunk("IHDR", std::string(13, 'h'));
 
 int readBitmap(const std::string& content) {
-    Recorder draw;
-    return draw.ExtractBMPData(TempFile(content).path());
+    return Recorder().ExtractBMPData(TempFile(content).path());
 }
 
 int readPng(const std::string& content) {
-    Recorder draw;
-    return draw.ExtractPNGData(TempFile(content).path());
+    return Recorder().ExtractPNGData(TempFile(content).path());
 }
 
 TEST(BitmapFile, PixelsAndHeaderAreKept) {
@@ -73,8 +65,7 @@ TEST(BitmapFile, OtherKindsAreRefused) {
     EXPECT_EQ(readBitmap(bitmap(7, 5, 32, 0, "ABCDEF")), -1);
     EXPECT_EQ(pImgHdr.width, 7);
     EXPECT_EQ(std::memcmp(data, "abcdef", 6), 0) << "the pixels stay";
-    Recorder draw;
-    EXPECT_EQ(draw.ExtractBMPData("/no/such/file"), -1);
+    EXPECT_EQ(Recorder().ExtractBMPData("/no/such/file"), -1);
 }
 
 TEST(BitmapFileDeathTest, MorePixelsThanTheBufferEndTheProcess) {
@@ -92,8 +83,7 @@ TEST(PngFile, IsWalkedToItsEnd) {
     EXPECT_EQ(readPng(pngHead.substr(0, 8) + chunk("IHDR", std::string(12, 'h')) + end), -1);
     EXPECT_EQ(readPng(pngHead.substr(0, 8) + chunk("IDAT", std::string(13, 'h')) + end), -1);
     EXPECT_EQ(readPng(""), -1);
-    Recorder draw;
-    EXPECT_EQ(draw.ExtractPNGData("/no/such/file"), -1);
+    EXPECT_EQ(Recorder().ExtractPNGData("/no/such/file"), -1);
 }
 
 TEST(PngFileDeathTest, MoreDataThanTheBufferEndsTheProcess) {
@@ -102,42 +92,35 @@ TEST(PngFileDeathTest, MoreDataThanTheBufferEndsTheProcess) {
                  "does not fit its buffer");
 }
 
+// Looked for in three places; a file found ends the search, is noted, but never active.
 TEST(DefaultFont, TheFileGoesByTheWidthOfTheCanvas) {
     const std::pair<unsigned int, std::string> cases[] = {{720, "deffont_sd.bmp"},
                                                           {721, "deffont_720.bmp"},
                                                           {1280, "deffont_720.bmp"},
                                                           {1281, "deffont_1080.bmp"}};
-    for (const auto& [width, name] : cases) {
-        InjectionGuard guard;
-        std::vector<std::string> asked;
-        injection().fileExists = [&](const char* path) {
-            asked.emplace_back(path);
-            return 0;
-        };
-        TestCanvas canvas(1, 1, 1);
-        canvas->width = width;
-        canvas->useDefaultFont = false;
-        EXPECT_EQ(canvas->UseDefaultFont(false), 1);
-        EXPECT_TRUE(canvas->useDefaultFont);
-        ASSERT_EQ(asked.size(), 3U);
-        EXPECT_EQ(asked[0].front(), '/') << "the application's folder first";
-        EXPECT_TRUE(asked[0].ends_with("/" + name)) << asked[0];
-        EXPECT_EQ(asked[1], "E:\\zorvane\\bin\\" + name);
-        EXPECT_EQ(asked[2], "C:\\Program Files (x86)\\Zorvane\\" + name);
-    }
-}
-
-TEST(DefaultFont, AFileFoundIsNotedButNeverActive) {
-    InjectionGuard guard;
-    int asked = 0;
-    injection().fileExists = [&](const char*) { return ++asked == 2 ? 1 : 0; };
-    TestCanvas canvas(1, 1, 1);
-    EXPECT_EQ(canvas->UseDefaultFont(false), 0);
-    EXPECT_FALSE(canvas->useDefaultFont);
-    EXPECT_EQ(asked, 2) << "the search ends at the file";
-    EXPECT_EQ(canvas->HaveFont(), 0);
-    EXPECT_EQ(canvas->UseDefaultFont(true), 1);
-    EXPECT_EQ(asked, 2) << "the built-in font needs no file";
+    for (const auto& [width, name] : cases)
+        for (const std::size_t foundAt : {2U, 9U}) {
+            InjectionGuard guard;
+            std::vector<std::string> asked;
+            injection().fileExists = [&](const char* path) {
+                asked.emplace_back(path);
+                return asked.size() == foundAt ? 1 : 0;
+            };
+            TestCanvas canvas(1, 1, 1);
+            canvas->width = width;
+            canvas->useDefaultFont = foundAt == 2;
+            EXPECT_EQ(canvas->UseDefaultFont(false), foundAt == 2 ? 0 : 1);
+            EXPECT_EQ(canvas->useDefaultFont, foundAt != 2);
+            EXPECT_EQ(canvas->HaveFont(), 0);
+            ASSERT_EQ(asked.size(), foundAt == 2 ? 2U : 3U);
+            EXPECT_EQ(asked[0].front(), '/') << "the application's folder first";
+            EXPECT_TRUE(asked[0].ends_with("/" + name)) << asked[0];
+            EXPECT_EQ(asked[1], "E:\\zorvane\\bin\\" + name);
+            EXPECT_EQ(asked.back(),
+                      foundAt == 2 ? asked[1] : "C:\\Program Files (x86)\\Zorvane\\" + name);
+            EXPECT_EQ(canvas->UseDefaultFont(true), 1);
+            EXPECT_EQ(asked.size(), foundAt == 2 ? 2U : 3U) << "the built-in font needs no file";
+        }
 }
 
 } // namespace

@@ -8,12 +8,14 @@
 #include "media/convert.h"
 #include "media/nearest_layout.h"
 #include "media/pixel_formats.h"
+#include "picture_color.h"
 #include "support/temp_file.h"
 #include "tool_error.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <fstream>
@@ -32,16 +34,21 @@ bool isInBlock(int x, int y) {
     return x >= left && x < right && y >= top && y < bottom;
 }
 
-void drawBlock(Canvas& canvas) {
+DrawPtr objectOn(Canvas& canvas) {
     ZRDraw* object = nullptr;
-    ASSERT_EQ(GetDraw(canvas.layout().code, canvas.width(), canvas.height(), canvas.pitch(),
+    EXPECT_EQ(GetDraw(canvas.layout().code, canvas.width(), canvas.height(), canvas.pitch(),
                       canvas.data(), object),
               0);
-    const DrawPtr draw(object);
-    draw->SetColorRGBA(0.75, 0.5, 0.25, 1.0, true);
+    DrawPtr draw(object);
+    if (const auto mode = canvas.matrixMode())
+        draw->SetYCbCrMode(*mode);
+    return draw;
+}
+
+void fillBlock(ZRDraw& draw) {
     for (int y = top; y < bottom; ++y)
         for (int x = left; x < right; ++x)
-            draw->PutPixel(x, y, true);
+            draw.PutPixel(x, y, true);
 }
 
 using Line = std::vector<std::uint32_t>;
@@ -155,7 +162,9 @@ void expectKept(AVPixelFormat format, int width, int height, bool interlaced) {
     storer.store(canvas, *source, *target);
     const Change none = changeOf(*source, *target);
     EXPECT_EQ(none.outside + none.inside, 0);
-    drawBlock(canvas);
+    const DrawPtr draw = objectOn(canvas);
+    setPictureColor(*draw, 0.75, 0.5, 0.25, 1, true);
+    fillBlock(*draw);
     storer.store(canvas, *source, *target);
     const Change block = changeOf(*source, *target);
     EXPECT_EQ(block.outside, 0);
@@ -211,7 +220,7 @@ void expectKeptInColors(AVPixelFormat format, int width, int height) {
 std::string howKept(AVPixelFormat format, const zrLayout& layout) {
     const CanvasShape shape(layout, 64, 48);
     const FramePtr picture = newFrame(format, 64, 48);
-    const PictureKind kind = kindOf(*picture, shape, {});
+    const PictureKind kind = kindOf(*picture, shape);
     if (isMemoryOf(layout, kind.format))
         return "its own bytes";
     if (CanvasConverter(shape, kind, canvasColors(shape, *picture, kind)).isExact())
@@ -222,17 +231,17 @@ std::string howKept(AVPixelFormat format, const zrLayout& layout) {
 Row rowOf(AVPixelFormat format) {
     const zrLayout& layout = nearestLayout(format, taken);
     Row row{format, layoutName(layout), ""};
-    if (!sws_isSupportedInput(format)) {
-        row.how = "not at all: the media libraries cannot convert it";
-    } else if (isGray(format) || hasFlag(format, AV_PIX_FMT_FLAG_PAL)) {
+    if (isGray(format) || hasFlag(format, AV_PIX_FMT_FLAG_PAL)) {
         row.how =
             fmt::format("written as {}, of the same values", av_get_pix_fmt_name(colored(format)));
         if (hasFlag(format, AV_PIX_FMT_FLAG_FLOAT))
             row.how = "written as rgb48, in 16 bits";
-    } else if (!sws_isSupportedOutput(format)) {
-        row.how = "read only: the media libraries do not write it";
     } else {
         row.how = howKept(format, layout);
+        if (row.how == "compared" && !sws_isSupportedInput(format))
+            row.how = "not at all: the media libraries cannot convert it";
+        else if (row.how == "compared" && !sws_isSupportedOutput(format))
+            row.how = "read only: the media libraries do not write it";
     }
     return row;
 }
@@ -249,6 +258,40 @@ std::vector<Row> allRows() {
 
 bool isKept(const Row& row) {
     return row.how == "its own bytes" || row.how == "direct" || row.how == "compared";
+}
+
+// By the arithmetic of the standards.
+std::array<double, 3> rgbOf(double y, double cb, double cr, double red, double blue) {
+    const double green = 1 - red - blue, b = 2 * (1 - blue) * cb, r = 2 * (1 - red) * cr;
+    return {y + r, y - (blue * b + red * r) / green, y + b};
+}
+
+struct Space {
+    AVColorSpace space;
+    double red, blue;
+};
+constexpr Space spaces[] = {{AVCOL_SPC_BT709, 0.2126, 0.0722},
+                            {AVCOL_SPC_SMPTE170M, 0.299, 0.114},
+                            {AVCOL_SPC_BT2020_NCL, 0.2627, 0.0593}};
+
+// One flat colour of a 4:2:2 or 4:4:4 picture, 0 to 1 and -0.5 to 0.5.
+std::array<double, 3> componentsAt(const AVFrame& picture, int x, int y) {
+    const auto format = static_cast<AVPixelFormat>(picture.format);
+    const AVPixFmtDescriptor& description = *av_pix_fmt_desc_get(format);
+    const int depth = description.comp[0].depth;
+    const bool full = picture.color_range == AVCOL_RANGE_JPEG;
+    const double unit = full ? (1 << depth) - 1 : 1 << (depth - 8);
+    std::array<double, 3> result{};
+    for (int i = 0; i < 3; ++i) {
+        const int column = i == 0 ? x : x >> description.log2_chroma_w;
+        const Line line =
+            lineOf(picture, i, i == 0 ? y : y >> description.log2_chroma_h,
+                   AV_CEIL_RSHIFT(picture.width, i == 0 ? 0 : description.log2_chroma_w));
+        const double zero = i > 0 ? 1 << (depth - 1) : full ? 0 : 16 * unit;
+        result[static_cast<std::size_t>(i)] = (line[static_cast<std::size_t>(column)] - zero) /
+                                              (full ? unit : (i == 0 ? 219 : 224) * unit);
+    }
+    return result;
 }
 
 class ExactnessTest : public testing::Test {
@@ -268,6 +311,133 @@ TEST_F(ExactnessTest, GreyAndPalettesKeepTheirValuesInColours) {
     for (const Row& row : allRows())
         if (row.how.ends_with("of the same values"))
             expectKeptInColors(row.format, 61, 47);
+}
+
+// Every colour in every matrix and range, with the range kept.
+TEST_F(ExactnessTest, ColoursAreThoseOfThePicture) {
+    constexpr std::array<double, 3> colors[] = {{1, 0, 0}, {0, 0, 1}, {1, 1, 1}, {0.2, 0.7, 0.4}};
+    for (AVPixelFormat format :
+         {AV_PIX_FMT_YUV422P10, AV_PIX_FMT_YUV422P, AV_PIX_FMT_YUV444P, AV_PIX_FMT_YUV444P12})
+        for (const Space& space : spaces)
+            for (AVColorRange range : {AVCOL_RANGE_MPEG, AVCOL_RANGE_JPEG, AVCOL_RANGE_UNSPECIFIED})
+                for (const auto& color : colors) {
+                    SCOPED_TRACE(fmt::format("{} {} {}", av_get_pix_fmt_name(format),
+                                             av_color_space_name(space.space),
+                                             av_color_range_name(range)));
+                    const FramePtr source = noise(format, 64, 48, false);
+                    source->colorspace = space.space;
+                    source->color_range = range;
+                    Canvas canvas(nearestLayout(format, taken), 64, 48);
+                    Loader(canvas.shape()).load(*source, canvas);
+                    const DrawPtr draw = objectOn(canvas);
+                    setPictureColor(*draw, color[0], color[1], color[2], 1, true);
+                    fillBlock(*draw);
+                    const FramePtr target = newFrame(format, 64, 48);
+                    target->colorspace = space.space;
+                    target->color_range = range;
+                    Storer(canvas.shape()).store(canvas, *source, *target);
+                    const auto [y, cb, cr] = componentsAt(*target, 30, 20);
+                    const auto drawn = rgbOf(y, cb, cr, space.red, space.blue);
+                    for (std::size_t i = 0; i < 3; ++i)
+                        EXPECT_NEAR(drawn[i], color[i], 2.5 / 255) << "channel " << i;
+                }
+}
+
+// Both ways between 8-bit YCbCr and RGB, against exact arithmetic.
+TEST_F(ExactnessTest, TheMatrixIsWithinOneOfExact) {
+    for (const Space& space : spaces)
+        for (AVColorRange range : {AVCOL_RANGE_MPEG, AVCOL_RANGE_JPEG}) {
+            const FramePtr source = noise(AV_PIX_FMT_YUV444P, 64, 48, false);
+            source->colorspace = space.space;
+            source->color_range = range;
+            Canvas canvas(*zrFindLayout(ptRGBA32), 64, 48);
+            Loader(canvas.shape()).load(*source, canvas);
+            const FramePtr none = newFrame(), back = newFrame(AV_PIX_FMT_YUV444P, 64, 48);
+            back->colorspace = space.space;
+            back->color_range = range;
+            Storer(canvas.shape()).store(canvas, *none, *back);
+            for (int y = 0; y < 48; ++y)
+                for (int x = 0; x < 64; x += 7) {
+                    const auto [luma, cb, cr] = componentsAt(*source, x, y);
+                    const auto exact = rgbOf(luma, cb, cr, space.red, space.blue);
+                    bool clipped = false;
+                    for (int i = 0; i < 3; ++i) {
+                        const double value = exact[static_cast<std::size_t>(i)] * 255;
+                        clipped = clipped || value < 0 || value > 255;
+                        ASSERT_NEAR(canvas.lines().line(y)[4 * x + i],
+                                    std::clamp(value, 0.0, 255.0), 1.0);
+                    }
+                    const auto [wasY, wasCb, wasCr] = componentsAt(*back, x, y);
+                    if (!clipped) {
+                        EXPECT_NEAR(wasY, luma, 1.01 / 219);
+                        EXPECT_NEAR(wasCb, cb, 1.01 / 224);
+                        EXPECT_NEAR(wasCr, cr, 1.01 / 224);
+                    }
+                }
+        }
+}
+
+// Into every format from every kind of layout, to the last line and column of odd sizes.
+TEST_F(ExactnessTest, AFlatColourIsFlatUpToTheEdges) {
+    const FramePtr source = newFrame(AV_PIX_FMT_BGRA, 61, 47);
+    for (int i = 0; i < source->linesize[0] * 47; ++i)
+        source->data[0][i] = std::array<std::uint8_t, 4>{40, 90, 200, 255}[i % 4];
+    const FramePtr none = newFrame();
+    for (unsigned code : taken) {
+        Canvas canvas(*zrFindLayout(code), 61, 47);
+        Loader(canvas.shape()).load(*source, canvas);
+        for (const Row& row : allRows()) {
+            if (!isKept(row) || !sws_isSupportedOutput(row.format) ||
+                hasFlag(row.format, AV_PIX_FMT_FLAG_RGB))
+                continue;
+            const FramePtr target = newFrame(row.format, 61, 47);
+            none->interlaced_frame = !none->interlaced_frame;
+            Storer(canvas.shape()).store(canvas, *none, *target);
+            for (int i = 0; i < av_pix_fmt_desc_get(row.format)->nb_components; ++i) {
+                const Component component(row.format, i, *target);
+                const std::uint32_t first = lineOf(*target, i, 0, 1)[0];
+                // Scalers dither to the next number.
+                const auto most =
+                    std::max(1, 1 << av_pix_fmt_desc_get(row.format)->comp[i].depth >> 8);
+                for (int y = 0; y < component.height; ++y)
+                    for (std::uint32_t sample : lineOf(*target, i, y, component.width))
+                        ASSERT_NEAR(sample, first, most)
+                            << av_get_pix_fmt_name(row.format) << " from "
+                            << layoutName(canvas.layout()) << ", component " << i << ", line " << y;
+            }
+        }
+    }
+}
+
+// Boxes over what is transparent, also where they have the very colour that is there.
+TEST_F(ExactnessTest, WhatIsDrawnCanBeOpaque) {
+    for (AVPixelFormat format : {AV_PIX_FMT_YUVA444P10, AV_PIX_FMT_BGRA, AV_PIX_FMT_RGBA64BE})
+        for (AVPixelFormat to : {format, AV_PIX_FMT_RGBA}) {
+            SCOPED_TRACE(
+                fmt::format("{} {}", av_get_pix_fmt_name(format), av_get_pix_fmt_name(to)));
+            const FramePtr source = noise(format, 64, 48, false);
+            if (hasFlag(format, AV_PIX_FMT_FLAG_RGB))
+                std::fill_n(source->data[0], source->linesize[0] * 48, std::uint8_t{0});
+            Canvas canvas(nearestLayout(format, taken), 64, 48);
+            Loader(canvas.shape(), Alpha::Opaque).load(*source, canvas);
+            const DrawPtr draw = objectOn(canvas);
+            setPictureColor(*draw, 0, 0, 0, 0, true);
+            fillBlock(*draw);
+            const FramePtr target = newFrame(to, 64, 48);
+            Storer(canvas.shape(), Alpha::Opaque).store(canvas, *source, *target);
+            const unsigned full = (1U << av_pix_fmt_desc_get(to)->comp[3].depth) - 1;
+            const int depth = av_pix_fmt_desc_get(format)->comp[3].depth;
+            for (int y = 0; y < 48; ++y) {
+                const Line was = lineOf(*source, 3, y, 64), is = lineOf(*target, 3, y, 64);
+                for (int x = 0; x < 64; ++x) {
+                    const std::uint32_t alpha = was[static_cast<std::size_t>(x)];
+                    ASSERT_EQ(is[static_cast<std::size_t>(x)], isInBlock(x, y) ? full
+                                                               : to == format
+                                                                   ? alpha
+                                                                   : alpha >> (depth - 8));
+                }
+            }
+        }
 }
 
 constexpr char opening[] = R"(# What comes back bit for bit

@@ -1,6 +1,7 @@
 // Layouts against the media libraries' pixel formats, and streams that are not decoded at all.
 #include "draw_object.h"
 #include "media/convert.h"
+#include "media/v210_lines.h"
 #include "tool/tool_fixture.h"
 
 #include <cstring>
@@ -121,6 +122,44 @@ TEST_F(PackingTest, BareFramesOfEveryLayoutKeepEveryByte) {
             writer.write(*item);
         writer.finish();
         EXPECT_TRUE(readFile(at("out.raw")) == frames);
+    }
+}
+
+// Nothing is copied: what is drawn stands in the packet.
+TEST_F(PackingTest, ABarePictureCanBeTheCanvas) {
+    const CanvasShape shape(layoutOf(ptV210), 50, 4);
+    const FramePtr picture = newFrame();
+    picture->width = 50;
+    picture->height = 4;
+    picture->linesize[0] = shape.lineBytes;
+    picture->buf[0] = av_buffer_allocz(shape.bytes);
+    picture->data[0] = picture->buf[0]->data;
+    Canvas canvas(shape, BufferPtr(av_buffer_ref(picture->buf[0])));
+    Loader(shape).load(*picture, canvas);
+    canvas.data()[5] = 1;
+    Storer(shape).store(canvas, *picture, *picture);
+    EXPECT_EQ(picture->data[0][5], 1);
+}
+
+TEST_F(PackingTest, V210IsTheSameWithAndWithoutVectors) {
+    std::mt19937 random(1);
+    for (int width = 1; width < 60; ++width) {
+        using Samples = std::vector<std::uint16_t>;
+        const auto size = static_cast<std::size_t>(width), half = (size + 1) / 2;
+        Samples in[] = {Samples(size), Samples(half), Samples(half)};
+        for (Samples& samples : in)
+            std::generate(samples.begin(), samples.end(), [&] { return random() % 1024; });
+        const V210Samples from{in[0].data(), in[1].data(), in[2].data()};
+        Bytes line((size + 5) / 6 * 16), plain = line;
+        packV210(from, line.data(), width);
+        packV210Plain(from, plain.data(), width);
+        EXPECT_EQ(line, plain) << width;
+        for (auto* unpack : {unpackV210, unpackV210Plain}) {
+            Samples out[] = {Samples(size), Samples(half), Samples(half)};
+            unpack(line.data(), {out[0].data(), out[1].data(), out[2].data()}, width);
+            for (int i = 0; i < 3; ++i)
+                EXPECT_EQ(out[i], in[i]) << width;
+        }
     }
 }
 

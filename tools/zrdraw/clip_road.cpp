@@ -4,14 +4,25 @@
 
 #include <fmt/format.h>
 
-ClipRoad::ClipRoad(const ClipOptions& options, const LayoutChoice& layout)
-    : m_options(options), m_reader(options.input, readOptions(options, layout)) {
+namespace {
+
+ReadOptions withAlpha(ReadOptions options, Alpha alpha) {
+    options.alpha = alpha;
+    return options;
+}
+
+} // namespace
+
+ClipRoad::ClipRoad(const ClipOptions& options, const LayoutChoice& layout, Alpha alpha)
+    : m_options(options), m_alpha(alpha),
+      m_reader(options.input, withAlpha(readOptions(options, layout), alpha)) {
     if (const std::optional<FrameRange> range = framesOf(options))
         m_reader.take(*range);
 }
 
 void ClipRoad::open(const std::function<void(WriteOptions&)>& change) {
     WriteOptions write = writeOptions(m_options);
+    write.alpha = m_alpha;
     change(write);
     m_writer.emplace(write, m_reader, m_reader.info());
     const bool onlyOne = m_writer->takesOneFrame();

@@ -7,7 +7,8 @@
 
 class ClipRoad {
 public:
-    ClipRoad(const ClipOptions& options, const LayoutChoice& layout);
+    // What is drawn on a picture with alpha has the canvas' or is opaque.
+    ClipRoad(const ClipOptions& options, const LayoutChoice& layout, Alpha alpha = Alpha::Canvas);
 
     Reader& reader() { return m_reader; }
 
@@ -25,6 +26,7 @@ public:
 
 private:
     const ClipOptions& m_options;
+    Alpha m_alpha;
     Reader m_reader;
     std::optional<Writer> m_writer;
     std::optional<Progress> m_progress;

@@ -57,14 +57,13 @@ BurnOptions burnOptions(const Options& options) {
 class Run {
 public:
     Run(const Options& options, const BurnOptions& burn)
-        : m_road(options, chooseLayout(options, overlayLayouts)),
+        : m_road(options, chooseLayout(options, overlayLayouts), Alpha::Opaque),
           m_levels(m_road.reader().input().sound()),
           m_burner(burn, m_road.reader().info(), m_road.reader().layout(), m_levels.channels()) {
         if (m_burner.showsMeters())
             m_road.reader().measureSound(m_levels);
         m_road.open([&](WriteOptions& write) {
             write.timeCode = m_burner.timeCodeOf(m_road.reader().range().first);
-            write.alpha = Storer::Alpha::Opaque;
         });
         for (const std::string& warning : m_burner.warnings())
             m_road.tell(warning);

@@ -1,6 +1,7 @@
 #include "media/canvas_converter.h"
 
 #include "media/drawn_pixels.h"
+#include "media/matrix_packer.h"
 #include "media/pixel_formats.h"
 #include "media/zimg_converter.h"
 
@@ -16,13 +17,6 @@ void makeGrey(AVFrame& picture) {
     for (const AVBufferRef* plane : picture.buf)
         if (plane)
             std::memset(plane->data, 0x80, plane->size);
-}
-
-void copyPicture(const AVFrame& from, AVFrame& to) {
-    const Planes planes = planesOf(from);
-    const std::uint8_t* data[4] = {planes.data[0], planes.data[1], planes.data[2], planes.data[3]};
-    av_image_copy(to.data, to.linesize, data, from.linesize, static_cast<AVPixelFormat>(to.format),
-                  to.width, to.height);
 }
 
 // The format of the picture in the middle: planes, where the other one has planes too.
@@ -48,6 +42,9 @@ CanvasConverter::CanvasConverter(const CanvasShape& shape, const PictureKind& pi
         m_packer = makePacker(layout, m_kind.format, shape.width, shape.height);
         m_straight = m_packer || isMemoryOf(layout, m_kind.format);
         m_exact = m_packer ? m_packer->isExact() : m_straight;
+    } else {
+        m_packer = makeMatrixPacker(layout, m_kind, shape.width, shape.height);
+        m_straight = m_packer != nullptr;
     }
     if (m_straight)
         return;

@@ -3,13 +3,13 @@
 #include "media/canvas_converter.h"
 #include "media/drawn_pixels.h"
 #include "media/pixel_formats.h"
+#include "media/samples.h"
 #include "tool_error.h"
 
 #include <fmt/format.h>
 
 #include <cstdint>
 #include <new>
-#include <vector>
 
 extern "C" {
 #include <libavutil/imgutils.h>
@@ -42,18 +42,24 @@ void copyLines(const std::uint8_t* from, int fromPitch, std::uint8_t* to, int to
         av_image_copy_plane(to, toPitch, from, fromPitch, shape.lineBytes, shape.height);
 }
 
-void makeOpaque(AVFrame& frame) {
-    const auto format = static_cast<AVPixelFormat>(frame.format);
+// `line` has room for a line of alpha.
+void makeOpaque(AVFrame& picture, std::vector<std::uint16_t>& line) {
+    const auto format = static_cast<AVPixelFormat>(picture.format);
+    const AVPixFmtDescriptor& description = *av_pix_fmt_desc_get(format);
     if (!hasFlag(format, AV_PIX_FMT_FLAG_ALPHA) || hasFlag(format, AV_PIX_FMT_FLAG_PAL) ||
         hasFlag(format, AV_PIX_FMT_FLAG_FLOAT))
         return;
-    const AVPixFmtDescriptor* layout = av_pix_fmt_desc_get(format);
-    const int alpha = layout->nb_components - 1;
-    const auto opaque = static_cast<std::uint16_t>((1U << layout->comp[alpha].depth) - 1);
-    const std::vector<std::uint16_t> line(static_cast<std::size_t>(frame.width), opaque);
-    for (int y = 0; y < frame.height; ++y)
-        av_write_image_line2(line.data(), frame.data, frame.linesize, layout, 0, y, alpha,
-                             frame.width, sizeof(line[0]));
+    const int index = description.nb_components - 1;
+    const AVComponentDescriptor& alpha = description.comp[index];
+    line.assign(static_cast<std::size_t>(picture.width),
+                static_cast<std::uint16_t>((1U << alpha.depth) - 1));
+    for (int y = 0; y < picture.height; ++y)
+        if (hasOwnBytes(format))
+            writeSamples(line.data(), picture, alpha, hasFlag(format, AV_PIX_FMT_FLAG_BE), y,
+                         picture.width);
+        else
+            av_write_image_line2(line.data(), picture.data, picture.linesize, &description, 0, y,
+                                 index, picture.width, sizeof line[0]);
 }
 
 // Whether the alpha of a canvas of such a picture tells where it was drawn on.
@@ -68,7 +74,7 @@ Loader::~Loader() = default;
 
 void Loader::load(const AVFrame& picture, Canvas& canvas) {
     requireSameSize(picture, m_shape);
-    const PictureKind kind = kindOf(picture, m_shape, {});
+    const PictureKind kind = kindOf(picture, m_shape);
     canvas.colors = canvasColors(m_shape, picture, kind);
     if (picture.format == barePixels)
         return copyLines(picture.data[0], picture.linesize[0], canvas.lines().data, canvas.pitch(),
@@ -102,8 +108,10 @@ void Storer::store(const Canvas& canvas, const AVFrame& source, AVFrame& target)
                          m_shape);
     if ((target.buf[0] ? av_frame_make_writable(&target) : av_frame_get_buffer(&target, 0)) < 0)
         throw std::bad_alloc();
-    const PictureKind loaded = kindOf(source, m_shape, {});
-    const PictureKind kind = kindOf(target, m_shape, loaded.colors);
+    const PictureKind loaded = kindOf(source, m_shape);
+    PictureKind kind = kindOf(target, m_shape, loaded.colors);
+    if (kind.chromaPlace == AVCHROMA_LOC_UNSPECIFIED)
+        kind.chromaPlace = loaded.chromaPlace;
     CanvasConverter& converter = converterFor(m_converter, m_shape, kind, canvas.colors);
     const bool chromaOnly = isChromaOnly(*m_shape.layout);
     const bool whole = source.format != barePixels && hasPixels(source);
@@ -115,7 +123,7 @@ void Storer::store(const Canvas& canvas, const AVFrame& source, AVFrame& target)
         converter.setGround(whole ? &groundOf(source) : nullptr, target);
     converter.store(result, target);
     if (!hasAlpha(source) || !hasAlpha(*m_shape.layout))
-        makeOpaque(target);
+        makeOpaque(target, m_alphaLine);
     if (compared)
         drawn().keepOthers(source, target, kind);
 }

@@ -3,8 +3,10 @@
 
 #include "media/canvas.h"
 
+#include <cstdint>
 #include <memory>
 #include <optional>
+#include <vector>
 
 class CanvasConverter;
 class DrawnPixels;
@@ -59,4 +61,5 @@ private:
     Loader m_loader;                   // of the source
     std::optional<Canvas> m_reference; // the source as it was before it was drawn on
     std::unique_ptr<DrawnPixels> m_drawn;
+    std::vector<std::uint16_t> m_alphaLine;
 };

@@ -190,9 +190,9 @@ void Decoder::setTime(AVFrame& frame) {
     if (frame.best_effort_timestamp == AV_NOPTS_VALUE)
         frame.best_effort_timestamp = m_nextTime;
     if (frame.pkt_duration <= 0) {
-        const AVRational rate = av_guess_frame_rate(&m_input.format(), &m_input.pictures(), nullptr);
-        frame.pkt_duration =
-            rate.num > 0 ? av_rescale_q(1, av_inv_q(rate), stream.time_base) : 1;
+        const AVRational rate =
+            av_guess_frame_rate(&m_input.format(), &m_input.pictures(), nullptr);
+        frame.pkt_duration = rate.num > 0 ? av_rescale_q(1, av_inv_q(rate), stream.time_base) : 1;
     }
     m_nextTime = frame.best_effort_timestamp + frame.pkt_duration;
 }

@@ -62,6 +62,6 @@ private:
     std::int64_t m_standIns = 0;
     // Of packets that gave no frame so far; only kept where frames may be skipped.
     std::map<std::int64_t, std::int64_t> m_due; // their times, with durations
-    FramePtr m_good;  // the last that came whole
+    FramePtr m_good;                            // the last that came whole
     FramePtr m_waits; // came whole while others before it are still to be stood in for
 };

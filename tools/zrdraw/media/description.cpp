@@ -16,9 +16,9 @@ extern "C" {
 namespace {
 
 // These say how the source's file is made, not what it shows; time code has a way of its own.
-constexpr std::string_view ownTags[] = {"major_brand", "minor_version", "compatible_brands",
-                                        "encoder",     "timecode",      "duration",
-                                        "DURATION",    "_STATISTICS_WRITING_APP"};
+constexpr std::string_view ownTags[] = {
+    "major_brand", "minor_version", "compatible_brands", "encoder",
+    "timecode",    "duration",      "DURATION",          "_STATISTICS_WRITING_APP"};
 
 bool isOwnTag(std::string_view key) {
     return std::find(std::begin(ownTags), std::end(ownTags), key) != std::end(ownTags) ||
@@ -34,7 +34,7 @@ void copyTags(const AVDictionary* from, AVDictionary*& to) {
 }
 
 bool holdsChapters(const OutputFormat& format) {
-    constexpr std::string_view names[] = {"mov", "mp4", "ipod", "3gp", "3g2", "psp",
+    constexpr std::string_view names[] = {"mov", "mp4",      "ipod", "3gp", "3g2", "psp",
                                           "f4v", "matroska", "webm", "nut", "asf", "ogg"};
     return std::find(std::begin(names), std::end(names), format.muxer->name) != std::end(names);
 }

@@ -5,5 +5,8 @@
 
 #include <string>
 
+// Of a whole file; empty if it has none.
+std::string dpxTimeCode(const AVPacket& file);
+
 // Into a whole file, which the encoder leaves without one.
 void putDpxTimeCode(AVPacket& file, const std::string& text);

@@ -194,6 +194,13 @@ void DrawnPixels::keepOthers(const AVFrame& source, AVFrame& target,
                         colored || isAlpha ? All
                         : isChroma         ? Chroma
                                            : Luma};
+        // Cb and Cr side by side count as one sample.
+        if (isChroma && i == 1 && format.comp[2].plane == component.plane &&
+            component.step == 2 * samples.bytes) {
+            samples.offset = 0;
+            samples.bytes = component.step;
+            ++i;
+        }
         const int lines = isChroma ? AV_CEIL_RSHIFT(m_shape.height, chroma.shift) : m_shape.height;
         for (int y = 0; y < lines; ++y) {
             if (isChroma)
@@ -232,7 +239,8 @@ void DrawnPixels::keepLine(const Samples& samples, const std::uint8_t* from,
     from += samples.offset;
     to += samples.offset;
     if (!samples.touched && samples.bytes == samples.step) {
-        std::memcpy(to, from, static_cast<std::size_t>(count * samples.bytes));
+        std::memcpy(to, from,
+                    static_cast<std::size_t>(count) * static_cast<std::size_t>(samples.bytes));
         return;
     }
     for (int x = 0; x < count; ++x)

@@ -158,7 +158,7 @@ void Encoder::describeFrames(const OutputFormat& format, const StreamInfo& sourc
     context.color_primaries = source.colorPrimaries;
     context.color_trc = source.colorTransfer;
     context.chroma_sample_location = source.chromaLocation;
-    context.pix_fmt = chooseFramePixels(m_codec, source.pixelFormat, working);
+    context.pix_fmt = chooseFramePixels(format, source.pixelFormat, working);
     if (context.pix_fmt == AV_PIX_FMT_NONE)
         throw Failure(fmt::format("the encoder '{}' takes no kind of frame that can be made here; "
                                   "use another --codec",

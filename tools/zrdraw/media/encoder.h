@@ -47,7 +47,8 @@ public:
     }
 
 private:
-    void describeFrames(const OutputFormat& format, const StreamInfo& source, AVPixelFormat working);
+    void describeFrames(const OutputFormat& format, const StreamInfo& source,
+                        AVPixelFormat working);
     void describeColors(const StreamInfo& source);
     void setQuality(AvOptions& settings, const OutputFormat& format, const StreamInfo& source);
     void setOptions(AvOptions& settings, const EncoderOptions& options) const;
@@ -62,7 +63,7 @@ private:
     CodecPtr m_context;
     BufferPoolPtr m_pool;
     PacketPtr m_packet;
-    PacketPtr m_bare;                          // waits to be received
+    PacketPtr m_bare;                               // waits to be received
     std::map<std::int64_t, std::int64_t> m_lengths; // of the frames in the encoder, by place
     std::int64_t m_frames = 0;
 };

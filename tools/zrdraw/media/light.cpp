@@ -40,8 +40,8 @@ void addLight(AvOptions& settings, const AVCodec& codec, const AVFrame& first) {
     if (std::string_view(codec.name) != "libx265")
         return;
     std::string parameters = "log-level=none";
-    const auto* display = dataOf<AVMasteringDisplayMetadata>(
-        first, AV_FRAME_DATA_MASTERING_DISPLAY_METADATA);
+    const auto* display =
+        dataOf<AVMasteringDisplayMetadata>(first, AV_FRAME_DATA_MASTERING_DISPLAY_METADATA);
     if (display && display->has_primaries && display->has_luminance)
         parameters += ":hdr10=1:master-display=" + masteringText(*display);
     if (const auto* level =
@@ -57,9 +57,8 @@ void copyLight(const AVFrame& first, AVStream& to) {
     constexpr struct {
         AVFrameSideDataType from;
         AVPacketSideDataType to;
-    } rows[] = {
-        {AV_FRAME_DATA_MASTERING_DISPLAY_METADATA, AV_PKT_DATA_MASTERING_DISPLAY_METADATA},
-        {AV_FRAME_DATA_CONTENT_LIGHT_LEVEL, AV_PKT_DATA_CONTENT_LIGHT_LEVEL}};
+    } rows[] = {{AV_FRAME_DATA_MASTERING_DISPLAY_METADATA, AV_PKT_DATA_MASTERING_DISPLAY_METADATA},
+                {AV_FRAME_DATA_CONTENT_LIGHT_LEVEL, AV_PKT_DATA_CONTENT_LIGHT_LEVEL}};
     for (const auto& row : rows) {
         const AVFrameSideData* side = av_frame_get_side_data(&first, row.from);
         if (!side || av_stream_get_side_data(&to, row.to, nullptr))

@@ -134,13 +134,13 @@ Planes planesAt(const AVFrame& picture, int y) {
 
 } // namespace
 
-const LineFunctions exchangedChroma{packExchanged, unpackExchanged};
-const LineFunctions dpxWords{packDpx, unpackDpx};
-const LineFunctions alphaFirstWords{packAlphaFirst, unpackAlphaFirst};
-const LineFunctions threeHalves{packHalves<3>, unpackHalves<3>};
-const LineFunctions fourHalves{packHalves<4>, unpackHalves<4>};
-const LineFunctions chromaBytes{packChroma<std::uint8_t>, unpackChroma<std::uint8_t>};
-const LineFunctions chromaWords{packChroma<std::uint16_t>, unpackChroma<std::uint16_t>};
+const LineFunctions exchangedChroma{packExchanged, unpackExchanged, true};
+const LineFunctions dpxWords{packDpx, unpackDpx, false};
+const LineFunctions alphaFirstWords{packAlphaFirst, unpackAlphaFirst, true};
+const LineFunctions threeHalves{packHalves<3>, unpackHalves<3>, false};
+const LineFunctions fourHalves{packHalves<4>, unpackHalves<4>, false};
+const LineFunctions chromaBytes{packChroma<std::uint8_t>, unpackChroma<std::uint8_t>, true};
+const LineFunctions chromaWords{packChroma<std::uint16_t>, unpackChroma<std::uint16_t>, true};
 
 LinePacker::LinePacker(LineFunctions functions, int width, int height)
     : m_functions(functions), m_width(width), m_height(height) {}

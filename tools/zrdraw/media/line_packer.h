@@ -6,6 +6,7 @@
 struct LineFunctions {
     void (*pack)(const std::uint8_t* const planes[], std::uint8_t* line, int width);
     void (*unpack)(const std::uint8_t* line, std::uint8_t* const planes[], int width);
+    bool exact;
 };
 
 class LinePacker : public Packer {
@@ -13,6 +14,7 @@ public:
     LinePacker(LineFunctions functions, int width, int height);
     void pack(const AVFrame& picture, CanvasLines canvas) override;
     void unpack(CanvasLines canvas, AVFrame& picture) override;
+    bool isExact() const override { return m_functions.exact; }
 
 private:
     LineFunctions m_functions;

@@ -17,12 +17,9 @@ namespace {
 
 // Of what stands beside a stream in its container, what stays true when its pictures are drawn on.
 constexpr AVPacketSideDataType keptSideData[] = {
-    AV_PKT_DATA_DISPLAYMATRIX,
-    AV_PKT_DATA_STEREO3D,
-    AV_PKT_DATA_SPHERICAL,
-    AV_PKT_DATA_MASTERING_DISPLAY_METADATA,
-    AV_PKT_DATA_CONTENT_LIGHT_LEVEL,
-    AV_PKT_DATA_REPLAYGAIN,
+    AV_PKT_DATA_DISPLAYMATRIX,       AV_PKT_DATA_STEREO3D,
+    AV_PKT_DATA_SPHERICAL,           AV_PKT_DATA_MASTERING_DISPLAY_METADATA,
+    AV_PKT_DATA_CONTENT_LIGHT_LEVEL, AV_PKT_DATA_REPLAYGAIN,
     AV_PKT_DATA_AUDIO_SERVICE_TYPE,
 };
 
@@ -128,8 +125,8 @@ void Output::addAttachment(const AVStream& from) {
     if (picture.size == 0)
         return;
     av_freep(&to.codecpar->extradata);
-    to.codecpar->extradata = static_cast<std::uint8_t*>(av_mallocz(
-        static_cast<std::size_t>(picture.size) + AV_INPUT_BUFFER_PADDING_SIZE));
+    to.codecpar->extradata = static_cast<std::uint8_t*>(
+        av_mallocz(static_cast<std::size_t>(picture.size) + AV_INPUT_BUFFER_PADDING_SIZE));
     if (!to.codecpar->extradata)
         throw std::bad_alloc();
     std::memcpy(to.codecpar->extradata, picture.data, static_cast<std::size_t>(picture.size));

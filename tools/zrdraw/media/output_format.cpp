@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <iterator>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -112,16 +113,23 @@ const AVCodec* codecNamed(const std::string& name) {
     return codec;
 }
 
-// This format writes what it has no code for as private data, which nobody finds again.
-bool holdsInTransportStream(AVCodecID codec) {
-    constexpr AVCodecID known[] = {
-        AV_CODEC_ID_MP2,          AV_CODEC_ID_MP3,        AV_CODEC_ID_AAC,
-        AV_CODEC_ID_AC3,          AV_CODEC_ID_EAC3,       AV_CODEC_ID_DTS,
-        AV_CODEC_ID_OPUS,         AV_CODEC_ID_S302M,      AV_CODEC_ID_H264,
-        AV_CODEC_ID_HEVC,         AV_CODEC_ID_MPEG2VIDEO, AV_CODEC_ID_DVB_SUBTITLE,
-        AV_CODEC_ID_DVB_TELETEXT, AV_CODEC_ID_SMPTE_KLV};
-    return std::find(std::begin(known), std::end(known), codec) != std::end(known);
-}
+// Formats that do not tell which codecs they can hold. One of them writes any as private data,
+// which nobody finds again.
+constexpr AVCodecID inTransportStream[] = {
+    AV_CODEC_ID_H264,         AV_CODEC_ID_HEVC,     AV_CODEC_ID_MPEG2VIDEO,
+    AV_CODEC_ID_MP2,          AV_CODEC_ID_MP3,      AV_CODEC_ID_AAC,
+    AV_CODEC_ID_AC3,          AV_CODEC_ID_EAC3,     AV_CODEC_ID_DTS,
+    AV_CODEC_ID_OPUS,         AV_CODEC_ID_S302M,    AV_CODEC_ID_DVB_SUBTITLE,
+    AV_CODEC_ID_DVB_TELETEXT, AV_CODEC_ID_SMPTE_KLV};
+constexpr AVCodecID inMxf[] = {AV_CODEC_ID_MPEG2VIDEO, AV_CODEC_ID_DNXHD,    AV_CODEC_ID_DVVIDEO,
+                               AV_CODEC_ID_H264,       AV_CODEC_ID_JPEG2000, AV_CODEC_ID_PCM_S16LE,
+                               AV_CODEC_ID_PCM_S24LE};
+
+struct HeldCodecs {
+    std::string_view muxer;
+    std::span<const AVCodecID> codecs;
+};
+constexpr HeldCodecs heldCodecs[] = {{"mpegts", inTransportStream}, {"mxf", inMxf}};
 
 // These formats list what they then refuse.
 bool isListedInVain(std::string_view muxer, AVCodecID codec) {
@@ -138,8 +146,9 @@ bool isListedInVain(std::string_view muxer, AVCodecID codec) {
 bool holdsCodec(const AVOutputFormat& muxer, AVCodecID codec) {
     if (isListedInVain(muxer.name, codec))
         return false;
-    if (std::string_view(muxer.name) == "mpegts")
-        return holdsInTransportStream(codec);
+    for (const HeldCodecs& row : heldCodecs)
+        if (row.muxer == muxer.name)
+            return std::find(row.codecs.begin(), row.codecs.end(), codec) != row.codecs.end();
     return avformat_query_codec(&muxer, codec, FF_COMPLIANCE_UNOFFICIAL) == 1;
 }
 
@@ -240,8 +249,12 @@ bool holdsSound(const OutputFormat& format, AVCodecID codec) {
     return takesSound(format) && holdsCodec(*format.muxer, codec);
 }
 
-AVPixelFormat chooseFramePixels(const AVCodec& codec, AVPixelFormat source, AVPixelFormat working) {
+AVPixelFormat chooseFramePixels(const OutputFormat& format, AVPixelFormat source,
+                                AVPixelFormat working) {
+    const AVCodec& codec = *format.codec;
     if (codec.id == AV_CODEC_ID_WRAPPED_AVFRAME)
         return bestFormat(y4mFormats, source);
+    if (codec.id == AV_CODEC_ID_RAWVIDEO && format.sourcesCodec)
+        return source;
     return codec.pix_fmts ? bestFormat(codec.pix_fmts, source) : working;
 }

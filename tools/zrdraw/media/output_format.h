@@ -30,4 +30,5 @@ bool holdsSound(const OutputFormat& format, AVCodecID codec);
 
 // The encoder's kind of frame that loses least of the source, or AV_PIX_FMT_NONE. Bare frames are
 // written in the working layout.
-AVPixelFormat chooseFramePixels(const AVCodec& codec, AVPixelFormat source, AVPixelFormat working);
+AVPixelFormat chooseFramePixels(const OutputFormat& format, AVPixelFormat source,
+                                AVPixelFormat working);

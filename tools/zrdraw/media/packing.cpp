@@ -93,8 +93,8 @@ std::unique_ptr<Packer> makePacker(const zrLayout& layout, AVPixelFormat format,
     const Row& row = rowOf(layout);
     if (row.pixels == format)
         return row.make ? row.make(layout, width, height) : nullptr;
-    if (RgbPacker::knows(layout, format))
-        return std::make_unique<RgbPacker>(layout, format, width, height);
+    if (auto packer = makeRgbPacker(layout, format, width, height))
+        return packer;
     return makePairsPacker(layout, format, width, height);
 }
 

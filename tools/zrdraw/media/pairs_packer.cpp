@@ -7,6 +7,7 @@
 #include <libyuv.h>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -54,6 +55,50 @@ public:
 private:
     bool m_lumaFirst;
     bool m_exchanged;
+};
+
+// The order of the pairs of a packed format of bytes.
+const zrPairOrder* orderOf(AVPixelFormat format) {
+    const auto* layout =
+        std::find_if(std::begin(zrLayouts), std::end(zrLayouts), [format](const zrLayout& row) {
+            return row.isPairs() && isMemoryOf(row, format);
+        });
+    return layout == std::end(zrLayouts) ? nullptr : &layout->pair;
+}
+
+// Packed pairs in one order as those in another.
+class PairsExchanger : public Packer {
+public:
+    PairsExchanger(const zrPairOrder& canvas, const zrPairOrder& picture, int width, int height)
+        : m_canvas(canvas), m_picture(picture), m_width(width), m_height(height),
+          m_samples(components * static_cast<std::size_t>(width)) {}
+
+    bool isExact() const override { return true; }
+
+    void pack(const AVFrame& picture, CanvasLines canvas) override {
+        for (int y = 0; y < m_height; ++y)
+            exchange(m_picture, lineIn(picture, y), m_canvas, canvas.line(y));
+    }
+    void unpack(CanvasLines canvas, AVFrame& picture) override {
+        for (int y = 0; y < m_height; ++y)
+            exchange(m_canvas, canvas.line(y), m_picture, lineIn(picture, y));
+    }
+
+private:
+    static std::uint8_t* lineIn(const AVFrame& picture, int y) {
+        return picture.data[0] + std::ptrdiff_t{picture.linesize[0]} * y;
+    }
+    void exchange(const ByteLines& in, const std::uint8_t* from, const ByteLines& out,
+                  std::uint8_t* to) {
+        std::uint8_t *luma = m_samples.data(), *cb = luma + m_width, *cr = cb + m_width;
+        in.unpack(from, luma, cb, cr, m_width);
+        out.pack(luma, cb, cr, to, m_width);
+    }
+
+    ByteLines m_canvas, m_picture;
+    int m_width;
+    int m_height;
+    std::vector<std::uint8_t> m_samples;
 };
 
 // To and from the depth of the lines by powers of two, as YCbCr of any depth is understood.
@@ -185,6 +230,9 @@ std::unique_ptr<Packer> makePairsPacker(const zrLayout& layout, AVPixelFormat fo
         description->nb_components != components || description->log2_chroma_w != 1 ||
         description->log2_chroma_h > 1 || !hasOwnBytes(format))
         return nullptr;
+    const zrPairOrder* order = orderOf(format);
+    if (order && layout.isPairs())
+        return std::make_unique<PairsExchanger>(layout.pair, *order, width, height);
     if (layout.code == ptV210)
         return std::make_unique<PairsPacker<V210Lines>>(V210Lines(), format, width, height);
     if (layout.isPairs() && description->comp[0].depth <= ByteLines::depth)

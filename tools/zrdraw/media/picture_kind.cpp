@@ -2,6 +2,10 @@
 
 #include "media/pixel_formats.h"
 
+extern "C" {
+#include <libavutil/imgutils.h>
+}
+
 namespace {
 
 AVPixelFormat withoutRange(AVPixelFormat format) {
@@ -73,6 +77,13 @@ bool areAlike(const PictureKind& a, const PictureKind& b) {
 
 bool hasPixels(const AVFrame& picture) {
     return picture.data[0] != nullptr;
+}
+
+void copyPicture(const AVFrame& from, AVFrame& to) {
+    const Planes planes = planesOf(from);
+    const std::uint8_t* data[4] = {planes.data[0], planes.data[1], planes.data[2], planes.data[3]};
+    av_image_copy(to.data, to.linesize, data, from.linesize, static_cast<AVPixelFormat>(to.format),
+                  to.width, to.height);
 }
 
 Planes planesOf(const AVFrame& picture) {

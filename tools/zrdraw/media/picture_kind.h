@@ -14,10 +14,14 @@ struct PictureKind {
     bool operator==(const PictureKind&) const = default;
 };
 
+// Where nobody says: by the height, and in studio range.
+inline constexpr Colors usualColors{AVCOL_SPC_UNSPECIFIED, AVCOL_RANGE_MPEG};
+
 // What pictures of a kind have in common with canvases of a shape: where a picture says nothing of
 // its colours it has those of `otherwise`, else what is usual. A bare one is in the format that
 // stands for the layout.
-PictureKind kindOf(const AVFrame& picture, const CanvasShape& shape, const Colors& otherwise);
+PictureKind kindOf(const AVFrame& picture, const CanvasShape& shape,
+                   const Colors& otherwise = usualColors);
 
 // The colours of a canvas in the layout that such a picture is loaded into.
 Colors canvasColors(const CanvasShape& shape, const AVFrame& picture, const PictureKind& kind);
@@ -26,6 +30,9 @@ Colors canvasColors(const CanvasShape& shape, const AVFrame& picture, const Pict
 bool areAlike(const PictureKind& a, const PictureKind& b);
 
 bool hasPixels(const AVFrame& picture);
+
+// Between pictures of one format and size.
+void copyPicture(const AVFrame& from, AVFrame& to);
 
 // The planes of a picture, or of the lines of one of its fields.
 struct Planes {

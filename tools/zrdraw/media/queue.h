@@ -16,8 +16,8 @@ public:
     // Holds things up to this weight, or one that is heavier.
     explicit Queue(std::size_t most) : m_most(most) {}
 
-    // Waits for room, and asks `idle` now and then meanwhile, which may throw. False if the queue is
-    // closed: the thing is dropped.
+    // Waits for room, and asks `idle` now and then meanwhile, which may throw. False if the queue
+    // is closed: the thing is dropped.
     template <class Idle>
     bool push(T thing, std::size_t weight, Idle idle) {
         std::unique_lock lock(m_mutex);

@@ -1,5 +1,6 @@
 #include "media/reader.h"
 
+#include "media/dpx_time_code.h"
 #include "media/pixel_formats.h"
 #include "media/sound.h"
 #include "media/time_code.h"
@@ -59,6 +60,7 @@ void Reader::start() {
     const AVStream& pictures = m_input.pictures();
     const zrLayout& layout = m_options.layout(
         m_options.raw ? AV_PIX_FMT_NONE : static_cast<AVPixelFormat>(pictures.codecpar->format));
+    std::string timeCode; // of the first picture
     bool found = false;
     while (!found) {
         PacketPtr packet = m_input.next();
@@ -75,6 +77,8 @@ void Reader::start() {
         }
         if (!m_decoder)
             m_decoder.emplace(m_input, layout, m_options.raw, *packet, m_options.damage);
+        if (pictures.codecpar->codec_id == AV_CODEC_ID_DPX && timeCode.empty())
+            timeCode = dpxTimeCode(*packet);
         m_decoder->send(packet.get());
         found = m_decoder->receive(*m_first);
     }
@@ -83,6 +87,8 @@ void Reader::start() {
     const auto pixels = m_first->format == barePixels ? pixelFormatOf(layout)
                                                       : static_cast<AVPixelFormat>(m_first->format);
     m_info = describeStream(m_input, *m_first, pixels);
+    if (m_info.timeCode.empty())
+        m_info.timeCode = timeCode;
     m_shape.emplace(layout, m_info.width, m_info.height);
     if (m_options.rate && !m_info.picture) {
         m_even.emplace(m_info, *m_options.rate);
@@ -161,7 +167,7 @@ void Reader::scaleTo(int width, int height) {
 
 std::optional<Item> Reader::next() {
     if (!m_loader) {
-        m_loader.emplace(*m_shape);
+        m_loader.emplace(*m_shape, m_options.alpha);
         m_pool.emplace(*m_shape);
     }
     while (m_ready.empty() && readOn()) {

@@ -27,6 +27,7 @@ struct ReadOptions {
     std::optional<RawFormat> raw = {}; // frames in a raw file are in the layout
     Damage damage = Damage::Fail;
     std::optional<int> startNumber = {}; // of a sequence of pictures
+    Alpha alpha = Alpha::Canvas;         // of the picture, as the writer stores it
     std::optional<AVRational> rate = {}; // frames come at this rate, repeated or left out
 };
 

@@ -1,143 +1,216 @@
 #include "media/rgb_packer.h"
 
 #include "media/pixel_formats.h"
+#include "media/rgb_lines.h"
 #include "media/samples.h"
 
 #include <algorithm>
-#include <cstring>
+#include <array>
+#include <type_traits>
+#include <vector>
 
 namespace {
 
 constexpr int alphaChannel = 3;
 
-// Where the channels of a pixel stand, counted in samples; -1 where there is none.
-struct Order {
-    int place[4];
-    int samples; // of a pixel
-    int depth;
-};
-
-Order orderOf(const zrLayout& layout) {
-    if (layout.code == ptRGB48)
-        return {{0, 1, 2, -1}, 3, 16};
-    if (layout.code == ptARGB64)
-        return {{1, 2, 3, 0}, 4, 16};
-    const zrByteOrder& bytes = layout.bytes;
-    return {{bytes.r, bytes.g, bytes.b, bytes.a}, static_cast<int>(layout.line.groupBytes), 8};
-}
-
-template <typename Sample, int samples>
-void interleave(const std::uint16_t* const channels[], const Order& order, std::uint8_t* line,
-                int width) {
-    for (int channel = 0; channel < 4; ++channel) {
-        if (order.place[channel] < 0)
-            continue;
-        const std::uint16_t* from = channels[channel];
-        std::uint8_t* to = line + sizeof(Sample) * static_cast<unsigned>(order.place[channel]);
-        for (int x = 0; x < width; ++x) {
-            const auto sample = static_cast<Sample>(from[x]);
-            std::memcpy(to + std::ptrdiff_t{x} * samples * static_cast<int>(sizeof sample), &sample,
-                        sizeof sample);
-        }
-    }
-}
-
-template <typename Sample, int samples>
-void separate(const std::uint8_t* line, const Order& order, std::uint16_t* const channels[],
-              int width) {
-    for (int channel = 0; channel < 4; ++channel) {
-        if (order.place[channel] < 0)
-            continue;
-        std::uint16_t* to = channels[channel];
-        const std::uint8_t* from =
-            line + sizeof(Sample) * static_cast<unsigned>(order.place[channel]);
-        for (int x = 0; x < width; ++x) {
-            Sample sample;
-            std::memcpy(&sample,
-                        from + std::ptrdiff_t{x} * samples * static_cast<int>(sizeof sample),
-                        sizeof sample);
-            to[x] = sample;
-        }
-    }
+template <typename Sample>
+void swapBytes(Sample* samples, int count) {
+    if constexpr (sizeof(Sample) == 2)
+        for (int x = 0; x < count; ++x)
+            samples[x] = __builtin_bswap16(samples[x]);
 }
 
 // By the weights of BT.601; grey stays what it is.
-void makeLuma(std::uint16_t* red, const std::uint16_t* green, const std::uint16_t* blue,
-              int width) {
+template <typename Sample>
+void makeLuma(Sample* red, const Sample* green, const Sample* blue, int width) {
     for (int x = 0; x < width; ++x)
-        red[x] = static_cast<std::uint16_t>(
+        red[x] = static_cast<Sample>(
             (19595U * red[x] + 38470U * green[x] + 7471U * blue[x] + 32768U) >> 16);
 }
 
+// How a format stands to layouts with such samples.
+template <typename Sample>
+struct Shape {
+    explicit Shape(AVPixelFormat pixels)
+        : format(*av_pix_fmt_desc_get(pixels)), alpha((format.flags & AV_PIX_FMT_FLAG_ALPHA) != 0),
+          colors(format.nb_components - (alpha ? 1 : 0)),
+          bigEndian((format.flags & AV_PIX_FMT_FLAG_BE) != 0) {
+        constexpr int bytes = sizeof(Sample);
+        const AVComponentDescriptor& first = format.comp[0];
+        whole = first.depth == 8 * bytes;
+        inPlace = whole && first.step == bytes && (bytes == 1 || !bigEndian);
+        const bool packed = whole && colors == 3 && (format.flags & AV_PIX_FMT_FLAG_PLANAR) == 0;
+        samples = packed ? first.step / bytes : 0;
+    }
+
+    int channelOf(int component) const { return component < colors ? component : alphaChannel; }
+
+    const AVPixFmtDescriptor& format;
+    bool alpha;
+    int colors; // components of colour
+    bool bigEndian;
+    bool whole;   // samples fill their bytes
+    bool inPlace; // lines of samples are lines of the picture
+    int samples;  // of a packed pixel, else 0
+};
+
+template <typename Sample>
+class RgbPacker : public Packer {
+    static constexpr int depth = 8 * sizeof(Sample);
+    static constexpr Sample opaque = static_cast<Sample>((1U << depth) - 1);
+
+public:
+    RgbPacker(const zrLayout& layout, AVPixelFormat format, int width, int height)
+        : m_order(channelOrder(layout)), m_shape(format), m_width(width), m_height(height),
+          m_samples(buffers * static_cast<std::size_t>(width)),
+          m_words(static_cast<std::size_t>(width)) {}
+
+    bool isExact() const override {
+        const bool held = !m_shape.alpha || m_order.hasAlpha();
+        return held && m_shape.format.comp[0].depth <= depth;
+    }
+
+    void pack(const AVFrame& picture, CanvasLines canvas) override {
+        std::fill_n(buffer(alphaChannel), m_width, opaque);
+        for (int y = 0; y < m_height; ++y) {
+            const Lines<Sample> channels = take(picture, y);
+            weave(inOrder(channels, m_order), m_order.samples,
+                  reinterpret_cast<Sample*>(canvas.line(y)), m_width);
+        }
+    }
+
+    void unpack(CanvasLines canvas, AVFrame& picture) override {
+        std::fill_n(buffer(alphaChannel), m_width, opaque);
+        for (int y = 0; y < m_height; ++y) {
+            const Lines<Sample> channels = placesFor(picture, y);
+            unweave(reinterpret_cast<const Sample*>(canvas.line(y)), m_order.samples,
+                    inOrder(channels, m_order), m_width);
+            put(channels, picture, y);
+        }
+    }
+
+private:
+    static constexpr int dropped = 4; // for what the format does not have
+    static constexpr int buffers = 5;
+
+    Sample* buffer(int index) {
+        return m_samples.data() + static_cast<std::ptrdiff_t>(index) * m_width;
+    }
+    Sample* lineIn(const AVFrame& picture, int component, int y) const {
+        const int plane = m_shape.format.comp[component].plane;
+        return reinterpret_cast<Sample*>(picture.data[plane] +
+                                         std::ptrdiff_t{picture.linesize[plane]} * y);
+    }
+
+    // Of red, green, blue and alpha; grey is all of the first three.
+    Lines<Sample> take(const AVFrame& picture, int y) {
+        Lines<Sample> channels{buffer(0), buffer(1), buffer(2), buffer(alphaChannel)};
+        const AVPixFmtDescriptor& format = m_shape.format;
+        if (m_shape.samples != 0) {
+            unweave(lineIn(picture, 0, y), m_shape.samples, packedChannels(channels), m_width);
+            for (int i = 0; i < format.nb_components && m_shape.bigEndian; ++i)
+                swapBytes(buffer(m_shape.channelOf(i)), m_width);
+            return channels;
+        }
+        for (int i = 0; i < format.nb_components; ++i) {
+            Sample*& line = channels[static_cast<unsigned>(m_shape.channelOf(i))];
+            if (m_shape.inPlace)
+                line = lineIn(picture, i, y);
+            else
+                read(picture, i, y, line);
+        }
+        if (m_shape.colors == 1)
+            channels[1] = channels[2] = channels[0];
+        return channels;
+    }
+
+    Lines<Sample> placesFor(const AVFrame& picture, int y) {
+        Lines<Sample> channels{buffer(0), buffer(1), buffer(2),
+                               buffer(m_shape.alpha ? alphaChannel : dropped)};
+        if (m_shape.inPlace && m_shape.colors == 3)
+            for (int i = 0; i < m_shape.format.nb_components; ++i)
+                channels[static_cast<unsigned>(m_shape.channelOf(i))] = lineIn(picture, i, y);
+        if (m_shape.alpha && !m_order.hasAlpha())
+            std::fill_n(channels[alphaChannel], m_width, opaque);
+        return channels;
+    }
+
+    void put(const Lines<Sample>& channels, AVFrame& picture, int y) {
+        const AVPixFmtDescriptor& format = m_shape.format;
+        if (m_shape.samples != 0) {
+            for (int i = 0; i < format.nb_components && m_shape.bigEndian; ++i)
+                swapBytes(buffer(m_shape.channelOf(i)), m_width);
+            weave(packedChannels(channels), m_shape.samples, lineIn(picture, 0, y), m_width);
+            return;
+        }
+        if (m_shape.inPlace && m_shape.colors == 3)
+            return;
+        if (m_shape.colors == 1)
+            makeLuma(channels[0], channels[1], channels[2], m_width);
+        for (int i = 0; i < format.nb_components; ++i)
+            write(channels[static_cast<unsigned>(m_shape.channelOf(i))], picture, i, y);
+    }
+
+    // In the order of a packed pixel.
+    Lines<Sample> packedChannels(const Lines<Sample>& channels) {
+        Lines<Sample> samples{buffer(dropped), buffer(dropped), buffer(dropped), buffer(dropped)};
+        for (int i = 0; i < m_shape.format.nb_components; ++i)
+            samples[static_cast<unsigned>(m_shape.format.comp[i].offset) / sizeof(Sample)] =
+                channels[static_cast<unsigned>(m_shape.channelOf(i))];
+        return samples;
+    }
+
+    // Where words of the picture need no more than another depth.
+    std::uint16_t* wordsIn(const AVFrame& picture, const AVComponentDescriptor& component, int y) {
+        const bool words = component.depth > 8 && component.step == 2 && component.shift == 0;
+        return words && !m_shape.bigEndian
+                   ? reinterpret_cast<std::uint16_t*>(
+                         picture.data[component.plane] +
+                         std::ptrdiff_t{picture.linesize[component.plane]} * y)
+                   : nullptr;
+    }
+
+    void read(const AVFrame& picture, int component, int y, Sample* line) {
+        const AVComponentDescriptor& from = m_shape.format.comp[component];
+        const std::uint16_t* words = wordsIn(picture, from, y);
+        if (!words) {
+            readSamples(picture, from, m_shape.bigEndian, y, m_words.data(), m_width);
+            words = m_words.data();
+        }
+        changeDepth(words, from.depth, line, depth, m_width);
+    }
+
+    void write(const Sample* line, AVFrame& picture, int component, int y) {
+        const AVComponentDescriptor& to = m_shape.format.comp[component];
+        std::uint16_t* words = wordsIn(picture, to, y);
+        std::uint16_t* changed = words ? words : m_words.data();
+        if constexpr (sizeof(Sample) == sizeof(std::uint16_t)) {
+            changeDepth(line, depth, changed, to.depth, m_width);
+        } else {
+            std::copy_n(line, m_width, m_words.data());
+            changeDepth(m_words.data(), depth, changed, to.depth, m_width);
+        }
+        if (!words)
+            writeSamples(changed, picture, to, m_shape.bigEndian, y, m_width);
+    }
+
+    ChannelOrder m_order;
+    Shape<Sample> m_shape;
+    int m_width;
+    int m_height;
+    std::vector<Sample> m_samples;
+    std::vector<std::uint16_t> m_words;
+};
+
 } // namespace
 
-bool RgbPacker::knows(const zrLayout& layout, AVPixelFormat format) {
-    const bool rgb = layout.bytes.r >= 0 || layout.code == ptRGB48 || layout.code == ptARGB64;
-    return rgb && (isGray(format) || hasFlag(format, AV_PIX_FMT_FLAG_RGB)) && hasOwnBytes(format);
-}
-
-RgbPacker::RgbPacker(const zrLayout& layout, AVPixelFormat format, int width, int height)
-    : m_layout(layout), m_format(format), m_width(width), m_height(height),
-      m_samples(4 * static_cast<std::size_t>(width)) {}
-
-void RgbPacker::pack(const AVFrame& picture, CanvasLines canvas) {
-    const AVPixFmtDescriptor& format = *av_pix_fmt_desc_get(m_format);
-    const bool bigEndian = format.flags & AV_PIX_FMT_FLAG_BE;
-    const bool alpha = format.flags & AV_PIX_FMT_FLAG_ALPHA;
-    const int colors = format.nb_components - (alpha ? 1 : 0);
-    const Order order = orderOf(m_layout);
-    const std::uint16_t* channels[4] = {channel(0), channel(colors > 1 ? 1 : 0),
-                                        channel(colors > 1 ? 2 : 0), channel(alphaChannel)};
-    std::fill_n(channel(alphaChannel), m_width,
-                static_cast<std::uint16_t>((1U << order.depth) - 1));
-    for (int y = 0; y < m_height; ++y) {
-        for (int i = 0; i < format.nb_components; ++i) {
-            std::uint16_t* samples = channel(i < colors ? i : alphaChannel);
-            readSamples(picture, format.comp[i], bigEndian, y, samples, m_width);
-            changeDepth(samples, m_width, format.comp[i].depth, order.depth);
-        }
-        if (order.depth == 8 && order.samples == 4)
-            interleave<std::uint8_t, 4>(channels, order, canvas.line(y), m_width);
-        else if (order.depth == 8)
-            interleave<std::uint8_t, 3>(channels, order, canvas.line(y), m_width);
-        else if (order.samples == 4)
-            interleave<std::uint16_t, 4>(channels, order, canvas.line(y), m_width);
-        else
-            interleave<std::uint16_t, 3>(channels, order, canvas.line(y), m_width);
-    }
-}
-
-void RgbPacker::unpack(CanvasLines canvas, AVFrame& picture) {
-    const AVPixFmtDescriptor& format = *av_pix_fmt_desc_get(m_format);
-    const bool bigEndian = format.flags & AV_PIX_FMT_FLAG_BE;
-    const bool alpha = format.flags & AV_PIX_FMT_FLAG_ALPHA;
-    const int colors = format.nb_components - (alpha ? 1 : 0);
-    const Order order = orderOf(m_layout);
-    std::uint16_t* channels[4] = {channel(0), channel(1), channel(2), channel(alphaChannel)};
-    for (int y = 0; y < m_height; ++y) {
-        if (order.place[alphaChannel] < 0)
-            std::fill_n(channel(alphaChannel), m_width,
-                        static_cast<std::uint16_t>((1U << order.depth) - 1));
-        if (order.depth == 8 && order.samples == 4)
-            separate<std::uint8_t, 4>(canvas.line(y), order, channels, m_width);
-        else if (order.depth == 8)
-            separate<std::uint8_t, 3>(canvas.line(y), order, channels, m_width);
-        else if (order.samples == 4)
-            separate<std::uint16_t, 4>(canvas.line(y), order, channels, m_width);
-        else
-            separate<std::uint16_t, 3>(canvas.line(y), order, channels, m_width);
-        if (colors == 1)
-            makeLuma(channel(0), channel(1), channel(2), m_width);
-        for (int i = 0; i < format.nb_components; ++i) {
-            std::uint16_t* samples = channel(i < colors ? i : alphaChannel);
-            changeDepth(samples, m_width, order.depth, format.comp[i].depth);
-            writeSamples(samples, picture, format.comp[i], bigEndian, y, m_width);
-        }
-    }
-}
-
-bool RgbPacker::isExact() const {
-    const AVPixFmtDescriptor& format = *av_pix_fmt_desc_get(m_format);
-    const bool held = !hasFlag(m_format, AV_PIX_FMT_FLAG_ALPHA) || orderOf(m_layout).place[3] >= 0;
-    return held && format.comp[0].depth <= orderOf(m_layout).depth;
+std::unique_ptr<Packer> makeRgbPacker(const zrLayout& layout, AVPixelFormat format, int width,
+                                      int height) {
+    if (!hasOwnBytes(format) || !(isGray(format) || hasFlag(format, AV_PIX_FMT_FLAG_RGB)))
+        return nullptr;
+    if (layout.bytes.r >= 0)
+        return std::make_unique<RgbPacker<std::uint8_t>>(layout, format, width, height);
+    if (layout.code == ptRGB48 || layout.code == ptARGB64)
+        return std::make_unique<RgbPacker<std::uint16_t>>(layout, format, width, height);
+    return nullptr;
 }

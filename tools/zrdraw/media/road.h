@@ -67,7 +67,7 @@ private:
     Worker m_worker;
 };
 
-// Every item goes from the reader through `draw`, on the caller's thread, to the writer, which at the
-// end completes the result. What any stage throws ends all of them and is thrown again, and so does
-// an interrupt.
+// Every item goes from the reader through `draw`, on the caller's thread, to the writer, which at
+// the end completes the result. What any stage throws ends all of them and is thrown again, and so
+// does an interrupt.
 void runRoad(Reader& reader, Writer& writer, const std::function<void(Frame&)>& draw);

@@ -25,6 +25,8 @@ void byStep(int step, int bytes, Body body) {
         body(std::integral_constant<int, 0>());
     else if (step == 2 * bytes)
         body(std::integral_constant<int, 1>());
+    else if (step == 4 * bytes)
+        body(std::integral_constant<int, 2>());
     else
         body(step);
 }
@@ -36,6 +38,13 @@ bool isWord(const AVComponentDescriptor& component) {
 bool overlap(const AVComponentDescriptor& a, const AVComponentDescriptor& b) {
     return a.plane == b.plane && a.offset < b.offset + (isWord(b) ? 2 : 1) &&
            b.offset < a.offset + (isWord(a) ? 2 : 1);
+}
+
+// A depth doubled until it is no less than another.
+constexpr int doubled(int depth, int least) {
+    while (depth < least)
+        depth *= 2;
+    return depth;
 }
 
 template <typename Step>
@@ -124,16 +133,23 @@ template void writeSamples(const std::uint8_t*, AVFrame&, const AVComponentDescr
 template void writeSamples(const std::uint16_t*, AVFrame&, const AVComponentDescriptor&, bool, int,
                            int);
 
-void changeDepth(std::uint16_t* samples, int count, int from, int to) {
-    if (to < from)
+template <typename Sample>
+void changeDepth(const std::uint16_t* samples, int from, Sample* changed, int to, int count) {
+    const int left = to - from, right = from - left;
+    if (left <= 0)
         for (int x = 0; x < count; ++x)
-            samples[x] = static_cast<std::uint16_t>(samples[x] >> (from - to));
-    // Depths below half of the wanted one repeat their bits more than once.
-    for (int has = from; has < to;) {
-        const int next = to < 2 * has ? to : 2 * has;
-        const int left = next - has, right = has - left;
+            changed[x] = static_cast<Sample>(samples[x] >> -left);
+    else if (right >= 0)
         for (int x = 0; x < count; ++x)
-            samples[x] = static_cast<std::uint16_t>(samples[x] << left | samples[x] >> right);
-        has = next;
-    }
+            changed[x] = static_cast<Sample>(samples[x] << left | samples[x] >> right);
+    else // less than half as deep: repeated more than once
+        for (int x = 0; x < count; ++x) {
+            unsigned sample = samples[x];
+            for (int has = from; has < to; has *= 2)
+                sample = sample << has | sample;
+            changed[x] = static_cast<Sample>(sample >> (doubled(from, to) - to));
+        }
 }
+
+template void changeDepth(const std::uint16_t*, int, std::uint8_t*, int, int);
+template void changeDepth(const std::uint16_t*, int, std::uint16_t*, int, int);

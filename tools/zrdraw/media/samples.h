@@ -23,4 +23,5 @@ void writeSamples(const Sample* samples, AVFrame& picture, const AVComponentDesc
 
 // From one depth to another: made deeper by repeating the high bits, and less deep by dropping the
 // low ones, so that what was made deeper comes back.
-void changeDepth(std::uint16_t* samples, int count, int from, int to);
+template <typename Sample>
+void changeDepth(const std::uint16_t* samples, int from, Sample* changed, int to, int count);

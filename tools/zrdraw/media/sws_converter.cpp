@@ -10,7 +10,10 @@ namespace {
 SwsPtr makeScaler(const PictureKind& from, const PictureKind& to, int width, int height) {
     // Between formats in Y, Cb and Cr chroma is repeated and picked, not filtered.
     const bool kept = !countsAsRgb(from.format) && !countsAsRgb(to.format);
-    const int flags = (kept ? SWS_POINT : SWS_BILINEAR) | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT;
+    // The scaler halves RGB by whole pairs, and would read one behind an odd line.
+    const int pairs = width % 2 == 0 ? 0 : SWS_FULL_CHR_H_INP;
+    const int flags =
+        (kept ? SWS_POINT : SWS_BILINEAR) | SWS_ACCURATE_RND | SWS_FULL_CHR_H_INT | pairs;
     SwsPtr scaler(sws_getContext(width, height, from.format, width, height, to.format, flags,
                                  nullptr, nullptr, nullptr));
     if (!scaler)

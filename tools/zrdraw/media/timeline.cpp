@@ -45,7 +45,8 @@ Timeline::Timeline(const StreamInfo& source, const OutputFormat& format)
     bool grid = false;
     for (const AVCodecID codec : rateCodecs)
         grid = grid || codec == format.codec->id;
-    m_kind = numbers ? Kind::Numbers : grid ? Kind::Grid : Kind::Exact;
+    const bool gaps = grid || format.isNamed("avi"); // which are frames of no size there
+    m_kind = gaps ? Kind::Grid : numbers ? Kind::Numbers : Kind::Exact;
     m_base = m_kind == Kind::Exact ? commonBase(source.timeBase, source.frameRate)
                                    : av_inv_q(source.frameRate);
     if (m_kind != Kind::Exact && source.unevenRate && !format.picture)

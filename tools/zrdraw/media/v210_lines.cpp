@@ -1,5 +1,6 @@
 #include "media/v210_lines.h"
 
+#include "media/vectors.h"
 #include "zrdraw/v210.h"
 
 #include <cstring>
@@ -158,11 +159,6 @@ V210Samples behind(const V210Samples& samples, int x) {
 
 V210Targets behind(const V210Targets& targets, int x) {
     return {targets.y + x, targets.cb + x / 2, targets.cr + x / 2};
-}
-
-bool hasVectors() {
-    static const bool has = __builtin_cpu_supports("avx2");
-    return has;
 }
 
 } // namespace

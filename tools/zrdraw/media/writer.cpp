@@ -44,8 +44,7 @@ bool hasCaptions(const AVFrame& picture) {
 } // namespace
 
 Writer::Writer(const WriteOptions& options, Reader& source, const StreamInfo& info)
-    : m_info(info),
-      m_format(chooseFormat(options, info)),
+    : m_info(info), m_format(chooseFormat(options, info)),
       m_name(options.path == "-" ? "standard output" : fmt::format("'{}'", options.path)),
       m_timeline(info, m_format), m_encoder(m_format, options.encoder, info, source.firstPicture(),
                                             source.shape(), m_timeline.base()),
@@ -57,8 +56,7 @@ Writer::Writer(const WriteOptions& options, Reader& source, const StreamInfo& in
 }
 
 Writer::Writer(const WriteOptions& options, const CanvasShape& shape, const StreamInfo& info)
-    : m_info(info),
-      m_format(chooseFormat(options, info)),
+    : m_info(info), m_format(chooseFormat(options, info)),
       m_name(options.path == "-" ? "standard output" : fmt::format("'{}'", options.path)),
       m_timeline(info, m_format),
       m_encoder(m_format, options.encoder, info, noPicture(), shape, m_timeline.base()),

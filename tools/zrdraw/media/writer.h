@@ -34,7 +34,7 @@ struct WriteOptions {
     bool force = false;                       // replace an existing file
     int firstNumber = 1;                      // of a sequence of pictures
     std::optional<std::string> timeCode = {}; // of the first frame; the source's own if not told
-    Storer::Alpha alpha = Storer::Alpha::Canvas;
+    Alpha alpha = Alpha::Canvas;
     bool timesFromZero = false;    // frames do not come with the times of the source
     std::string audioCodec = {};   // of all sound that passes; empty: as it is
     bool sourceSound = true;       // that of the source passes

@@ -6,13 +6,8 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <vector>
 
 #include <zimg.h>
-
-extern "C" {
-#include <libavutil/imgutils.h>
-}
 
 namespace {
 
@@ -60,12 +55,6 @@ bool isAligned(const AVFrame& picture) {
             picture.linesize[i] % int{alignment} != 0)
             return false;
     return true;
-}
-
-void copyPicture(const AVFrame& from, AVFrame& to) {
-    const std::uint8_t* data[4] = {from.data[0], from.data[1], from.data[2], from.data[3]};
-    av_image_copy(to.data, to.linesize, data, from.linesize, static_cast<AVPixelFormat>(to.format),
-                  to.width, to.height);
 }
 
 template <class Buffer>
@@ -162,18 +151,18 @@ const AVFrame& ZimgConverter::aligned(const AVFrame& picture) {
 }
 
 // Apart from the colours, so that it comes back as it was.
-void ZimgConverter::convertAlpha(const AVFrame& from, AVFrame& to) const {
+void ZimgConverter::convertAlpha(const AVFrame& from, AVFrame& to) {
     if (!hasFlag(m_to.format, AV_PIX_FMT_FLAG_ALPHA))
         return;
     const AVComponentDescriptor& target = av_pix_fmt_desc_get(m_to.format)->comp[alpha];
-    std::vector<std::uint16_t> line(static_cast<std::size_t>(m_width),
-                                    static_cast<std::uint16_t>((1U << target.depth) - 1));
+    m_line.assign(static_cast<std::size_t>(m_width),
+                  static_cast<std::uint16_t>((1U << target.depth) - 1));
     for (int y = 0; y < to.height; ++y) {
         if (hasFlag(m_from.format, AV_PIX_FMT_FLAG_ALPHA)) {
             const AVComponentDescriptor& source = av_pix_fmt_desc_get(m_from.format)->comp[alpha];
-            readSamples(from, source, false, y, line.data(), m_width);
-            changeDepth(line.data(), m_width, source.depth, target.depth);
+            readSamples(from, source, false, y, m_line.data(), m_width);
+            changeDepth(m_line.data(), source.depth, m_line.data(), target.depth, m_width);
         }
-        writeSamples(line.data(), to, target, false, y, m_width);
+        writeSamples(m_line.data(), to, target, false, y, m_width);
     }
 }

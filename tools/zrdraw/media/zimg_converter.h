@@ -3,7 +3,9 @@
 
 #include "media/picture_converter.h"
 
+#include <cstdint>
 #include <cstdlib>
+#include <vector>
 
 struct zimg_filter_graph;
 
@@ -30,12 +32,13 @@ private:
     ZimgConverter(const PictureKind& from, const PictureKind& to, int width);
     void addGraph(GraphPtr graph, int field);
     const AVFrame& aligned(const AVFrame& picture);
-    void convertAlpha(const AVFrame& from, AVFrame& to) const;
+    void convertAlpha(const AVFrame& from, AVFrame& to);
 
     PictureKind m_from, m_to;
     int m_width;
     bool m_fields;
     GraphPtr m_graphs[2]; // of the picture, or of each field
     std::unique_ptr<void, Free> m_room[2];
+    std::vector<std::uint16_t> m_line;   // of alpha
     FramePtr m_alignedFrom, m_alignedTo; // made when first wanted
 };

@@ -1,4 +1,5 @@
 // Commands that set colours and modes.
+#include "picture_color.h"
 #include "script/operation_rows.h"
 
 #include <fmt/format.h>
@@ -28,7 +29,8 @@ Parameters ycbcr() {
 
 template <bool foreground>
 int setColor(ZRDraw& draw, const Arguments& a) {
-    return draw.SetColorRGBA(a.number(0), a.number(1), a.number(2), a.numberOr(3, 1.0), foreground);
+    return setPictureColor(draw, a.number(0), a.number(1), a.number(2), a.numberOr(3, 1.0),
+                           foreground);
 }
 
 template <bool foreground>
