@@ -4,6 +4,7 @@
 #include "media/nearest_layout.h"
 #include "media/output_file.h"
 #include "media/sequence.h"
+#include "media/sound_codec.h"
 #include "numbers.h"
 #include "tool_error.h"
 
@@ -92,6 +93,9 @@ void addOutputOptions(CLI::App& command, ClipOptions& options) {
                        "Output format instead of the name's: y4m, raw...");
     command.add_option("--codec", options.codec,
                        "Encoder; the source's own, or the format's, unless told");
+    command.add_option("--audio-codec", options.audioCodec,
+                       "Encoder of the sound, such as aac or pcm_s24le; without it sound that "
+                       "passes stays as it is");
     command.add_option("--crf", options.crf, "Quality of encoders that take it, such as 18");
     command.add_option("--bitrate", options.bitRate, "Bits a second, such as 20M");
     command.add_option("--preset", options.preset, "The encoder's preset, such as fast");
@@ -164,6 +168,9 @@ WriteOptions writeOptions(const ClipOptions& options) {
     for (const std::string& text : options.encoderOptions)
         write.encoder.others.push_back(parseEncoderOption(text));
     write.streams = streamsNamed(options.streams);
+    if (!options.audioCodec.empty())
+        soundEncoderNamed(options.audioCodec);
+    write.audioCodec = options.audioCodec;
     write.force = options.force;
     write.firstNumber = options.startNumber.value_or(1);
     return write;

@@ -19,6 +19,7 @@ struct ClipOptions {
     std::string layout; // empty: the nearest to the source's
     std::string format;
     std::string codec;
+    std::string audioCodec;
     std::string crf;
     std::string bitRate;
     std::string preset;

@@ -14,7 +14,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 
 namespace {
 
@@ -24,6 +23,7 @@ struct Options : PairOptions {
     std::string code = "horizontal";
     std::string grid; // N% or XxY
     std::string flipA, flipB;
+    std::string sound; // empty: that of the one which moves
     std::string channel;
     int split = -1;
     int gain = 1;
@@ -108,25 +108,54 @@ const zrLayout& rgb32Layout(const std::string& name) {
     return layout;
 }
 
+constexpr struct {
+    const char* name;
+    bool first, second;
+} soundNames[] = {
+    {"a", true, false}, {"b", false, true}, {"both", true, true}, {"none", false, false}};
+
+const auto& soundNamed(const std::string& name) {
+    for (const auto& row : soundNames)
+        if (name == row.name)
+            return row;
+    throw UsageError(fmt::format("--sound: expected a, b, both or none, got '{}'", name));
+}
+
+// A picture has no sound of its own.
+WriteOptions writeOptionsOf(const Options& options, ClipPair& pair) {
+    WriteOptions write = writeOptions(options);
+    const bool firstLeads = &pair.leading() == &pair.first();
+    const auto& sound = soundNamed(!options.sound.empty() ? options.sound : firstLeads ? "a" : "b");
+    write.sourceSound = firstLeads ? sound.first : sound.second;
+    if (firstLeads && sound.second)
+        write.soundBeside = &pair.second();
+    return write;
+}
+
 class Run {
 public:
     Run(const Options& options, const MuxParameters& parameters)
         : m_parameters(parameters), m_pair(options, always(rgb32Layout(options.layout))),
           m_shape(m_pair.first().shape()), m_pool(m_shape), m_copyA(m_shape), m_copyB(m_shape),
-          m_writer(writeOptions(options), m_pair.leading(), m_pair.leading().info()),
+          m_writer(writeOptionsOf(options, m_pair), m_pair.leading(), m_pair.leading().info()),
           m_progress(progressMode(options),
                      framesToCome(m_pair.leading().info(), {}, m_writer.takesOneFrame())) {
         requireGridFits(parameters, m_pair.first().info());
+        tellNotes(options, m_writer, m_progress);
     }
 
     // To the end of the longer one.
     void frames() {
         WriteLane out(m_writer);
-        const auto pass = [&](PacketPtr packet) { out.push(std::move(packet)); };
-        const auto drop = [](const PacketPtr&) {};
         const bool firstLeads = &m_pair.leading() == &m_pair.first();
-        ClipFrames a(m_pair.first(), firstLeads ? Pass(pass) : drop);
-        ClipFrames b(m_pair.second(), firstLeads ? Pass(drop) : pass);
+        const auto passFrom = [&](int firstIndex) {
+            return [&out, firstIndex](PacketPtr packet) {
+                packet->stream_index += firstIndex;
+                out.push(std::move(packet));
+            };
+        };
+        ClipFrames a(m_pair.first(), passFrom(0));
+        ClipFrames b(m_pair.second(), passFrom(firstLeads ? m_writer.firstIndexBeside() : 0));
         ClipFrames& leading = firstLeads ? a : b;
         std::int64_t written = 0, end = 0;
         for (;;) {
@@ -147,13 +176,12 @@ public:
     }
 
 private:
-    using Pass = std::function<void(PacketPtr)>;
-
     std::unique_ptr<Frame> compose(Frame& a, Frame& b) {
         auto result = std::make_unique<Frame>(m_pool.take());
-        composeMux(
-            m_parameters, unflipped(a.canvas, m_copyA, zrMuxFlipAHorizontal | zrMuxFlipAVertical),
-            unflipped(b.canvas, m_copyB, zrMuxFlipBHorizontal | zrMuxFlipBVertical), result->canvas);
+        composeMux(m_parameters,
+                   unflipped(a.canvas, m_copyA, zrMuxFlipAHorizontal | zrMuxFlipAVertical),
+                   unflipped(b.canvas, m_copyB, zrMuxFlipBHorizontal | zrMuxFlipBVertical),
+                   result->canvas);
         result->canvas.colors = a.canvas.colors;
         result->picture = propertiesOf(*a.picture);
         return result;
@@ -202,6 +230,9 @@ void addOptions(CLI::App& command, Options& options) {
     command.add_option("--grid", options.grid, "A grid over it: N%, or XxY pixels");
     command.add_option("--flip-a", options.flipA, "Flip A first: h, v or hv");
     command.add_option("--flip-b", options.flipB, "Flip B first: h, v or hv");
+    command.add_option("--sound", options.sound,
+                       "Whose sound passes: a, b, both (A's first) or none; A's unless told, or "
+                       "B's where A is a picture");
     command.add_flag("--divider", options.divider, "A grey line at the split");
     command.add_flag("--swap", options.swap, "Exchange A and B");
     command.add_option("--layout", options.layout, "Layout to work in: bgra, rgba, argb or abgr")
@@ -213,6 +244,8 @@ std::string run(const Options& options) {
         return listMuxModes();
     requireNames(options);
     const MuxParameters parameters = parametersOf(options);
+    if (!options.sound.empty())
+        soundNamed(options.sound);
     checkOptions(options);
     runInterruptible([&] { Run(options, parameters).frames(); });
     return "";

@@ -107,7 +107,8 @@ void addOptions(CLI::App& command, Options& options) {
                      "Treat frames as interlaced, whatever the source says");
     command.footer(
         "Settings come from the store, if it holds any; options go over them, --set last. Where no "
-        "layer is\nenabled, time code is burnt in. Sound is passed on as it is.");
+        "layer is\nenabled, time code is burnt in. Sound is passed on as it is, unless "
+        "--audio-codec is given.");
 }
 
 std::string run(const Options& options) {

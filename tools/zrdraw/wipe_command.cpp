@@ -3,6 +3,7 @@
 #include "numbers.h"
 #include "pair/clip_pair.h"
 #include "pair/in_point.h"
+#include "pair/sound_mix.h"
 #include "pair/transition.h"
 #include "pair/wipe_names.h"
 #include "subcommand.h"
@@ -13,6 +14,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <tuple>
 
 namespace {
@@ -57,18 +59,23 @@ public:
         takeRanges();
         const StreamInfo info = resultInfo(m_pair.leading().info());
         WriteOptions write = writeOptions(options);
+        const bool one = !options.position.empty();
+        if (!one && write.streams != Streams::Video)
+            write.makeSound = [&](const OutputFormat& format) { return makeSound(format, info); };
         write.timesFromZero = true;
         write.streams = Streams::Video;
         m_writer.emplace(write, m_pair.first(), info);
-        const bool one = !options.position.empty();
         if (!one && m_writer->takesOneFrame())
             throw UsageError("a picture shows one position: add --position, or name a clip");
         m_progress.emplace(progressMode(options), one ? 1 : options.frames + m_holdA + m_holdB);
+        tellNotes(options, *m_writer, *m_progress);
     }
 
     void frames() {
-        ClipFrames from(m_pair.first(), [](const PacketPtr&) {});
-        ClipFrames to(m_pair.second(), [](const PacketPtr&) {});
+        ClipFrames from(
+            m_pair.first(), [&](PacketPtr packet) { m_sound->addFirst(std::move(packet)); });
+        ClipFrames to(m_pair.second(),
+                      [&](PacketPtr packet) { m_sound->addSecond(std::move(packet)); });
         WriteLane out(*m_writer);
         from.next();
         to.next();
@@ -77,11 +84,26 @@ public:
         else
             transition(from, to, out,
                        onScale(numberIn(m_options.position, "--position", 0.0, 1.0)));
+        if (m_sound)
+            m_sound->finish([&](PacketPtr packet) { pushSound(std::move(packet), out); });
         out.finish();
         m_progress->end();
     }
 
 private:
+    MadeSound makeSound(const OutputFormat& format, const StreamInfo& info) {
+        const std::int64_t end = m_holdA + m_options.frames;
+        m_sound = SoundMix::make(m_pair.first(), m_pair.second(), format, m_options.audioCodec,
+                                 {m_holdA, end, end + m_holdB, info.frameRate});
+        return m_sound ? m_sound->describe()
+                       : MadeSound{nullptr, SoundMix::model(m_pair.first(), m_pair.second())};
+    }
+
+    static void pushSound(PacketPtr packet, WriteLane& out) {
+        packet->stream_index = madeSoundStream;
+        out.push(std::move(packet));
+    }
+
     // No more is read than is shown.
     void takeRanges() {
         const auto take = [this](Reader& reader, const std::string& from, const char* option,
@@ -98,18 +120,33 @@ private:
     void clip(ClipFrames& from, ClipFrames& to, WriteLane& out) {
         for (int i = 0; i < m_holdA; ++i) {
             write(from.again(), out);
-            from.next();
+            next(from, &SoundMix::endFirst);
+            writeSound(out);
         }
         for (int i = 0; i < m_options.frames; ++i) {
             const int last = std::max(m_options.frames - 1, 1);
             transition(from, to, out, onScale(static_cast<double>(i) / last));
-            from.next();
-            to.next();
+            next(from, &SoundMix::endFirst);
+            next(to, &SoundMix::endSecond);
+            writeSound(out);
         }
         for (int i = 0; i < m_holdB; ++i) {
             write(to.again(), out);
-            to.next();
+            next(to, &SoundMix::endSecond);
+            writeSound(out);
         }
+    }
+
+    // All of a clip's sound has come when its frames have ended.
+    void next(ClipFrames& clip, void (SoundMix::*end)()) {
+        if (!clip.next() && m_sound)
+            (*m_sound.*end)();
+    }
+
+    void writeSound(WriteLane& out) {
+        if (m_sound)
+            m_sound->mixUntil(
+                m_written, [&](PacketPtr packet) { pushSound(std::move(packet), out); });
     }
 
     void transition(ClipFrames& from, ClipFrames& to, WriteLane& out, unsigned position) {
@@ -133,6 +170,7 @@ private:
     CanvasPool m_pool;
     Transition m_transition;
     int m_holdA, m_holdB;
+    std::unique_ptr<SoundMix> m_sound;
     std::optional<Writer> m_writer;
     std::optional<Progress> m_progress;
     std::int64_t m_written = 0;
@@ -164,7 +202,8 @@ void addOptions(CLI::App& command, Options& options) {
                      "v210 by the library's own way, which drops the two low bits");
     command.footer(
         "v210 is worked on at full precision: away from an edge every sample is that of its "
-        "source.\nThe last frame of a clip that ends stays.");
+        "source.\nThe last frame of a clip that ends stays. The first sound of each is cross-faded "
+        "over the\ntransition, in A's codec where that can be; --streams v leaves it out.");
 }
 
 std::string run(const Options& options) {

@@ -1,6 +1,7 @@
 #include "media/description.h"
 
 #include "media/light.h"
+#include "media/sound_codec.h"
 #include "tool_error.h"
 
 #include <fmt/format.h>
@@ -90,8 +91,11 @@ bool isTimeCodeTrack(const AVStream& stream) {
             av_dict_get(stream.metadata, "timecode", nullptr, 0));
 }
 
-bool isWanted(const AVStream& stream, Streams wanted) {
+bool isWanted(const AVStream& stream, const PassOptions& options) {
     const AVMediaType type = stream.codecpar->codec_type;
+    const Streams wanted = options.wanted;
+    if (type == AVMEDIA_TYPE_AUDIO && !options.sound)
+        return false;
     return wanted == Streams::All ||
            (wanted == Streams::AudioAndVideo &&
             (type == AVMEDIA_TYPE_AUDIO ||
@@ -105,34 +109,64 @@ bool isFileBeside(const AVStream& stream, const OutputFormat& format) {
 }
 
 [[noreturn]] void refuseSound(const OutputFormat& format, const AVStream& stream) {
-    throw Failure(
-        fmt::format("the format '{}' cannot hold the sound, which is {}: use another name "
-                    "such as out.mov or out.mkv, or --streams v",
-                    format.muxer->name, avcodec_get_name(stream.codecpar->codec_id)));
+    const AVCodec* codec = soundEncoderFor(format, "", *stream.codecpar);
+    throw Failure(fmt::format("the format '{}' cannot hold the sound, which is {}: use "
+                              "--audio-codec {}, another name such as out.mov or out.mkv, or "
+                              "--streams v",
+                              format.muxer->name, avcodec_get_name(stream.codecpar->codec_id),
+                              codec->name));
+}
+
+void transcode(const Input& from, const AVStream& stream, Output& to, const std::string& codec,
+               int index, PassedStreams& passed) {
+    const AVCodec& encoder = *soundEncoderFor(to.format(), codec, *stream.codecpar);
+    auto transcoder = std::make_shared<SoundTranscoder>(from, stream, encoder, *to.format().muxer);
+    AVStream& added = to.addStream(transcoder->context());
+    copyStreamDescription(stream, added);
+    passed.streams.push_back({index, stream.time_base, &added, std::move(transcoder)});
+}
+
+void passStream(const Input& from, const AVStream& stream, Output& to,
+                const std::string& audioCodec, int index, PassedStreams& passed) {
+    const OutputFormat& format = to.format();
+    const bool sound = stream.codecpar->codec_type == AVMEDIA_TYPE_AUDIO;
+    if (sound && takesSound(format) && !audioCodec.empty())
+        transcode(from, stream, to, audioCodec, index, passed);
+    else if (canHold(format, *stream.codecpar))
+        passed.streams.push_back({index, stream.time_base, &to.addCopy(stream), nullptr});
+    else if (sound && takesSound(format))
+        refuseSound(format, stream);
+    else
+        passed.lost.push_back(kindOf(stream));
 }
 
 } // namespace
 
-PassedStreams passStreams(const Input& from, Output& to, Streams wanted) {
+PassedStreams passStreams(const Input& from, Output& to, const PassOptions& options) {
     PassedStreams passed;
-    const OutputFormat& format = to.format();
     for (unsigned i = 0; i < from.format().nb_streams; ++i) {
         const AVStream& stream = *from.format().streams[i];
         const bool ours = stream.index == from.pictures().index;
-        if (ours || isTimeCodeTrack(stream) || !isWanted(stream, wanted))
+        if (ours || isTimeCodeTrack(stream) || !isWanted(stream, options))
             continue;
-        if (isFileBeside(stream, format) && format.isNamed("matroska")) {
+        if (isFileBeside(stream, to.format()) && to.format().isNamed("matroska"))
             to.addAttachment(stream);
-        } else if (canHold(format, *stream.codecpar)) {
-            passed.streams.push_back({stream.index, stream.time_base, &to.addCopy(stream)});
-        } else {
-            const bool takesSound = format.muxer->audio_codec != AV_CODEC_ID_NONE;
-            if (stream.codecpar->codec_type == AVMEDIA_TYPE_AUDIO && takesSound)
-                refuseSound(format, stream);
-            passed.lost.push_back(kindOf(stream));
-        }
+        else
+            passStream(from, stream, to, options.audioCodec, stream.index, passed);
     }
     return passed;
+}
+
+void passSound(const Input& from, Output& to, const std::string& audioCodec, int firstIndex,
+               PassedStreams& passed) {
+    for (const AVStream* stream : from.sound())
+        passStream(from, *stream, to, audioCodec, firstIndex + stream->index, passed);
+}
+
+void copyStreamDescription(const AVStream& from, AVStream& to) {
+    copyTags(from.metadata, to.metadata);
+    to.disposition = from.disposition;
+    copySideData(from, to);
 }
 
 std::vector<std::string> copyDescription(const Input& from, const AVFrame& first,
@@ -141,9 +175,7 @@ std::vector<std::string> copyDescription(const Input& from, const AVFrame& first
     const AVFormatContext& source = from.format();
     const OutputFormat& format = to.format();
     copyTags(source.metadata, to.muxer().metadata);
-    copyTags(from.pictures().metadata, pictures.metadata);
-    pictures.disposition = from.pictures().disposition;
-    copySideData(from.pictures(), pictures);
+    copyStreamDescription(from.pictures(), pictures);
     copyLight(first, pictures);
     if (source.nb_chapters > 0 && holdsChapters(format))
         copyChapters(source, from.pictures().time_base, origin, to.muxer());

@@ -35,6 +35,7 @@ public:
     AVFormatContext& format() const { return *m_format; }
     AVStream& pictures() const { return *m_pictures; }
     bool isPicture() const; // a single still picture
+    Damage damage() const { return m_options.damage; }
 
     // The next packet of any stream, in the file's order; null at the end.
     PacketPtr next();

@@ -6,9 +6,11 @@
 
 #include <cstring>
 #include <new>
+#include <numeric>
 
 extern "C" {
 #include <libavutil/mem.h>
+#include <libavutil/opt.h>
 }
 
 namespace {
@@ -24,6 +26,30 @@ constexpr AVPacketSideDataType keptSideData[] = {
 // What a container may hold back so that streams stand beside each other, where frames come out as
 // they go in: a second of them is much memory.
 constexpr std::int64_t shortInterleave = AV_TIME_BASE / 2;
+
+// Where streams begin is told by these formats in units of the whole file, of a millisecond unless
+// told: too coarse for samples of sound.
+void setMovieTimescale(const AVFormatContext& muxer, AvOptions& options) {
+    constexpr std::int64_t finest = 100'000'000;
+    bool sound = false;
+    std::int64_t scale = 1;
+    for (unsigned i = 0; i < muxer.nb_streams; ++i) {
+        const AVStream& stream = *muxer.streams[i];
+        sound = sound || stream.codecpar->codec_type == AVMEDIA_TYPE_AUDIO;
+        const std::int64_t common = std::lcm(scale, std::int64_t{stream.time_base.den});
+        scale = common <= finest ? common : scale;
+    }
+    if (sound && av_opt_find(muxer.priv_data, "movie_timescale", nullptr, 0, 0))
+        options.set("movie_timescale", std::to_string(scale));
+}
+
+// Readers of this format take the delay of this codec off its times; the muxer does not add it.
+std::int64_t delayToAdd(const OutputFormat& format, const AVCodecParameters& stream,
+                        AVRational base) {
+    const bool taken = stream.codec_id == AV_CODEC_ID_OPUS &&
+                       (format.isNamed("matroska") || format.isNamed("webm"));
+    return taken ? av_rescale_q(stream.initial_padding, {1, stream.sample_rate}, base) : 0;
+}
 
 } // namespace
 
@@ -118,7 +144,9 @@ void Output::begin(bool force, int firstNumber, bool lowDelay) {
     if (lowDelay)
         m_muxer->max_interleave_delta = shortInterleave;
     m_messages = {};
-    const int started = avformat_write_header(m_muxer.get(), nullptr);
+    AvOptions options;
+    setMovieTimescale(*m_muxer, options);
+    const int started = avformat_write_header(m_muxer.get(), options.get());
     if (started < 0)
         fail("begin", started);
 }
@@ -131,6 +159,10 @@ void Output::write(AVPacket& packet, AVRational base, const AVStream& stream) {
     }
     packet.stream_index = stream.index;
     packet.pos = -1;
+    if (const std::int64_t delay = delayToAdd(m_format, *stream.codecpar, base)) {
+        packet.pts += packet.pts == AV_NOPTS_VALUE ? 0 : delay;
+        packet.dts += packet.dts == AV_NOPTS_VALUE ? 0 : delay;
+    }
     av_packet_rescale_ts(&packet, base, stream.time_base);
     m_messages = {};
     const int written = av_interleaved_write_frame(m_muxer.get(), &packet);

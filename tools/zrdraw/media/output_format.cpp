@@ -131,7 +131,21 @@ struct HeldCodecs {
 };
 constexpr HeldCodecs heldCodecs[] = {{"mpegts", inTransportStream}, {"mxf", inMxf}};
 
+// These formats list what they then refuse.
+bool isListedInVain(std::string_view muxer, AVCodecID codec) {
+    constexpr struct {
+        std::string_view muxer;
+        AVCodecID codec;
+    } rows[] = {{"mov", AV_CODEC_ID_FLAC},   {"mov", AV_CODEC_ID_OPUS}, {"mov", AV_CODEC_ID_TRUEHD},
+                {"mov", AV_CODEC_ID_VP8},    {"mov", AV_CODEC_ID_VP9},  {"mov", AV_CODEC_ID_AV1},
+                {"mp4", AV_CODEC_ID_TRUEHD}, {"mp4", AV_CODEC_ID_VP8}};
+    return std::any_of(std::begin(rows), std::end(rows),
+                       [&](const auto& row) { return row.muxer == muxer && row.codec == codec; });
+}
+
 bool holdsCodec(const AVOutputFormat& muxer, AVCodecID codec) {
+    if (isListedInVain(muxer.name, codec))
+        return false;
     for (const HeldCodecs& row : heldCodecs)
         if (row.muxer == muxer.name)
             return std::find(row.codecs.begin(), row.codecs.end(), codec) != row.codecs.end();
@@ -220,11 +234,19 @@ OutputFormat chooseOutputFormat(const std::string& path, const std::string& form
 bool canHold(const OutputFormat& format, const AVCodecParameters& stream) {
     if (format.picture || format.sequence || stream.codec_id == AV_CODEC_ID_NONE)
         return false;
-    if (stream.codec_type == AVMEDIA_TYPE_AUDIO && format.muxer->audio_codec == AV_CODEC_ID_NONE)
-        return false;
+    if (stream.codec_type == AVMEDIA_TYPE_AUDIO)
+        return holdsSound(format, stream.codec_id);
     if (stream.codec_type == AVMEDIA_TYPE_ATTACHMENT)
         return format.isNamed("matroska");
     return holdsCodec(*format.muxer, stream.codec_id);
+}
+
+bool takesSound(const OutputFormat& format) {
+    return !format.picture && !format.sequence && format.muxer->audio_codec != AV_CODEC_ID_NONE;
+}
+
+bool holdsSound(const OutputFormat& format, AVCodecID codec) {
+    return takesSound(format) && holdsCodec(*format.muxer, codec);
 }
 
 AVPixelFormat chooseFramePixels(const OutputFormat& format, AVPixelFormat source,

@@ -23,8 +23,10 @@ struct OutputFormat {
 OutputFormat chooseOutputFormat(const std::string& path, const std::string& format,
                                 const std::string& codec, const StreamInfo& source);
 
-// Whether a format has a place for a stream.
+// Whether a format has a place for a stream, for any sound, for sound of a codec.
 bool canHold(const OutputFormat& format, const AVCodecParameters& stream);
+bool takesSound(const OutputFormat& format);
+bool holdsSound(const OutputFormat& format, AVCodecID codec);
 
 // The encoder's kind of frame that loses least of the source, or AV_PIX_FMT_NONE. Bare frames are
 // written in the working layout.

@@ -1,5 +1,7 @@
 #include "media/passed_packets.h"
 
+#include "media/sound.h"
+
 #include <algorithm>
 
 void PassedPackets::choose(const std::vector<int>& streams) {
@@ -23,16 +25,24 @@ int PassedPackets::compare(const AVPacket& packet, std::int64_t time) const {
                          m_input.pictures().time_base);
 }
 
+// By more than the lead-in, if the packet has one.
+bool PassedPackets::endsBefore(const AVPacket& packet, std::int64_t time) const {
+    const AVRational base = m_input.format().streams[packet.stream_index]->time_base;
+    const std::int64_t lead =
+        m_decoded.contains(packet.stream_index)
+            ? av_rescale_q(soundLeadIn, {1, 1000}, m_input.pictures().time_base)
+            : 0;
+    return av_compare_ts(packet.pts + std::max<std::int64_t>(packet.duration, 0), base, time - lead,
+                         m_input.pictures().time_base) <= 0;
+}
+
 // The range begins later still.
 void PassedPackets::frameBefore(std::int64_t time) {
     if (m_whole)
         return;
     m_seen = time;
     std::erase_if(m_waiting, [&](const PacketPtr& packet) {
-        const AVRational base = m_input.format().streams[packet->stream_index]->time_base;
-        return packet->pts != AV_NOPTS_VALUE &&
-               av_compare_ts(packet->pts + std::max<std::int64_t>(packet->duration, 0), base, time,
-                             m_input.pictures().time_base) <= 0;
+        return packet->pts != AV_NOPTS_VALUE && endsBefore(*packet, time);
     });
 }
 
@@ -77,7 +87,9 @@ bool PassedPackets::cut(AVPacket& packet) const {
     const std::int64_t frame = std::int64_t{bits} * codec.ch_layout.nb_channels / 8;
     if (codec.codec_type == AVMEDIA_TYPE_AUDIO && frame > 0 && packet.size % frame == 0)
         return cutSamples(packet, frame);
-    return compare(packet, *m_from) >= 0 && !(m_to && compare(packet, *m_to) >= 0);
+    const bool begun = m_decoded.contains(packet.stream_index) ? !endsBefore(packet, *m_from)
+                                                               : compare(packet, *m_from) >= 0;
+    return begun && !(m_to && compare(packet, *m_to) >= 0);
 }
 
 // Sound that is not compressed is cut to the sample: one that lies between two ranges which join is

@@ -8,6 +8,7 @@
 #include <deque>
 #include <map>
 #include <optional>
+#include <set>
 #include <vector>
 
 class PassedPackets {
@@ -18,6 +19,11 @@ public:
     void takeRange() { m_whole = false; }
 
     void choose(const std::vector<int>& streams);
+
+    // Of those among them that are decoded later, packets from a little before the range on pass
+    // too, and whole ones at its ends.
+    void leadIn(const std::vector<int>& streams) { m_decoded = {streams.begin(), streams.end()}; }
+
     bool passes(int stream) const { return m_ends.contains(stream); }
 
     void add(PacketPtr packet);
@@ -36,6 +42,7 @@ public:
     void release(std::deque<Item>& ready, bool fileEnded);
 
 private:
+    bool endsBefore(const AVPacket& packet, std::int64_t time) const;
     int compare(const AVPacket& packet, std::int64_t time) const;
     bool cut(AVPacket& packet) const;
     bool cutSamples(AVPacket& packet, std::int64_t bytesPerSample) const;
@@ -44,6 +51,7 @@ private:
     const Input& m_input;
     bool m_whole = true;
     std::map<int, std::int64_t> m_ends; // where each stream's last packet ended, in its time base
+    std::set<int> m_decoded;
     std::deque<PacketPtr> m_waiting;
     std::int64_t m_seen = INT64_MIN; // the latest frame's time
     std::optional<std::int64_t> m_from;

@@ -2,6 +2,7 @@
 
 #include "media/dpx_time_code.h"
 #include "media/pixel_formats.h"
+#include "media/sound.h"
 #include "media/time_code.h"
 #include "tool_error.h"
 
@@ -93,6 +94,7 @@ void Reader::start() {
         m_even.emplace(m_info, *m_options.rate);
         m_info = m_even->describe();
     }
+    m_firstTime = m_even ? m_even->sourceTime(m_info.start) : m_first->best_effort_timestamp;
 }
 
 // Clocks of broadcast streams run from any time on.
@@ -112,12 +114,22 @@ void Reader::findOrigin() {
 void Reader::take(const FrameRange& range) {
     m_range = range;
     m_passed.takeRange();
-    if (range.first == 0 || m_even || m_ended || !m_input.seekToFrame(range.first))
+    const std::int64_t first = std::max<std::int64_t>(range.first - framesOfLeadIn(), 0);
+    if (first == 0 || m_even || m_ended || !m_input.seekToFrame(first))
         return;
     m_frames.clear();
     m_unread.clear();
     m_decoder->flush();
-    m_number = range.first;
+    m_number = first;
+}
+
+// That sound needs which is compressed.
+std::int64_t Reader::framesOfLeadIn() const {
+    for (const AVStream* stream : m_input.sound())
+        if (needsLeadIn(*stream->codecpar))
+            return av_rescale_q_rnd(soundLeadIn, {1, 1000}, av_inv_q(m_info.frameRate),
+                                    AV_ROUND_UP);
+    return 0;
 }
 
 std::int64_t Reader::expectedOrigin() const {
@@ -133,8 +145,9 @@ std::string Reader::timeCode() const {
     return code && m_range.first > 0 ? code->at(m_range.first) : m_info.timeCode;
 }
 
-void Reader::pass(const std::vector<int>& streams) {
+void Reader::pass(const std::vector<int>& streams, const std::vector<int>& decoded) {
     m_passed.choose(streams);
+    m_passed.leadIn(decoded);
 }
 
 void Reader::measureSound(AudioLevels& levels) {
@@ -260,7 +273,7 @@ void Reader::load(FramePtr picture, std::int64_t number) {
     }
     if (!std::exchange(m_begun, true)) {
         if (m_range.first > 0)
-            m_origin = fileTime;
+            m_origin = m_firstTime = fileTime;
         m_passed.begin(fileTime);
         if (m_levels)
             m_levels->takeUntil(static_cast<double>(time) * av_q2d(m_info.timeBase));

@@ -50,7 +50,10 @@ public:
     // a frame was read.
     std::int64_t origin() const { return m_origin; }
 
-    // The same before a frame was read: nearly, where the frames are not evenly spaced.
+    // The file's time of the first frame that comes, in the same base; of a range known likewise.
+    std::int64_t firstTime() const { return m_firstTime; }
+
+    // The origin before a frame was read: nearly, where the frames are not evenly spaced.
     std::int64_t expectedOrigin() const;
 
     // The time code of the first frame that comes, as the file has it; empty if it has none.
@@ -59,9 +62,9 @@ public:
     // Before the first frame: takes other frames than all.
     void take(const FrameRange& range);
 
-    // Before the first frame: which other streams pass, that levels of sound are measured, and that
-    // pictures come in another size.
-    void pass(const std::vector<int>& streams);
+    // Before the first frame: which other streams pass, and which of them to be decoded; that
+    // levels of sound are measured, and that pictures come in another size.
+    void pass(const std::vector<int>& streams, const std::vector<int>& decoded = {});
     void measureSound(AudioLevels& levels);
     void scaleTo(int width, int height);
 
@@ -74,6 +77,7 @@ public:
 private:
     void start();
     void findOrigin();
+    std::int64_t framesOfLeadIn() const;
     bool readOn();
     bool wantsMore() const;
     void takePacket(PacketPtr packet);
@@ -108,6 +112,7 @@ private:
     std::deque<Item> m_ready;
     std::int64_t m_number = 0; // of the next frame
     std::int64_t m_origin = 0;
+    std::int64_t m_firstTime = 0;
     bool m_begun = false; // a frame of the range was read
     bool m_ended = false;
     bool m_flushed = false;

@@ -74,11 +74,15 @@ Writer::Writer(const WriteOptions& options, const CanvasShape& shape, const Stre
 void Writer::passOn(const WriteOptions& options, Reader& source) {
     if (m_format.sourcesCodec)
         keepTag(*m_format.muxer, m_info.codecTag, *m_pictures->codecpar);
-    m_passed = passStreams(source.input(), m_output, options.streams);
-    std::vector<int> chosen;
-    for (const PassedStreams::Stream& stream : m_passed.streams)
-        chosen.push_back(stream.from);
-    source.pass(chosen);
+    m_passed = passStreams(source.input(), m_output,
+                           {options.streams, options.sourceSound, options.audioCodec});
+    choose(source, 0);
+    if (options.soundBeside && options.streams != Streams::Video) {
+        m_beside = options.soundBeside;
+        passSound(m_beside->input(), m_output, options.audioCodec, firstIndexBeside(), m_passed);
+        choose(*options.soundBeside, firstIndexBeside());
+    }
+    addMadeSound(options);
     std::vector<std::string> lost = m_passed.lost;
     const std::vector<std::string> more = copyDescription(
         source.input(), source.firstPicture(), source.expectedOrigin(), m_output, *m_pictures);
@@ -89,6 +93,37 @@ void Writer::passOn(const WriteOptions& options, Reader& source) {
         lost.emplace_back("the active format description");
     setTimeCode(options, lost);
     noteLost(lost);
+}
+
+// The source then passes those of its streams that were found to have a place.
+void Writer::choose(Reader& source, int firstIndex) const {
+    const auto count = static_cast<int>(source.input().format().nb_streams);
+    std::vector<int> chosen, decoded;
+    for (const PassedStreams::Stream& stream : m_passed.streams) {
+        const int index = stream.from - firstIndex;
+        if (index < 0 || index >= count)
+            continue;
+        chosen.push_back(index);
+        if (stream.transcoder)
+            decoded.push_back(index);
+    }
+    source.pass(chosen, decoded);
+}
+
+int Writer::firstIndexBeside() const {
+    return static_cast<int>(m_source->input().format().nb_streams);
+}
+
+void Writer::addMadeSound(const WriteOptions& options) {
+    const MadeSound made = options.makeSound ? options.makeSound(m_format) : MadeSound{};
+    if (made.like && !made.encoder)
+        m_passed.lost.emplace_back("sound");
+    if (!made.encoder)
+        return;
+    AVStream& stream = m_output.addStream(*made.encoder);
+    copyStreamDescription(*made.like, stream);
+    m_madeSound = &stream;
+    m_madeSoundBase = made.encoder->time_base;
 }
 
 void Writer::setTimeCode(const WriteOptions& options, std::vector<std::string>& lost) {
@@ -141,6 +176,7 @@ void Writer::writeFrame(Frame& frame) {
     target->pkt_duration = m_timeline.lengthOf(frame);
     encode(target.get());
     ++m_frames;
+    m_framesEnd = frame.time + frame.duration;
 }
 
 void Writer::encode(const AVFrame* frame) {
@@ -154,11 +190,14 @@ void Writer::encode(const AVFrame* frame) {
 }
 
 void Writer::writePacket(AVPacket& packet) {
+    if (packet.stream_index == madeSoundStream)
+        return m_output.write(packet, m_madeSoundBase, *m_madeSound);
     for (const PassedStreams::Stream& stream : m_passed.streams) {
         if (stream.from != packet.stream_index)
             continue;
-        const std::int64_t origin =
-            av_rescale_q(fileOrigin(), m_source->input().pictures().time_base, stream.base);
+        if (stream.transcoder)
+            return transcode(stream, &packet);
+        const std::int64_t origin = originOf(stream);
         if (packet.pts != AV_NOPTS_VALUE)
             packet.pts -= origin;
         if (packet.dts != AV_NOPTS_VALUE)
@@ -168,9 +207,38 @@ void Writer::writePacket(AVPacket& packet) {
     }
 }
 
+// What times of the stream are counted from, in its base: the first frames of two sources come at
+// one time.
+std::int64_t Writer::originOf(const PassedStreams::Stream& stream) const {
+    const AVRational base = m_source->input().pictures().time_base;
+    if (!m_beside || stream.from < firstIndexBeside())
+        return av_rescale_q(fileOrigin(), base, stream.base);
+    return av_rescale_q(m_beside->firstTime(), m_beside->input().pictures().time_base,
+                        stream.base) -
+           av_rescale_q(m_source->firstTime() - fileOrigin(), base, stream.base);
+}
+
+// A null packet ends it.
+void Writer::transcode(const PassedStreams::Stream& stream, const AVPacket* packet) {
+    SoundWindow window{originOf(stream), stream.base};
+    const FrameRange& range = m_source->range();
+    const AVRational pictures = m_source->input().pictures().time_base;
+    if (range.first > 0 || range.end != FrameRange::open)
+        window.from = av_rescale_q(m_source->firstTime(), pictures, stream.base);
+    if (range.end != FrameRange::open)
+        window.to =
+            m_frames == 0 ? window.from : av_rescale_q(m_framesEnd, m_info.timeBase, stream.base);
+    stream.transcoder->transcode(packet, window, [&](PacketPtr encoded) {
+        m_output.write(*encoded, stream.transcoder->context().time_base, *stream.to);
+    });
+}
+
 void Writer::finish() {
     if (m_frames == 0)
         throw NoFrames(fmt::format("no frame was given to write to {}", m_name));
     encode(nullptr);
+    for (const PassedStreams::Stream& stream : m_passed.streams)
+        if (stream.transcoder)
+            transcode(stream, nullptr);
     m_output.finish();
 }

@@ -10,9 +10,21 @@
 #include "media/timeline.h"
 #include "tool_error.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
+
+// Gives, for the format of a result, the encoder of sound that is made, null if the format takes
+// none, and the stream that it is described like, null if there is no sound.
+struct MadeSound {
+    const AVCodecContext* encoder = nullptr;
+    const AVStream* like = nullptr;
+};
+using SoundMaker = std::function<MadeSound(const OutputFormat&)>;
+
+// Packets of sound that is made carry this in the place of their stream's index.
+constexpr int madeSoundStream = -1;
 
 struct WriteOptions {
     std::string path;   // "-" is standard output
@@ -23,7 +35,11 @@ struct WriteOptions {
     int firstNumber = 1;                      // of a sequence of pictures
     std::optional<std::string> timeCode = {}; // of the first frame; the source's own if not told
     Alpha alpha = Alpha::Canvas;
-    bool timesFromZero = false; // frames do not come with the times of the source
+    bool timesFromZero = false;    // frames do not come with the times of the source
+    std::string audioCodec = {};   // of all sound that passes; empty: as it is
+    bool sourceSound = true;       // that of the source passes
+    Reader* soundBeside = nullptr; // a second source, whose sound passes too
+    SoundMaker makeSound = {};     // of sound that is made here
 };
 
 // Nothing was given to write.
@@ -42,6 +58,10 @@ public:
 
     bool takesOneFrame() const { return m_format.picture; }
 
+    // Packets of the source of sound beside come with the indexes of their streams counted from
+    // here on.
+    int firstIndexBeside() const;
+
     // What the user should know, a line each.
     const std::vector<std::string>& notes() const { return m_notes; }
 
@@ -57,9 +77,13 @@ private:
     void passOn(const WriteOptions& options, Reader& source);
     void setTimeCode(const WriteOptions& options, std::vector<std::string>& lost);
     void noteLost(const std::vector<std::string>& lost);
+    void choose(Reader& source, int firstIndex) const;
+    void addMadeSound(const WriteOptions& options);
     std::int64_t fileOrigin() const;
     void writeFrame(Frame& frame);
     void writePacket(AVPacket& packet);
+    void transcode(const PassedStreams::Stream& stream, const AVPacket* packet);
+    std::int64_t originOf(const PassedStreams::Stream& stream) const;
     void encode(const AVFrame* frame);
 
     StreamInfo m_info;
@@ -71,9 +95,13 @@ private:
     Output m_output;
     AVStream* m_pictures = nullptr;
     const Reader* m_source = nullptr;
+    const Reader* m_beside = nullptr;
     PassedStreams m_passed;
+    const AVStream* m_madeSound = nullptr;
+    AVRational m_madeSoundBase{1, 1};
     bool m_timesFromZero;
     std::optional<TimeCode> m_timeCode; // for pictures that hold one each
     std::vector<std::string> m_notes;
     std::int64_t m_frames = 0;
+    std::int64_t m_framesEnd = INT64_MIN; // of those written, in the base of `m_info`
 };

@@ -55,6 +55,13 @@ void requireNames(const PairOptions& options) {
         throw UsageError("standard input can be one of A and B only");
 }
 
+void tellNotes(const PairOptions& options, const Writer& writer, Progress& progress) {
+    if (options.quiet)
+        return;
+    for (const std::string& note : writer.notes())
+        progress.say("zrdraw: warning: " + note);
+}
+
 ClipPair::ClipPair(const PairOptions& options, const LayoutChoice& layout)
     : m_first(options.input, readOptions(options, layout)),
       m_second(options.second, readOptions(options, always(m_first.layout()))) {

@@ -18,6 +18,9 @@ struct PairOptions : ClipOptions {
 void addPairOptions(CLI::App& command, PairOptions& options);
 void requireNames(const PairOptions& options);
 
+// What the user should know of a result, unless it is to be quiet.
+void tellNotes(const PairOptions& options, const Writer& writer, Progress& progress);
+
 // The two, opened. Sizes, rates and scans that do not go together are Failures.
 class ClipPair {
 public:
