@@ -1,7 +1,7 @@
 // Layouts against the media libraries' pixel formats, and streams that are not decoded at all.
 #include "draw_object.h"
-#include "media/convert.h"
-#include "media/v210_lines.h"
+#include "picture/convert.h"
+#include "picture/v210_lines.h"
 #include "tool/tool_fixture.h"
 
 #include <cstring>

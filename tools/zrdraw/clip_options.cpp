@@ -1,11 +1,11 @@
 #include "clip_options.h"
 
 #include "layout_names.h"
-#include "media/nearest_layout.h"
 #include "media/output_file.h"
 #include "media/sequence.h"
-#include "media/sound_codec.h"
 #include "numbers.h"
+#include "picture/nearest_layout.h"
+#include "sound/sound_codec.h"
 #include "tool_error.h"
 
 extern "C" {

@@ -1,7 +1,7 @@
 // Drawing objects of the library with an owner.
 #pragma once
 
-#include "media/canvas.h"
+#include "picture/canvas.h"
 #include "zrdraw/zrdraw.h"
 
 #include <memory>

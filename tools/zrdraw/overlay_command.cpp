@@ -1,9 +1,9 @@
 // `zrdraw overlay`: burns time code, texts, meters and a watermark into a clip.
 #include "clip_road.h"
 #include "interrupt.h"
-#include "media/audio_levels.h"
 #include "overlay/burner.h"
 #include "overlay/setting_names.h"
+#include "sound/audio_levels.h"
 #include "subcommand.h"
 #include "tool_error.h"
 

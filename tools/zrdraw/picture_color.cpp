@@ -1,6 +1,6 @@
 #include "picture_color.h"
 
-#include "media/luma_weights.h"
+#include "picture/luma_weights.h"
 #include "zrdraw/formats.h"
 #include "zrdraw/half_float.h"
 #include "zrdraw/layouts.h"

@@ -2,7 +2,7 @@
 #include "gallery/pictures.h"
 #include "gallery/sheets.h"
 #include "layout_names.h"
-#include "media/convert.h"
+#include "picture/convert.h"
 #include "script/parser.h"
 
 #include <fmt/format.h>

@@ -1,10 +1,10 @@
 #include "gallery/cell_sheet.h"
 #include "gallery/pictures.h"
 #include "gallery/sheets.h"
-#include "media/convert.h"
 #include "pair/mux_modes.h"
 #include "pair/transition.h"
 #include "pair/wipe_names.h"
+#include "picture/convert.h"
 #include "zrdraw/mux.h"
 
 #include <fmt/format.h>

@@ -1,7 +1,7 @@
 #include "gallery/sheet.h"
 
-#include "media/convert.h"
 #include "media/writer.h"
+#include "picture/convert.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #include "media/decoder.h"
 
-#include "media/packing.h"
-#include "media/pixel_formats.h"
 #include "media/reading_rules.h"
+#include "picture/packing.h"
+#include "picture/pixel_formats.h"
 #include "tool_error.h"
 
 #include <fmt/format.h>

@@ -1,7 +1,7 @@
 #include "media/description.h"
 
 #include "media/light.h"
-#include "media/sound_codec.h"
+#include "sound/sound_codec.h"
 #include "tool_error.h"
 
 #include <fmt/format.h>

@@ -3,7 +3,7 @@
 
 #include "media/output.h"
 #include "media/reader.h"
-#include "media/sound_transcoder.h"
+#include "sound/sound_transcoder.h"
 
 #include <memory>
 #include <string>

@@ -2,9 +2,9 @@
 
 #include "media/av_messages.h"
 #include "media/light.h"
-#include "media/packing.h"
-#include "media/pixel_formats.h"
 #include "near_names.h"
+#include "picture/packing.h"
+#include "picture/pixel_formats.h"
 #include "tool_error.h"
 
 #include <fmt/format.h>

@@ -1,8 +1,8 @@
 // Frames of a result into packets: encoded, or bare where the result holds the canvas' own bytes.
 #pragma once
 
-#include "media/canvas.h"
 #include "media/output_format.h"
+#include "picture/canvas.h"
 
 #include <cstdint>
 #include <map>

@@ -2,8 +2,8 @@
 // through.
 #pragma once
 
-#include "media/audio_levels.h"
-#include "media/canvas.h"
+#include "picture/canvas.h"
+#include "sound/audio_levels.h"
 
 #include <cstdint>
 #include <limits>

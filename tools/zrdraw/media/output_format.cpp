@@ -1,7 +1,7 @@
 #include "media/output_format.h"
 
-#include "media/pixel_formats.h"
 #include "media/sequence.h"
+#include "picture/pixel_formats.h"
 #include "tool_error.h"
 
 #include <fmt/format.h>

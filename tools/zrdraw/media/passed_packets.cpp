@@ -1,6 +1,6 @@
 #include "media/passed_packets.h"
 
-#include "media/sound.h"
+#include "sound/sound.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 #include "media/reader.h"
 
 #include "media/dpx_time_code.h"
-#include "media/pixel_formats.h"
-#include "media/sound.h"
 #include "media/time_code.h"
+#include "picture/pixel_formats.h"
+#include "sound/sound.h"
 #include "tool_error.h"
 
 #include <fmt/format.h>

@@ -1,12 +1,12 @@
 // The reading end of the road: a clip's frames on canvases, and the packets of its other streams.
 #pragma once
 
-#include "media/convert.h"
 #include "media/decoder.h"
 #include "media/even_rate.h"
 #include "media/frame.h"
 #include "media/passed_packets.h"
 #include "media/stream_info.h"
+#include "picture/convert.h"
 
 #include <deque>
 #include <functional>

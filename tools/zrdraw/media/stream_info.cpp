@@ -1,6 +1,6 @@
 #include "media/stream_info.h"
 
-#include "media/pixel_formats.h"
+#include "picture/pixel_formats.h"
 
 #include <cstdlib>
 

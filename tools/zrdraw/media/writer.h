@@ -1,13 +1,13 @@
 // The writing end of the road: frames and passed packets into a picture, a clip or a pipe.
 #pragma once
 
-#include "media/convert.h"
 #include "media/description.h"
 #include "media/encoder.h"
 #include "media/output.h"
 #include "media/reader.h"
 #include "media/time_code.h"
 #include "media/timeline.h"
+#include "picture/convert.h"
 #include "tool_error.h"
 
 #include <functional>

@@ -1,8 +1,8 @@
 #include "overlay/burner.h"
 
 #include "layout_names.h"
-#include "media/pixel_formats.h"
 #include "overlay/settings_store.h"
+#include "picture/pixel_formats.h"
 #include "tool_error.h"
 #include "zrdraw/platform/config_store.h"
 #include "zrdraw/platform/media.h"

@@ -1,12 +1,12 @@
 // The overlay of the library on the frames of one clip.
 #pragma once
 
-#include "media/audio_levels.h"
-#include "media/canvas.h"
 #include "media/stream_info.h"
 #include "media/time_code.h"
 #include "overlay/peak_hold.h"
 #include "overlay/setting_names.h"
+#include "picture/canvas.h"
+#include "sound/audio_levels.h"
 
 #include <memory>
 #include <optional>

@@ -1,7 +1,7 @@
 // Peaks that stay for a second and then fall.
 #pragma once
 
-#include "media/audio_levels.h"
+#include "sound/audio_levels.h"
 
 #include <cmath>
 

@@ -1,6 +1,6 @@
 #include "pair/clip_pair.h"
 
-#include "media/pixel_formats.h"
+#include "picture/pixel_formats.h"
 #include "tool_error.h"
 
 #include <CLI/CLI.hpp>

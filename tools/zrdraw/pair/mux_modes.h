@@ -1,7 +1,7 @@
 // The display mux's modes by name, and one composed frame.
 #pragma once
 
-#include "media/canvas.h"
+#include "picture/canvas.h"
 
 #include <span>
 #include <string>

@@ -1,6 +1,6 @@
 #include "pair/sound_mix.h"
 
-#include "media/sound_codec.h"
+#include "sound/sound_codec.h"
 
 #include <algorithm>
 #include <cmath>

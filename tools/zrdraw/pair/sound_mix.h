@@ -1,8 +1,8 @@
 // The sound of a transition: that of A before it, a cross-fade of equal power, that of B behind it.
 #pragma once
 
-#include "media/sound.h"
 #include "media/writer.h"
+#include "sound/sound.h"
 
 #include <cstdint>
 #include <deque>

@@ -1,7 +1,7 @@
 // One frame of a transition between two canvases.
 #pragma once
 
-#include "media/canvas.h"
+#include "picture/canvas.h"
 
 #include <cstdint>
 #include <vector>

@@ -1,8 +1,0 @@
-// Pictures in 4:2:2 and 4:2:0 in the layouts that have chroma for each pair of pixels.
-#pragma once
-
-#include "media/packing.h"
-
-// Null where the layout or the format is another one.
-std::unique_ptr<Packer> makePairsPacker(const zrLayout& layout, AVPixelFormat format, int width,
-                                        int height);

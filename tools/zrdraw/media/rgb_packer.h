@@ -1,8 +1,0 @@
-// Pictures in RGB or grey of 1 to 16 bits in the layouts of 8-bit and 16-bit RGB.
-#pragma once
-
-#include "media/packing.h"
-
-// Null where the layout or the format is another one.
-std::unique_ptr<Packer> makeRgbPacker(const zrLayout& layout, AVPixelFormat format, int width,
-                                      int height);
