@@ -9,12 +9,14 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 #include <set>
+#include <span>
 #include <string_view>
 
 namespace {
@@ -54,7 +56,7 @@ Script readScripts(const Options& options) {
     return script;
 }
 
-// All of the catalogue that hold whole pictures, from the nearest kinds on.
+// One for each kind of picture; the first is the one that blends.
 constexpr unsigned drawLayouts[] = {ptBGRA32, ptUYVY, ptV210, ptRGB48, ptARGB64};
 
 // Runs the script on canvases. Each gets a drawing object of its own, so that no colour or position
@@ -88,8 +90,16 @@ private:
     std::set<const Command*> m_refused; // warned of already
 };
 
+std::span<const unsigned> layoutsFor(const Script& script) {
+    const bool blends = std::any_of(script.begin(), script.end(), [](const Command& command) {
+        return command.operation->blends;
+    });
+    const std::span<const unsigned> all(drawLayouts);
+    return blends ? all.first(1) : all;
+}
+
 void drawClip(const Options& options, const Script& script) {
-    ClipRoad road(options, chooseLayout(options, drawLayouts));
+    ClipRoad road(options, chooseLayout(options, layoutsFor(script)));
     road.open();
     ScriptRunner runner(script, options.quiet, road.progress());
     road.run([&](Frame& frame) { runner.run(frame.canvas); });

@@ -62,6 +62,7 @@ struct Operation {
     // What is wrong with arguments that are right one by one; empty for nothing. Null: no such
     // rule.
     std::string (*fault)(const Arguments& arguments) = nullptr;
+    bool blends = false; // which only drawing in 8 bits of RGB does
 };
 
 // Positions of the library are 16.16 fixed point, so larger coordinates would overflow.
