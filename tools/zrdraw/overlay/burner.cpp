@@ -59,6 +59,22 @@ bool hasLayer(const CZrOverlay& overlay) {
                        [](unsigned enabled) { return enabled != 0; });
 }
 
+// The code by which the source's line names its codec, where it is not the layout's own: that of
+// QuickTime with the first letter on top, or letters that stand for themselves.
+unsigned nameCode(const StreamInfo& source, unsigned layoutCode) {
+    if (source.codec == AV_CODEC_ID_NONE || source.codec == AV_CODEC_ID_RAWVIDEO)
+        return layoutCode;
+    const AVCodecTag* const tables[] = {avformat_get_mov_video_tags(),
+                                        avformat_get_riff_video_tags(), nullptr};
+    const bool isMov = source.formatName.find("mov") != std::string::npos;
+    const unsigned letters =
+        isMov && source.codecTag != 0 ? source.codecTag : av_codec_get_tag(tables, source.codec);
+    const unsigned code = __builtin_bswap32(letters);
+    const std::string_view own(reinterpret_cast<const char*>(&code), sizeof code);
+    const bool hasName = kpxutilCodecTypeString(code) != own;
+    return hasName ? code : letters;
+}
+
 // Two channels a word, the even one low, with room for every meter.
 using Words = std::array<unsigned, mostMeters / 2>;
 
@@ -159,6 +175,7 @@ void Burner::describe(const BurnOptions& options, const StreamInfo& source,
     zrOSSetLogSink([](const char*) {}); // told below, with the file's name
     m_overlay.Create(video.get(), system.get());
     zrOSSetLogSink(nullptr);
+    m_overlay.video.header.biCompression = nameCode(source, description.compression);
     const bool cached = m_overlay.wmBgra || m_overlay.wmYuv2 || m_overlay.wmV210;
     if (m_overlay.WatermarkEnable == 0 || cached)
         return;
