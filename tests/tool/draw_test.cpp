@@ -124,6 +124,11 @@ TEST_F(DrawTest, ScriptFilesComeFirst) {
     run("echo 'color 1 1 1 # white' > marks.txt\n"
         "$Z draw $M/picture.png out.png --script marks.txt -e 'horiz 0 5 319; horiz 0 6 319'");
     EXPECT_TRUE(decode("out.png") == withMark(decode("$M/picture.png")));
+    // A byte order mark is no command, - is standard input and -- ends the options.
+    writeFile(at("bom.txt"), "\xEF\xBB\xBF"
+                             "color 1 1 1; horiz 0 5 319; horiz 0 6 319");
+    run("$Z draw --script - -- $M/picture.png dash.png <bom.txt");
+    EXPECT_TRUE(decode("dash.png") == withMark(decode("$M/picture.png")));
     expectError(
         shell("echo 'point 1 x' > bad.txt; $Z draw $M/picture.png new.png --script bad.txt"), 2,
         "bad.txt:1:9: point: expected a whole number");

@@ -1,5 +1,6 @@
 // What goes in comes out: times, streams, codecs, colours and damage, as FFmpeg's own tools see
 // them.
+#include "layout_names.h"
 #include "media/road.h"
 #include "tool/tool_fixture.h"
 
@@ -171,6 +172,15 @@ TEST_F(RoadTest, BoxesOnTransparentPicturesAreOpaque) {
     for (int sample = 0; samples >> sample; ++count)
         EXPECT_EQ(sample, 1023);
     EXPECT_EQ(count, 128);
+}
+
+TEST_F(RoadTest, OddWidthsWorkInEveryLayout) {
+    run(std::string(video) + "-vf format=rgb24,scale=321:239,format=yuv420p -c:v ffv1 a.mkv");
+    run("$Z overlay a.mkv o.mkv --set TimeCodeX=0 --set TimeCodeY=0");
+    EXPECT_EQ(quarter("o.mkv"), quarter("a.mkv"));
+    for (const zrLayout& layout : zrLayouts)
+        if (!layout.isMosaic())
+            run("$Z draw a.mkv o.png --force --frames 0 --layout " + layoutName(layout) + mark);
 }
 
 TEST_F(RoadTest, SequencesGoInAndOut) {

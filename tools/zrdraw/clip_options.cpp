@@ -146,8 +146,9 @@ LayoutChoice chooseLayout(const ClipOptions& options, std::span<const unsigned> 
         return always(layoutNamed(options.layout));
     if (!options.raw.empty())
         throw UsageError("--raw: bare frames do not tell what they hold; add --layout");
-    return
-        [codes](AVPixelFormat source) -> const zrLayout& { return nearestLayout(source, codes); };
+    return [codes](AVPixelFormat source, int) -> const zrLayout& {
+        return nearestLayout(source, codes);
+    };
 }
 
 ReadOptions readOptions(const ClipOptions& options, const LayoutChoice& layout) {

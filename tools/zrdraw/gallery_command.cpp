@@ -23,6 +23,7 @@ namespace {
 struct Options {
     std::string folder;
     std::vector<std::string> layouts = {"bgra"};
+    bool quiet = false;
     bool force = false;
 };
 
@@ -70,6 +71,7 @@ void addOptions(CLI::App& command, Options& options) {
                     "layout in its name")
         ->allow_extra_args(false)
         ->capture_default_str();
+    command.add_flag("--quiet", options.quiet, "Print nothing but errors, as always");
     command.add_flag("--force", options.force, "Replace existing pictures");
     command.footer(
         "Every operation (operations.png), the built-in font (font.png), a picture in "

@@ -54,10 +54,18 @@ BurnOptions burnOptions(const Options& options) {
     return burn;
 }
 
+LayoutChoice overlayLayout(const Options& options) {
+    const LayoutChoice even = chooseLayout(options, overlayLayouts);
+    const LayoutChoice odd = chooseLayout(options, oddWidthOverlayLayouts);
+    return [=](AVPixelFormat pixels, int width) -> const zrLayout& {
+        return width % 2 == 0 ? even(pixels, width) : odd(pixels, width);
+    };
+}
+
 class Run {
 public:
     Run(const Options& options, const BurnOptions& burn)
-        : m_road(options, chooseLayout(options, overlayLayouts), Alpha::Opaque),
+        : m_road(options, overlayLayout(options), Alpha::Opaque),
           m_levels(m_road.reader().input().sound()),
           m_burner(burn, m_road.reader().info(), m_road.reader().layout(), m_levels.channels()) {
         if (m_burner.showsMeters())

@@ -24,7 +24,7 @@ std::string describeFormat(int width, int height, int format) {
 InputOptions inputOptions(const ReadOptions& options) {
     InputOptions result;
     if (options.raw)
-        result.raw = linesOf(options.layout(AV_PIX_FMT_NONE), *options.raw);
+        result.raw = linesOf(options.layout(AV_PIX_FMT_NONE, options.raw->width), *options.raw);
     result.damage = options.damage;
     result.startNumber = options.startNumber;
     result.sequenceRate = options.rate;
@@ -58,8 +58,10 @@ Reader::Reader(const std::string& path, const ReadOptions& options)
 // Decodes the first frame early, because it says more than the file's header.
 void Reader::start() {
     const AVStream& pictures = m_input.pictures();
-    const zrLayout& layout = m_options.layout(
-        m_options.raw ? AV_PIX_FMT_NONE : static_cast<AVPixelFormat>(pictures.codecpar->format));
+    const AVCodecParameters& header = *pictures.codecpar;
+    const zrLayout& layout =
+        m_options.raw ? m_options.layout(AV_PIX_FMT_NONE, m_options.raw->width)
+                      : m_options.layout(static_cast<AVPixelFormat>(header.format), header.width);
     std::string timeCode; // of the first picture
     bool found = false;
     while (!found) {

@@ -15,11 +15,11 @@
 #include <string>
 #include <vector>
 
-// Chooses the layout of the canvas by what the pictures are in.
-using LayoutChoice = std::function<const zrLayout&(AVPixelFormat)>;
+// Chooses the layout of the canvas by what the pictures are in, and how wide they are.
+using LayoutChoice = std::function<const zrLayout&(AVPixelFormat pixels, int width)>;
 
 inline LayoutChoice always(const zrLayout& layout) {
-    return [&layout](AVPixelFormat) -> const zrLayout& { return layout; };
+    return [&layout](AVPixelFormat, int) -> const zrLayout& { return layout; };
 }
 
 struct ReadOptions {

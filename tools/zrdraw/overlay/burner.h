@@ -25,6 +25,7 @@ struct BurnOptions {
 
 // Those that the overlay knows.
 inline constexpr unsigned overlayLayouts[] = {ptBGRA32, ptUYVY, ptV210};
+inline constexpr unsigned oddWidthOverlayLayouts[] = {ptBGRA32, ptV210};
 
 class Burner {
 public:
