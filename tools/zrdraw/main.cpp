@@ -14,27 +14,16 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
-#include <limits>
 #include <new>
 #include <string>
 #include <utility>
 #include <vector>
-
-#include <malloc.h>
 
 namespace {
 
 void print(const std::string& text) {
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
         throw Failure(fmt::format("cannot write to standard output: {}", std::strerror(errno)));
-}
-
-// By its own rule the allocator gives a frame's megabytes back to the system and gets cleared pages
-// for the next one, which can take longer than all that is done to the frame.
-void keepFreedMemory() {
-    constexpr int largestBlock = 32 << 20; // what it takes for this at most
-    mallopt(M_MMAP_THRESHOLD, largestBlock);
-    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
 }
 
 int complain(ExitStatus status, std::string message) {
@@ -94,7 +83,6 @@ int main(int argc, char** argv) {
     // A closed pipe and a file that may not grow are then errors of the write that meets them.
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
-    keepFreedMemory();
     quietAv();
     try {
         run(argc, argv);
