@@ -15,10 +15,10 @@ CellSheet::CellSheet(int count, int cellsPerLine)
     m_sheet.draw().LabelFont(0U, 1);
 }
 
-void CellSheet::add(const std::string& title, const Canvas& picture) {
+void CellSheet::add(const std::string& title, const Canvas& picture, const AVFrame* source) {
     const int x = m_next % m_cellsPerLine * strideX + margin;
     const int y = m_next / m_cellsPerLine * strideY + margin;
     m_sheet.draw().Label(x, y + 3, title.c_str(), false, false);
-    m_sheet.paste(picture, x, y + titleHeight);
+    m_sheet.paste(picture, source, x, y + titleHeight);
     ++m_next;
 }

@@ -12,7 +12,8 @@ public:
     explicit CellSheet(int count, int cellsPerLine = 6);
 
     // Puts a picture of a cell's size, in any layout, into the next cell.
-    void add(const std::string& title, const Canvas& picture);
+    // `source` is what it was drawn on, for layouts that hold a part of it only.
+    void add(const std::string& title, const Canvas& picture, const AVFrame* source = nullptr);
 
     Sheet take() { return std::move(m_sheet); }
 

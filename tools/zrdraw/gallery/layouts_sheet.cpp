@@ -31,7 +31,7 @@ Sheet makeLayoutsSheet() {
         const DrawPtr draw = makeDraw(canvas);
         for (const Command& command : script)
             command.run(*draw);
-        sheet.add(fmt::format("{} {}", layoutName(layout), layout.code), canvas);
+        sheet.add(fmt::format("{} {}", layoutName(layout), layout.code), canvas, picture.get());
     }
     return sheet.take();
 }

@@ -12,10 +12,12 @@ Sheet::Sheet(const zrLayout& layout, int width, int height)
     m_draw->SetColorRGBA(0.85, 0.87, 0.9, 1.0, true);
 }
 
-void Sheet::paste(const Canvas& picture, int x, int y) {
+void Sheet::paste(const Canvas& picture, const AVFrame* source, int x, int y) {
     constexpr int pixelBytes = 4;
     const FramePtr shown = newFrame(AV_PIX_FMT_BGRA, picture.width(), picture.height());
-    Storer(picture.shape()).store(picture, *shown, *shown);
+    const FramePtr none = newFrame();
+    none->format = shown->format;
+    Storer(picture.shape()).store(picture, source ? *source : *none, *shown);
     for (int row = 0; row < picture.height(); ++row)
         std::copy_n(shown->data[0] + row * shown->linesize[0], picture.width() * pixelBytes,
                     m_frame.data() + (y + row) * m_frame.pitch() + x * pixelBytes);

@@ -12,8 +12,9 @@ public:
 
     ZRDraw& draw() { return *m_draw; }
 
-    // Copies a picture of any layout onto a sheet in BGRA; it must fit.
-    void paste(const Canvas& picture, int x, int y);
+    // Copies a picture of any layout onto a sheet in BGRA; it must fit. `source` is what it was
+    // drawn on, or null.
+    void paste(const Canvas& picture, const AVFrame* source, int x, int y);
 
     void writePng(const std::string& path, bool force);
 
