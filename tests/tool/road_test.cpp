@@ -221,6 +221,15 @@ TEST_F(RoadTest, PiecesJoinToTheWhole) {
     for (const std::string what : {"-map 0:v -f rawvideo", "-map 0:a -f s16le"})
         EXPECT_EQ(run("$F -i joined.mov " + what + " - | md5sum"),
                   run("$F -i whole.mov " + what + " - | md5sum"));
+    run("$F -f lavfi -i testsrc2=s=96x64:r=30:d=2 -vf 'select=not(mod(n\\,3))+gt(n\\,30)' -vsync "
+        "vfr "
+        "-c:v ffv1 v.mkv && rm list.txt");
+    for (const char* range : {"0:7", "7:20", "20:"})
+        run(fmt::format("$Z draw v.mkv v{0}.mkv --frames {1} -e 'point 0 0' && "
+                        "echo file v{0}.mkv >>list.txt",
+                        range[0] + range[1], range));
+    run("$F -f concat -safe 0 -i list.txt -c copy joined.mkv");
+    EXPECT_EQ(times("joined.mkv"), times("v.mkv"));
 }
 
 TEST_F(RoadTest, DamageIsSkippedOnRequest) {

@@ -205,6 +205,7 @@ bool Reader::readOn() {
     } else if (!std::exchange(m_finished, true)) {
         if (m_even)
             m_even->end([&](FramePtr even) { load(std::move(even), m_number++); });
+        giveLast(std::nullopt);
         m_passed.release(m_ready, true);
     } else {
         return false;
@@ -269,6 +270,7 @@ void Reader::load(FramePtr picture, std::int64_t number) {
         return;
     }
     if (number >= m_range.end) {
+        giveLast(time);
         if (number == m_range.end)
             m_passed.end(fileTime);
         return;
@@ -280,6 +282,7 @@ void Reader::load(FramePtr picture, std::int64_t number) {
         if (m_levels)
             m_levels->takeUntil(static_cast<double>(time) * av_q2d(m_info.timeBase));
     }
+    giveLast(time);
     m_passed.frameWithin(fileTime);
     auto frame = std::make_unique<Frame>(canvasOf(*picture));
     frame->number = number;
@@ -290,7 +293,16 @@ void Reader::load(FramePtr picture, std::int64_t number) {
         frame->levels = m_levels->takeUntil(static_cast<double>(time + frame->duration) *
                                             av_q2d(m_info.timeBase));
     frame->picture = std::move(picture);
-    m_ready.emplace_back(std::move(frame));
+    m_last = std::move(frame);
+}
+
+// A frame lasts until the next one, whatever the file says of its length.
+void Reader::giveLast(std::optional<std::int64_t> nextTime) {
+    if (!m_last)
+        return;
+    if (nextTime && *nextTime > m_last->time)
+        m_last->duration = *nextTime - m_last->time;
+    m_ready.emplace_back(std::move(m_last));
 }
 
 // A bare picture's own memory where that can be, else a canvas that it is loaded into.

@@ -85,6 +85,7 @@ private:
     void decode(AVPacket* packet);
     void place(FramePtr picture);
     void load(FramePtr picture, std::int64_t number);
+    void giveLast(std::optional<std::int64_t> nextTime);
     Canvas canvasOf(AVFrame& picture);
     const AVFrame& scaled(const AVFrame& frame);
     void requireSameFormat(const AVFrame& frame) const;
@@ -109,6 +110,7 @@ private:
     std::deque<PacketPtr> m_held;      // pictures that wait to be decoded
     std::size_t m_heldBytes = 0;
     std::deque<FramePtr> m_frames; // decoded, and wait for their sound
+    std::unique_ptr<Frame> m_last; // waits to be told how long it lasts
     std::deque<Item> m_ready;
     std::int64_t m_number = 0; // of the next frame
     std::int64_t m_origin = 0;
