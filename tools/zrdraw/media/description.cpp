@@ -46,7 +46,7 @@ bool holdsRotation(const OutputFormat& format) {
 
 void copyChapters(const AVFormatContext& from, AVRational base, std::int64_t origin,
                   AVFormatContext& to) {
-    to.chapters = static_cast<AVChapter**>(av_calloc(from.nb_chapters, sizeof *to.chapters));
+    to.chapters = static_cast<AVChapter**>(av_calloc(from.nb_chapters, sizeof(void*)));
     if (!to.chapters)
         throw std::bad_alloc();
     for (unsigned i = 0; i < from.nb_chapters; ++i) {
