@@ -38,8 +38,9 @@ const Description& descriptionOf(const zrLayout& layout) {
 void setText(CZrOverlay& overlay, int slot, const std::string& text) {
     char*& owned = overlay.CustomText[slot];
     delete[] owned;
-    owned = new char[text.size() + 1]; // the overlay's own, which frees it so
-    std::memcpy(owned, text.c_str(), text.size() + 1);
+    auto copy = std::make_unique<char[]>(text.size() + 1);
+    std::memcpy(copy.get(), text.c_str(), text.size() + 1);
+    owned = copy.release(); // the overlay's own, which frees it so
 }
 
 bool isAssigned(const BurnOptions& options, const char* key) {
