@@ -56,24 +56,20 @@ struct alignas(32) Shuffle {
 };
 
 // Words of samples: the low and the middle fields in turns, or the high ones with a zero behind.
-constexpr Shuffle intoFields(bool chroma, bool high) {
-    Shuffle shuffle;
-    for (const Source& source : sources) {
-        const zrV210::Place place = placeOf(source);
-        const int word = static_cast<int>(place.word), field = static_cast<int>(place.field());
-        if (source.chroma == chroma && (field == 2) == high)
-            shuffle.move(source.index, 2 * word + (high ? 0 : field));
-    }
-    return shuffle;
-}
+enum class Way { IntoFields, FromFields };
 
-constexpr Shuffle fromFields(bool chroma, bool high) {
+constexpr Shuffle fieldShuffle(Way way, bool chroma, bool high) {
     Shuffle shuffle;
     for (const Source& source : sources) {
         const zrV210::Place place = placeOf(source);
         const int word = static_cast<int>(place.word), field = static_cast<int>(place.field());
-        if (source.chroma == chroma && (field == 2) == high)
-            shuffle.move(2 * word + (high ? 0 : field), source.index);
+        const int fieldIndex = 2 * word + (high ? 0 : field);
+        if (source.chroma != chroma || (field == 2) != high)
+            continue;
+        if (way == Way::IntoFields)
+            shuffle.move(source.index, fieldIndex);
+        else
+            shuffle.move(fieldIndex, source.index);
     }
     return shuffle;
 }
@@ -92,8 +88,10 @@ TARGET __m256i both(__m128i low, __m128i high) {
 
 // Two groups at a time. Returns how many pixels that were.
 TARGET int packGroups(const V210Samples& samples, std::uint8_t* line, int width) {
-    static constexpr Shuffle luma = intoFields(false, false), lumaHigh = intoFields(false, true),
-                             chroma = intoFields(true, false), chromaHigh = intoFields(true, true);
+    static constexpr Shuffle luma = fieldShuffle(Way::IntoFields, false, false),
+                             lumaHigh = fieldShuffle(Way::IntoFields, false, true),
+                             chroma = fieldShuffle(Way::IntoFields, true, false),
+                             chromaHigh = fieldShuffle(Way::IntoFields, true, true);
     const __m256i mask = _mm256_set1_epi16(zrV210::sampleMask);
     const __m256i places = _mm256_set1_epi32(1 << (zrV210::sampleBits + 16) | 1);
     int x = 0;
@@ -124,8 +122,10 @@ TARGET void storeHalf(std::uint16_t* samples, __m128i words) {
 }
 
 TARGET int unpackGroups(const std::uint8_t* line, const V210Targets& targets, int width) {
-    static constexpr Shuffle luma = fromFields(false, false), lumaHigh = fromFields(false, true),
-                             chroma = fromFields(true, false), chromaHigh = fromFields(true, true);
+    static constexpr Shuffle luma = fieldShuffle(Way::FromFields, false, false),
+                             lumaHigh = fieldShuffle(Way::FromFields, false, true),
+                             chroma = fieldShuffle(Way::FromFields, true, false),
+                             chromaHigh = fieldShuffle(Way::FromFields, true, true);
     const __m256i sample = _mm256_set1_epi32(zrV210::sampleMask);
     int x = 0;
     for (; x + groupPixels + lumaWords <= width; x += 2 * groupPixels) {
