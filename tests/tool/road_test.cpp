@@ -68,6 +68,7 @@ TEST_F(RoadTest, TheSourcesCodecStays) {
     } rows[] = {
         {"a.mov", "-pix_fmt yuv422p10 -c:v v210"},
         {"b.mov", "-pix_fmt uyvy422 -c:v rawvideo -tag:v 2vuy"},
+        {"y.mov", "-pix_fmt yuyv422 -c:v rawvideo -tag:v yuv2"}, // its chroma is signed
         {"c.mov", "-c:v prores_ks -profile:v lt -pix_fmt yuv422p10"},
         {"d.mov", "-vf scale=1280:720 -pix_fmt yuv422p -c:v dnxhd -b:v 75M"},
         {"e.mkv", "-pix_fmt yuv444p12 -c:v ffv1"},
@@ -100,6 +101,9 @@ TEST_F(RoadTest, WhatIsNotDrawnOnComesBack) {
         std::string name, make;
     } rows[] = {
         {"a.mov", "-pix_fmt yuv422p10 -c:v v210"},
+        {"u.mov", "-pix_fmt uyvy422 -c:v rawvideo"},
+        {"y.mov", "-pix_fmt yuyv422 -c:v rawvideo -tag:v yuv2"},
+        {"r.mov", "-vf scale=322:240 -pix_fmt rgb24 -c:v rawvideo"},
         {"b.png", "-pix_fmt rgb48be -frames:v 1"},
         {"c.tif", "-pix_fmt rgb48le -frames:v 1"},
         {"d.dpx", "-pix_fmt gbrp10be -frames:v 1"},

@@ -84,6 +84,57 @@ TEST_F(WipeTest, AWipeBeginsAndEndsWithItsSources) {
     EXPECT_NE(out[4], b[2]);
 }
 
+// Where a mode moves pieces of its sources, no sample changes.
+TEST_F(WipeTest, MuxMovesPiecesAsTheyAre) {
+    const std::string columns = "[0]crop=W:ih:0:0[a];[1]crop=iw-W:ih:W:0[b];[a][b]hstack";
+    const std::string lines = "[0]crop=iw:H:0:0[a];[1]crop=iw:ih-H:0:H[b];[a][b]vstack";
+    const struct {
+        std::string name, pixels, options, filter;
+    } rows[] = {
+        {"a.mov", "-pix_fmt yuv422p10 -c:v v210", "--mode split", columns},
+        {"b.mov", "-pix_fmt yuv422p10 -c:v v210", "--mode split-lines", lines},
+        {"c.mkv", "-pix_fmt yuv422p10 -c:v ffv1", "--mode split --split 30", columns},
+        {"d.mov", "-pix_fmt uyvy422 -c:v rawvideo", "--mode split --swap --split 30", columns},
+        {"e.mkv", "-pix_fmt yuv420p -c:v ffv1", "--mode split", columns},
+        {"f.mkv", "-pix_fmt gbrp16 -c:v ffv1", "--mode split --split 30", columns},
+    };
+    for (const auto& [name, pixels, options, filter] : rows) {
+        const bool swapped = options.find("--swap") != options.npos;
+        const bool thirty = options.find("30") != options.npos;
+        std::string graph = filter;
+        for (std::size_t at; (at = graph.find_first_of("WH")) != graph.npos;)
+            graph.replace(at, 1, graph[at] == 'H' ? "28" : thirty ? "30" : "36");
+        run("$F -f lavfi -i testsrc2=s=72x56:r=25:d=0.2 " + pixels + " 1" + name +
+            " && $F -f lavfi -i smptebars=s=72x56:r=25:d=0.2 " + pixels + " 2" + name +
+            " && $Z mux 1" + name + " 2" + name + " o" + name + " " + options);
+        const std::string as = name == "d.mov" ? " -pix_fmt yuv422p" : "";
+        const std::string first = swapped ? "2" : "1", second = swapped ? "1" : "2";
+        EXPECT_EQ(run("$F -i o" + name + as + " -f md5 -"),
+                  run("$F -i " + first + name + " -i " + second + name + " -filter_complex '" +
+                      graph + "'" + as + " -f md5 -"))
+            << name;
+    }
+}
+
+// Numbers of the second that stand for other colours are brought to those of the first.
+TEST_F(WipeTest, TheSecondComesInTheColoursOfTheFirst) {
+    const std::string clip = "$F -f lavfi -i color=red:s=96x48:r=25:d=0.4 -pix_fmt yuv422p10 -vf "
+                             "format=gbrp,scale=";
+    run(clip + "out_color_matrix=bt601:out_range=tv -c:v v210 a.mov && " + clip +
+        "out_color_matrix=bt709:out_range=pc -colorspace bt709 -color_range pc -c:v ffv1 b.mkv");
+    for (const std::string layout : {"v210", "uyvy", "bgra"}) {
+        run("$Z wipe a.mov b.mkv o.mov --force --frames 4 --hold 2 --layout " + layout +
+            " && $Z mux a.mov b.mkv m.mov --force --mode b" +
+            (layout == "uyvy" ? " --layout bgra" : ""));
+        for (const char* name : {"o.mov", "m.mov"})
+            for (const Bytes& frame : readAll(at(name))) {
+                EXPECT_NEAR(static_cast<unsigned char>(frame[0]), 0, 3) << layout;
+                EXPECT_NEAR(static_cast<unsigned char>(frame[1]), 0, 3) << layout;
+                EXPECT_NEAR(static_cast<unsigned char>(frame[2]), 254, 3) << layout;
+            }
+    }
+}
+
 TEST_F(WipeTest, MuxUndoesItsFlips) {
     run("$F -f lavfi -i testsrc2=s=60x40 -frames:v 1 a.png && "
         "$F -f lavfi -i smptebars=s=60x40:r=25:d=0.2 -c:v png b.mov && "
@@ -133,7 +184,8 @@ TEST_F(WipeTest, WhatDoesNotFitIsRefusedWithItsMend) {
         {"$Z wipe in.mov in.mov o.mov --layout bayerrggb", 2, "no transitions in layout bayerrggb"},
         {"$Z mux in.mov in.mov o.mov --mode spilt", 2, "did you mean split"},
         {"$Z mux in.mov in.mov o.mov --grid 1%", 2, "cannot be cut into 100 parts"},
-        {"$Z mux in.mov in.mov o.mov --layout uyvy", 2, "32-bit RGB"},
+        {"$Z mux in.mov in.mov o.mov --layout uyvy --mode mix", 2, "32-bit RGB"},
+        {"$Z mux in.mov in.mov o.mov --layout v210 --split 32", 2, "32-bit RGB"},
         {"$Z wipe in.mov in.mov o.mov --position nan", 2, "from 0 to 1, got 'nan'"},
     });
 }

@@ -5,6 +5,7 @@
 #include "pair/clip_pair.h"
 #include "pair/mux_modes.h"
 #include "pair/wipe_names.h"
+#include "picture/nearest_layout.h"
 #include "subcommand.h"
 #include "tool_error.h"
 #include "zrdraw/mux.h"
@@ -99,13 +100,25 @@ void requireGridFits(const MuxParameters& p, const StreamInfo& info) {
                                      p.gridX, info.width, info.height, parts));
 }
 
-const zrLayout& rgb32Layout(const std::string& name) {
+const zrLayout& wishedLayout(const std::string& name, MuxPieces pieces, const MuxParameters& p,
+                             int width) {
     const zrLayout& layout = layoutNamed(name);
-    if (layout.bytes.a < 0)
-        throw UsageError(fmt::format("pictures are composed in 32-bit RGB, not in {}: use bgra, "
-                                     "rgba, argb or abgr",
+    if (!canMuxIn(layout, pieces, p, width))
+        throw UsageError(fmt::format("such pictures are composed in 32-bit RGB, not in {}: use "
+                                     "bgra, rgba, argb or abgr",
                                      name));
     return layout;
+}
+
+// 32-bit RGB, or where pieces of the sources are moved as they are the nearest to A's.
+LayoutChoice layoutFor(const Options& options, const MuxParameters& p) {
+    const MuxPieces pieces = muxModeNamed(options.mode).pieces;
+    return [=, &options](AVPixelFormat pixels, int width) -> const zrLayout& {
+        if (!options.layout.empty())
+            return wishedLayout(options.layout, pieces, p, width);
+        const zrLayout& nearest = nearestLayout(pixels, pairLayouts);
+        return canMuxIn(nearest, pieces, p, width) ? nearest : *zrFindLayout(ptBGRA32);
+    };
 }
 
 constexpr struct {
@@ -135,7 +148,7 @@ WriteOptions writeOptionsOf(const Options& options, ClipPair& pair) {
 class Run {
 public:
     Run(const Options& options, const MuxParameters& parameters)
-        : m_parameters(parameters), m_pair(options, always(rgb32Layout(options.layout))),
+        : m_parameters(parameters), m_pair(options, layoutFor(options, parameters)),
           m_shape(m_pair.first().shape()), m_pool(m_shape), m_copyA(m_shape), m_copyB(m_shape),
           m_writer(writeOptionsOf(options, m_pair), m_pair.leading(), m_pair.leading().info()),
           m_progress(progressMode(options),
@@ -164,6 +177,7 @@ public:
                 break;
             std::unique_ptr<Frame> frame = compose(a.frame(), b.frame());
             const Frame& model = leading.frame();
+            frame->picture = propertiesOf(*model.picture);
             frame->time = leading.hasEnded() ? end : model.time;
             frame->duration = model.duration;
             frame->number = frame->clock = written++;
@@ -183,7 +197,6 @@ private:
                    unflipped(b.canvas, m_copyB, zrMuxFlipBHorizontal | zrMuxFlipBVertical),
                    result->canvas);
         result->canvas.colors = a.canvas.colors;
-        result->picture = propertiesOf(*a.picture);
         return result;
     }
 
@@ -207,7 +220,6 @@ private:
 };
 
 void addOptions(CLI::App& command, Options& options) {
-    options.layout = "bgra";
     addPairOptions(command, options);
     command.add_option("--mode", options.mode, "How; see --list")->capture_default_str();
     command.add_option("--position", options.position, "Of mix and wipe, 0 to 1")
@@ -235,8 +247,9 @@ void addOptions(CLI::App& command, Options& options) {
                        "B's where A is a picture");
     command.add_flag("--divider", options.divider, "A grey line at the split");
     command.add_flag("--swap", options.swap, "Exchange A and B");
-    command.add_option("--layout", options.layout, "Layout to work in: bgra, rgba, argb or abgr")
-        ->capture_default_str();
+    command.add_option("--layout", options.layout,
+                       "Layout to work in: bgra, rgba, argb or abgr; bgra unless told, or where a "
+                       "mode moves lines, or parts, as they are, the nearest to A's");
 }
 
 std::string run(const Options& options) {

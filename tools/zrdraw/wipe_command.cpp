@@ -30,9 +30,6 @@ struct Options : PairOptions {
     bool frontEnd = false;
 };
 
-// All that a picture in full and a transition can be in.
-constexpr unsigned wipeLayouts[] = {ptBGRA32, ptUYVY, ptV210, ptRGB48, ptARGB64};
-
 unsigned onScale(double position) {
     return static_cast<unsigned>(std::lround(position * Transition::scale));
 }
@@ -50,7 +47,7 @@ StreamInfo resultInfo(const StreamInfo& source) {
 class Run {
 public:
     Run(const Options& options, unsigned code)
-        : m_options(options), m_pair(options, chooseLayout(options, wipeLayouts)),
+        : m_options(options), m_pair(options, chooseLayout(options, pairLayouts)),
           m_shape(m_pair.first().shape()), m_pool(m_shape),
           m_transition(*m_shape.layout, m_shape.width, m_shape.height, code, options.swap,
                        options.frontEnd),
@@ -119,7 +116,7 @@ private:
 
     void clip(ClipFrames& from, ClipFrames& to, WriteLane& out) {
         for (int i = 0; i < m_holdA; ++i) {
-            write(from.again(), out);
+            hold(from, to, out);
             next(from, &SoundMix::endFirst);
             writeSound(out);
         }
@@ -131,10 +128,19 @@ private:
             writeSound(out);
         }
         for (int i = 0; i < m_holdB; ++i) {
-            write(to.again(), out);
+            hold(to, from, out);
             next(to, &SoundMix::endSecond);
             writeSound(out);
         }
+    }
+
+    // The result has the colours of the clip that leads, and so its pictures tell of them.
+    void hold(ClipFrames& clip, ClipFrames& other, WriteLane& out) {
+        const bool leads = &clip.reader() == &m_pair.leading();
+        std::unique_ptr<Frame> frame = clip.again();
+        if (!leads && !m_pair.areAlike())
+            frame->picture = propertiesOf(*other.frame().picture);
+        write(std::move(frame), out);
     }
 
     // All of a clip's sound has come when its frames have ended.
@@ -153,7 +159,8 @@ private:
         auto result = std::make_unique<Frame>(m_pool.take());
         m_transition.draw(from.frame().canvas, to.frame().canvas, result->canvas, position);
         result->canvas.colors = from.frame().canvas.colors;
-        result->picture = propertiesOf(*from.frame().picture);
+        const bool firstLeads = &m_pair.leading() == &m_pair.first();
+        result->picture = propertiesOf(*(firstLeads ? from : to).frame().picture);
         write(std::move(result), out);
     }
 

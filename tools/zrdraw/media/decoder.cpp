@@ -9,12 +9,6 @@
 
 #include <new>
 
-namespace {
-
-constexpr int decoderThreads = 2;
-
-} // namespace
-
 RawLines linesOf(const zrLayout& layout, const RawFormat& raw) {
     if (raw.width <= 0 || raw.height <= 0)
         throw UsageError(fmt::format("raw frames of {}x{} do not exist: use a size from 1x1 on",
@@ -24,9 +18,9 @@ RawLines linesOf(const zrLayout& layout, const RawFormat& raw) {
 }
 
 Decoder::Decoder(Input& input, const zrLayout& layout, const std::optional<RawFormat>& raw,
-                 const AVPacket& first, Damage damage)
+                 const AVPacket& first, Damage damage, bool mayBeBare)
     : m_input(input), m_layout(layout), m_raw(raw), m_damage(damage) {
-    if (!m_raw && !holdsBareFrames(first))
+    if (!m_raw && !(mayBeBare && holdsBareFrames(first)))
         open();
 }
 
@@ -46,7 +40,7 @@ void Decoder::open() {
     if (!m_codec || avcodec_parameters_to_context(m_codec.get(), &parameters) < 0)
         throw std::bad_alloc();
     m_codec->pkt_timebase = m_input.pictures().time_base;
-    m_codec->thread_count = decoderThreads;
+    m_codec->thread_count = 0; // as many as there are processors
     m_codec->err_recognition = errorChecks(parameters.codec_id);
     const int opened = avcodec_open2(m_codec.get(), codec, nullptr);
     if (opened < 0)

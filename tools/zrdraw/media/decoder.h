@@ -21,8 +21,9 @@ class Decoder {
 public:
     // The layout is that of the canvas that frames go to. `first` is the first packet of the
     // pictures: some v210 files have lines of another length, which only a decoder understands.
+    // With `mayBeBare` frames in the layout's own bytes are not decoded.
     Decoder(Input& input, const zrLayout& layout, const std::optional<RawFormat>& raw,
-            const AVPacket& first, Damage damage);
+            const AVPacket& first, Damage damage, bool mayBeBare);
 
     // The next packet of the pictures, or null at the end. Takes what it needs of it.
     void send(AVPacket* packet);

@@ -20,7 +20,6 @@ extern "C" {
 
 namespace {
 
-constexpr int encoderThreads = 2;
 constexpr int frameAlignment = 64;
 
 struct EncoderSetting {
@@ -56,6 +55,18 @@ constexpr int dnxhdRates[] = {36,  42,  45,  60,  63,  75,  80,  84,  85,  90,  
 
 bool isOneOf(AVCodecID codec, std::initializer_list<AVCodecID> codecs) {
     return std::find(codecs.begin(), codecs.end(), codec) != codecs.end();
+}
+
+// YUY2 with the chroma's highest bit the other way round, as one kind of QuickTime file has it.
+constexpr unsigned signedChroma = MKTAG('y', 'u', 'v', '2');
+
+// The source's own code for its kind of frames, where the format knows it too: some players take
+// one of a codec's only, as hvc1.
+unsigned tagOf(const OutputFormat& format, unsigned tag) {
+    const AVCodecTag* const* known = format.muxer->codec_tag;
+    const bool kept =
+        format.sourcesCodec && known && tag != 0 && av_codec_get_id(known, tag) == format.codec->id;
+    return kept ? tag : 0;
 }
 
 // "needs an even width" and the like, for the sizes that chroma samples shared by pixels rule out.
@@ -130,7 +141,7 @@ Encoder::Encoder(const OutputFormat& format, const EncoderOptions& options,
             throw std::bad_alloc();
         m_context->time_base = timeBase;
         m_context->bit_rate = rate;
-        m_context->thread_count = options.threads > 0 ? options.threads : encoderThreads;
+        m_context->thread_count = options.threads; // 0: as many as there are processors
         describeFrames(format, source, pixelFormatOf(*shape.layout));
         AvOptions settings;
         setQuality(settings, format, source);
@@ -144,10 +155,19 @@ Encoder::Encoder(const OutputFormat& format, const EncoderOptions& options,
     }
     if (opened < 0)
         refuse(messages.cause(opened));
-    // Bare frames, and streams that hold the layout's own bytes, are written without the encoder.
-    const bool rawFrames = format.isNamed("rawvideo") && m_codec.id == AV_CODEC_ID_RAWVIDEO;
-    if (rawFrames || (m_codec.id == AV_CODEC_ID_V210 && shape.layout->code == ptV210))
+    const bool bareFile = format.isNamed("rawvideo") && m_codec.id == AV_CODEC_ID_RAWVIDEO;
+    if (bareFile || holdsBytesOf(*shape.layout))
         m_bareLine = shape.lineBytes;
+}
+
+// Such streams are written without the encoder. Where the layout has alpha and the source may have
+// none, frames are not what is stored.
+bool Encoder::holdsBytesOf(const zrLayout& layout) const {
+    if (m_codec.id == AV_CODEC_ID_V210)
+        return layout.code == ptV210;
+    return m_codec.id == AV_CODEC_ID_RAWVIDEO && m_context->codec_tag != signedChroma &&
+           isMemoryOf(layout, m_context->pix_fmt) &&
+           !hasFlag(m_context->pix_fmt, AV_PIX_FMT_FLAG_ALPHA);
 }
 
 void Encoder::refuse(const std::string& cause) const {
@@ -167,6 +187,7 @@ void Encoder::describeFrames(const OutputFormat& format, const StreamInfo& sourc
     context.framerate = source.frameRate;
     context.sample_aspect_ratio = source.sampleAspect;
     context.field_order = source.fieldOrder;
+    context.codec_tag = tagOf(format, source.codecTag);
     context.color_primaries = source.colorPrimaries;
     context.color_trc = source.colorTransfer;
     context.chroma_sample_location = source.chromaLocation;

@@ -17,7 +17,7 @@ struct EncoderOptions {
     std::string bitRate;
     std::string preset;
     std::string profile;
-    int threads = 0;
+    int threads = 0; // 0: as many as there are processors
     std::vector<std::pair<std::string, std::string>> others = {}; // by the encoder's own names
 };
 
@@ -47,6 +47,7 @@ public:
     }
 
 private:
+    bool holdsBytesOf(const zrLayout& layout) const;
     void describeFrames(const OutputFormat& format, const StreamInfo& source,
                         AVPixelFormat working);
     void describeColors(const StreamInfo& source);

@@ -168,6 +168,7 @@ void Output::write(AVPacket& packet, AVRational base, const AVStream& stream) {
     const int written = av_interleaved_write_frame(m_muxer.get(), &packet);
     if (written < 0)
         fail("write", written);
+    m_file->endPacket();
 }
 
 void Output::finish() {

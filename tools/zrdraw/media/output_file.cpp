@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -13,6 +14,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 extern "C" {
@@ -24,7 +26,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr int ioBufferBytes = 1 << 16;
+constexpr int ioBufferBytes = 1 << 12;
+constexpr std::size_t gatheredBytes = 1 << 18;
 
 // A result that replaces a link replaces what the link points to.
 fs::path linkTarget(const fs::path& path) {
@@ -117,6 +120,9 @@ OutputFile::OutputFile(const std::string& path, bool force, std::string name)
         discard();
         throw std::bad_alloc();
     }
+    // Whole frames come through without a copy.
+    m_io->direct = AVIO_FLAG_DIRECT;
+    m_gathered.reserve(gatheredBytes);
 }
 
 OutputFile::~OutputFile() {
@@ -155,8 +161,16 @@ void OutputFile::open() {
     ::fchmod(m_descriptor, permissionsFor(m_path));
 }
 
+void OutputFile::endPacket() {
+    if (!m_temporary.empty())
+        return;
+    avio_flush(m_io.get());
+    writeGathered(nullptr, 0);
+}
+
 void OutputFile::check() {
     avio_flush(m_io.get());
+    writeGathered(nullptr, 0);
     if (m_error != 0)
         failWith(m_error);
 }
@@ -165,7 +179,8 @@ void OutputFile::commit() {
     check();
     if (m_temporary.empty())
         return;
-    if (::fsync(m_descriptor) != 0)
+    // What is replaced is not let go before the new one is safe from a loss of power.
+    if (fs::exists(m_path) && ::fsync(m_descriptor) != 0)
         failWith(errno);
     const int closed = ::close(m_descriptor);
     m_descriptor = -1;
@@ -184,24 +199,49 @@ void OutputFile::failWith(int systemError) const {
     throw Failure(fmt::format("cannot write {}: {}", m_name, std::strerror(systemError)));
 }
 
-int OutputFile::writePacket(void* self, std::uint8_t* bytes, int count) {
-    auto& file = *static_cast<OutputFile*>(self);
-    for (int done = 0; done < count;) {
-        const ssize_t written =
-            ::write(file.m_descriptor, bytes + done, static_cast<std::size_t>(count - done));
-        if (written < 0 && errno == EINTR && !file.m_stopped && !isInterrupted())
+// Small pieces wait for each other; a large one goes out from where it lies.
+int OutputFile::write(const std::uint8_t* bytes, std::size_t count) {
+    if (m_gathered.size() + count <= gatheredBytes) {
+        m_gathered.insert(m_gathered.end(), bytes, bytes + count);
+        return 0;
+    }
+    return writeGathered(bytes, count) ? 0 : m_error;
+}
+
+bool OutputFile::writeGathered(const std::uint8_t* more, std::size_t count) {
+    iovec pieces[] = {{m_gathered.data(), m_gathered.size()},
+                      {const_cast<std::uint8_t*>(more), count}};
+    while (pieces[0].iov_len + pieces[1].iov_len > 0) {
+        const ssize_t written = ::writev(m_descriptor, pieces, std::size(pieces));
+        if (written < 0 && errno == EINTR && !m_stopped && !isInterrupted())
             continue;
         if (written < 0) {
-            file.m_error = file.m_error ? file.m_error : errno;
-            return AVERROR(errno);
+            m_error = m_error ? m_error : errno;
+            break;
         }
-        done += static_cast<int>(written);
+        auto left = static_cast<std::size_t>(written);
+        for (iovec& piece : pieces) {
+            const std::size_t done = std::min(left, piece.iov_len);
+            piece.iov_base = static_cast<std::uint8_t*>(piece.iov_base) + done;
+            piece.iov_len -= done;
+            left -= done;
+        }
     }
-    return count;
+    m_gathered.clear();
+    return m_error == 0;
+}
+
+int OutputFile::writePacket(void* self, std::uint8_t* bytes, int count) {
+    auto& file = *static_cast<OutputFile*>(self);
+    const int error = file.write(bytes, static_cast<std::size_t>(count));
+    return error == 0 ? count : AVERROR(error);
 }
 
 std::int64_t OutputFile::seek(void* self, std::int64_t offset, int whence) {
-    const int descriptor = static_cast<OutputFile*>(self)->m_descriptor;
+    auto& file = *static_cast<OutputFile*>(self);
+    if (!file.writeGathered(nullptr, 0))
+        return AVERROR(file.m_error);
+    const int descriptor = file.m_descriptor;
     if (whence & AVSEEK_SIZE) {
         struct stat status {};
         return ::fstat(descriptor, &status) == 0 ? status.st_size : AVERROR(errno);

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 extern "C" {
 #include <libavformat/avio.h>
@@ -33,6 +34,9 @@ public:
 
     AVIOContext* io() const { return m_io.get(); }
 
+    // A packet is whole: who reads a pipe or device gets it at once.
+    void endPacket();
+
     // Ends a write that waits, from another thread: it fails. An interrupt does so too.
     void stop() { m_stopped = true; }
 
@@ -49,6 +53,8 @@ private:
     void publish();
     void discard();
     [[noreturn]] void failWith(int systemError) const;
+    int write(const std::uint8_t* bytes, std::size_t count);
+    bool writeGathered(const std::uint8_t* more, std::size_t count);
     static int writePacket(void* self, std::uint8_t* bytes, int count);
     static std::int64_t seek(void* self, std::int64_t offset, int whence);
 
@@ -58,6 +64,7 @@ private:
     bool m_replace;
     int m_descriptor = -1;
     std::atomic<bool> m_stopped{false};
-    int m_error = 0; // errno of the first write that failed
+    int m_error = 0;                      // errno of the first write that failed
+    std::vector<std::uint8_t> m_gathered; // small pieces, not yet written
     std::unique_ptr<AVIOContext, IoFree> m_io;
 };

@@ -31,17 +31,6 @@ InputOptions inputOptions(const ReadOptions& options) {
     return result;
 }
 
-// The memory of a picture that is the layout's own, if nobody else looks at it and it has the room
-// that drawing may touch.
-bool servesAsCanvas(const AVFrame& picture, const CanvasShape& shape) {
-    const AVBufferRef* buffer = picture.buf[0];
-    if (picture.format != barePixels || !buffer || picture.buf[1] ||
-        picture.linesize[0] != shape.pitch || !av_buffer_is_writable(buffer))
-        return false;
-    const auto room = static_cast<std::size_t>(buffer->data + buffer->size - picture.data[0]);
-    return room >= zrFrameRoom(*shape.layout, shape.width, shape.height, shape.pitch);
-}
-
 } // namespace
 
 Reader::Reader(const std::string& path, const ReadOptions& options)
@@ -78,7 +67,8 @@ void Reader::start() {
             continue;
         }
         if (!m_decoder)
-            m_decoder.emplace(m_input, layout, m_options.raw, *packet, m_options.damage);
+            m_decoder.emplace(m_input, layout, m_options.raw, *packet, m_options.damage,
+                              mayBeBare(layout));
         if (pictures.codecpar->codec_id == AV_CODEC_ID_DPX && timeCode.empty())
             timeCode = dpxTimeCode(*packet);
         m_decoder->send(packet.get());
@@ -97,6 +87,19 @@ void Reader::start() {
         m_info = m_even->describe();
     }
     m_firstTime = m_even ? m_even->sourceTime(m_info.start) : m_first->best_effort_timestamp;
+}
+
+// Frames that are to have other colours are decoded and converted.
+bool Reader::mayBeBare(const zrLayout& layout) const {
+    if (!m_options.colors || m_options.raw)
+        return true;
+    const AVCodecParameters& header = *m_input.pictures().codecpar;
+    const FramePtr like = newFrame();
+    like->format = barePixels;
+    like->colorspace = header.color_space;
+    like->color_range = header.color_range;
+    const CanvasShape shape(layout, header.width, header.height);
+    return areAlike(kindOf(*like, shape).colors, *m_options.colors);
 }
 
 // Clocks of broadcast streams run from any time on.
@@ -164,14 +167,11 @@ void Reader::scaleTo(int width, int height) {
     if (m_decoder->isBare())
         throw Failure("frames that are read as they are cannot be scaled: use another --layout");
     m_shape.emplace(*m_shape->layout, width, height);
-    m_scaled = newFrame();
 }
 
 std::optional<Item> Reader::next() {
-    if (!m_loader) {
-        m_loader.emplace(*m_shape, m_options.alpha);
-        m_pool.emplace(*m_shape);
-    }
+    if (!m_canvases)
+        m_canvases.emplace(*m_shape, m_options.alpha, m_options.colors);
     while (m_ready.empty() && readOn()) {
     }
     if (m_ready.empty())
@@ -284,7 +284,7 @@ void Reader::load(FramePtr picture, std::int64_t number) {
     }
     giveLast(time);
     m_passed.frameWithin(fileTime);
-    auto frame = std::make_unique<Frame>(canvasOf(*picture));
+    auto frame = std::make_unique<Frame>(m_canvases->canvasOf(*picture));
     frame->number = number;
     frame->clock = framesSinceStart(m_info, time);
     frame->time = time;
@@ -303,42 +303,6 @@ void Reader::giveLast(std::optional<std::int64_t> nextTime) {
     if (nextTime && *nextTime > m_last->time)
         m_last->duration = *nextTime - m_last->time;
     m_ready.emplace_back(std::move(m_last));
-}
-
-// A bare picture's own memory where that can be, else a canvas that it is loaded into.
-Canvas Reader::canvasOf(AVFrame& picture) {
-    if (servesAsCanvas(picture, *m_shape)) {
-        BufferPtr memory(std::exchange(picture.buf[0], nullptr));
-        memory->data = picture.data[0];
-        Canvas canvas(*m_shape, std::move(memory));
-        m_loader->load(picture, canvas);
-        picture.data[0] = nullptr;
-        return canvas;
-    }
-    Canvas canvas = m_pool->take();
-    m_loader->load(m_scaled ? scaled(picture) : picture, canvas);
-    return canvas;
-}
-
-const AVFrame& Reader::scaled(const AVFrame& frame) {
-    const auto format = static_cast<AVPixelFormat>(frame.format);
-    const int width = m_shape->width, height = m_shape->height;
-    m_scaler.reset(sws_getCachedContext(m_scaler.release(), frame.width, frame.height, format,
-                                        width, height, format, SWS_BICUBIC | SWS_ACCURATE_RND,
-                                        nullptr, nullptr, nullptr));
-    if (!m_scaler)
-        throw Failure(fmt::format("pictures of {}x{} cannot be brought to {}x{}", frame.width,
-                                  frame.height, width, height));
-    av_frame_unref(m_scaled.get());
-    m_scaled->width = width;
-    m_scaled->height = height;
-    m_scaled->format = format;
-    if (av_frame_get_buffer(m_scaled.get(), 0) < 0 ||
-        av_frame_copy_props(m_scaled.get(), &frame) < 0)
-        throw std::bad_alloc();
-    sws_scale(m_scaler.get(), frame.data, frame.linesize, 0, frame.height, m_scaled->data,
-              m_scaled->linesize);
-    return *m_scaled;
 }
 
 void Reader::requireSameFormat(const AVFrame& frame) const {

@@ -1,12 +1,13 @@
 // The reading end of the road: a clip's frames on canvases, and the packets of its other streams.
 #pragma once
 
+#include "media/canvas_source.h"
 #include "media/decoder.h"
 #include "media/even_rate.h"
 #include "media/frame.h"
 #include "media/passed_packets.h"
 #include "media/stream_info.h"
-#include "picture/convert.h"
+#include "picture/picture_kind.h"
 
 #include <deque>
 #include <functional>
@@ -29,6 +30,7 @@ struct ReadOptions {
     std::optional<int> startNumber = {}; // of a sequence of pictures
     Alpha alpha = Alpha::Canvas;         // of the picture, as the writer stores it
     std::optional<AVRational> rate = {}; // frames come at this rate, repeated or left out
+    std::optional<Colors> colors = {};   // of canvases in Y, Cb and Cr; else the pictures' own
 };
 
 class Reader {
@@ -38,6 +40,11 @@ public:
     const StreamInfo& info() const { return m_info; }
     const zrLayout& layout() const { return *m_shape->layout; }
     const CanvasShape& shape() const { return *m_shape; }
+
+    // How the first picture is to be understood, and the canvas that it goes to of itself.
+    PictureKind kind() const { return kindOf(*m_first, *m_shape); }
+    Colors colors() const { return canvasColors(*m_shape, *m_first, kind()); }
+
     Input& input() { return m_input; }
     const Input& input() const { return m_input; }
     const FrameRange& range() const { return m_range; }
@@ -76,6 +83,7 @@ public:
 
 private:
     void start();
+    bool mayBeBare(const zrLayout& layout) const;
     void findOrigin();
     std::int64_t framesOfLeadIn() const;
     bool readOn();
@@ -86,8 +94,6 @@ private:
     void place(FramePtr picture);
     void load(FramePtr picture, std::int64_t number);
     void giveLast(std::optional<std::int64_t> nextTime);
-    Canvas canvasOf(AVFrame& picture);
-    const AVFrame& scaled(const AVFrame& frame);
     void requireSameFormat(const AVFrame& frame) const;
 
     ReadOptions m_options;
@@ -95,13 +101,10 @@ private:
     Input m_input;
     std::optional<Decoder> m_decoder;
     std::optional<CanvasShape> m_shape;
-    std::optional<CanvasPool> m_pool;
-    std::optional<Loader> m_loader;
+    std::optional<CanvasSource> m_canvases; // made when all is known of them
     FramePtr m_first;
     StreamInfo m_info;
     std::optional<EvenRate> m_even;
-    SwsPtr m_scaler;
-    FramePtr m_scaled;
 
     PassedPackets m_passed;
     AudioLevels* m_levels = nullptr;

@@ -12,6 +12,7 @@
 #include <string_view>
 #include <system_error>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -138,6 +139,8 @@ void PictureFiles::write(const AVPacket& picture) {
 void PictureFiles::commit() {
     for (int number = m_first; number < m_next; ++number)
         requireFree(number);
+    if (m_force)
+        makeSafe();
     for (int number = m_first; number < m_next; ++number) {
         const std::string name = nameOf(number);
         const fs::path part = m_folder / fs::path(name).filename();
@@ -148,6 +151,17 @@ void PictureFiles::commit() {
             ::unlink(nameOf(done).c_str());
         failAt(name, error);
     }
+}
+
+// What is replaced is not let go before the new ones are safe from a loss of power.
+void PictureFiles::makeSafe() const {
+    const int folder = ::open(m_folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int synced = folder < 0 ? -1 : ::syncfs(folder);
+    const int error = errno;
+    if (folder >= 0)
+        ::close(folder);
+    if (synced != 0)
+        failAt(m_path, error);
 }
 
 void PictureFiles::failAt(const std::string& name, int systemError) const {

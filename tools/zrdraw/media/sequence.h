@@ -34,6 +34,7 @@ public:
 private:
     std::string nameOf(int number) const;
     void requireFree(int number) const;
+    void makeSafe() const;
     [[noreturn]] void failAt(const std::string& name, int systemError) const;
 
     std::string m_path;

@@ -37,12 +37,6 @@ OutputFormat chooseFormat(const WriteOptions& options, const StreamInfo& info) {
     return chooseOutputFormat(options.path, options.format, options.encoder.codec, info);
 }
 
-// Some players take one of a codec's tags only, as hvc1.
-void keepTag(const AVOutputFormat& muxer, unsigned tag, AVCodecParameters& stream) {
-    if (muxer.codec_tag && tag != 0 && av_codec_get_id(muxer.codec_tag, tag) == stream.codec_id)
-        stream.codec_tag = tag;
-}
-
 bool hasCaptions(const AVFrame& picture) {
     return av_frame_get_side_data(&picture, AV_FRAME_DATA_A53_CC) != nullptr;
 }
@@ -72,8 +66,6 @@ Writer::Writer(const WriteOptions& options, const CanvasShape& shape, const Stre
 }
 
 void Writer::passOn(const WriteOptions& options, Reader& source) {
-    if (m_format.sourcesCodec)
-        keepTag(*m_format.muxer, m_info.codecTag, *m_pictures->codecpar);
     m_passed = passStreams(source.input(), m_output,
                            {options.streams, options.sourceSound, options.audioCodec});
     choose(source, 0);

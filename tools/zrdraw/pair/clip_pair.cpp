@@ -1,5 +1,6 @@
 #include "pair/clip_pair.h"
 
+#include "picture/picture_kind.h"
 #include "picture/pixel_formats.h"
 #include "tool_error.h"
 
@@ -37,6 +38,12 @@ void requireMatch(const StreamInfo& a, const StreamInfo& b, bool scale) {
         failToMatch("scan", scanName(a), scanName(b), "; bring them to one scan first");
 }
 
+// One canvas is made of both: their numbers must stand for the same colours.
+ReadOptions likeFirst(ReadOptions options, const Reader& first) {
+    options.colors = first.colors();
+    return options;
+}
+
 } // namespace
 
 void addPairOptions(CLI::App& command, PairOptions& options) {
@@ -64,7 +71,8 @@ void tellNotes(const PairOptions& options, const Writer& writer, Progress& progr
 
 ClipPair::ClipPair(const PairOptions& options, const LayoutChoice& layout)
     : m_first(options.input, readOptions(options, layout)),
-      m_second(options.second, readOptions(options, always(m_first.layout()))) {
+      m_second(options.second, likeFirst(readOptions(options, always(m_first.layout())), m_first)),
+      m_alike(::areAlike(m_first.kind(), m_second.kind())) {
     const StreamInfo &a = m_first.info(), &b = m_second.info();
     requireMatch(a, b, options.scale);
     if (options.scale)

@@ -8,6 +8,9 @@
 #include <optional>
 #include <string>
 
+// The layouts that pictures of all kinds can be put together in, without loss for most.
+inline constexpr unsigned pairLayouts[] = {ptBGRA32, ptUYVY, ptV210, ptRGB48, ptARGB64};
+
 struct PairOptions : ClipOptions {
     std::string second; // beside `input`, which is the first
     bool scale = false; // the second to the size of the first
@@ -32,10 +35,14 @@ public:
     // The one that moves: of a picture and a clip the clip, else the first.
     Reader& leading() { return m_secondLeads ? m_second : m_first; }
 
+    // Whether the pictures of both stand for colours in one way.
+    bool areAlike() const { return m_alike; }
+
 private:
     Reader m_first;
     Reader m_second;
     bool m_secondLeads;
+    bool m_alike;
 };
 
 // A clip frame by frame, read on a thread of its own. A picture, and the last frame of a clip that
@@ -44,7 +51,9 @@ class ClipFrames {
 public:
     // Packets of other streams go to `pass`.
     ClipFrames(Reader& reader, std::function<void(PacketPtr)> pass)
-        : m_lane(reader), m_pass(std::move(pass)) {}
+        : m_reader(reader), m_lane(reader), m_pass(std::move(pass)) {}
+
+    const Reader& reader() const { return m_reader; }
 
     // False if there is no further frame: the present one stays.
     bool next();
@@ -56,6 +65,7 @@ public:
     std::unique_ptr<Frame> again() const;
 
 private:
+    const Reader& m_reader;
     ReadLane m_lane;
     std::function<void(PacketPtr)> m_pass;
     std::unique_ptr<Frame> m_frame;

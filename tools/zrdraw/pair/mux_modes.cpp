@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include <numeric>
 #include <vector>
 
 namespace {
@@ -15,22 +16,25 @@ constexpr unsigned secondForm(unsigned mode) {
 }
 
 constexpr MuxModeName names[] = {
-    {zrMuxA, "a", "A alone"},
-    {zrMuxB, "b", "B alone"},
+    {zrMuxA, "a", "A alone", MuxPieces::Lines},
+    {zrMuxB, "b", "B alone", MuxPieces::Lines},
     {zrMuxAnaglyph, "anaglyph", "byte 2 of A with byte 0 of B: red and blue in bgra"},
     {zrMuxHalves, "halves", "bytes 2 and 3 of A with bytes 0 and 1 of B"},
     {zrMuxByte0B, "byte0", "A with byte 0 of B: its blue in bgra"},
     {zrMuxBytes02B, "bytes02", "A with bytes 0 and 2 of B: its blue and red in bgra"},
-    {zrMuxInterleave, "lines", "lines of A and B in turns"},
+    {zrMuxInterleave, "lines", "lines of A and B in turns", MuxPieces::Lines},
     {secondForm(zrMuxInterleave), "columns", "columns of A and B in turns"},
     {zrMuxAverage, "average", "half of each"},
     {zrMuxDifference, "difference", "how far they differ, in grey; --gain 2 to 255"},
     {zrMuxFields, "fields", "even lines of A above even lines of B"},
     {zrMuxSqueeze, "squeeze", "side by side at half width"},
-    {zrMuxSplit, "split", "A to the left of --split, B to the right; --divider"},
-    {secondForm(zrMuxSplit), "split-lines", "A above --split, B below; --divider"},
+    {zrMuxSplit, "split", "A to the left of --split, B to the right; --divider",
+     MuxPieces::PartsOfLines},
+    {secondForm(zrMuxSplit), "split-lines", "A above --split, B below; --divider",
+     MuxPieces::Lines},
     {zrMuxMirror, "mirror", "the left half of A, and B mirrored beside it"},
-    {secondForm(zrMuxMirror), "mirror-lines", "the upper half of A, and B mirrored below"},
+    {secondForm(zrMuxMirror), "mirror-lines", "the upper half of A, and B mirrored below",
+     MuxPieces::Lines},
     {zrMuxKey, "key", "B where it is A, within --threshold, else black; white with --swap"},
     {zrMuxMix, "mix", "a mix by --position"},
     {zrMuxWipe, "wipe", "the transition --code at --position"},
@@ -41,6 +45,31 @@ constexpr MuxModeName names[] = {
     {secondForm(zrMuxWindows), "windows-lines", "half a picture of each from line --split on"},
     {zrMuxChannel, "channel", "byte --channel of A in grey, or the mean of three"},
 };
+
+constexpr unsigned wordBytes = 4;
+
+// The fewest pixels of a layout that take whole words; no pixels where samples are shared
+// otherwise.
+struct Cell {
+    unsigned pixels;
+    unsigned words;
+};
+
+Cell cellOf(const zrLayout& layout) {
+    if (layout.code == ptV210)
+        return {6, 4};
+    if (layout.line.groupPixels != 1)
+        return {0, 0};
+    const unsigned bytes = layout.line.groupBytes;
+    const unsigned pixels = layout.isPairs() ? 2 : wordBytes / std::gcd(bytes, wordBytes);
+    return {pixels, pixels * bytes / wordBytes};
+}
+
+// The middle, where it is told to lie behind the picture.
+unsigned splitColumn(const MuxParameters& p, int width) {
+    const auto columns = static_cast<unsigned>(width);
+    return p.splitX <= columns ? p.splitX : columns / 2;
+}
 
 } // namespace
 
@@ -66,12 +95,24 @@ std::string listMuxModes() {
     return text;
 }
 
+bool canMuxIn(const zrLayout& layout, MuxPieces pieces, const MuxParameters& p, int width) {
+    const Cell cell = cellOf(layout);
+    if (layout.bytes.a >= 0)
+        return true;
+    const unsigned drawn = zrMuxDivider | zrMuxGrid | zrMuxFlipAHorizontal | zrMuxFlipBHorizontal;
+    if (pieces == MuxPieces::Pixels || cell.pixels == 0 || (p.flags & drawn) != 0 ||
+        p.gridMode != 0)
+        return false;
+    return pieces == MuxPieces::Lines || splitColumn(p, width) % cell.pixels == 0;
+}
+
 void composeMux(const MuxParameters& p, Canvas& a, Canvas& b, Canvas& result) {
     const auto bytes = [](Canvas& frame) { return reinterpret_cast<unsigned char*>(frame.data()); };
-    const auto width = static_cast<unsigned>(a.width()), height = static_cast<unsigned>(a.height());
-    const auto pitch = static_cast<unsigned>(a.pitch());
+    const auto pitch = static_cast<unsigned>(a.pitch()), height = static_cast<unsigned>(a.height());
     const unsigned size = pitch * height;
+    const Cell cell = cellOf(a.layout());
+    const unsigned splitX = splitColumn(p, a.width()) / cell.pixels * cell.words;
     ZRDraw_DisplayMuxRGBA(bytes(a), size, bytes(b), size, bytes(result), 0, p.flags, p.wipeCode,
-                          p.position, p.param, p.splitX, p.splitY, p.gridMode, p.gridX, p.gridY,
-                          width, height, pitch);
+                          p.position, p.param, splitX, p.splitY, p.gridMode, p.gridX, p.gridY,
+                          pitch / wordBytes, height, pitch);
 }

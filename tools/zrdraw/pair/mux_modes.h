@@ -6,10 +6,15 @@
 #include <span>
 #include <string>
 
+// What a mode moves as it is. Lines, and parts of lines, are moved in any layout in which they are
+// words of 32 bits.
+enum class MuxPieces { Pixels, Lines, PartsOfLines };
+
 struct MuxModeName {
     unsigned mode; // with zrMuxSecondForm where that is another picture
     const char* name;
     const char* help;
+    MuxPieces pieces = MuxPieces::Pixels; // these only in 32-bit RGB
 };
 
 std::span<const MuxModeName> muxModeNames();
@@ -32,5 +37,8 @@ struct MuxParameters {
     unsigned gridY = 0;
 };
 
-// All in a 32-bit RGB layout and of one size. Flips change the sources.
+// Whether a picture in the layout can be composed: in 32-bit RGB always.
+bool canMuxIn(const zrLayout& layout, MuxPieces pieces, const MuxParameters& parameters, int width);
+
+// All in one layout that this can be done in, and of one size. Flips change the sources.
 void composeMux(const MuxParameters& parameters, Canvas& a, Canvas& b, Canvas& result);

@@ -38,6 +38,12 @@ CanvasShape::CanvasShape(const zrLayout& canvasLayout, int canvasWidth, int canv
     bytes = roundedUp(zrFrameRoom(canvasLayout, width, height, pitch) + alignment, alignment);
 }
 
+void copyLines(const std::uint8_t* from, int fromPitch, std::uint8_t* to, int toPitch,
+               const CanvasShape& shape) {
+    if (from != to)
+        av_image_copy_plane(to, toPitch, from, fromPitch, shape.lineBytes, shape.height);
+}
+
 Canvas::Canvas(const CanvasShape& shape) : Canvas(CanvasPool(shape).take()) {}
 
 Canvas Canvas::share() const {

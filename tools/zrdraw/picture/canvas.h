@@ -27,6 +27,10 @@ struct CanvasShape {
     std::size_t bytes; // that the memory must have
 };
 
+// Lines of one canvas, or of a picture in its layout, to another. They may be the same.
+void copyLines(const std::uint8_t* from, int fromPitch, std::uint8_t* to, int toPitch,
+               const CanvasShape& shape);
+
 class Canvas {
 public:
     Canvas(const CanvasShape& shape, BufferPtr memory)

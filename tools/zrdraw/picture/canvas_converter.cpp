@@ -7,10 +7,6 @@
 
 #include <cstring>
 
-extern "C" {
-#include <libavutil/imgutils.h>
-}
-
 namespace {
 
 void makeGrey(AVFrame& picture) {
@@ -76,11 +72,9 @@ PictureConverter& CanvasConverter::in() {
 void CanvasConverter::load(const AVFrame& picture, Canvas& canvas) {
     if (m_straight && m_packer)
         return m_packer->pack(picture, canvas.lines());
-    if (m_straight) {
-        av_image_copy_plane(canvas.lines().data, canvas.pitch(), picture.data[0],
-                            picture.linesize[0], m_shape.lineBytes, m_shape.height);
-        return;
-    }
+    if (m_straight)
+        return copyLines(picture.data[0], picture.linesize[0], canvas.lines().data, canvas.pitch(),
+                         m_shape);
     AVFrame& middle = middleFor(canvas);
     in().convert(picture, middle);
     if (m_packer)
@@ -90,11 +84,9 @@ void CanvasConverter::load(const AVFrame& picture, Canvas& canvas) {
 void CanvasConverter::store(const Canvas& canvas, AVFrame& picture) {
     if (m_straight && m_packer)
         return m_packer->unpack(canvas.lines(), picture);
-    if (m_straight) {
-        av_image_copy_plane(picture.data[0], picture.linesize[0], canvas.lines().data,
-                            canvas.pitch(), m_shape.lineBytes, m_shape.height);
-        return;
-    }
+    if (m_straight)
+        return copyLines(canvas.lines().data, canvas.pitch(), picture.data[0], picture.linesize[0],
+                         m_shape);
     AVFrame& middle = middleFor(canvas);
     if (m_packer)
         m_packer->unpack(canvas.lines(), middle);

@@ -11,10 +11,6 @@
 #include <cstdint>
 #include <new>
 
-extern "C" {
-#include <libavutil/imgutils.h>
-}
-
 namespace {
 
 void requireSameSize(const AVFrame& picture, const CanvasShape& shape) {
@@ -33,13 +29,6 @@ CanvasConverter& converterFor(std::unique_ptr<CanvasConverter>& kept, const Canv
     if (!kept || !kept->isFor(picture, canvas))
         kept = std::make_unique<CanvasConverter>(shape, picture, canvas);
     return *kept;
-}
-
-// A bare picture may be the canvas itself.
-void copyLines(const std::uint8_t* from, int fromPitch, std::uint8_t* to, int toPitch,
-               const CanvasShape& shape) {
-    if (from != to)
-        av_image_copy_plane(to, toPitch, from, fromPitch, shape.lineBytes, shape.height);
 }
 
 // `line` has room for a line of alpha.
@@ -69,13 +58,14 @@ bool tellsByAlpha(const CanvasShape& shape, const AVFrame& picture) {
 
 } // namespace
 
-Loader::Loader(const CanvasShape& shape, Alpha alpha) : m_shape(shape), m_alpha(alpha) {}
+Loader::Loader(const CanvasShape& shape, Alpha alpha, std::optional<Colors> colors)
+    : m_shape(shape), m_alpha(alpha), m_colors(isYCbCr(*shape.layout) ? colors : std::nullopt) {}
 Loader::~Loader() = default;
 
 void Loader::load(const AVFrame& picture, Canvas& canvas) {
     requireSameSize(picture, m_shape);
     const PictureKind kind = kindOf(picture, m_shape);
-    canvas.colors = canvasColors(m_shape, picture, kind);
+    canvas.colors = m_colors ? *m_colors : canvasColors(m_shape, picture, kind);
     if (picture.format == barePixels)
         return copyLines(picture.data[0], picture.linesize[0], canvas.lines().data, canvas.pitch(),
                          m_shape);

@@ -19,7 +19,9 @@ enum class Alpha { Canvas, Opaque };
 // Pictures of any pixel format into canvases of one shape. A picture without alpha becomes opaque.
 class Loader {
 public:
-    explicit Loader(const CanvasShape& shape, Alpha alpha = Alpha::Canvas);
+    // With `colors`, Y, Cb and Cr of canvases stand for those, else for the picture's own.
+    explicit Loader(const CanvasShape& shape, Alpha alpha = Alpha::Canvas,
+                    std::optional<Colors> colors = {});
     ~Loader();
 
     // A picture of the canvas' size, or a bare one. Sets the colours of the canvas too.
@@ -31,6 +33,7 @@ public:
 private:
     CanvasShape m_shape;
     Alpha m_alpha;
+    std::optional<Colors> m_colors;
     std::unique_ptr<CanvasConverter> m_converter;
 };
 

@@ -30,6 +30,10 @@ AVColorSpace oneName(AVColorSpace space) {
     return space == AVCOL_SPC_BT470BG ? AVCOL_SPC_SMPTE170M : space;
 }
 
+bool isFull(const Colors& colors) {
+    return colors.range == AVCOL_RANGE_JPEG;
+}
+
 } // namespace
 
 PictureKind kindOf(const AVFrame& picture, const CanvasShape& shape, const Colors& otherwise) {
@@ -61,18 +65,19 @@ Colors canvasColors(const CanvasShape& shape, const AVFrame& picture, const Pict
     return kept ? kind.colors : Colors{usualSpace(shape.height), AVCOL_RANGE_MPEG};
 }
 
+bool areAlike(const Colors& a, const Colors& b) {
+    return isFull(a) == isFull(b) && oneName(a.space) == oneName(b.space);
+}
+
 bool areAlike(const PictureKind& a, const PictureKind& b) {
     const auto isRgb = [](const PictureKind& kind) {
         return hasFlag(kind.format, AV_PIX_FMT_FLAG_RGB);
     };
-    const auto isFull = [](const PictureKind& kind) {
-        return kind.colors.range == AVCOL_RANGE_JPEG;
-    };
     // Grey of the full range is RGB with three samples that are one.
     if (isRgb(a) || isRgb(b))
-        return (isRgb(a) || (isGray(a.format) && isFull(a))) &&
-               (isRgb(b) || (isGray(b.format) && isFull(b)));
-    return isFull(a) == isFull(b) && oneName(a.colors.space) == oneName(b.colors.space);
+        return (isRgb(a) || (isGray(a.format) && isFull(a.colors))) &&
+               (isRgb(b) || (isGray(b.format) && isFull(b.colors)));
+    return areAlike(a.colors, b.colors);
 }
 
 bool hasPixels(const AVFrame& picture) {

@@ -27,6 +27,7 @@ PictureKind kindOf(const AVFrame& picture, const CanvasShape& shape,
 Colors canvasColors(const CanvasShape& shape, const AVFrame& picture, const PictureKind& kind);
 
 // Whether the numbers stand for the same colours.
+bool areAlike(const Colors& a, const Colors& b); // as Y, Cb and Cr
 bool areAlike(const PictureKind& a, const PictureKind& b);
 
 bool hasPixels(const AVFrame& picture);
