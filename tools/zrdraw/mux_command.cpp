@@ -172,8 +172,10 @@ public:
         ClipFrames& leading = firstLeads ? a : b;
         std::int64_t written = 0, end = 0;
         for (;;) {
-            const bool moved = a.next() | b.next();
-            if (!moved || (m_writer.takesOneFrame() && written > 0))
+            const bool aMoved = a.next(), bMoved = b.next();
+            if (aMoved && bMoved)
+                requireSameTime(a, b);
+            if (!(aMoved || bMoved) || (m_writer.takesOneFrame() && written > 0))
                 break;
             std::unique_ptr<Frame> frame = compose(a.frame(), b.frame());
             const Frame& model = leading.frame();

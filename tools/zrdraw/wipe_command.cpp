@@ -53,6 +53,8 @@ public:
                        options.frontEnd),
           m_holdA(options.holdA.value_or(options.hold)),
           m_holdB(options.holdB.value_or(options.hold)) {
+        requireEven(m_pair.first());
+        requireEven(m_pair.second());
         takeRanges();
         const StreamInfo info = resultInfo(m_pair.leading().info());
         WriteOptions write = writeOptions(options);
@@ -74,8 +76,10 @@ public:
         ClipFrames to(m_pair.second(),
                       [&](PacketPtr packet) { m_sound->addSecond(std::move(packet)); });
         WriteLane out(*m_writer);
-        from.next();
-        to.next();
+        for (ClipFrames* clip : {&from, &to}) {
+            clip->next();
+            requireEven(*clip);
+        }
         if (m_options.position.empty())
             clip(from, to, out);
         else
@@ -145,7 +149,9 @@ private:
 
     // All of a clip's sound has come when its frames have ended.
     void next(ClipFrames& clip, void (SoundMix::*end)()) {
-        if (!clip.next() && m_sound)
+        if (clip.next())
+            requireEven(clip);
+        else if (m_sound)
             (*m_sound.*end)();
     }
 

@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
+#include <cmath>
 #include <new>
 
 namespace {
@@ -33,7 +34,7 @@ void requireMatch(const StreamInfo& a, const StreamInfo& b, bool scale) {
     if (a.picture || b.picture)
         return;
     if (av_cmp_q(a.frameRate, b.frameRate) != 0)
-        failToMatch("rate", rate(a), rate(b), "; bring them to one rate first");
+        failToMatch("rate", rate(a), rate(b), "; use --rate to bring both to one");
     if (isInterlaced(a.fieldOrder) != isInterlaced(b.fieldOrder))
         failToMatch("scan", scanName(a), scanName(b), "; bring them to one scan first");
 }
@@ -42,6 +43,16 @@ void requireMatch(const StreamInfo& a, const StreamInfo& b, bool scale) {
 ReadOptions likeFirst(ReadOptions options, const Reader& first) {
     options.colors = first.colors();
     return options;
+}
+
+std::string useRate(const Reader& clip) {
+    return fmt::format("use --rate {:.6g} to repeat or leave out frames",
+                       av_q2d(clip.info().frameRate));
+}
+
+double secondsFromStart(const ClipFrames& clip) {
+    const StreamInfo& info = clip.reader().info();
+    return static_cast<double>(clip.frame().time - info.start) * av_q2d(info.timeBase);
 }
 
 } // namespace
@@ -106,6 +117,33 @@ std::unique_ptr<Frame> ClipFrames::again() const {
     if (!frame->picture)
         throw std::bad_alloc();
     return frame;
+}
+
+void requireEven(const Reader& clip) {
+    if (clip.info().unevenRate)
+        throw Failure(fmt::format("the frames of {} are not evenly spaced in time: {}",
+                                  clip.input().name(), useRate(clip)));
+}
+
+void requireEven(const ClipFrames& clip) {
+    const StreamInfo& info = clip.reader().info();
+    const double length = 1 / av_q2d(info.frameRate);
+    const double off = secondsFromStart(clip) - static_cast<double>(clip.frame().number) * length;
+    // Less is a clock's trembling.
+    if (!info.picture && std::abs(off) > length / 4 + av_q2d(info.timeBase))
+        throw Failure(fmt::format("frame {} of {} stands {:.3f} s off the even spacing: {}",
+                                  clip.frame().number, clip.reader().input().name(), off,
+                                  useRate(clip.reader())));
+}
+
+void requireSameTime(const ClipFrames& a, const ClipFrames& b) {
+    if (a.reader().info().picture || b.reader().info().picture)
+        return;
+    const double first = secondsFromStart(a), second = secondsFromStart(b);
+    if (std::abs(first - second) > 0.5 / av_q2d(a.reader().info().frameRate))
+        throw Failure(fmt::format("frame {} stands at {:.3f} s in the first and at {:.3f} s in the "
+                                  "second: {}",
+                                  a.frame().number, first, second, useRate(a.reader())));
 }
 
 FramePtr propertiesOf(const AVFrame& picture) {

@@ -60,6 +60,7 @@ public:
 
     bool hasEnded() const { return m_ended; }
     Frame& frame() { return *m_frame; }
+    const Frame& frame() const { return *m_frame; }
 
     // The present frame once more, to be written.
     std::unique_ptr<Frame> again() const;
@@ -71,6 +72,16 @@ private:
     std::unique_ptr<Frame> m_frame;
     bool m_ended = false;
 };
+
+// For work that counts a clip's frames: the present one stands where its number says. Else it is a
+// Failure that tells of --rate.
+void requireEven(const ClipFrames& clip);
+
+// The same of all frames, as far as the file's header tells.
+void requireEven(const Reader& clip);
+
+// For work on frames of one number: those of two clips stand at one time behind their beginnings.
+void requireSameTime(const ClipFrames& a, const ClipFrames& b);
 
 // What a frame that is made of others takes over of one of them: all but its pixels.
 FramePtr propertiesOf(const AVFrame& picture);
