@@ -178,14 +178,14 @@ TEST_F(WipeTest, WhatDoesNotFitIsRefusedWithItsMend) {
         "$F -i in.mov -r 50 -c:v png fast.mov && "
         "$F -i in.mov -vf 'select=not(eq(n\\,3))' -vsync vfr -c:v png gap.mov && "
         "$F -i gap.mov -c copy gap.mkv && "
-        "$F -i in.mov -vf 'select=not(eq(n\\,2))' -vsync vfr -c:v png hole.mkv");
+        "$F -i in.mov -vf 'select=not(eq(n\\,2))' -vsync vfr -c:v png hole.mov");
     expectRefused({
         {"$Z wipe in.mov other.mov o.mov", 1, "use --scale"},
         {"$Z wipe in.mov fast.mov o.mov", 1, "differ in rate: the first is 25"},
         {"$Z wipe in.mov fast.mov o.mov", 1, "use --rate to bring both to one"},
         {"$Z wipe gap.mov gap.mov o.mov", 1, "'gap.mov' are not evenly spaced in time: use --rate"},
         {"$Z wipe gap.mkv gap.mkv o.mov", 1, "frame 2 of 'gap.mkv' stands -0.020 s off"},
-        {"$Z mux gap.mkv hole.mkv o.mov", 1,
+        {"$Z mux gap.mov hole.mov o.mov", 1,
          "frame 2 stands at 0.080 s in the first and at 0.120 s"},
         {"$Z wipe in.mov in.mov o.mov --code horizontl", 2, "did you mean horizontal"},
         {"$Z wipe in.mov in.mov o.mov --position 1.5", 2, "from 0 to 1"},
