@@ -107,8 +107,8 @@ private:
 
     // No more is read than is shown.
     void takeRanges() {
-        const auto take = [this](Reader& reader, const std::string& from, const char* option,
-                                 int frames) {
+        const auto take = [](Reader& reader, const std::string& from, const char* option,
+                             int frames) {
             if (reader.info().picture)
                 return;
             const std::int64_t first = from.empty() ? 0 : frameAt(from, option, reader.info());
