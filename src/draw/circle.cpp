@@ -4,26 +4,33 @@
 #include "pixel/truncate.h"
 #include "zrdraw/zrdraw.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
+#include <type_traits>
 
-int ZRDraw::Circle(int cx, int cy, int radius) {
-    if (radius < 0)
-        return -1;
-    if (radius == 0)
-        return PutPixel(cx, cy, true);
-    const Plotter plotter(*this);
+namespace {
+
+// Whether the square around a circle is within the numbers of int.
+bool holds(int cx, int cy, int radius) {
+    constexpr int most = std::numeric_limits<int>::max() / 2;
+    return std::max({cx, cy, radius}) < most;
+}
+
+template <typename Pen>
+void drawCircle(const Pen& pen, int cx, int cy, int radius) {
     int y = radius;
     int d = 1 - radius;
     // By contract: pixels on the axes and the diagonals are written twice.
     for (int x = 0; x <= y;) {
-        plotter.put(cx + y, cy + x);
-        plotter.put(cx + x, cy + y);
-        plotter.put(cx - x, cy + y);
-        plotter.put(cx - y, cy + x);
-        plotter.put(cx - y, cy - x);
-        plotter.put(cx - x, cy - y);
-        plotter.put(cx + x, cy - y);
-        plotter.put(cx + y, cy - x);
+        pen.put(cx + y, cy + x);
+        pen.put(cx + x, cy + y);
+        pen.put(cx - x, cy + y);
+        pen.put(cx - y, cy + x);
+        pen.put(cx - y, cy - x);
+        pen.put(cx - x, cy - y);
+        pen.put(cx + x, cy - y);
+        pen.put(cx + y, cy - x);
         ++x;
         if (d > 0) {
             --y;
@@ -32,6 +39,23 @@ int ZRDraw::Circle(int cx, int cy, int radius) {
             d += 2 * x + 1;
         }
     }
+}
+
+} // namespace
+
+int ZRDraw::Circle(int cx, int cy, int radius) {
+    if (radius < 0)
+        return -1;
+    if (radius == 0)
+        return PutPixel(cx, cy, true);
+    withPlotter(*this, [=](const auto& plotter) {
+        if constexpr (std::decay_t<decltype(plotter)>::isDirect) {
+            if (holds(cx, cy, radius) &&
+                plotter.covers(cx - radius, cy - radius, cx + radius, cy + radius))
+                return drawCircle(plotter.pen(), cx, cy, radius);
+        }
+        drawCircle(plotter, cx, cy, radius);
+    });
     return 0;
 }
 

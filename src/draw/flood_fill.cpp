@@ -48,10 +48,11 @@ private:
     std::array<unsigned char, 256> m_near{};
 };
 
+template <typename Plotter>
 class Flood {
 public:
-    Flood(ZRPixel& pixel, int columns, int lines, const Match& match)
-        : m_plotter(pixel), m_columns(columns), m_lines(lines), m_match(match),
+    Flood(const Plotter& plotter, int columns, int lines, const Match& match)
+        : m_plotter(plotter), m_columns(columns), m_lines(lines), m_match(match),
           m_entered(static_cast<std::size_t>(columns) * static_cast<std::size_t>(lines)) {}
 
     // Pixels at one distance from the start are a frontier, and visiting them in turn collects the
@@ -92,7 +93,7 @@ private:
         }
     }
 
-    Plotter m_plotter;
+    const Plotter& m_plotter;
     int m_columns, m_lines;
     const Match& m_match;
     std::vector<unsigned char> m_entered;
@@ -116,6 +117,7 @@ int ZRDraw::Fill(int x, int y, double tolerance) {
     if (!readPixel(*this, x, y, seed))
         return -1;
     const Match match(*this, seed, tolerance < 0 ? 0.0 : tolerance);
-    Flood(*this, columns, lines, match).from(x, y);
+    withPlotter(*this,
+                [&](const auto& plotter) { Flood(plotter, columns, lines, match).from(x, y); });
     return 0;
 }

@@ -6,6 +6,8 @@
 #include "zrdraw/zrdraw.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <limits>
 
 namespace {
 
@@ -14,9 +16,50 @@ int distance(int difference) {
     return static_cast<int>(magnitude(difference));
 }
 
+// Whether the numbers of its pixels are within those of int.
+bool isShort(const _POINT& p, const _POINT& q) {
+    constexpr long most = std::numeric_limits<int>::max() - 1;
+    return std::labs(static_cast<long>(q.x) - p.x) < most;
+}
+
 bool isOffCanvas(const ZRPixel& pixel, int low, int high, unsigned int extent) {
     return pixel.canvas == nullptr || pixel.width == 0 || pixel.height == 0 || low < 0 ||
            high > static_cast<int>(extent);
+}
+
+// From the upper end p to the lower end q.
+template <typename Put>
+void walkLine(const _POINT& p, const _POINT& q, Put put) {
+    const int dx = q.x - p.x;
+    const int dy = q.y - p.y;
+    if (dy > distance(dx)) {
+        const int step = fixed::slope(dx, dy);
+        int f = fixed::fromInt(p.x) + fixed::half;
+        walk(p.y, q.y, 1, [&, step](int y) {
+            put(fixed::floorToInt(f), y);
+            f += step;
+        });
+        return;
+    }
+    const int direction = dx < 0 ? -1 : 1;
+    const int step = direction * fixed::slope(dy, dx);
+    int f = fixed::fromInt(p.y) + fixed::half;
+    walk(p.x, q.x, direction, [&, step](int x) {
+        put(x, fixed::floorToInt(f));
+        f += step;
+    });
+}
+
+template <typename Plotter>
+void drawLine(const Plotter& plotter, const _POINT& p, const _POINT& q) {
+    if constexpr (Plotter::isDirect) {
+        if (p.y == q.y && isShort(p, q))
+            return plotter.run(std::min(p.x, q.x), fixed::lineOf(p.y), distance(q.x - p.x) + 1);
+        // Between its ends a line does not leave the rectangle that they span.
+        if (plotter.covers(p.x, p.y, q.x, q.y) && fixed::holds(std::max({p.x, p.y, q.x, q.y})))
+            return walkLine(p, q, [pen = plotter.pen()](int x, int y) { pen.put(x, y); });
+    }
+    walkLine(p, q, [&](int x, int y) { plotter.put(x, y); });
 }
 
 } // namespace
@@ -35,23 +78,7 @@ int ZRDraw::Line(int x0, int y0, int x1, int y1) {
     if (antiAlias && dx != 0 && dy != 0 && distance(dx) != dy)
         return drawWeightedLine(*this, p, q);
 
-    const Plotter plotter(*this);
-    if (dy > distance(dx)) {
-        const int step = fixed::slope(dx, dy);
-        int f = fixed::fromInt(p.x) + fixed::half;
-        walk(p.y, q.y, 1, [&, step](int y) {
-            plotter.put(fixed::floorToInt(f), y);
-            f += step;
-        });
-        return 0;
-    }
-    const int direction = dx < 0 ? -1 : 1;
-    const int step = direction * fixed::slope(dy, dx);
-    int f = fixed::fromInt(p.y) + fixed::half;
-    walk(p.x, q.x, direction, [&, step](int x) {
-        plotter.put(x, fixed::floorToInt(f));
-        f += step;
-    });
+    withPlotter(*this, [&](const auto& plotter) { drawLine(plotter, p, q); });
     return 0;
 }
 
@@ -68,9 +95,10 @@ int ZRDraw::LineVert(int x, int y0, int y1) {
     x = pullEdge(x, width);
     const int top = pullEdge(std::min(y0, y1), height);
     const int bottom = pullEdge(std::max(y0, y1), height);
-    const Plotter plotter(*this);
-    for (int y = top; y <= bottom; ++y)
-        plotter.put(x, y);
+    withPlotter(*this, [=](const auto& plotter) {
+        for (int y = top; y <= bottom; ++y)
+            plotter.put(x, y);
+    });
     return 0;
 }
 
@@ -102,19 +130,22 @@ int ZRDraw::Dash(int x0, int y0, int x1, int y1, int on, int off) {
     const auto dashes = [&](int first, int last, int minor, int step, auto put) {
         const int direction = last > first ? 1 : -1;
         int f = fixed::fromInt(minor) | fixed::half;
-        walk(first, last, direction, [&](int at) {
-            if (inked())
-                put(at, fixed::floorToInt(f));
-            f += direction * step;
-        });
+        walk(
+            first, last, direction,
+            [&](int at) {
+                if (inked())
+                    put(at, fixed::floorToInt(f));
+                f += direction * step;
+            });
     };
-    const Plotter plotter(*this);
-    if (distance(y0 - y1) <= distance(x0 - x1))
-        dashes(x0, x1, y0, fixed::slope(y1 - y0, x1 - x0),
-               [&](int x, int y) { plotter.put(x, y); });
-    else
-        dashes(y0, y1, x0, fixed::slope(x1 - x0, y1 - y0),
-               [&](int y, int x) { plotter.put(x, y); });
+    withPlotter(*this, [&](const auto& plotter) {
+        if (distance(y0 - y1) <= distance(x0 - x1))
+            dashes(x0, x1, y0, fixed::slope(y1 - y0, x1 - x0),
+                   [&](int x, int y) { plotter.put(x, y); });
+        else
+            dashes(y0, y1, x0, fixed::slope(x1 - x0, y1 - y0),
+                   [&](int y, int x) { plotter.put(x, y); });
+    });
     return 0;
 }
 

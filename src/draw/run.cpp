@@ -55,6 +55,11 @@ void drawRun(ZRPixel& pixel, int left, int right, int y) {
         SetMemoryFast(wordAddress(pixel, left, y), pixel.foreColor, more * 4 + 4);
         return;
     }
+    const auto direct = [=](const auto& plotter, const auto&) {
+        plotter.pen().run(left, y, right - left + 1);
+    };
+    if (useDirect(pixel, Slots::Foreground, direct))
+        return;
     if (isPacked(pixel, true) && drawPackedRun(pixel, left, right, y))
         return;
     for (int x = left; x <= right; ++x)
@@ -75,7 +80,9 @@ void drawCanvas(ZRPixel& pixel, bool selector) {
         return;
     const int columns = static_cast<int>(pixel.width);
     const int lines = static_cast<int>(pixel.height);
-    for (int y = 0; y < lines; ++y)
-        for (int x = 0; x < columns; ++x)
-            pixel.PutPixel(x, y, selector);
+    withPlotters(pixel, selector ? Slots::Foreground : Slots::Background,
+                 [=](const auto& plotter, const auto&) {
+                     for (int y = 0; y < lines; ++y)
+                         plotter.run(0, y, columns);
+                 });
 }

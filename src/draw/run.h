@@ -1,9 +1,10 @@
-// Where pixels and runs of pixels are written, for all primitives alike.
+// Where pixels and runs of pixels are written, for all primitives alike. A primitive asks for a
+// plotter once a call and does not know the layout.
 #pragma once
 
-#include "pixel/canvas.h"
-#include "zrdraw/formats.h"
+#include "formats/pens.h"
 
+#include <algorithm>
 #include <cstring>
 #include <typeinfo>
 
@@ -20,6 +21,14 @@ bool isExactly(const ZRPixel& pixel) {
     return operations[-1] == &typeid(Class);
 }
 
+// The object itself, if it is exactly of the class: its operations then do what is known of them.
+template <typename Class>
+const Class* exactly(const ZRPixel& pixel) {
+    // By way of the complete object, as ZRPixel is a virtual base.
+    return isExactly<Class>(pixel) ? static_cast<const Class*>(dynamic_cast<const void*>(&pixel))
+                                   : nullptr;
+}
+
 // Pixels of these are read and written by ZRPixel alone.
 inline bool isPlainRgba32(const ZRPixel& pixel) {
     return isRgb32(pixel.pixelType) && isExactly<CDrawRGBA32>(pixel);
@@ -30,45 +39,142 @@ inline bool readsUntested(const ZRPixel& pixel) {
     return pixel.pixelType >= ptRGB30DPX && pixel.pixelType <= ptBayerGRBGc;
 }
 
-// Puts pixels in the foreground colour. Where PutPixel would store a word and no more, that is done
-// without the call, at a third of the time. Holds for as long as the object's state stays.
+// Writes pixels of one slot by a pen, each refused by itself where it is off the canvas. Holds for
+// as long as the object's state stays.
+template <typename Pen>
 class Plotter {
 public:
-    explicit Plotter(ZRPixel& pixel) : m_pixel(pixel), m_storesWords(storesWords(pixel)) {}
+    static constexpr bool isDirect = true; // the order of writes in one colour does not matter
 
-    void put(int x, int y) const {
-        if (!m_storesWords)
-            m_pixel.PutPixel(x, y, true);
-        else if (pullOntoCanvas(m_pixel, x, y))
-            storeWord(wordAddress(m_pixel, x, y), m_pixel.foreColor);
+    Plotter(const ZRPixel& pixel, const Pen& pen) : m_pixel(pixel), m_pen(pen) {}
+
+    const Pen& pen() const { return m_pen; }
+
+    // Whether all pixels between two are on the canvas, where the pen itself may write.
+    bool covers(int x0, int y0, int x1, int y1) const {
+        return m_pixel.canvas != nullptr && (x0 | y0 | x1 | y1) >= 0 &&
+               std::max(x0, x1) < static_cast<int>(m_pixel.width) &&
+               std::max(y0, y1) < static_cast<int>(m_pixel.height);
     }
 
-    // `count` pixels from (x, y) on, each refused by itself where it is off the canvas.
-    void putRun(int x, int y, int count) const {
-        if (m_storesWords && isInside(x, y, count)) {
-            char* const first = wordAddress(m_pixel, x, y);
-            for (int i = 0; i < count; ++i)
-                storeWord(first + 4 * i, m_pixel.foreColor);
+    void put(int x, int y) const {
+        if (pullOntoCanvas(m_pixel, x, y))
+            m_pen.put(x, y);
+    }
+
+    // `count` pixels from (x, y) on.
+    void run(int x, int y, int count) const {
+        if (count > 0 && covers(x, y, x, y) && count <= static_cast<int>(m_pixel.width) - x)
+            m_pen.run(x, y, count);
+        else
+            runClipped(x, y, count);
+    }
+
+private:
+    [[gnu::noinline]] void runClipped(int x, int y, int count) const {
+        const long columns = static_cast<int>(m_pixel.width);
+        int first = std::max(x, 0);
+        const long last = std::min(static_cast<long>(x) + count - 1, columns);
+        if (last < first || !pullOntoCanvas(m_pixel, first, y))
             return;
-        }
+        m_pen.run(first, y, static_cast<int>(std::min(last, columns - 1)) - first + 1);
+    }
+
+    const ZRPixel& m_pixel;
+    Pen m_pen;
+};
+
+// The same by the object's own PutPixel.
+class CallingPlotter {
+public:
+    static constexpr bool isDirect = false;
+
+    CallingPlotter(ZRPixel& pixel, bool selector) : m_pixel(pixel), m_selector(selector) {}
+
+    void put(int x, int y) const { m_pixel.PutPixel(x, y, m_selector); }
+
+    void run(int x, int y, int count) const {
         for (int i = 0; i < count; ++i)
             put(x + i, y);
     }
 
 private:
-    static bool storesWords(const ZRPixel& pixel) {
-        return !pixel.transparency && !pixel.alphaAdditive && isPlainRgba32(pixel);
-    }
-
-    bool isInside(int x, int y, int count) const {
-        const int columns = static_cast<int>(m_pixel.width);
-        return m_pixel.canvas != nullptr && (x | y) >= 0 && columns >= count &&
-               x <= columns - count && y < static_cast<int>(m_pixel.height);
-    }
-
     ZRPixel& m_pixel;
-    bool m_storesWords;
+    bool m_selector;
 };
+
+enum class Slots { Foreground, Background, Both };
+
+template <typename Class>
+bool areDirect(const Class& draw, Slots slots) {
+    return (slots == Slots::Background || isDirect(draw, true)) &&
+           (slots == Slots::Foreground || isDirect(draw, false));
+}
+
+// Calls `use` with the plotters of the slots by their pens. False, and nothing done, where the
+// object is not exactly of the class, or looks at what is there.
+template <typename Class, typename Use>
+bool useDirect(const ZRPixel& pixel, Slots slots, Use& use) {
+    const Class* const draw = exactly<Class>(pixel);
+    if (draw == nullptr || !areDirect(*draw, slots))
+        return false;
+    const Plotter first(pixel, penOf(*draw, slots != Slots::Background));
+    use(first, slots == Slots::Both ? Plotter(pixel, penOf(*draw, false)) : first);
+    return true;
+}
+
+template <typename Use>
+bool useDirect(const ZRPixel& pixel, Slots slots, Use& use) {
+    switch (pixel.pixelType) {
+    case ptRGBA32:
+    case ptARGB32:
+    case ptBGRA32:
+    case ptABGR32:
+        return useDirect<CDrawRGBA32>(pixel, slots, use);
+    case ptRGB24:
+    case ptBGR24:
+        return useDirect<CDrawRGB24>(pixel, slots, use);
+    case ptYUYV:
+    case ptUYVY:
+    case ptYVYU:
+    case ptVYUY:
+        return useDirect<CDrawYCbCrYUYV>(pixel, slots, use);
+    case ptV210:
+        return useDirect<CDrawYCbCr10>(pixel, slots, use);
+    case ptRGB30DPX:
+        return useDirect<CDrawRGB30DPX>(pixel, slots, use);
+    case ptRGB48:
+        return useDirect<CDrawRGB48>(pixel, slots, use);
+    case ptARGB64:
+        return useDirect<CDrawARGB64>(pixel, slots, use);
+    case ptRGBHalf48:
+        return useDirect<CDrawRGBHalf48>(pixel, slots, use);
+    case ptRGBAHalf:
+        return useDirect<CDrawRGBAHalf>(pixel, slots, use);
+    case ptUV8:
+        return useDirect<CDrawUV8>(pixel, slots, use);
+    case ptUV16:
+        return useDirect<CDrawUV16>(pixel, slots, use);
+    default:
+        return pixel.pixelType >= ptBayerBGGR && pixel.pixelType <= ptBayerGRBGc &&
+               useDirect<CDrawBayer>(pixel, slots, use);
+    }
+}
+
+// Calls `use` with the plotters of the foreground and the background, or twice that of the one
+// slot.
+template <typename Use>
+void withPlotters(ZRPixel& pixel, Slots slots, Use use) {
+    if (!useDirect(pixel, slots, use))
+        use(CallingPlotter(pixel, slots != Slots::Background),
+            CallingPlotter(pixel, slots == Slots::Foreground));
+}
+
+template <typename Use>
+void withPlotter(ZRPixel& pixel, Use use) {
+    withPlotters(
+        pixel, Slots::Foreground, [&](const auto& plotter, const auto&) { use(plotter); });
+}
 
 // Columns `left` to `right` of a line, both on the canvas, in the foreground colour.
 void drawRun(ZRPixel& pixel, int left, int right, int y);

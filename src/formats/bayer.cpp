@@ -1,5 +1,6 @@
 // 12-bit Bayer mosaics, two samples in three bytes: bits 11 to 4 of the first, its bits 3 to 0
 // above bits 11 to 8 of the second, and bits 7 to 0 of the second.
+#include "formats/pens.h"
 #include "formats/readers.h"
 #include "pixel/byte_order.h"
 #include "pixel/truncate.h"
@@ -43,10 +44,6 @@ const Cell& cellFor(unsigned int pixelType) {
     return cells[row < cells.size() ? row : 0];
 }
 
-char* sampleAddress(const ZRPixel& pixel, int x, int y) {
-    return byteAddress(pixel, y, x * 3 >> 1);
-}
-
 unsigned int byteAt(const char* address) {
     return static_cast<unsigned char>(*address);
 }
@@ -70,24 +67,22 @@ unsigned int CDrawBayer::GetPitch() {
 }
 
 char* CDrawBayer::GetPixel(int x, int y) {
-    return pullOntoCanvas(*this, x, y) ? sampleAddress(*this, x, y) : nullptr;
+    return pullOntoCanvas(*this, x, y) ? MosaicPen::address(*this, x, y) : nullptr;
+}
+
+MosaicPen penOf(const CDrawBayer& draw, bool selector) {
+    const unsigned char* color = selector ? draw.bayerForeground : draw.bayerBackground;
+    const Cell& cell = cellFor(draw.pixelType);
+    MosaicPen pen{draw, {}};
+    for (int line = 0; line < 2; ++line) {
+        const unsigned int even = color[cell.at[line][0]], odd = color[cell.at[line][1]];
+        pen.lines[line] = even | (odd >> 4) << 8 | (even << 4 & 0xFF) << 16;
+    }
+    return pen;
 }
 
 int CDrawBayer::PutPixel(int x, int y, bool selector) {
-    if (!pullOntoCanvas(*this, x, y))
-        return -1;
-    const unsigned char* color = selector ? bayerForeground : bayerBackground;
-    const Channel(&line)[2] = cellFor(pixelType).at[y % 2];
-    char* const bytes = sampleAddress(*this, x, y);
-    if (x % 2 == 0) {
-        bytes[0] = static_cast<char>(color[line[0]]);
-        return 0;
-    }
-    // By contract: the low nibble comes from the channel of the even column, and the low bits of
-    // the even neighbour are cleared.
-    bytes[0] = static_cast<char>(color[line[1]] >> 4);
-    bytes[1] = static_cast<char>(color[line[0]] << 4);
-    return 0;
+    return putBy(*this, x, y, selector);
 }
 
 int CDrawBayer::SetColorRGBA(double r, double g, double b, double a, bool selector) {

@@ -1,5 +1,6 @@
 // Interleaved chroma planes of 8 and 16 bits.
 #include "formats/components.h"
+#include "formats/pens.h"
 
 using namespace components;
 
@@ -44,10 +45,8 @@ char* CDrawUV8::GetPixel(int x, int y) {
     return addressOf(*this, x, y, uv8Bytes);
 }
 
-// By contract: the low eight bits of a colour on the scale of 65536, not the high ones.
 int CDrawUV8::PutPixel(int x, int y, bool selector) {
-    const zrYcc& color = selector ? yccForeground : yccBackground;
-    return put<unsigned char>(*this, x, y, uv8Bytes, color.second, color.third);
+    return putBy(*this, x, y, selector);
 }
 
 int CDrawUV8::GetPixelRGBA(int x, int y, double& r, double& g, double& b, double& a) {
@@ -97,8 +96,7 @@ char* CDrawUV16::GetPixel(int x, int y) {
 }
 
 int CDrawUV16::PutPixel(int x, int y, bool selector) {
-    const zrYcc& color = selector ? yccForeground : yccBackground;
-    return put<unsigned short>(*this, x, y, uv16Bytes, color.second, color.third);
+    return putBy(*this, x, y, selector);
 }
 
 int CDrawUV16::GetPixelRGBA(int x, int y, double& r, double& g, double& b, double& a) {

@@ -1,5 +1,6 @@
 // RGB in 16-bit words. By contract: the colours written are members that no colour operation
 // changes, and half floats without alpha are handled as the integers that their bits make.
+#include "formats/pens.h"
 #include "formats/readers.h"
 
 namespace {
@@ -22,15 +23,6 @@ char* wordsAddress(const ZRPixel& pixel, int x, int y, const WordOrder& order) {
 
 char* addressOf(const ZRPixel& pixel, int x, int y, const WordOrder& order) {
     return pullOntoCanvas(pixel, x, y) ? wordsAddress(pixel, x, y, order) : nullptr;
-}
-
-template <typename... Values>
-int putWords(const ZRPixel& pixel, int x, int y, const WordOrder& order, Values... values) {
-    if (!pullOntoCanvas(pixel, x, y))
-        return -1;
-    const unsigned short words[] = {static_cast<unsigned short>(values)...};
-    std::memcpy(wordsAddress(pixel, x, y, order), words, sizeof words);
-    return 0;
 }
 
 unsigned int wordAt(const char* pixel, int at) {
@@ -77,8 +69,7 @@ char* CDrawRGB48::GetPixel(int x, int y) {
 }
 
 int CDrawRGB48::PutPixel(int x, int y, bool selector) {
-    return selector ? putWords(*this, x, y, rgb, foreR, foreG, foreB)
-                    : putWords(*this, x, y, rgb, backR, backG, backB);
+    return putBy(*this, x, y, selector);
 }
 
 int CDrawRGB48::GetPixelRGBA(int x, int y, double& r, double& g, double& b, double& a) {
@@ -114,8 +105,7 @@ char* CDrawARGB64::GetPixel(int x, int y) {
 }
 
 int CDrawARGB64::PutPixel(int x, int y, bool selector) {
-    return selector ? putWords(*this, x, y, argb, foreA, foreR, foreG, foreB)
-                    : putWords(*this, x, y, argb, backA, backR, backG, backB);
+    return putBy(*this, x, y, selector);
 }
 
 int CDrawARGB64::GetPixelRGBA(int x, int y, double& r, double& g, double& b, double& a) {
@@ -151,8 +141,7 @@ char* CDrawRGBHalf48::GetPixel(int x, int y) {
 }
 
 int CDrawRGBHalf48::PutPixel(int x, int y, bool selector) {
-    return selector ? putWords(*this, x, y, rgb, foreR, foreG, foreB)
-                    : putWords(*this, x, y, rgb, backR, backG, backB);
+    return putBy(*this, x, y, selector);
 }
 
 int CDrawRGBHalf48::GetPixelRGBA(int x, int y, double& r, double& g, double& b, double& a) {

@@ -1,4 +1,5 @@
 // Four half floats a pixel, from and to the 8-bit colour slots.
+#include "formats/pens.h"
 #include "formats/readers.h"
 #include "zrdraw/half_float.h"
 
@@ -43,15 +44,14 @@ char* CDrawRGBAHalf::GetPixel(int x, int y) {
     return pullOntoCanvas(*this, x, y) ? byteAddress(*this, y, pixelBytes * x) : nullptr;
 }
 
+BytesPen<8> penOf(const CDrawRGBAHalf& draw, bool selector) {
+    const unsigned int bytes = selector ? draw.foreColor : draw.backColor;
+    const auto half = [bytes](int at) { return halfOfByte[bytes >> 8 * at & 0xFF]; };
+    return {draw, packWords(half(0), half(1), half(2), half(3))};
+}
+
 int CDrawRGBAHalf::PutPixel(int x, int y, bool selector) {
-    if (!pullOntoCanvas(*this, x, y))
-        return -1;
-    unsigned char bytes[4];
-    std::memcpy(bytes, selector ? &foreColor : &backColor, sizeof bytes);
-    const std::uint16_t halves[] = {halfOfByte[bytes[0]], halfOfByte[bytes[1]],
-                                    halfOfByte[bytes[2]], halfOfByte[bytes[3]]};
-    std::memcpy(byteAddress(*this, y, pixelBytes * x), halves, sizeof halves);
-    return 0;
+    return putBy(*this, x, y, selector);
 }
 
 int CDrawRGBAHalf::GetPixelRGBA(int x, int y, double& r, double& g, double& b, double& a) {

@@ -1,6 +1,7 @@
 // The v210 layout: three 10-bit samples in each 32-bit word, six pixels in four words.
 #include "zrdraw/v210.h"
 
+#include "formats/pens.h"
 #include "formats/readers.h"
 #include "pixel/truncate.h"
 
@@ -11,7 +12,7 @@ namespace {
 using zrV210::Place;
 using zrV210::sampleMask;
 
-constexpr int groupPixels = zrV210::groupPixels;
+constexpr unsigned int groupPixels = zrV210::groupPixels;
 constexpr int groupBytes = zrV210::groupBytes;
 constexpr double per1024 = 1.0 / 1024;
 
@@ -52,10 +53,6 @@ constexpr auto windows = [] {
     return all;
 }();
 
-char* groupAddress(const ZRPixel& pixel, int x, int y) {
-    return byteAddress(pixel, y, groupBytes * (x / groupPixels));
-}
-
 unsigned int sampleAt(const char* group, Place place) {
     return loadWord(group + zrV210::wordBytes * place.word) >> place.bit & sampleMask;
 }
@@ -71,7 +68,64 @@ Samples readGroup(const char* group, int x) {
     return {sampleAt(group, places.y), sampleAt(group, places.cb), sampleAt(group, places.cr)};
 }
 
+using Group = V210Pen::Group;
+
+// The bits that the pixels of a group from one to another write.
+constexpr auto written = [] {
+    std::array<std::array<Group, groupPixels>, groupPixels> all{};
+    for (unsigned int first = 0; first < groupPixels; ++first)
+        for (unsigned int pixel = first; pixel < groupPixels; ++pixel) {
+            Group& bits = all[first][pixel];
+            bits = pixel == first ? Group{} : all[first][pixel - 1];
+            const PixelPlaces places = placesOf(pixel);
+            for (const Place place : {places.y, places.cb, places.cr})
+                bits[place.word / 2] |= static_cast<unsigned long>(sampleMask)
+                                        << (32 * (place.word % 2) + place.bit);
+        }
+    return all;
+}();
+
+// A group of six pixels of one colour.
+Group wholeGroup(unsigned long color) {
+    const unsigned long y = color & sampleMask;
+    const unsigned long cb = color >> 10 & sampleMask;
+    const unsigned long cr = color >> 20 & sampleMask;
+    const unsigned long luma = y << 10;                 // a word with luma in the middle
+    const unsigned long chroma = cb << 10;              // the two kinds around it
+    const unsigned long word0 = cb | luma | cr << 20;   // Cb Y Cr
+    const unsigned long word1 = y | chroma | y << 20;   // Y Cb Y
+    const unsigned long word2 = cr | luma | cb << 20;   // Cr Y Cb
+    const unsigned long word3 = y | cr << 10 | y << 20; // Y Cr Y
+    return {word0 | word1 << 32, word2 | word3 << 32};
+}
+
+void writeBits(char* group, const Group& color, const Group& bits) {
+    for (int i = 0; i < 2; ++i)
+        storeAs(group + 8 * i,
+                (loadAs<unsigned long>(group + 8 * i) & ~bits[i]) | (color[i] & bits[i]));
+}
+
 } // namespace
+
+void V210Pen::put(int x, int y) const {
+    const Window& window = windows[static_cast<unsigned int>(x) % groupPixels];
+    char* const words = address(pixel, x, y) + window.byte;
+    const auto value = (loadAs<unsigned long>(words) & window.kept) |
+                       (color & sampleMask) << window.y | (color >> 10 & sampleMask) << window.cb |
+                       (color >> 20 & sampleMask) << window.cr;
+    storeAs(words, value);
+}
+
+void V210Pen::run(int x, int y, int count) const {
+    const Group whole = wholeGroup(color);
+    char* group = address(pixel, x, y);
+    auto first = static_cast<unsigned int>(x) % groupPixels;
+    for (auto left = static_cast<unsigned int>(count); left != 0; group += groupBytes, first = 0) {
+        const unsigned int here = std::min(left, groupPixels - first);
+        writeBits(group, whole, written[first][first + here - 1]);
+        left -= here;
+    }
+}
 
 CDrawYCbCr10::CDrawYCbCr10(unsigned int code)
     : ZRDraw(code), yOffset(64.0), yScale(940.0), cbOffset(64.0), cbScale(876.0), crOffset(64.0),
@@ -99,21 +153,11 @@ unsigned int CDrawYCbCr10::GetPitch() {
 }
 
 char* CDrawYCbCr10::GetPixel(int x, int y) {
-    return pullOntoCanvas(*this, x, y) ? groupAddress(*this, x, y) : nullptr;
+    return pullOntoCanvas(*this, x, y) ? V210Pen::address(*this, x, y) : nullptr;
 }
 
 int CDrawYCbCr10::PutPixel(int x, int y, bool selector) {
-    if (!pullOntoCanvas(*this, x, y))
-        return -1;
-    const Window& window = windows[static_cast<unsigned int>(x) % groupPixels];
-    const unsigned long color = selector ? foreWord : backWord;
-    char* const words = groupAddress(*this, x, y) + window.byte;
-    unsigned long value;
-    std::memcpy(&value, words, sizeof value);
-    value = (value & window.kept) | (color & sampleMask) << window.y |
-            (color >> 10 & sampleMask) << window.cb | (color >> 20 & sampleMask) << window.cr;
-    std::memcpy(words, &value, sizeof value);
-    return 0;
+    return putBy(*this, x, y, selector);
 }
 
 int CDrawYCbCr10::GetPixelRGBA(int x, int y, double& r, double& g, double& b, double& a) {

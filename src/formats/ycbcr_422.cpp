@@ -1,4 +1,5 @@
 // The 8-bit 4:2:2 layouts. They differ in where the samples of a pixel pair stand.
+#include "formats/pens.h"
 #include "formats/readers.h"
 #include "pixel/rgba.h"
 #include "pixel/truncate.h"
@@ -21,19 +22,6 @@ const zrPairOrder& orderOf(unsigned int pixelType) {
 unsigned int pairWord(unsigned int pixelType, unsigned int y, unsigned int cb, unsigned int cr) {
     const zrPairOrder& order = orderOf(pixelType);
     return (y << 8 * order.y0) + (y << 8 * order.y1) + (cb << 8 * order.cb) + (cr << 8 * order.cr);
-}
-
-// The bits of a pair that a pixel leaves alone: one luma byte, at an even column and at an odd one.
-// By contract: where luma comes first, a pixel writes the luma of its neighbour and not its own.
-constexpr unsigned int keptByEven[] = {0xFF000000U, 0x000000FFU};
-constexpr unsigned int keptByOdd[] = {0x0000FF00U, 0x00FF0000U};
-
-unsigned int keptBits(unsigned int pixelType, int x) {
-    return (x % 2 != 0 ? keptByOdd : keptByEven)[isLumaFirst(pixelType) ? 1 : 0];
-}
-
-char* pairAddress(const ZRPixel& pixel, int x, int y) {
-    return byteAddress(pixel, y, 4 * (x / 2));
 }
 
 struct Samples {
@@ -86,16 +74,11 @@ unsigned int CDrawYCbCrYUYV::GetPitch() {
 }
 
 char* CDrawYCbCrYUYV::GetPixel(int x, int y) {
-    return pullOntoCanvas(*this, x, y) ? pairAddress(*this, x, y) : nullptr;
+    return pullOntoCanvas(*this, x, y) ? PairPen::address(*this, x, y) : nullptr;
 }
 
 int CDrawYCbCrYUYV::PutPixel(int x, int y, bool selector) {
-    if (!pullOntoCanvas(*this, x, y))
-        return -1;
-    char* const pair = pairAddress(*this, x, y);
-    const unsigned int kept = keptBits(pixelType, x);
-    storeWord(pair, (loadWord(pair) & kept) | ((selector ? foreWord : backWord) & ~kept));
-    return 0;
+    return putBy(*this, x, y, selector);
 }
 
 int CDrawYCbCrYUYV::GetPixelRGBA(int x, int y, double& r, double& g, double& b, double& a) {

@@ -40,35 +40,48 @@ void place(RECT& rect, int scale, int count, std::size_t length, unsigned int fo
         rect.bottom = rect.top + cellHeight;
 }
 
+// Nothing: the empty pixels of a cell stay.
+struct NoPaper {
+    void run(int, int, int) const {}
+};
+
 // One line of a cell: eight bits, each `scale` columns wide, from run to run of like bits.
-void drawCellLine(ZRPixel& pixel, const Plotter& plotter, int column, int row, int scale,
-                  unsigned char bits, bool opaque) {
+template <typename Ink, typename Paper>
+void drawCellLine(const Ink& ink, const Paper& paper, int column, int row, int scale,
+                  unsigned char bits) {
     for (int at = 0; at < zrFontWidth;) {
         const auto rest = static_cast<unsigned char>(bits << at);
-        const int ink = std::countl_one(rest);
-        const int run = ink != 0 ? ink : std::min(std::countl_zero(rest), zrFontWidth - at);
-        if (ink != 0)
-            plotter.putRun(column + at * scale, row, run * scale);
-        else if (opaque)
-            for (int k = 0; k < run * scale; ++k)
-                pixel.PutPixel(column + at * scale + k, row, false);
-        at += run;
+        const int inked = std::countl_one(rest);
+        const int count = inked != 0 ? inked : std::min(std::countl_zero(rest), zrFontWidth - at);
+        if (inked != 0)
+            ink.run(column + at * scale, row, count * scale);
+        else
+            paper.run(column + at * scale, row, count * scale);
+        at += count;
     }
 }
 
 // A cell from its bottom line up. By contract: it has one line more than its height, which is
 // never inked; the bottom row of the glyph takes one line and each higher row `scale` lines, so
 // from scale 2 up the topmost lines are the first row of the next glyph.
-void drawCell(ZRPixel& pixel, int column, int bottom, int scale, const unsigned char* glyph,
-              bool opaque) {
-    const Plotter plotter(pixel);
+template <typename Ink, typename Paper>
+void drawCell(const Ink& ink, const Paper& paper, int column, int bottom, int scale,
+              const unsigned char* glyph) {
     const int cellHeight = scale * zrFontHeight;
     for (int line = 0; line <= cellHeight; ++line) {
         const unsigned char bits = line == cellHeight ? 0 : *glyph;
-        if (bits != 0 || opaque)
-            drawCellLine(pixel, plotter, column, bottom - line, scale, bits, opaque);
+        drawCellLine(ink, paper, column, bottom - line, scale, bits);
         if (line % scale == 0)
             ++glyph;
+    }
+}
+
+template <typename Ink, typename Paper>
+void drawCells(const Ink& ink, const Paper& paper, const char* text, std::size_t length, int column,
+               int bottom, int scale) {
+    for (std::size_t i = 0; i < length; ++i, column += scale * zrFontWidth) {
+        const auto code = static_cast<signed char>(text[i]);
+        drawCell(ink, paper, column, bottom, scale, gFont8x10 + code * zrFontHeight);
     }
 }
 
@@ -78,12 +91,13 @@ int ZRDraw::DrawText(const char* text, int count, RECT* rect, unsigned int forma
     const int scale = scaleFor(*rect);
     const std::size_t length = std::strlen(text);
     place(*rect, scale, count, length, format);
-    int column = rect->left;
-    for (std::size_t i = 0; i < length; ++i, column += scale * zrFontWidth) {
-        const auto code = static_cast<signed char>(text[i]);
-        drawCell(*this, column, rect->bottom, scale, gFont8x10 + code * zrFontHeight,
-                 !textTransparent);
-    }
+    const auto draw = [&](const auto& ink, const auto& paper) {
+        drawCells(ink, paper, text, length, rect->left, rect->bottom, scale);
+    };
+    if (textTransparent)
+        withPlotter(*this, [&](const auto& ink) { draw(ink, NoPaper()); });
+    else
+        withPlotters(*this, Slots::Both, draw);
     if ((format & zrTextReport) != 0) {
         // By contract: `count` makes the width, not the length of the text.
         rect->right = rect->left + count * scale * zrFontWidth;

@@ -1,0 +1,206 @@
+// How each kind of memory is written: single pixels and runs of them, in a colour that was packed
+// once. A pen writes on the canvas only and tests nothing; what it writes is what PutPixel of its
+// class does, bit for bit.
+#pragma once
+
+#include "formats/readers.h"
+#include "span/runs.h"
+#include "zrdraw/v210.h"
+
+#include <array>
+
+// 32-bit words, one a pixel.
+struct WordPen {
+    const ZRPixel& pixel;
+    unsigned int color;
+
+    void put(int x, int y) const { storeWord(wordAddress(pixel, x, y), color); }
+    void run(int x, int y, int count) const {
+        fillRun<4>(wordAddress(pixel, x, y), color, static_cast<unsigned int>(count));
+    }
+};
+
+// Whole bytes, the first one lowest in `color`.
+template <int pixelBytes>
+struct BytesPen {
+    const ZRPixel& pixel;
+    unsigned long color;
+
+    char* address(int x, int y) const { return byteAddress(pixel, y, pixelBytes * x); }
+    void put(int x, int y) const { storeBytes<pixelBytes>(address(x, y), color); }
+    void run(int x, int y, int count) const {
+        fillRun<pixelBytes>(address(x, y), color, static_cast<unsigned int>(count));
+    }
+};
+
+// 8-bit 4:2:2: the last writer of a pair decides its chroma.
+struct PairPen {
+    // The bits of a pair that a pixel leaves alone: one luma byte, at an even column and at an odd
+    // one.
+    struct Kept {
+        unsigned int even, odd;
+    };
+
+    const ZRPixel& pixel;
+    unsigned int color; // of a whole pair
+    Kept kept;
+
+    static char* address(const ZRPixel& pixel, int x, int y) {
+        return byteAddress(pixel, y, 4 * (x / 2));
+    }
+    void put(int x, int y) const {
+        char* const pair = address(pixel, x, y);
+        const unsigned int old = x % 2 != 0 ? kept.odd : kept.even;
+        storeWord(pair, (loadWord(pair) & old) | (color & ~old));
+    }
+    void run(int x, int y, int count) const {
+        if (x % 2 != 0) {
+            put(x++, y);
+            --count;
+        }
+        fillRun<4>(address(pixel, x, y), color, static_cast<unsigned int>(count / 2));
+        if (count % 2 != 0)
+            put(x + count - 1, y);
+    }
+};
+
+// Four words of six pixels, in which bits 30 and 31 stay as they are.
+struct V210Pen {
+    using Group = std::array<unsigned long, 2>;
+
+    const ZRPixel& pixel;
+    unsigned long color; // Y in bits 0 to 9, Cb in 10 to 19, Cr in 20 to 29
+
+    static char* address(const ZRPixel& pixel, int x, int y) {
+        return byteAddress(pixel, y,
+                           static_cast<int>(zrV210::groupBytes) *
+                               (x / static_cast<int>(zrV210::groupPixels)));
+    }
+    void put(int x, int y) const;
+    void run(int x, int y, int count) const;
+};
+
+// A 12-bit mosaic, three bytes for two pixels. By contract: the low nibble of an odd column comes
+// from the channel of the even one, whose own low bits are cleared.
+struct MosaicPen {
+    const ZRPixel& pixel;
+    unsigned int lines[2]; // the bytes of a pair of pixels on even and odd lines, the first lowest
+
+    static char* address(const ZRPixel& pixel, int x, int y) {
+        return byteAddress(pixel, y, x * 3 >> 1);
+    }
+    void put(int x, int y) const {
+        const unsigned int bytes = lines[y % 2];
+        if (x % 2 == 0)
+            storeBytes<1>(address(pixel, x, y), bytes);
+        else
+            storeBytes<2>(address(pixel, x, y), bytes >> 8);
+    }
+    void run(int x, int y, int count) const {
+        if (x % 2 != 0) {
+            put(x++, y);
+            --count;
+        }
+        fillRun<3>(address(pixel, x, y), lines[y % 2], static_cast<unsigned int>(count / 2));
+        if (count % 2 != 0)
+            put(x + count - 1, y);
+    }
+};
+
+// The words of a pixel, the first one lowest.
+template <typename... Words>
+unsigned long packWords(Words... words) {
+    unsigned long packed = 0;
+    int bit = 0;
+    ((packed |= static_cast<unsigned long>(words & 0xFFFF) << bit, bit += 16), ...);
+    return packed;
+}
+
+// The pens of a class' colour slots, where they are plain.
+inline WordPen penOf(const CDrawRGBA32& draw, bool selector) {
+    return {draw, selector ? draw.foreColor : draw.backColor};
+}
+
+inline WordPen penOf(const CDrawRGB30DPX& draw, bool selector) {
+    return {draw, selector ? draw.foreColor : draw.backColor};
+}
+
+// Of the foreground.
+inline BytesPen<3> penOf(const CDrawRGB24& draw, bool) {
+    return {draw, draw.foreColor};
+}
+
+inline BytesPen<6> penOf(const CDrawRGB48& draw, bool selector) {
+    return {draw, selector ? packWords(draw.foreR, draw.foreG, draw.foreB)
+                           : packWords(draw.backR, draw.backG, draw.backB)};
+}
+
+inline BytesPen<6> penOf(const CDrawRGBHalf48& draw, bool selector) {
+    return {draw, selector ? packWords(draw.foreR, draw.foreG, draw.foreB)
+                           : packWords(draw.backR, draw.backG, draw.backB)};
+}
+
+inline BytesPen<8> penOf(const CDrawARGB64& draw, bool selector) {
+    return {draw, selector ? packWords(draw.foreA, draw.foreR, draw.foreG, draw.foreB)
+                           : packWords(draw.backA, draw.backR, draw.backG, draw.backB)};
+}
+
+BytesPen<8> penOf(const CDrawRGBAHalf& draw, bool selector);
+
+// By contract: the low eight bits of a colour on the scale of 65536, not the high ones.
+inline BytesPen<2> penOf(const CDrawUV8& draw, bool selector) {
+    const zrYcc& color = selector ? draw.yccForeground : draw.yccBackground;
+    return {draw, (color.second & 0xFF) | (color.third & 0xFF) << 8};
+}
+
+inline BytesPen<4> penOf(const CDrawUV16& draw, bool selector) {
+    const zrYcc& color = selector ? draw.yccForeground : draw.yccBackground;
+    return {draw, packWords(color.second, color.third)};
+}
+
+// By contract: where luma comes first, a pixel writes the luma of its neighbour and not its own.
+inline PairPen penOf(const CDrawYCbCrYUYV& draw, bool selector) {
+    const bool lumaFirst = draw.pixelType == ptYUYV || draw.pixelType == ptYVYU;
+    return {draw, selector ? draw.foreWord : draw.backWord,
+            lumaFirst ? PairPen::Kept{0x000000FFU, 0x00FF0000U}
+                      : PairPen::Kept{0xFF000000U, 0x0000FF00U}};
+}
+
+inline V210Pen penOf(const CDrawYCbCr10& draw, bool selector) {
+    return {draw, selector ? draw.foreWord : draw.backWord};
+}
+
+MosaicPen penOf(const CDrawBayer& draw, bool selector);
+
+// Whether PutPixel writes a slot without a look at what is there, and at the pixel's own place.
+inline bool isPlainWord(const ZRPixel& pixel, bool selector) {
+    if (!selector)
+        return !pixel.transparency || pixel.backTransparency <= 0.0;
+    return !pixel.alphaAdditive && (!pixel.transparency || pixel.foreTransparency <= 0.0);
+}
+
+inline bool isDirect(const CDrawRGBA32& draw, bool selector) {
+    return isPlainWord(draw, selector);
+}
+
+inline bool isDirect(const CDrawRGB30DPX& draw, bool selector) {
+    return isPlainWord(draw, selector);
+}
+
+inline bool isDirect(const CDrawRGB24& draw, bool selector) {
+    return selector && isPlainWord(draw, selector);
+}
+
+template <typename Class>
+bool isDirect(const Class&, bool) {
+    return true;
+}
+
+// A PutPixel of such a class.
+template <typename Class>
+int putBy(const Class& draw, int x, int y, bool selector) {
+    if (!pullOntoCanvas(draw, x, y))
+        return -1;
+    penOf(draw, selector).put(x, y);
+    return 0;
+}
