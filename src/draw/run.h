@@ -4,6 +4,8 @@
 
 #include "formats/pens.h"
 
+#include <climits>
+
 #include <algorithm>
 #include <cstring>
 #include <typeinfo>
@@ -70,6 +72,20 @@ public:
             runClipped(x, y, count);
     }
 
+    // What writes of `count` pixels touch, from one line to another. False, and nothing done, where
+    // both are not on the canvas in full.
+    bool copy(int x, int from, int to, int count) const {
+        const int first = std::max(x, 0);
+        const int end = std::min(x + count, static_cast<int>(m_pixel.width));
+        if constexpr (requires { m_pen.copy(first, from, to, end); }) {
+            if (first < end && x <= INT_MAX - count && covers(first, from, end - 1, to)) {
+                m_pen.copy(first, from, to, end - first);
+                return true;
+            }
+        }
+        return false;
+    }
+
 private:
     [[gnu::noinline]] void runClipped(int x, int y, int count) const {
         const long columns = static_cast<int>(m_pixel.width);
@@ -92,6 +108,8 @@ public:
     CallingPlotter(ZRPixel& pixel, bool selector) : m_pixel(pixel), m_selector(selector) {}
 
     void put(int x, int y) const { m_pixel.PutPixel(x, y, m_selector); }
+
+    bool copy(int, int, int, int) const { return false; }
 
     void run(int x, int y, int count) const {
         for (int i = 0; i < count; ++i)

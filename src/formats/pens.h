@@ -1,6 +1,7 @@
 // How each kind of memory is written: single pixels and runs of them, in a colour that was packed
 // once. A pen writes on the canvas only and tests nothing; what it writes is what PutPixel of its
-// class does, bit for bit.
+// class does, bit for bit. Its copy takes over from another line what writes of those pixels
+// touch; there is none where lines differ.
 #pragma once
 
 #include "formats/readers.h"
@@ -18,6 +19,10 @@ struct WordPen {
     void run(int x, int y, int count) const {
         fillRun<4>(wordAddress(pixel, x, y), color, static_cast<unsigned int>(count));
     }
+    void copy(int x, int from, int to, int count) const {
+        std::memcpy(wordAddress(pixel, x, to), wordAddress(pixel, x, from),
+                    4 * static_cast<std::size_t>(count));
+    }
 };
 
 // Whole bytes, the first one lowest in `color`.
@@ -31,7 +36,24 @@ struct BytesPen {
     void run(int x, int y, int count) const {
         fillRun<pixelBytes>(address(x, y), color, static_cast<unsigned int>(count));
     }
+    void copy(int x, int from, int to, int count) const {
+        std::memcpy(address(x, to), address(x, from), pixelBytes * static_cast<std::size_t>(count));
+    }
 };
+
+// A run of pixels that stand in pairs: single ones at an odd begin and an even end, and between
+// them whole pairs.
+template <typename One, typename Pairs>
+void byPairs(int x, int count, One one, Pairs pairs) {
+    if (x % 2 != 0) {
+        one(x++);
+        --count;
+    }
+    if (count > 1)
+        pairs(x, static_cast<unsigned int>(count / 2));
+    if (count % 2 != 0)
+        one(x + count - 1);
+}
 
 // 8-bit 4:2:2: the last writer of a pair decides its chroma.
 struct PairPen {
@@ -48,19 +70,27 @@ struct PairPen {
     static char* address(const ZRPixel& pixel, int x, int y) {
         return byteAddress(pixel, y, 4 * (x / 2));
     }
-    void put(int x, int y) const {
+    void put(int x, int y) const { write(x, y, color); }
+    void run(int x, int y, int count) const {
+        byPairs(
+            x, count, [=, this](int at) { put(at, y); },
+            [=, this](int at, unsigned int pairs) {
+                fillRun<4>(address(pixel, at, y), color, pairs);
+            });
+    }
+    void copy(int x, int from, int to, int count) const {
+        byPairs(
+            x, count, [=, this](int at) { write(at, to, loadWord(address(pixel, at, from))); },
+            [=, this](int at, unsigned int pairs) {
+                std::memcpy(address(pixel, at, to), address(pixel, at, from), 4UL * pairs);
+            });
+    }
+
+private:
+    void write(int x, int y, unsigned int pairColor) const {
         char* const pair = address(pixel, x, y);
         const unsigned int old = x % 2 != 0 ? kept.odd : kept.even;
-        storeWord(pair, (loadWord(pair) & old) | (color & ~old));
-    }
-    void run(int x, int y, int count) const {
-        if (x % 2 != 0) {
-            put(x++, y);
-            --count;
-        }
-        fillRun<4>(address(pixel, x, y), color, static_cast<unsigned int>(count / 2));
-        if (count % 2 != 0)
-            put(x + count - 1, y);
+        storeWord(pair, (loadWord(pair) & old) | (pairColor & ~old));
     }
 };
 
@@ -78,6 +108,7 @@ struct V210Pen {
     }
     void put(int x, int y) const;
     void run(int x, int y, int count) const;
+    void copy(int x, int from, int to, int count) const;
 };
 
 // A 12-bit mosaic, three bytes for two pixels. By contract: the low nibble of an odd column comes
@@ -97,13 +128,11 @@ struct MosaicPen {
             storeBytes<2>(address(pixel, x, y), bytes >> 8);
     }
     void run(int x, int y, int count) const {
-        if (x % 2 != 0) {
-            put(x++, y);
-            --count;
-        }
-        fillRun<3>(address(pixel, x, y), lines[y % 2], static_cast<unsigned int>(count / 2));
-        if (count % 2 != 0)
-            put(x + count - 1, y);
+        byPairs(
+            x, count, [=, this](int at) { put(at, y); },
+            [=, this](int at, unsigned int pairs) {
+                fillRun<3>(address(pixel, at, y), lines[y % 2], pairs);
+            });
     }
 };
 

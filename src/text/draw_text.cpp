@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <optional>
 
 namespace {
 
@@ -43,46 +44,84 @@ void place(RECT& rect, int scale, int count, std::size_t length, unsigned int fo
 // Nothing: the empty pixels of a cell stay.
 struct NoPaper {
     void run(int, int, int) const {}
+    bool copy(int, int, int, int) const { return false; }
 };
 
-// One line of a cell: eight bits, each `scale` columns wide, from run to run of like bits.
-template <typename Ink, typename Paper>
-void drawCellLine(const Ink& ink, const Paper& paper, int column, int row, int scale,
-                  unsigned char bits) {
-    for (int at = 0; at < zrFontWidth;) {
-        const auto rest = static_cast<unsigned char>(bits << at);
-        const int inked = std::countl_one(rest);
-        const int count = inked != 0 ? inked : std::min(std::countl_zero(rest), zrFontWidth - at);
-        if (inked != 0)
-            ink.run(column + at * scale, row, count * scale);
-        else
-            paper.run(column + at * scale, row, count * scale);
-        at += count;
+struct Cells {
+    const char* text;
+    std::size_t length;
+    int column;
+    int bottom;
+    int scale;
+
+    int width() const { return static_cast<int>(length) * zrFontWidth * scale; }
+    unsigned char bits(std::size_t cell, int glyphRow) const {
+        const auto code = static_cast<signed char>(text[cell]);
+        return gFont8x10[code * zrFontHeight + glyphRow];
     }
+};
+
+// One line of cells, from run to run of like bits, which may begin in one cell and end in another.
+// Without a glyph row there is no ink.
+template <typename Ink, typename Paper>
+void drawLine(const Ink& ink, const Paper& paper, const Cells& cells, int row,
+              std::optional<int> glyphRow) {
+    int begin = cells.column, end = begin;
+    bool inked = false;
+    const auto write = [&] {
+        if (end == begin)
+            return;
+        if (inked)
+            ink.run(begin, row, end - begin);
+        else
+            paper.run(begin, row, end - begin);
+        begin = end;
+    };
+    for (std::size_t cell = 0; cell < cells.length; ++cell) {
+        const unsigned char bits = glyphRow ? cells.bits(cell, *glyphRow) : 0;
+        for (int at = 0; at < zrFontWidth;) {
+            const auto rest = static_cast<unsigned char>(bits << at);
+            const bool isInk = (rest & 0x80) != 0;
+            if (isInk != inked) {
+                write();
+                inked = isInk;
+            }
+            const int count = isInk ? std::countl_one(rest) : std::countl_zero(rest);
+            const int here = std::min(count, zrFontWidth - at);
+            end += here * cells.scale;
+            at += here;
+        }
+    }
+    write();
 }
 
-// A cell from its bottom line up. By contract: it has one line more than its height, which is
-// never inked; the bottom row of the glyph takes one line and each higher row `scale` lines, so
+// Cells from their bottom line up. By contract: they have one line more than their height, which
+// is never inked; the bottom row of the glyph takes one line and each higher row `scale` lines, so
 // from scale 2 up the topmost lines are the first row of the next glyph.
 template <typename Ink, typename Paper>
-void drawCell(const Ink& ink, const Paper& paper, int column, int bottom, int scale,
-              const unsigned char* glyph) {
-    const int cellHeight = scale * zrFontHeight;
-    for (int line = 0; line <= cellHeight; ++line) {
-        const unsigned char bits = line == cellHeight ? 0 : *glyph;
-        drawCellLine(ink, paper, column, bottom - line, scale, bits);
-        if (line % scale == 0)
-            ++glyph;
+void drawLines(const Ink& ink, const Paper& paper, const Cells& cells) {
+    const int height = cells.scale * zrFontHeight;
+    std::optional<int> last; // the glyph row of the line below
+    for (int line = 0; line < height; ++line) {
+        const int row = cells.bottom - line;
+        const int glyphRow = (line + cells.scale - 1) / cells.scale;
+        if (last != glyphRow || !paper.copy(cells.column, row + 1, row, cells.width()))
+            drawLine(ink, paper, cells, row, glyphRow);
+        last = glyphRow;
     }
+    drawLine(ink, paper, cells, cells.bottom - height, std::nullopt);
 }
 
+// By contract: one cell after the other, which is the same where the order of writes does not
+// matter.
 template <typename Ink, typename Paper>
-void drawCells(const Ink& ink, const Paper& paper, const char* text, std::size_t length, int column,
-               int bottom, int scale) {
-    for (std::size_t i = 0; i < length; ++i, column += scale * zrFontWidth) {
-        const auto code = static_cast<signed char>(text[i]);
-        drawCell(ink, paper, column, bottom, scale, gFont8x10 + code * zrFontHeight);
-    }
+void drawCells(const Ink& ink, const Paper& paper, const Cells& cells) {
+    if constexpr (Ink::isDirect)
+        return drawLines(ink, paper, cells);
+    for (std::size_t i = 0; i < cells.length; ++i)
+        drawLines(ink, paper,
+                  {cells.text + i, 1, cells.column + Cells{nullptr, i, 0, 0, cells.scale}.width(),
+                   cells.bottom, cells.scale});
 }
 
 } // namespace
@@ -92,7 +131,7 @@ int ZRDraw::DrawText(const char* text, int count, RECT* rect, unsigned int forma
     const std::size_t length = std::strlen(text);
     place(*rect, scale, count, length, format);
     const auto draw = [&](const auto& ink, const auto& paper) {
-        drawCells(ink, paper, text, length, rect->left, rect->bottom, scale);
+        drawCells(ink, paper, {text, length, rect->left, rect->bottom, scale});
     };
     if (textTransparent)
         withPlotter(*this, [&](const auto& ink) { draw(ink, NoPaper()); });
