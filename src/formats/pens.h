@@ -106,6 +106,14 @@ struct V210Pen {
                            static_cast<int>(zrV210::groupBytes) *
                                (x / static_cast<int>(zrV210::groupPixels)));
     }
+    // The bits of a group that are written.
+    static void write(char* group, const Group& color, const Group& bits) {
+        for (unsigned int i = 0; i < bits.size(); ++i) {
+            char* const at = group + sizeof bits[i] * i;
+            storeAs(at, (loadAs<unsigned long>(at) & ~bits[i]) | (color[i] & bits[i]));
+        }
+    }
+
     void put(int x, int y) const;
     void run(int x, int y, int count) const;
     void copy(int x, int from, int to, int count) const;

@@ -99,19 +99,13 @@ Group wholeGroup(unsigned long color) {
     return {word0 | word1 << 32, word2 | word3 << 32};
 }
 
-void writeBits(char* group, const Group& color, const Group& bits) {
-    for (int i = 0; i < 2; ++i)
-        storeAs(group + 8 * i,
-                (loadAs<unsigned long>(group + 8 * i) & ~bits[i]) | (color[i] & bits[i]));
-}
-
 // The groups of a run, each with the bits that it writes there.
 template <typename Write>
-void byGroups(char* group, int x, int count, Write write) {
+void byGroups(char* group, int x, int count, Write writeGroup) {
     auto first = static_cast<unsigned int>(x) % groupPixels;
     for (auto left = static_cast<unsigned int>(count); left != 0; group += groupBytes, first = 0) {
         const unsigned int here = std::min(left, groupPixels - first);
-        write(group, written[first][first + here - 1]);
+        writeGroup(group, written[first][first + here - 1]);
         left -= here;
     }
 }
@@ -130,14 +124,14 @@ void V210Pen::put(int x, int y) const {
 void V210Pen::run(int x, int y, int count) const {
     const Group whole = wholeGroup(color);
     byGroups(address(pixel, x, y), x, count,
-             [&](char* group, const Group& bits) { writeBits(group, whole, bits); });
+             [&](char* group, const Group& bits) { V210Pen::write(group, whole, bits); });
 }
 
 void V210Pen::copy(int x, int from, int to, int count) const {
     const char* const source = address(pixel, x, from);
     char* const first = address(pixel, x, to);
     byGroups(first, x, count, [&](char* group, const Group& bits) {
-        writeBits(group, loadAs<Group>(source + (group - first)), bits);
+        V210Pen::write(group, loadAs<Group>(source + (group - first)), bits);
     });
 }
 

@@ -17,19 +17,8 @@ struct Area {
     unsigned int width, height;
 };
 
-// An entry of a pair: Y, Cb, Y, Cr, A. By contract: quotients round down.
-void blendPair(unsigned char* pair, const unsigned char* entry) {
-    constexpr unsigned int full = 255;
-    constexpr int order[] = {1, 0, 3, 2}; // of the entry, as the bytes stand in the frame
-    const unsigned int alpha = entry[4];
-    for (int i = 0; i < 4; ++i)
-        pair[i] =
-            static_cast<unsigned char>((alpha * entry[order[i]] + (full - alpha) * pair[i]) / full);
-}
-
 void applyYuv2(const CZrOverlay& overlay, unsigned char* frame) {
-    constexpr unsigned int faintest = 8; // up to here a pair is left alone
-    constexpr unsigned int pixelBytes = 2, pairBytes = 4;
+    constexpr unsigned int pixelBytes = 2;
     if (frame == nullptr || overlay.wmYuv2 == nullptr)
         return;
     const Area area(overlay);
@@ -41,23 +30,16 @@ void applyYuv2(const CZrOverlay& overlay, unsigned char* frame) {
             return;
         // Offsets are 32-bit numbers that wrap.
         const unsigned int offset = (y * area.width + overlay.WatermarkX) * pixelBytes;
-        unsigned char* pair = frame + offset;
         // By contract: pairs are counted against pixels, so an overhang runs into the next line.
-        const unsigned int shown =
-            overlay.WatermarkX < area.width ? std::min(pairs, area.width - overlay.WatermarkX) : 0;
-        for (unsigned int i = 0; i < shown; ++i, pair += pairBytes) {
-            const unsigned char* source = entry + watermarkPairEntries * i;
-            if (source[4] > faintest)
-                blendPair(pair, source);
-        }
+        if (overlay.WatermarkX < area.width)
+            blendWatermarkPairs(frame + offset, entry,
+                                std::min(pairs, area.width - overlay.WatermarkX));
         entry += watermarkPairEntries * pairs;
     }
 }
 
-// By contract: an object is made for each frame, and its pixels are opaque: alpha only decides
-// whether one is drawn.
+// By contract: an object is made for each frame.
 void applyV210(const CZrOverlay& overlay, char* frame) {
-    constexpr unsigned int faintest = 10;
     if (frame == nullptr || overlay.wmV210 == nullptr || overlay.wmHeight == 0)
         return;
     const Area area(overlay);
@@ -68,20 +50,13 @@ void applyV210(const CZrOverlay& overlay, char* frame) {
     if (target == nullptr)
         return;
     const unsigned int pairs = overlay.wmWidth / 2;
-    for (unsigned int row = 0; row < overlay.wmHeight; ++row) {
+    for (unsigned int row = 0; row < overlay.wmHeight && overlay.WatermarkX < area.width; ++row) {
         const unsigned int y = overlay.WatermarkY + row;
         if (y >= area.height)
             break;
-        for (unsigned int column = 0; column < overlay.wmWidth; ++column) {
-            const unsigned int x = overlay.WatermarkX + column;
-            if (x >= area.width)
-                break;
-            const unsigned int* entry =
-                overlay.wmV210 + watermarkPairEntries * (pairs * row + column / 2);
-            target->SetColorYCbCr10(entry[column % 2 * 2], entry[1], entry[3], entry[4], true);
-            if (entry[4] > faintest)
-                target->PutPixel(static_cast<int>(x), static_cast<int>(y), true);
-        }
+        writeWatermarkV210(*target, static_cast<int>(overlay.WatermarkX), static_cast<int>(y),
+                           overlay.wmV210 + watermarkPairEntries * (pairs * row),
+                           std::min(overlay.wmWidth, area.width - overlay.WatermarkX));
     }
     ReleaseDraw(target);
 }
