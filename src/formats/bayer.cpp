@@ -53,6 +53,14 @@ unsigned int secondSample(const char* bytes) {
     return (byteAt(bytes + 1) << 4 | byteAt(bytes + 2) >> 4) & 0xFF;
 }
 
+// The bytes of a pair of pixels on a line.
+unsigned int pairOn(const CDrawBayer& draw, int y, bool selector) {
+    const unsigned char* color = selector ? draw.bayerForeground : draw.bayerBackground;
+    const Channel(&line)[2] = cellFor(draw.pixelType).at[y % 2];
+    const unsigned int even = color[line[0]], odd = color[line[1]];
+    return even | (odd >> 4) << 8 | (even << 4 & 0xFF) << 16;
+}
+
 } // namespace
 
 CDrawBayer::CDrawBayer(unsigned int code)
@@ -71,18 +79,14 @@ char* CDrawBayer::GetPixel(int x, int y) {
 }
 
 MosaicPen penOf(const CDrawBayer& draw, bool selector) {
-    const unsigned char* color = selector ? draw.bayerForeground : draw.bayerBackground;
-    const Cell& cell = cellFor(draw.pixelType);
-    MosaicPen pen{draw, {}};
-    for (int line = 0; line < 2; ++line) {
-        const unsigned int even = color[cell.at[line][0]], odd = color[cell.at[line][1]];
-        pen.lines[line] = even | (odd >> 4) << 8 | (even << 4 & 0xFF) << 16;
-    }
-    return pen;
+    return {draw, {pairOn(draw, 0, selector), pairOn(draw, 1, selector)}};
 }
 
 int CDrawBayer::PutPixel(int x, int y, bool selector) {
-    return putBy(*this, x, y, selector);
+    if (!pullOntoCanvas(*this, x, y))
+        return -1;
+    MosaicPen::write(MosaicPen::address(*this, x, y), x, pairOn(*this, y, selector));
+    return 0;
 }
 
 int CDrawBayer::SetColorRGBA(double r, double g, double b, double a, bool selector) {

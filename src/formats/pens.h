@@ -128,13 +128,13 @@ struct MosaicPen {
     static char* address(const ZRPixel& pixel, int x, int y) {
         return byteAddress(pixel, y, x * 3 >> 1);
     }
-    void put(int x, int y) const {
-        const unsigned int bytes = lines[y % 2];
+    static void write(char* at, int x, unsigned int pair) {
         if (x % 2 == 0)
-            storeBytes<1>(address(pixel, x, y), bytes);
+            storeBytes<1>(at, pair);
         else
-            storeBytes<2>(address(pixel, x, y), bytes >> 8);
+            storeBytes<2>(at, pair >> 8);
     }
+    void put(int x, int y) const { write(address(pixel, x, y), x, lines[y % 2]); }
     void run(int x, int y, int count) const {
         byPairs(
             x, count, [=, this](int at) { put(at, y); },

@@ -32,52 +32,83 @@ bool overlaps(const unsigned char* dst, const unsigned char* pattern, unsigned i
     return unit < run + patternBytes * count && run < unit + patternBytes;
 }
 
-// A whole number of 3-byte and of 6-byte patterns, and of vectors.
-constexpr unsigned long blockBytes = 96;
-constexpr unsigned long vectorBytes = sizeof(__m256i);
+// A whole number of patterns of many widths, in three registers.
+struct Block {
+    __m256i first, second, third;
 
-// Repeats a pattern over a block. Copies of a width known here are plain stores, which matters for
-// short runs.
-template <unsigned int width>
-void repeatPattern(unsigned char* block, const unsigned char* pattern) {
-    for (unsigned long at = 0; at < blockBytes; at += width)
-        std::memcpy(block + at, pattern, width);
-}
-
-void makeBlock(unsigned char* block, const unsigned char* pattern, unsigned int patternBytes) {
-    if (patternBytes == 3)
-        return repeatPattern<3>(block, pattern);
-    if (patternBytes == 6)
-        return repeatPattern<6>(block, pattern);
-    for (unsigned long at = 0; at < blockBytes; at += patternBytes)
-        std::memcpy(block + at, pattern, patternBytes);
-}
-
-// Fills by 96-byte blocks held in three registers. The run is a whole number of patterns and so is
-// a block, so a last block that ends with the run has the same phase and may overlap the one
-// before.
-void fillBlocks(unsigned char* dst, const unsigned char* pattern, unsigned int patternBytes,
-                unsigned long count) {
-    alignas(vectorBytes) unsigned char block[blockBytes];
-    makeBlock(block, pattern, patternBytes);
-    const unsigned long bytes = patternBytes * count;
-    if (bytes < blockBytes) {
-        std::memcpy(dst, block, bytes);
-        return;
+    void store(unsigned char* at) const {
+        auto* const vectors = reinterpret_cast<__m256i*>(at);
+        _mm256_storeu_si256(vectors, first);
+        _mm256_storeu_si256(vectors + 1, second);
+        _mm256_storeu_si256(vectors + 2, third);
     }
-    const auto* vectors = reinterpret_cast<const __m256i*>(block);
-    const __m256i v0 = _mm256_load_si256(vectors);
-    const __m256i v1 = _mm256_load_si256(vectors + 1);
-    const __m256i v2 = _mm256_load_si256(vectors + 2);
-    const auto storeBlock = [&](unsigned char* at) {
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(at), v0);
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(at + vectorBytes), v1);
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(at + 2 * vectorBytes), v2);
-    };
-    const unsigned long last = bytes - blockBytes;
-    for (unsigned long at = 0; at < last; at += blockBytes)
-        storeBlock(dst + at);
-    storeBlock(dst + last);
+};
+constexpr unsigned long blockBytes = sizeof(Block);
+
+Block repeatPattern(const unsigned char* pattern, unsigned int patternBytes) {
+    unsigned char bytes[blockBytes];
+    for (unsigned long at = 0; at < blockBytes; at += patternBytes)
+        std::memcpy(bytes + at, pattern, patternBytes);
+    return loadAs<Block>(bytes);
+}
+
+// Patterns of 3 and 6 bytes by a quarter of a block, which is a whole number of either.
+struct Period {
+    std::uint64_t first, second, third;
+
+    void store(unsigned char* at) const {
+        storeAs(at, first);
+        storeAs(at + sizeof first, second);
+        storeAs(at + 2 * sizeof first, third);
+    }
+    Block block() const {
+        const auto vector = [](std::uint64_t a, std::uint64_t b, std::uint64_t c) {
+            return _mm256_set_epi64x(static_cast<long long>(a), static_cast<long long>(c),
+                                     static_cast<long long>(b), static_cast<long long>(a));
+        };
+        return {vector(first, second, third), vector(second, third, first),
+                vector(third, first, second)};
+    }
+};
+
+Period periodOf(const unsigned char* pattern, unsigned int patternBytes) {
+    std::uint64_t six = 0;
+    std::memcpy(&six, pattern, 3);
+    if (patternBytes == 3)
+        six |= six << 24;
+    else
+        std::memcpy(&six, pattern, 6);
+    return {six | six << 48, six >> 16 | six << 32, six >> 32 | six << 16};
+}
+
+// The run is a whole number of patterns and so is a unit, so a last unit that ends with the run has
+// the same phase and may overlap the one before.
+template <typename Unit>
+void repeatUnit(unsigned char* dst, const Unit& unit, unsigned long bytes) {
+    const unsigned long last = bytes - sizeof unit;
+    for (unsigned long at = 0; at < last; at += sizeof unit)
+        unit.store(dst + at);
+    unit.store(dst + last);
+}
+
+// From here on it is worth while to make vectors.
+constexpr unsigned long longRun = 2 * blockBytes;
+
+void fillPeriods(unsigned char* dst, const Period& period, unsigned long bytes) {
+    if (bytes >= longRun)
+        return repeatUnit(dst, period.block(), bytes);
+    if (bytes >= sizeof period)
+        return repeatUnit(dst, period, bytes);
+    // Six bytes, or twice three, at a time.
+    for (unsigned long at = 0; at < bytes; at += 3)
+        std::memcpy(dst + at, reinterpret_cast<const char*>(&period.first) + at % 6, 3);
+}
+
+void fillBlocks(unsigned char* dst, const Block& block, unsigned long bytes) {
+    if (bytes >= blockBytes)
+        repeatUnit(dst, block, bytes);
+    else
+        std::memcpy(dst, &block, bytes);
 }
 
 } // namespace
@@ -88,8 +119,12 @@ void span::fillPlain(unsigned char* dst, const unsigned char* pattern, unsigned 
         fillWords<std::uint64_t>(dst, pattern, count);
     else if (patternBytes == 4)
         fillWords<std::uint32_t>(dst, pattern, count);
-    else if (blockBytes % patternBytes == 0 && !overlaps(dst, pattern, patternBytes, count))
-        fillBlocks(dst, pattern, patternBytes, count);
+    else if (overlaps(dst, pattern, patternBytes, count))
+        fillElements(dst, pattern, patternBytes, count);
+    else if (patternBytes == 3 || patternBytes == 6)
+        fillPeriods(dst, periodOf(pattern, patternBytes), patternBytes * count);
+    else if (blockBytes % patternBytes == 0)
+        fillBlocks(dst, repeatPattern(pattern, patternBytes), patternBytes * count);
     else
         fillElements(dst, pattern, patternBytes, count);
 }
