@@ -3,6 +3,7 @@
 #include "zrdraw/arc_ends.h"
 #include "zrdraw/zrdraw.h"
 
+#include <array>
 #include <atomic>
 #include <cmath>
 #include <optional>
@@ -39,6 +40,25 @@ Ends exportedEnds() {
     return {{get(xStartArc), get(yStartArc)}, {get(xEndArc), get(yEndArc)}};
 }
 
+struct Direction {
+    float cosine, sine;
+};
+
+// Of whole degrees within a turn either way; worked out once.
+const Direction& directionOf(int degrees) {
+    constexpr int most = 359;
+    static const auto directions = [] {
+        std::array<Direction, 2 * most + 1> all{};
+        for (int i = -most; i <= most; ++i) {
+            const double radians = i * radiansPerDegree;
+            all[static_cast<std::size_t>(i + most)] = {static_cast<float>(std::cos(radians)),
+                                                       static_cast<float>(std::sin(radians))};
+        }
+        return all;
+    }();
+    return directions[static_cast<std::size_t>(degrees + most)];
+}
+
 // Draws the chords between the points of whole degrees, both ends included. `begin` is told the
 // first point before there is a chord.
 template <typename PointAt, typename Begin>
@@ -47,9 +67,8 @@ Ends drawChords(ZRDraw& draw, int start, int end, PointAt pointAt, Begin begin) 
         end += 360;
     Ends ends{};
     for (int degrees = start;; ++degrees) {
-        const double radians = (degrees % 360) * radiansPerDegree;
-        const _POINT point =
-            pointAt(static_cast<float>(std::cos(radians)), static_cast<float>(std::sin(radians)));
+        const Direction& direction = directionOf(degrees % 360);
+        const _POINT point = pointAt(direction.cosine, direction.sine);
         if (degrees == start)
             begin(ends.first = point);
         else

@@ -1,10 +1,15 @@
 // The four-connected flood fill, breadth first.
+#include "draw/flood_spans.h"
 #include "draw/run.h"
 #include "pixel/byte_order.h"
 
-#include <array>
+#include <algorithm>
 #include <cmath>
+#include <cstring>
+#include <utility>
 #include <vector>
+
+#include <immintrin.h>
 
 namespace {
 
@@ -12,41 +17,93 @@ namespace {
 class Match {
 public:
     Match(ZRPixel& pixel, const Rgba& seed, double tolerance)
-        : m_pixel(pixel), m_seed(seed), m_tolerance(tolerance), m_plain(isPlainRgba32(pixel)),
-          m_order(byteOrderOf(pixel.pixelType)) {
-        for (std::size_t byte = 0; byte < unitValues.size(); ++byte) {
-            const double value = unitValues[byte];
-            m_near[byte] = static_cast<unsigned char>(isNear(seed.r, value) * nearR +
-                                                      isNear(seed.g, value) * nearG +
-                                                      isNear(seed.b, value) * nearB);
-        }
-    }
+        : m_pixel(pixel), m_seed(seed), m_tolerance(tolerance) {}
 
-    // On a canvas of plain bytes by table, with the answer that reading the pixel gives.
     bool operator()(int x, int y) const {
-        if (m_plain) {
-            const auto* bytes = reinterpret_cast<const unsigned char*>(wordAddress(m_pixel, x, y));
-            return (m_near[bytes[m_order.r]] & nearR) != 0 &&
-                   (m_near[bytes[m_order.g]] & nearG) != 0 &&
-                   (m_near[bytes[m_order.b]] & nearB) != 0;
-        }
         Rgba c{};
         return readPixel(m_pixel, x, y, c) && isNear(m_seed.r, c.r) && isNear(m_seed.g, c.g) &&
                isNear(m_seed.b, c.b);
     }
 
-private:
-    static constexpr int nearR = 1, nearG = 2, nearB = 4;
+    std::uint64_t operator()(int x, int y, int count) const {
+        std::uint64_t bits = 0;
+        for (int i = 0; i < count; ++i)
+            bits |= std::uint64_t{(*this)(x + i, y)} << i;
+        return bits;
+    }
 
     bool isNear(double seed, double value) const { return std::fabs(seed - value) <= m_tolerance; }
 
+    const Rgba& seed() const { return m_seed; }
+
+private:
     ZRPixel& m_pixel;
     Rgba m_seed;
     double m_tolerance;
-    bool m_plain;
-    zrByteOrder m_order;
-    std::array<unsigned char, 256> m_near{};
 };
+
+// The same on a canvas of plain bytes, for which each channel has a range of values.
+class ByteMatch {
+public:
+    ByteMatch(const ZRPixel& pixel, const Match& match) : m_pixel(pixel) {
+        const zrByteOrder& order = byteOrderOf(pixel.pixelType);
+        const Rgba& seed = match.seed();
+        std::memset(m_span, 0xFF, sizeof m_span); // alpha
+        for (const auto& [at, value] :
+             {std::pair{order.r, seed.r}, {order.g, seed.g}, {order.b, seed.b}})
+            setRange(at, value, match);
+    }
+
+    std::uint64_t operator()(int x, int y, int count) const {
+        const char* at = wordAddress(m_pixel, x, y);
+        const __m128i least = _mm_set1_epi32(loadAs<int>(m_least));
+        const __m128i span = _mm_set1_epi32(loadAs<int>(m_span));
+        std::uint64_t bits = 0;
+        int i = 0;
+        for (; i + 4 <= count; i += 4, at += sizeof least)
+            bits |= std::uint64_t{near(loadAs<__m128i>(at), least, span)} << i;
+        for (; i < count; ++i, at += 4)
+            bits |= std::uint64_t{near(_mm_set1_epi32(loadAs<int>(at)), least, span) & 1U} << i;
+        return m_isEmpty ? 0 : bits;
+    }
+
+private:
+    // Values are near from one on up to another, as a distance grows in both directions.
+    void setRange(signed char at, double seed, const Match& match) {
+        const auto isNear = [&](double value) { return match.isNear(seed, value); };
+        const auto first = std::find_if(unitValues.begin(), unitValues.end(), isNear);
+        const auto end = std::find_if_not(first, unitValues.end(), isNear);
+        m_isEmpty = m_isEmpty || first == end;
+        m_least[at] = static_cast<unsigned char>(first - unitValues.begin());
+        m_span[at] = static_cast<unsigned char>(end - first - 1);
+    }
+
+    // A bit for each of four pixels.
+    static unsigned int near(__m128i pixels, __m128i least, __m128i span) {
+        const __m128i above = _mm_sub_epi8(pixels, least);
+        const __m128i within = _mm_cmpeq_epi8(_mm_min_epu8(above, span), above);
+        const __m128i all = _mm_cmpeq_epi32(within, _mm_set1_epi32(-1));
+        return static_cast<unsigned int>(_mm_movemask_ps(_mm_castsi128_ps(all)));
+    }
+
+    const ZRPixel& m_pixel;
+    unsigned char m_least[4] = {}, m_span[4];
+    bool m_isEmpty = false;
+};
+
+// Whether reading a pixel is not changed by writing others, and lines do not share memory.
+bool readsAlone(const ZRPixel& pixel) {
+    const zrLayout* layout = zrFindLayout(pixel.pixelType);
+    if (layout == nullptr || pixel.pitch < zrLineBytes(layout->line, pixel.width) ||
+        static_cast<unsigned long>(pixel.height) * pixel.pitch > 0xFFFFFFFFUL)
+        return false;
+    if (const auto* draw = exactly<CDrawRGB24>(pixel))
+        return isRgb24(pixel.pixelType) && isDirect(*draw, true);
+    return isPlainRgba32(pixel) || (pixel.pixelType == ptRGB48 && isExactly<CDrawRGB48>(pixel)) ||
+           (pixel.pixelType == ptARGB64 && isExactly<CDrawARGB64>(pixel)) ||
+           (pixel.pixelType == ptRGBHalf48 && isExactly<CDrawRGBHalf48>(pixel)) ||
+           (pixel.pixelType == ptRGBAHalf && isExactly<CDrawRGBAHalf>(pixel));
+}
 
 template <typename Plotter>
 class Flood {
@@ -117,7 +174,14 @@ int ZRDraw::Fill(int x, int y, double tolerance) {
     if (!readPixel(*this, x, y, seed))
         return -1;
     const Match match(*this, seed, tolerance < 0 ? 0.0 : tolerance);
-    withPlotter(*this,
-                [&](const auto& plotter) { Flood(plotter, columns, lines, match).from(x, y); });
+    withPlotter(*this, [&](const auto& plotter) {
+        const auto fill = [&](int left, int line, int count) { plotter.run(left, line, count); };
+        if (!readsAlone(*this))
+            Flood(plotter, columns, lines, match).from(x, y);
+        else if (isRgb32(pixelType))
+            floodBySpans(ByteMatch(*this, match), columns, lines, x, y, fill);
+        else
+            floodBySpans(match, columns, lines, x, y, fill);
+    });
     return 0;
 }

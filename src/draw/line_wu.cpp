@@ -1,6 +1,7 @@
 // Xiaolin Wu's anti-aliased line in double precision.
+#include "draw/run.h"
+#include "pixel/byte_order.h"
 #include "pixel/truncate.h"
-#include "zrdraw/zrdraw.h"
 
 #include <cmath>
 #include <utility>
@@ -11,61 +12,84 @@ double fractionOf(double value) {
     return value - std::floor(value);
 }
 
-// Writes pixels in one colour, with their coverage as its alpha.
-class CoveragePen {
-public:
-    CoveragePen(ZRDraw& draw, bool tall) : m_draw(draw), m_tall(tall) {
-        double alpha = 0.0;
-        m_draw.GetColorRGBA(m_r, m_g, m_b, alpha, true);
-    }
+// A line along one axis, from the lower end of it on.
+struct Course {
+    bool tall; // along y
+    double begin, end;
+    double beginMinor, endMinor;
+    double gradient;
 
-    // The two pixels at `major` that share a position between them, scaled by the gap.
-    void put(int major, double minor, double gap) {
+    Course(int x0, int y0, int x1, int y1)
+        : tall(std::fabs(static_cast<double>(y1) - y0) > std::fabs(static_cast<double>(x1) - x0)),
+          begin(tall ? y0 : x0), end(tall ? y1 : x1), beginMinor(tall ? x0 : y0),
+          endMinor(tall ? x1 : y1) {
+        if (begin > end) {
+            std::swap(begin, end);
+            std::swap(beginMinor, endMinor);
+        }
+        gradient = begin == end ? 1.0 : (endMinor - beginMinor) / (end - begin);
+    }
+};
+
+// Puts the pixels with their coverage, two at each position: put(coverage, x, y).
+template <typename Put>
+void walkCourse(const Course& course, Put put) {
+    // The pixels at `major` that share a position between them, scaled by the gap.
+    const auto putPair = [&](int major, double minor, double gap) {
         const double low = std::floor(minor);
         const double share = minor - low;
         const int first = truncateToInt(low);
-        putOne(major, first, (1 - share) * gap);
-        putOne(major, first + 1, share * gap);
+        const auto putOne = [&](int at, double coverage) {
+            put(coverage, course.tall ? at : major, course.tall ? major : at);
+        };
+        putOne(first, (1 - share) * gap);
+        putOne(first + 1, share * gap);
+    };
+    // By contract: ends are pixels half covered.
+    const double firstEnd = std::floor(course.begin + 0.5);
+    double minor = course.beginMinor + (firstEnd - course.begin) * course.gradient;
+    putPair(truncateToInt(firstEnd), minor, 1 - fractionOf(course.begin + 0.5));
+    const double lastEnd = std::floor(course.end + 0.5);
+    const int last = truncateToInt(lastEnd);
+    putPair(last, course.endMinor + (lastEnd - course.end) * course.gradient,
+            fractionOf(course.end + 0.5));
+    for (int major = truncateToInt(firstEnd); major < last && ++major < last;) {
+        minor += course.gradient;
+        putPair(major, minor, 1.0);
     }
+}
 
-private:
-    void putOne(int major, int minor, double coverage) {
-        m_draw.SetColorRGBA(m_r, m_g, m_b, coverage, true);
-        m_draw.PutPixel(m_tall ? minor : major, m_tall ? major : minor, true);
-    }
-
-    ZRDraw& m_draw;
-    bool m_tall;
-    double m_r = 0.0, m_g = 0.0, m_b = 0.0;
-};
+// In 32-bit layouts the coverage is a byte of the word that is written, and all else stays.
+void drawWords(ZRDraw& draw, const Course& course, Rgba color) {
+    const int bit = 8 * byteOrderOf(draw.pixelType).a;
+    color.a = 0.0;
+    setColor(draw, color, true);
+    const unsigned int word = draw.foreColor;
+    walkCourse(course, [&](double coverage, int x, int y) {
+        color.a = coverage;
+        if (pullOntoCanvas(draw, x, y))
+            storeWord(wordAddress(draw, x, y),
+                      word | static_cast<unsigned int>(truncateToByte(coverage * 255.0)) << bit);
+    });
+    setColor(draw, color, true);
+}
 
 } // namespace
 
+// By contract: the alpha of the foreground colour is left as the last pixel's coverage.
 int ZRDraw::LineWu(int x0, int y0, int x1, int y1) {
-    const bool tall =
-        std::fabs(static_cast<double>(y1) - y0) > std::fabs(static_cast<double>(x1) - x0);
-    double a0 = tall ? y0 : x0, b0 = tall ? x0 : y0;
-    double a1 = tall ? y1 : x1, b1 = tall ? x1 : y1;
-    if (a0 > a1) {
-        std::swap(a0, a1);
-        std::swap(b0, b1);
+    const Course course(x0, y0, x1, y1);
+    Rgba color{};
+    readColor(*this, color, true);
+    if (isPlainRgba32(*this) && isPlainWord(*this, true)) {
+        drawWords(*this, course, color);
+        return 0;
     }
-    const double gradient = a0 == a1 ? 1.0 : (b1 - b0) / (a1 - a0);
-    CoveragePen pen(*this, tall);
-
-    // By contract: ends are pixels half covered, and the alpha of the foreground colour is left as
-    // the last pixel's coverage.
-    const double firstEnd = std::floor(a0 + 0.5);
-    double minor = b0 + (firstEnd - a0) * gradient;
-    pen.put(truncateToInt(firstEnd), minor, 1 - fractionOf(a0 + 0.5));
-    const double lastEnd = std::floor(a1 + 0.5);
-    pen.put(truncateToInt(lastEnd), b1 + (lastEnd - a1) * gradient, fractionOf(a1 + 0.5));
-
-    const int last = truncateToInt(lastEnd);
-    for (int major = truncateToInt(firstEnd); major < last && ++major < last;) {
-        minor += gradient;
-        pen.put(major, minor, 1.0);
-    }
+    walkCourse(course, [&](double coverage, int x, int y) {
+        color.a = coverage;
+        setColor(*this, color, true);
+        PutPixel(x, y, true);
+    });
     return 0;
 }
 

@@ -1,8 +1,8 @@
 // Labels: strings in the built-in font at an integer scale, through Point and LineHoriz.
+#include "draw/run.h"
 #include "zrdraw/font.h"
-#include "zrdraw/zrdraw.h"
 
-#include <cstring>
+#include <bit>
 
 namespace {
 
@@ -13,23 +13,68 @@ struct CellStyle {
     bool opaque;
 };
 
-// One pixel of a glyph, `scale` columns wide. By contract: in the foreground, from scale 2 up, it
-// is one column wider than its cell and refused whole where it lies partly off the canvas; in the
-// background it has the width of the cell and loses single pixels.
-void drawDot(ZRDraw& draw, int column, int row, int scale, bool selector) {
-    if (scale > 1 && selector) {
-        draw.LineHoriz(column, row, column + scale);
-        return;
-    }
-    for (int k = 0; k < scale; ++k)
-        draw.Point(column + k, row, selector);
-}
+// Writes dots of a glyph, each `scale` columns wide. By contract: in the foreground, from scale 2
+// up, a dot is one column wider than its cell and refused whole where it lies partly off the
+// canvas; in the background it has the width of the cell and loses single pixels. Single pixels
+// become the current position.
+class CallingDots {
+public:
+    CallingDots(ZRDraw& draw, int scale) : m_draw(draw), m_scale(scale) {}
 
-void drawRow(ZRDraw& draw, int column, int row, unsigned int bits, const CellStyle& style) {
-    for (int bit = zrFontWidth - 1; bit >= 0; --bit, column += style.scale) {
-        const bool ink = ((bits >> bit) & 1U) != 0;
+    void put(int column, int row, int dots, bool selector) const {
+        for (; dots > 0; --dots, column += m_scale)
+            if (m_scale > 1 && selector)
+                m_draw.LineHoriz(column, row, column + m_scale);
+            else
+                for (int k = 0; k < m_scale; ++k)
+                    m_draw.Point(column + k, row, selector);
+    }
+
+private:
+    ZRDraw& m_draw;
+    int m_scale;
+};
+
+// The same for an object exactly of a class of ours: adjacent dots are one run.
+template <typename Fore, typename Back>
+class DirectDots {
+public:
+    DirectDots(ZRDraw& draw, const Fore& fore, const Back& back, int scale)
+        : m_draw(draw), m_fore(fore), m_back(back), m_scale(scale) {}
+
+    void put(int column, int row, int dots, bool selector) const {
+        const int pixels = dots * m_scale;
+        if (m_scale == 1 || !selector) {
+            m_draw.currentX = column + pixels - 1;
+            m_draw.currentY = row;
+            if (selector)
+                m_fore.run(column, row, pixels);
+            else
+                m_back.run(column, row, pixels);
+        } else if (column >= 0 && column + pixels <= static_cast<int>(m_draw.width)) {
+            m_fore.run(column, row, pixels + 1);
+        } else {
+            CallingDots(m_draw, m_scale).put(column, row, dots, selector);
+        }
+    }
+
+private:
+    ZRDraw& m_draw;
+    const Fore& m_fore;
+    const Back& m_back;
+    int m_scale;
+};
+
+template <typename Dots>
+void drawRow(const Dots& dots, int column, int row, unsigned char bits, const CellStyle& style) {
+    for (int at = 0; at < zrFontWidth;) {
+        const auto rest = static_cast<unsigned char>(bits << at);
+        const bool ink = (rest & 0x80) != 0;
+        const int count =
+            ink ? std::countl_one(rest) : std::min(std::countl_zero(rest), zrFontWidth - at);
         if (ink || style.opaque)
-            drawDot(draw, column, row, style.scale, ink != style.inverse);
+            dots.put(column + at * style.scale, row, count, ink != style.inverse);
+        at += count;
     }
 }
 
@@ -63,14 +108,22 @@ int ZRDraw::Label(int x, int y, const char* text, bool inverse, bool opaque) {
     // cells reach onto it, and those of scale 0.
     if (static_cast<unsigned int>(y) >= static_cast<unsigned int>(y + cellHeight))
         return 0;
-    const std::size_t length = std::strlen(text);
-    for (std::size_t i = 0; i < length; ++i, x += advance) {
-        const auto code = static_cast<signed char>(text[i]);
-        const unsigned char* glyph = labelFont + code * labelHeight;
-        int row = y;
-        for (int line = labelHeight - 1; line >= 0; --line)
-            for (unsigned int repeat = 0; repeat < labelScale; ++repeat, ++row)
-                drawRow(*this, x, row, glyph[line], style);
-    }
+    const auto drawCells = [&](const auto& dots) {
+        for (; *text != '\0'; ++text, x += advance) {
+            const auto code = static_cast<signed char>(*text);
+            const unsigned char* glyph = labelFont + code * labelHeight;
+            int row = y;
+            for (int line = labelHeight - 1; line >= 0; --line)
+                for (unsigned int repeat = 0; repeat < labelScale; ++repeat, ++row)
+                    drawRow(dots, x, row, glyph[line], style);
+        }
+    };
+    const auto direct = [&](const auto& fore, const auto& back) {
+        drawCells(DirectDots(*this, fore, back, style.scale));
+    };
+    constexpr int greatest = 0xFFFF; // beyond it runs are not within the numbers of int
+    const Slots slots = opaque ? Slots::Both : inverse ? Slots::Background : Slots::Foreground;
+    if (style.scale < 1 || style.scale > greatest || !useDirect(*this, slots, direct))
+        drawCells(CallingDots(*this, style.scale));
     return 0;
 }
