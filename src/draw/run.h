@@ -72,6 +72,17 @@ public:
             runClipped(x, y, count);
     }
 
+    // The same on so many lines from y down.
+    void block(int x, int y, int count, int lines) const {
+        const bool inside = count > 0 && covers(x, y, x, y + lines - 1) &&
+                            count <= static_cast<int>(m_pixel.width) - x;
+        for (int line = 0; line < lines; ++line)
+            if (inside)
+                m_pen.run(x, y + line, count);
+            else
+                runClipped(x, y + line, count);
+    }
+
     // What writes of `count` pixels touch, from one line to another. False, and nothing done, where
     // both are not on the canvas in full.
     bool copy(int x, int from, int to, int count) const {
@@ -108,8 +119,6 @@ public:
     CallingPlotter(ZRPixel& pixel, bool selector) : m_pixel(pixel), m_selector(selector) {}
 
     void put(int x, int y) const { m_pixel.PutPixel(x, y, m_selector); }
-
-    bool copy(int, int, int, int) const { return false; }
 
     void run(int x, int y, int count) const {
         for (int i = 0; i < count; ++i)

@@ -7,6 +7,7 @@
 #include <bit>
 #include <cstring>
 #include <optional>
+#include <type_traits>
 
 namespace {
 
@@ -44,7 +45,6 @@ void place(RECT& rect, int scale, int count, std::size_t length, unsigned int fo
 // Nothing: the empty pixels of a cell stay.
 struct NoPaper {
     void run(int, int, int) const {}
-    bool copy(int, int, int, int) const { return false; }
 };
 
 struct Cells {
@@ -61,38 +61,67 @@ struct Cells {
     }
 };
 
-// One line of cells, from run to run of like bits, which may begin in one cell and end in another.
-// Without a glyph row there is no ink.
-template <typename Ink, typename Paper>
-void drawLine(const Ink& ink, const Paper& paper, const Cells& cells, int row,
-              std::optional<int> glyphRow) {
+// The runs of like bits of a row of glyphs, which may begin in one cell and end in another:
+// run(inked, column, count). Without a glyph row there is no ink.
+template <typename Run>
+void walkRuns(const Cells& cells, std::optional<int> glyphRow, Run run) {
     int begin = cells.column, end = begin;
     bool inked = false;
-    const auto write = [&] {
-        if (end == begin)
-            return;
-        if (inked)
-            ink.run(begin, row, end - begin);
-        else
-            paper.run(begin, row, end - begin);
-        begin = end;
-    };
     for (std::size_t cell = 0; cell < cells.length; ++cell) {
         const unsigned char bits = glyphRow ? cells.bits(cell, *glyphRow) : 0;
         for (int at = 0; at < zrFontWidth;) {
             const auto rest = static_cast<unsigned char>(bits << at);
             const bool isInk = (rest & 0x80) != 0;
-            if (isInk != inked) {
-                write();
-                inked = isInk;
+            if (isInk != inked && end != begin) {
+                run(inked, begin, end - begin);
+                begin = end;
             }
+            inked = isInk;
             const int count = isInk ? std::countl_one(rest) : std::countl_zero(rest);
             const int here = std::min(count, zrFontWidth - at);
             end += here * cells.scale;
             at += here;
         }
     }
-    write();
+    if (end != begin)
+        run(inked, begin, end - begin);
+}
+
+template <typename Ink, typename Paper>
+void drawLine(const Ink& ink, const Paper& paper, const Cells& cells, int row,
+              std::optional<int> glyphRow) {
+    walkRuns(
+        cells, glyphRow,
+        [&](bool inked, int column, int count) {
+            if (inked)
+                ink.run(column, row, count);
+            else
+                paper.run(column, row, count);
+        });
+}
+
+// The lines of a glyph row, from the lowest up. Where their order does not matter, only one is
+// drawn of a filled background, and without one a run goes over all of them.
+template <typename Ink, typename Paper>
+void drawGlyphRow(const Ink& ink, const Paper& paper, const Cells& cells, int lowest, int lines,
+                  int glyphRow) {
+    const int top = lowest - lines + 1;
+    constexpr bool hasPaper = !std::is_same_v<Paper, NoPaper>;
+    if constexpr (Ink::isDirect && !hasPaper) {
+        walkRuns(
+            cells, glyphRow,
+            [&](bool inked, int column, int count) {
+                if (inked)
+                    ink.block(column, top, count, lines);
+            });
+    } else {
+        for (int row = lowest; row >= top; --row) {
+            if constexpr (Ink::isDirect)
+                if (row != lowest && paper.copy(cells.column, row + 1, row, cells.width()))
+                    continue;
+            drawLine(ink, paper, cells, row, glyphRow);
+        }
+    }
 }
 
 // Cells from their bottom line up. By contract: they have one line more than their height, which
@@ -101,13 +130,10 @@ void drawLine(const Ink& ink, const Paper& paper, const Cells& cells, int row,
 template <typename Ink, typename Paper>
 void drawLines(const Ink& ink, const Paper& paper, const Cells& cells) {
     const int height = cells.scale * zrFontHeight;
-    std::optional<int> last; // the glyph row of the line below
-    for (int line = 0; line < height; ++line) {
-        const int row = cells.bottom - line;
-        const int glyphRow = (line + cells.scale - 1) / cells.scale;
-        if (last != glyphRow || !paper.copy(cells.column, row + 1, row, cells.width()))
-            drawLine(ink, paper, cells, row, glyphRow);
-        last = glyphRow;
+    for (int line = 0, glyphRow = 0; line < height; ++glyphRow) {
+        const int lines = glyphRow == 0 ? 1 : std::min(cells.scale, height - line);
+        drawGlyphRow(ink, paper, cells, cells.bottom - line, lines, glyphRow);
+        line += lines;
     }
     drawLine(ink, paper, cells, cells.bottom - height, std::nullopt);
 }

@@ -3,6 +3,8 @@
 #include "zrdraw/font.h"
 
 #include <bit>
+#include <type_traits>
+#include <utility>
 
 namespace {
 
@@ -21,7 +23,9 @@ class CallingDots {
 public:
     CallingDots(ZRDraw& draw, int scale) : m_draw(draw), m_scale(scale) {}
 
-    void put(int column, int row, int dots, bool selector) const {
+    static constexpr bool takesLines = false;
+
+    void put(int column, int row, int dots, bool selector, int = 1) const {
         for (; dots > 0; --dots, column += m_scale)
             if (m_scale > 1 && selector)
                 m_draw.LineHoriz(column, row, column + m_scale);
@@ -42,19 +46,22 @@ public:
     DirectDots(ZRDraw& draw, const Fore& fore, const Back& back, int scale)
         : m_draw(draw), m_fore(fore), m_back(back), m_scale(scale) {}
 
-    void put(int column, int row, int dots, bool selector) const {
+    static constexpr bool takesLines = true;
+
+    void put(int column, int row, int dots, bool selector, int lines) const {
         const int pixels = dots * m_scale;
         if (m_scale == 1 || !selector) {
             m_draw.currentX = column + pixels - 1;
-            m_draw.currentY = row;
+            m_draw.currentY = row + lines - 1;
             if (selector)
-                m_fore.run(column, row, pixels);
+                m_fore.block(column, row, pixels, lines);
             else
-                m_back.run(column, row, pixels);
+                m_back.block(column, row, pixels, lines);
         } else if (column >= 0 && column + pixels <= static_cast<int>(m_draw.width)) {
-            m_fore.run(column, row, pixels + 1);
+            m_fore.block(column, row, pixels + 1, lines);
         } else {
-            CallingDots(m_draw, m_scale).put(column, row, dots, selector);
+            for (int line = 0; line < lines; ++line)
+                CallingDots(m_draw, m_scale).put(column, row + line, dots, selector);
         }
     }
 
@@ -66,14 +73,15 @@ private:
 };
 
 template <typename Dots>
-void drawRow(const Dots& dots, int column, int row, unsigned char bits, const CellStyle& style) {
+void drawRow(const Dots& dots, int column, int row, unsigned char bits, const CellStyle& style,
+             int lines = 1) {
     for (int at = 0; at < zrFontWidth;) {
         const auto rest = static_cast<unsigned char>(bits << at);
         const bool ink = (rest & 0x80) != 0;
         const int count =
             ink ? std::countl_one(rest) : std::min(std::countl_zero(rest), zrFontWidth - at);
         if (ink || style.opaque)
-            dots.put(column + at * style.scale, row, count, ink != style.inverse);
+            dots.put(column + at * style.scale, row, count, ink != style.inverse, lines);
         at += count;
     }
 }
@@ -114,8 +122,12 @@ int ZRDraw::Label(int x, int y, const char* text, bool inverse, bool opaque) {
             const unsigned char* glyph = labelFont + code * labelHeight;
             int row = y;
             for (int line = labelHeight - 1; line >= 0; --line)
-                for (unsigned int repeat = 0; repeat < labelScale; ++repeat, ++row)
-                    drawRow(dots, x, row, glyph[line], style);
+                if constexpr (std::decay_t<decltype(dots)>::takesLines)
+                    drawRow(dots, x, std::exchange(row, row + style.scale), glyph[line], style,
+                            style.scale);
+                else
+                    for (unsigned int repeat = 0; repeat < labelScale; ++repeat, ++row)
+                        drawRow(dots, x, row, glyph[line], style);
         }
     };
     const auto direct = [&](const auto& fore, const auto& back) {
