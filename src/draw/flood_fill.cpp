@@ -91,11 +91,9 @@ private:
     bool m_isEmpty = false;
 };
 
-// Whether reading a pixel is not changed by writing others, and lines do not share memory.
+// Whether what a pixel reads is not changed by writes of others.
 bool readsAlone(const ZRPixel& pixel) {
-    const zrLayout* layout = zrFindLayout(pixel.pixelType);
-    if (layout == nullptr || pixel.pitch < zrLineBytes(layout->line, pixel.width) ||
-        static_cast<unsigned long>(pixel.height) * pixel.pitch > 0xFFFFFFFFUL)
+    if (!linesAreApart(pixel))
         return false;
     if (const auto* draw = exactly<CDrawRGB24>(pixel))
         return isRgb24(pixel.pixelType) && isDirect(*draw, true);

@@ -49,6 +49,15 @@ bool drawPackedCanvas(ZRPixel& pixel, bool selector) {
 
 } // namespace
 
+bool linesAreApart(const ZRPixel& pixel) {
+    const zrLayout* layout = zrFindLayout(pixel.pixelType);
+    if (layout == nullptr)
+        return false;
+    const unsigned int columns = layout->isPairs() ? (pixel.width + 1) & ~1U : pixel.width;
+    return pixel.pitch >= zrLineBytes(layout->line, columns) &&
+           static_cast<unsigned long>(pixel.height) * pixel.pitch <= 0xFFFFFFFFUL;
+}
+
 void drawRun(ZRPixel& pixel, int left, int right, int y) {
     if (isRgb32(pixel.pixelType)) { // by contract always opaque
         const unsigned int more = static_cast<unsigned int>(right - left);

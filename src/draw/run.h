@@ -130,6 +130,10 @@ private:
     bool m_selector;
 };
 
+// Whether no byte belongs to two lines, so that it does not matter which is written first. By
+// contract: the half pair at the end of an odd width reaches into the next line of a tight canvas.
+bool linesAreApart(const ZRPixel& pixel);
+
 enum class Slots { Foreground, Background, Both };
 
 template <typename Class>

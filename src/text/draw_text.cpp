@@ -159,10 +159,17 @@ int ZRDraw::DrawText(const char* text, int count, RECT* rect, unsigned int forma
     const auto draw = [&](const auto& ink, const auto& paper) {
         drawCells(ink, paper, {text, length, rect->left, rect->bottom, scale});
     };
-    if (textTransparent)
-        withPlotter(*this, [&](const auto& ink) { draw(ink, NoPaper()); });
-    else
-        withPlotters(*this, Slots::Both, draw);
+    const auto drawInk = [&](const auto& ink, const auto&) { draw(ink, NoPaper()); };
+    const bool drawn =
+        linesAreApart(*this) && (textTransparent ? useDirect(*this, Slots::Foreground, drawInk)
+                                                 : useDirect(*this, Slots::Both, draw));
+    if (!drawn) {
+        const CallingPlotter ink(*this, true), paper(*this, false);
+        if (textTransparent)
+            draw(ink, NoPaper());
+        else
+            draw(ink, paper);
+    }
     if ((format & zrTextReport) != 0) {
         // By contract: `count` makes the width, not the length of the text.
         rect->right = rect->left + count * scale * zrFontWidth;

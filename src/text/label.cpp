@@ -135,7 +135,8 @@ int ZRDraw::Label(int x, int y, const char* text, bool inverse, bool opaque) {
     };
     constexpr int greatest = 0xFFFF; // beyond it runs are not within the numbers of int
     const Slots slots = opaque ? Slots::Both : inverse ? Slots::Background : Slots::Foreground;
-    if (style.scale < 1 || style.scale > greatest || !useDirect(*this, slots, direct))
+    const bool may = style.scale > 0 && style.scale <= greatest && linesAreApart(*this);
+    if (!may || !useDirect(*this, slots, direct))
         drawCells(CallingDots(*this, style.scale));
     return 0;
 }

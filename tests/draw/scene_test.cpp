@@ -192,34 +192,6 @@ TEST(Scene, OnTwoObjectsAtOnce) {
     }
 }
 
-// Objects of our own 32-bit class skip the virtual calls; a class derived from it gets every one of
-// them. On a canvas that is smaller than the drawing both leave the same frame.
-TEST(Scene, OnADerivedClassToo) {
-    struct Derived : CDrawRGBA32 {
-        explicit Derived(unsigned int code) : ZRDraw(code), CDrawRGBA32(code) {}
-    };
-    constexpr int width = 29, height = 21, pitch = width * 4 + 8;
-    for (unsigned int code = 1; code <= 4; ++code)
-        for (const double transparency : {0.0, 0.5, 1.0})
-            for (const bool additive : {false, true}) {
-                GuardedMemory direct(pitch * height, 0x21), called = direct;
-                CDrawRGBA32 ours(code);
-                Derived theirs(code);
-                const auto drawOn = [&](ZRDraw& draw, GuardedMemory& frame) {
-                    draw.SetCanvas(frame.chars(), height, width, pitch);
-                    draw.SetTransparency(transparency > 0);
-                    draw.SetTransparency(transparency, true);
-                    draw.SetAlphaAdditive(additive);
-                    draw.textTransparent = !additive;
-                    drawScene(draw);
-                };
-                drawOn(ours, direct);
-                drawOn(theirs, called);
-                ASSERT_EQ(direct, called) << code << ' ' << transparency << ' ' << additive;
-                EXPECT_TRUE(direct.guardsIntact());
-            }
-}
-
 // A size without a frame: nothing is read or written, and the answers are those of a refusal.
 TEST(Scene, WithoutACanvas) {
     const InjectionGuard guard;
