@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include <immintrin.h>
+
 namespace {
 
 constexpr std::size_t pixelBytes = 4;
@@ -50,6 +52,45 @@ int sourceOf(int at, double factor, double shift, int first, int count) {
     return source >= first && source < first + count ? static_cast<int>(source) : -1;
 }
 
+// The columns that have a source, which follow each other.
+struct Columns {
+    int first = 0;
+    int end = 0;
+    bool everySecond = true; // each from two behind that of the one before
+
+    // `sources` has room for `count` of them, or is null.
+    template <typename SourceOf>
+    Columns(int* sources, int count, SourceOf sourceOfColumn) {
+        for (int x = 0; x < count; ++x) {
+            const int source = sourceOfColumn(x);
+            if (sources != nullptr)
+                sources[x] = source;
+            if (source < 0)
+                continue;
+            first = end == 0 ? x : first;
+            everySecond = everySecond && (end == 0 || source == last + 2);
+            last = source;
+            end = x + 1;
+        }
+    }
+
+private:
+    int last = 0;
+};
+
+// Of two pixels the first.
+void halveLine(unsigned char* to, const unsigned char* from, std::size_t count) {
+    constexpr std::size_t atOnce = 4;
+    for (; count > atOnce; count -= atOnce, to += sizeof(__m128), from += 2 * sizeof(__m128)) {
+        const auto* pixels = reinterpret_cast<const float*>(from);
+        const __m128 halves = _mm_shuffle_ps(_mm_loadu_ps(pixels), _mm_loadu_ps(pixels + atOnce),
+                                             _MM_SHUFFLE(2, 0, 2, 0));
+        _mm_storeu_ps(reinterpret_cast<float*>(to), halves);
+    }
+    for (std::size_t x = 0; x < count; ++x)
+        store(to, x, load(from, 2 * x));
+}
+
 } // namespace
 
 ZRDRAW_API int pxsw_flip_vert(unsigned char* dst, unsigned char* src, unsigned int width,
@@ -82,21 +123,25 @@ ZRDRAW_API int ippiResizeSqrPixel_8u_C4R(const unsigned char* src, IppiSize, int
     const auto columnOf = [&](int x) {
         return sourceOf(dstRect.x + x, xFactor, xShift, srcRect.x, srcRect.width);
     };
-    int* const columns = reinterpret_cast<int*>(buffer);
-    for (int x = 0; columns != nullptr && x < dstRect.width; ++x)
-        columns[x] = columnOf(x);
-    for (int y = 0; y < dstRect.height; ++y) {
+    int* const sources = reinterpret_cast<int*>(buffer);
+    const Columns columns(sources, dstRect.width, columnOf);
+    for (int y = 0; y < dstRect.height && columns.end != 0; ++y) {
         const int fromLine = sourceOf(dstRect.y + y, yFactor, yShift, srcRect.y, srcRect.height);
         if (fromLine < 0)
             continue;
         const unsigned char* from = src + static_cast<std::ptrdiff_t>(fromLine) * srcStep;
         unsigned char* to = dst + static_cast<std::ptrdiff_t>(y) * dstStep;
-        for (int x = 0; x < dstRect.width; ++x) {
-            const int column = columns != nullptr ? columns[x] : columnOf(x);
-            if (column >= 0)
-                store(to, static_cast<std::size_t>(x),
-                      load(from, static_cast<std::size_t>(column)));
+        if (columns.everySecond) {
+            const auto first = static_cast<std::size_t>(columns.first);
+            halveLine(to + first * pixelBytes,
+                      from + static_cast<std::size_t>(columnOf(columns.first)) * pixelBytes,
+                      static_cast<std::size_t>(columns.end) - first);
+            continue;
         }
+        for (int x = columns.first; x < columns.end; ++x)
+            store(to, static_cast<std::size_t>(x),
+                  load(from,
+                       static_cast<std::size_t>(sources != nullptr ? sources[x] : columnOf(x))));
     }
     return 0;
 }

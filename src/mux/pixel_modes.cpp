@@ -1,7 +1,10 @@
 #include "mux/combine.h"
 #include "mux/modes.h"
+#include "span/words.h"
 
 #include <algorithm>
+
+#include <immintrin.h>
 
 namespace {
 
@@ -27,15 +30,29 @@ unsigned int greatestDifference(unsigned int a, unsigned int b) {
     return std::max(std::max(high, middle), low);
 }
 
-unsigned int byteDifference(unsigned int a, unsigned int b, unsigned int index) {
-    const unsigned int x = byteOf(a, index), y = byteOf(b, index);
-    return std::max(x, y) - std::min(x, y);
+// Of four pixels those of b, but where a byte differs from that of a by more than the threshold.
+__m128i keyFour(__m128i a, __m128i b, __m128i threshold, __m128i keyed) {
+    const __m128i distance = _mm_or_si128(_mm_subs_epu8(a, b), _mm_subs_epu8(b, a));
+    const __m128i over = _mm_subs_epu8(distance, threshold);
+    const __m128i near = _mm_cmpeq_epi32(over, _mm_setzero_si128());
+    return _mm_blendv_epi8(keyed, b, near);
 }
 
-bool differsBy(unsigned int a, unsigned int b, unsigned int threshold) {
-    const unsigned int low = std::max(byteDifference(a, b, 0), byteDifference(a, b, 1));
-    const unsigned int high = std::max(byteDifference(a, b, 2), byteDifference(a, b, 3));
-    return std::max(low, high) > threshold;
+void keyLine(unsigned char* to, const unsigned char* a, const unsigned char* b, std::size_t pixels,
+             unsigned int threshold, unsigned int keyed) {
+    const __m128i thresholds = _mm_set1_epi8(static_cast<char>(std::min(threshold, 255U)));
+    const __m128i keys = _mm_set1_epi32(static_cast<int>(keyed));
+    std::size_t at = 0;
+    const std::size_t bytes = pixels * MuxArgs::pixelBytes;
+    for (; at + sizeof keys <= bytes; at += sizeof keys)
+        storeAs(to + at,
+                keyFour(loadAs<__m128i>(a + at), loadAs<__m128i>(b + at), thresholds, keys));
+    for (; at < bytes; at += MuxArgs::pixelBytes) {
+        const auto pixel = [at](const unsigned char* from) {
+            return _mm_cvtsi32_si128(loadAs<int>(from + at));
+        };
+        storeAs(to + at, _mm_cvtsi128_si32(keyFour(pixel(a), pixel(b), thresholds, keys)));
+    }
 }
 
 // Bits 8 to 15 of a byte's weighed sum; 16 bits are enough for them.
@@ -101,10 +118,13 @@ void muxDifference(const MuxArgs& m) {
 }
 
 void muxKey(const MuxArgs& m) {
+    if (m.isEmpty())
+        return;
     const unsigned int keyed = m.has(zrMuxSwap) ? 0xFFFFFFFFU : 0;
-    const unsigned int threshold = m.param;
-    combineAll(
-        m, [=](unsigned int a, unsigned int b) { return differsBy(a, b, threshold) ? keyed : b; });
+    for (unsigned int y = 0; y < m.height; ++y) {
+        const std::size_t line = m.line(y);
+        keyLine(m.dst + line, m.a + line, m.b + line, m.width, m.param, keyed);
+    }
 }
 
 void muxMix(const MuxArgs& m) {
