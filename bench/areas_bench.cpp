@@ -28,7 +28,7 @@ void addCurves() {
         circle.rivals.push_back(
             {peer.circle, peer.drawCircle(target(), centre, radius, Ink::Outline), 1.0});
         ellipse.rivals.push_back(
-            {peer.ellipse, peer.drawEllipse(target(), centre, radius, flatRadius)});
+            {peer.ellipse, peer.drawEllipse(target(), centre, radius, flatRadius), 1.0});
     }
     addComparison(circle);
     addComparison(ellipse);
@@ -70,13 +70,23 @@ void addAreas() {
     }
     for (const Comparison& comparison : {disc, rectangle, erasure})
         addComparison(comparison);
-    addComparison({"GradientRect/400 by 400",
-                   {"ns/pixel", 401.0 * 401.0},
-                   drawing([](ZRDraw& draw) {
+}
+
+// Beside one pixel after the other in one colour.
+void addGradient(int angle, double wanted) {
+    static constexpr int from = 100, to = 500;
+    const Job pixels = drawing([](ZRDraw& draw) {
+        for (int y = from; y <= to; ++y)
+            for (int x = from; x <= to; ++x)
+                draw.PutPixel(x, y, true);
+    });
+    addComparison({"GradientRect/" + std::to_string(angle) + " degrees",
+                   {"ns/pixel", (to - from + 1.0) * (to - from + 1.0)},
+                   drawing([angle](ZRDraw& draw) {
                        draw.SetColorRGBA(0.2, 0.4, 0.6, 1.0, true);
-                       draw.GradientRect(100, 100, 500, 500, 30);
+                       draw.GradientRect(from, from, to, to, angle);
                    }),
-                   {}});
+                   {{"PutPixel", pixels, wanted}}});
 }
 
 // Over a frame of one colour, in another each time. Each side works on a frame of its own, as the
@@ -93,7 +103,7 @@ void addFlood() {
     Comparison flood{"Fill/one colour, a frame", milliseconds, ours(), {}};
     for (const AreaPeer& peer : peers<AreaPeer>()) {
         static Frame frame;
-        flood.rivals.push_back({peer.flood, peer.floodFrame(frame, centre), 0.1});
+        flood.rivals.push_back({peer.flood, peer.floodFrame(frame, centre), 1.0});
     }
     addComparison(flood);
 }
@@ -126,6 +136,9 @@ void addText(int scale) {
 void addAreaComparisons() {
     addCurves();
     addAreas();
+    for (const int angle : {0, 90, 180, 270})
+        addGradient(angle, 3.0);
+    addGradient(30, 1.5);
     addFlood();
     for (const int scale : {1, 2, 4})
         addText(scale);

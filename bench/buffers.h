@@ -42,3 +42,5 @@ struct FrameSize {
     int width, height;
 };
 inline constexpr FrameSize frameSizes[] = {{"1080p", 1920, 1080}, {"2160p", 3840, 2160}};
+inline constexpr FrameSize chartSizes[] = {
+    {"720p", 1280, 720}, {"1080p", 1920, 1080}, {"2160p", 3840, 2160}, {"4320p", 7680, 4320}};

@@ -39,8 +39,8 @@ void addSlope(const Slope& slope) {
     for (const DrawPeer& peer : peers<DrawPeer>()) {
         const bool sloped = from.x != to.x;
         line.rivals.push_back(
-            {peer.line, peer.drawLine(target(), from, to, false), sloped ? 1.0 : 0.0});
-        smooth.rivals.push_back({peer.smoothLine, peer.drawLine(target(), from, to, true)});
+            {peer.line, peer.drawLine(target(), from, to, false), sloped ? 3.5 : 0.0});
+        smooth.rivals.push_back({peer.smoothLine, peer.drawLine(target(), from, to, true), 3.0});
     }
     dash.rivals.push_back({"Line", line.ours});
     for (const Comparison& comparison : {line, smooth, dash})
@@ -87,7 +87,8 @@ void addLabel(int scale) {
                      {}};
     const _POINT bottomLeft{topLeft.x, topLeft.y + draw->LabelGetFontHeight()};
     for (const DrawPeer& peer : peers<DrawPeer>())
-        label.rivals.push_back({peer.label, peer.drawLabel(target(), bottomLeft, text, scale, 1)});
+        label.rivals.push_back(
+            {peer.label, peer.drawLabel(target(), bottomLeft, text, scale, 1), 1.0});
     addComparison(label);
 }
 
@@ -99,7 +100,7 @@ void addLineComparisons() {
     addVertical();
     for (const int lines : {1, frameHeight}) {
         addRuns(ptBGRA32, 4, 0.8, lines);
-        addRuns(ptBGR24, 3, 0, lines);
+        addRuns(ptBGR24, 3, 0.85, lines);
     }
     for (const int scale : {1, 2, 4})
         addLabel(scale);

@@ -2,6 +2,8 @@
 #include "comparison.h"
 #include "subsystems.h"
 
+#include <string_view>
+
 namespace {
 
 // The comparisons print themselves, as a row of theirs has more than one time.
@@ -17,15 +19,25 @@ public:
 } // namespace
 
 int main(int argc, char** argv) {
+    // What the chart of costs by sizes is made of, and nothing else.
+    const bool chart = argc > 1 && std::string_view(argv[1]) == "--chart";
+    if (chart)
+        argv[1] = argv[0];
+    argc -= chart ? 1 : 0;
+    argv += chart ? 1 : 0;
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;
-    addSpanComparisons();
-    addLineComparisons();
-    addAreaComparisons();
-    addFormatComparisons();
-    addOverlayComparisons();
-    addTransitionComparisons();
+    if (chart) {
+        addChartComparisons();
+    } else {
+        addSpanComparisons();
+        addLineComparisons();
+        addAreaComparisons();
+        addFormatComparisons();
+        addOverlayComparisons();
+        addTransitionComparisons();
+    }
     TableReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();

@@ -39,6 +39,7 @@ const char* watermarkFile() {
 struct Layer {
     const char* name;
     void (*enable)(CZrOverlay&);
+    double wanted[3] = {}; // by layout: memcpys of the frame to one pass; 0 for none
 };
 
 void enableTimeCode(CZrOverlay& overlay) {
@@ -73,9 +74,10 @@ void enableAll(CZrOverlay& overlay) {
         enable(overlay);
 }
 
-constexpr Layer layers[] = {{"time codes", enableTimeCode}, {"source line", enableSource},
-                            {"ten texts", enableTexts},     {"eight meters", enableMeters},
-                            {"watermark", enableWatermark}, {"all layers", enableAll}};
+constexpr Layer layers[] = {
+    {"time codes", enableTimeCode, {0, 18, 20}}, {"source line", enableSource},
+    {"ten texts", enableTexts, {0, 0, 2.0}},     {"eight meters", enableMeters, {0, 0, 3.5}},
+    {"watermark", enableWatermark, {0, 0, 2.9}}, {"all layers", enableAll, {1.0, 0.83, 0.83}}};
 
 std::shared_ptr<CZrOverlay> makeOverlay(const StreamLayout& layout, const FrameSize& size,
                                         const Layer& layer) {
@@ -113,10 +115,32 @@ void addLayer(const StreamLayout& layout, const FrameSize& size, const Layer& la
                    }),
                    {{"memcpy", repeated([buffer, other] {
                          std::memcpy(other->bytes(), buffer->bytes(), buffer->size());
-                     })}}});
+                     }),
+                     layer.wanted[&layout - layouts]}}});
+}
+
+// A call of the library that has work with every pixel.
+void addErasure(const FrameSize& size) {
+    const auto buffer = std::make_shared<Buffer>(GetDrawSize(ptBGRA32, size.width, size.height, 0));
+    ZRDraw* made = nullptr;
+    GetDraw(ptBGRA32, size.width, size.height, 0, reinterpret_cast<char*>(buffer->bytes()), made);
+    const std::shared_ptr<ZRDraw> draw(
+        made, [](ZRDraw* last) { ReleaseDraw(last); });
+    addComparison({std::string("EraseCanvas/bgra ") + size.name,
+                   microseconds,
+                   repeated([draw, buffer] { draw->EraseCanvas(false); }),
+                   {}});
 }
 
 } // namespace
+
+void addChartComparisons() {
+    for (const FrameSize& size : chartSizes) {
+        for (const StreamLayout& layout : layouts)
+            addLayer(layout, size, layers[std::size(layers) - 1]);
+        addErasure(size);
+    }
+}
 
 void addOverlayComparisons() {
     for (const FrameSize& size : frameSizes) {

@@ -7,3 +7,6 @@ void addAreaComparisons();
 void addFormatComparisons();
 void addOverlayComparisons();
 void addTransitionComparisons();
+
+// What a pass of the overlay and work on a whole frame cost at sizes from 720p to 4320p.
+void addChartComparisons();

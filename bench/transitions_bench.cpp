@@ -182,7 +182,8 @@ void addFrontEnds(const FrameSize& size) {
                              std::memcpy(pictures->out.bytes(), pictures->a.bytes(), bytes);
                              std::memcpy(pictures->a.bytes(), pictures->b.bytes(), bytes);
                              std::memcpy(pictures->b.bytes(), pictures->out.bytes(), bytes);
-                         })}},
+                         }),
+                         0.3}},
                        true});
     }
     addFullPrecision(size);
@@ -201,10 +202,10 @@ void addMux(const FrameSize& size, const Shared& pictures) {
                  {"average", zrMuxAverage, 0.6},
                  {"difference", zrMuxDifference, 0.6},
                  {"fields", zrMuxFields, 0.6},
-                 {"squeeze", zrMuxSqueeze, 0},
+                 {"squeeze", zrMuxSqueeze, 0.5},
                  {"split", zrMuxSplit, 0.6},
                  {"mirror", zrMuxMirror, 0.6},
-                 {"key", zrMuxKey, 0},
+                 {"key", zrMuxKey, 0.8},
                  {"mix", zrMuxMix, 0.6},
                  {"checker", zrMuxChecker, 0.6},
                  {"blocks", zrMuxBlocks, 0.6},
