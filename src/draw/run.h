@@ -154,42 +154,25 @@ bool useDirect(const ZRPixel& pixel, Slots slots, Use& use) {
     return true;
 }
 
+// The classes by the codes that they serve.
 template <typename Use>
 bool useDirect(const ZRPixel& pixel, Slots slots, Use& use) {
-    switch (pixel.pixelType) {
-    case ptRGBA32:
-    case ptARGB32:
-    case ptBGRA32:
-    case ptABGR32:
+    const unsigned int code = pixel.pixelType;
+    if (isRgb32(code))
         return useDirect<CDrawRGBA32>(pixel, slots, use);
-    case ptRGB24:
-    case ptBGR24:
+    if (isRgb24(code))
         return useDirect<CDrawRGB24>(pixel, slots, use);
-    case ptYUYV:
-    case ptUYVY:
-    case ptYVYU:
-    case ptVYUY:
+    if (code >= ptYUYV && code <= ptVYUY)
         return useDirect<CDrawYCbCrYUYV>(pixel, slots, use);
-    case ptV210:
+    if (code == ptV210)
         return useDirect<CDrawYCbCr10>(pixel, slots, use);
-    case ptRGB30DPX:
-        return useDirect<CDrawRGB30DPX>(pixel, slots, use);
-    case ptRGB48:
-        return useDirect<CDrawRGB48>(pixel, slots, use);
-    case ptARGB64:
-        return useDirect<CDrawARGB64>(pixel, slots, use);
-    case ptRGBHalf48:
-        return useDirect<CDrawRGBHalf48>(pixel, slots, use);
-    case ptRGBAHalf:
-        return useDirect<CDrawRGBAHalf>(pixel, slots, use);
-    case ptUV8:
-        return useDirect<CDrawUV8>(pixel, slots, use);
-    case ptUV16:
-        return useDirect<CDrawUV16>(pixel, slots, use);
-    default:
-        return pixel.pixelType >= ptBayerBGGR && pixel.pixelType <= ptBayerGRBGc &&
-               useDirect<CDrawBayer>(pixel, slots, use);
-    }
+    if (code >= ptBayerBGGR && code <= ptBayerGRBGc)
+        return useDirect<CDrawBayer>(pixel, slots, use);
+    return useDirect<CDrawRGB30DPX>(pixel, slots, use) ||
+           useDirect<CDrawRGB48>(pixel, slots, use) || useDirect<CDrawARGB64>(pixel, slots, use) ||
+           useDirect<CDrawRGBHalf48>(pixel, slots, use) ||
+           useDirect<CDrawRGBAHalf>(pixel, slots, use) || useDirect<CDrawUV8>(pixel, slots, use) ||
+           useDirect<CDrawUV16>(pixel, slots, use);
 }
 
 // Calls `use` with the plotters of the foreground and the background, or twice that of the one

@@ -7,8 +7,6 @@ inline constexpr unsigned int watermarkBgraBytes = 4;
 
 class ZRPixel;
 
-// Lines of it laid on a frame: so many pairs from one on, and so many pixels of a v210 canvas from
-// (x, y) on.
-void blendWatermarkPairs(unsigned char* pairs, const unsigned char* entries, unsigned int count);
+// A line of it on a v210 canvas: so many pixels from (x, y) on.
 void writeWatermarkV210(const ZRPixel& target, int x, int y, const unsigned int* entries,
                         unsigned int count);

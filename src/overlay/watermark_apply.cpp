@@ -1,5 +1,6 @@
 // Laying the watermark on a frame, in one of three layouts.
 #include "overlay/watermark.h"
+#include "span/bodies.h"
 #include "zrdraw/layouts.h"
 #include "zrdraw/platform/files.h"
 #include "zrdraw/span.h"
@@ -32,8 +33,8 @@ void applyYuv2(const CZrOverlay& overlay, unsigned char* frame) {
         const unsigned int offset = (y * area.width + overlay.WatermarkX) * pixelBytes;
         // By contract: pairs are counted against pixels, so an overhang runs into the next line.
         if (overlay.WatermarkX < area.width)
-            blendWatermarkPairs(frame + offset, entry,
-                                std::min(pairs, area.width - overlay.WatermarkX));
+            span::blendPairs(frame + offset, entry,
+                             std::min(pairs, area.width - overlay.WatermarkX));
         entry += watermarkPairEntries * pairs;
     }
 }

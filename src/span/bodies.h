@@ -19,4 +19,8 @@ void fillAvx2(unsigned char* dst, const unsigned char* pattern, unsigned int pat
 void blendPlain(unsigned char* dst, const unsigned char* src, unsigned long pixels);
 void blendAvx2(unsigned char* dst, const unsigned char* src, unsigned long pixels);
 
+// A line of a picture over 8-bit 4:2:2 in bytes Cb, Y0, Cr, Y1. The picture's pairs have five bytes
+// Y, Cb, Y, Cr, A; quotients round down, and up to an alpha of 8 a pair is left alone.
+void blendPairs(unsigned char* pairs, const unsigned char* entries, unsigned int count);
+
 } // namespace span
