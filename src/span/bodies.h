@@ -12,6 +12,11 @@ void fillPlain(unsigned char* dst, const unsigned char* pattern, unsigned int pa
 void fillAvx(unsigned char* dst, const unsigned char* pattern, unsigned int patternBytes,
              unsigned long count);
 
+// The same for short runs, of which a last store may overlap the one before.
+inline constexpr unsigned long shortRun = 64; // patterns at most
+void fillShort(unsigned char* dst, const unsigned char* pattern, unsigned int patternBytes,
+               unsigned long count);
+
 // The same with a stage of 128-byte blocks in front. Any other pattern width writes nothing.
 void fillAvx2(unsigned char* dst, const unsigned char* pattern, unsigned int patternBytes,
               unsigned long count);

@@ -72,12 +72,12 @@ struct Period {
 };
 
 Period periodOf(const unsigned char* pattern, unsigned int patternBytes) {
-    std::uint64_t six = 0;
-    std::memcpy(&six, pattern, 3);
+    std::uint64_t six = loadAs<std::uint16_t>(pattern) | std::uint64_t{pattern[2]} << 16;
     if (patternBytes == 3)
         six |= six << 24;
     else
-        std::memcpy(&six, pattern, 6);
+        six |= std::uint64_t{pattern[3]} << 24 | std::uint64_t{loadAs<std::uint16_t>(pattern + 4)}
+                                                     << 32;
     return {six | six << 48, six >> 16 | six << 32, six >> 32 | six << 16};
 }
 

@@ -1,6 +1,7 @@
 // Runs of 4- and 8-byte patterns in unaligned 32-byte stores. The pattern is loaded once and stays
 // in a register; there is no aligning prologue, so runs may be very short.
 #include "span/bodies.h"
+#include "span/runs.h"
 #include "span/target.h"
 #include "span/words.h"
 
@@ -22,6 +23,7 @@ void store32(unsigned char* at, __m256i vector) {
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(at), vector);
 }
 
+// A pattern of 4 or 8 bytes.
 __m256i broadcast(const unsigned char* pattern, unsigned int patternBytes) {
     return patternBytes == 4 ? _mm256_set1_epi32(loadAs<int>(pattern))
                              : _mm256_set1_epi64x(loadAs<long long>(pattern));
@@ -66,6 +68,12 @@ void fillRest(unsigned char* dst, __m256i vector, unsigned long bytes) {
 void span::fillAvx(unsigned char* dst, const unsigned char* pattern, unsigned int patternBytes,
                    unsigned long count) {
     fillRest(dst, broadcast(pattern, patternBytes), patternBytes * count);
+}
+
+void span::fillShort(unsigned char* dst, const unsigned char* pattern, unsigned int patternBytes,
+                     unsigned long count) {
+    fillWordRun(reinterpret_cast<char*>(dst), broadcast(pattern, patternBytes),
+                patternBytes * count);
 }
 
 ZRDRAW_AVX2 void span::fillAvx2(unsigned char* dst, const unsigned char* pattern,

@@ -15,11 +15,16 @@ void zrdraw_fill_pattern(void* dst, const void* pattern, unsigned int patternByt
                          unsigned long count) {
     if (dst == nullptr || pattern == nullptr || patternBytes == 0 || count == 0)
         return;
-    auto* body = &span::fillPlain;
-    if (patternBytes == 4 || patternBytes == 8)
-        body = zrdraw_avx2_available() != 0 ? &span::fillAvx2 : &span::fillAvx;
-    body(static_cast<unsigned char*>(dst), static_cast<const unsigned char*>(pattern), patternBytes,
-         count);
+    auto* const to = static_cast<unsigned char*>(dst);
+    const auto* const from = static_cast<const unsigned char*>(pattern);
+    if (patternBytes != 4 && patternBytes != 8)
+        span::fillPlain(to, from, patternBytes, count);
+    else if (count <= span::shortRun)
+        span::fillShort(to, from, patternBytes, count);
+    else if (zrdraw_avx2_available() != 0)
+        span::fillAvx2(to, from, patternBytes, count);
+    else
+        span::fillAvx(to, from, patternBytes, count);
 }
 
 void zrdraw_blend_bgra_over_c(unsigned char* dst, const unsigned char* src, unsigned long pixels) {
