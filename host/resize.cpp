@@ -61,6 +61,7 @@ struct Columns {
     // `sources` has room for `count` of them, or is null.
     template <typename SourceOf>
     Columns(int* sources, int count, SourceOf sourceOfColumn) {
+        int last = 0;
         for (int x = 0; x < count; ++x) {
             const int source = sourceOfColumn(x);
             if (sources != nullptr)
@@ -73,9 +74,6 @@ struct Columns {
             end = x + 1;
         }
     }
-
-private:
-    int last = 0;
 };
 
 // Of two pixels the first.

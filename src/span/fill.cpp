@@ -115,16 +115,16 @@ void fillBlocks(unsigned char* dst, const Block& block, unsigned long bytes) {
 
 void span::fillPlain(unsigned char* dst, const unsigned char* pattern, unsigned int patternBytes,
                      unsigned long count) {
+    const bool hasPeriod = patternBytes == 3 || patternBytes == 6;
     if (patternBytes == 8)
         fillWords<std::uint64_t>(dst, pattern, count);
     else if (patternBytes == 4)
         fillWords<std::uint32_t>(dst, pattern, count);
-    else if (overlaps(dst, pattern, patternBytes, count))
+    else if (overlaps(dst, pattern, patternBytes, count) ||
+             (!hasPeriod && blockBytes % patternBytes != 0))
         fillElements(dst, pattern, patternBytes, count);
-    else if (patternBytes == 3 || patternBytes == 6)
+    else if (hasPeriod)
         fillPeriods(dst, periodOf(pattern, patternBytes), patternBytes * count);
-    else if (blockBytes % patternBytes == 0)
-        fillBlocks(dst, repeatPattern(pattern, patternBytes), patternBytes * count);
     else
-        fillElements(dst, pattern, patternBytes, count);
+        fillBlocks(dst, repeatPattern(pattern, patternBytes), patternBytes * count);
 }

@@ -117,7 +117,7 @@ LayoutChoice layoutFor(const Options& options, const MuxParameters& p) {
         if (!options.layout.empty())
             return wishedLayout(options.layout, pieces, p, width);
         const zrLayout& nearest = nearestLayout(pixels, pairLayouts);
-        return canMuxIn(nearest, pieces, p, width) ? nearest : *zrFindLayout(ptBGRA32);
+        return canMuxIn(nearest, pieces, p, width) ? nearest : layoutNamed("bgra");
     };
 }
 

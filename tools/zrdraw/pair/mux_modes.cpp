@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <numeric>
 #include <vector>
 
@@ -111,7 +112,7 @@ void composeMux(const MuxParameters& p, Canvas& a, Canvas& b, Canvas& result) {
     const auto pitch = static_cast<unsigned>(a.pitch()), height = static_cast<unsigned>(a.height());
     const unsigned size = pitch * height;
     const Cell cell = cellOf(a.layout());
-    const unsigned splitX = splitColumn(p, a.width()) / cell.pixels * cell.words;
+    const unsigned splitX = splitColumn(p, a.width()) / std::max(cell.pixels, 1U) * cell.words;
     ZRDraw_DisplayMuxRGBA(bytes(a), size, bytes(b), size, bytes(result), 0, p.flags, p.wipeCode,
                           p.position, p.param, splitX, p.splitY, p.gridMode, p.gridX, p.gridY,
                           pitch / wordBytes, height, pitch);

@@ -41,6 +41,12 @@ float amplitude(AVSampleFormat packed, const std::uint8_t* bytes, std::size_t in
     }
 }
 
+// Floats may be anything: what is no number is silence.
+unsigned levelOf(double amplitude) {
+    const double level = std::fabs(amplitude) * fullScale;
+    return static_cast<unsigned>(level >= fullScale ? fullScale : level > 0 ? level : 0.0);
+}
+
 } // namespace
 
 AudioLevels::AudioLevels(const std::vector<AVStream*>& streams) : m_frame(newFrame()) {
@@ -103,6 +109,8 @@ AudioLevels::Levels AudioLevels::takeUntil(double seconds) {
     Levels levels{};
     for (auto& [index, stream] : m_streams) {
         const double rate = stream.decoder->sample_rate;
+        if (rate <= 0) // damaged
+            continue;
         const std::size_t waiting = stream.waiting.size() / stream.channels;
         const auto taken = static_cast<std::size_t>(std::clamp(
             std::ceil((seconds - stream.begin) * rate), 0.0, static_cast<double>(waiting)));
@@ -110,8 +118,7 @@ AudioLevels::Levels AudioLevels::takeUntil(double seconds) {
             const std::size_t channel = stream.firstChannel + i % stream.channels;
             if (channel >= mostChannels)
                 continue;
-            const double level = std::min(std::fabs(stream.waiting[i]) * fullScale, fullScale);
-            levels[channel] = std::max(levels[channel], static_cast<unsigned>(level));
+            levels[channel] = std::max(levels[channel], levelOf(stream.waiting[i]));
         }
         stream.waiting.erase(stream.waiting.begin(),
                              stream.waiting.begin() +
