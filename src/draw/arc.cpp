@@ -47,17 +47,16 @@ struct Direction {
 // Of whole degrees within a turn either way; worked out once.
 const Direction& directionOf(int degrees) {
     constexpr int most = 359;
-    const auto at = [](int of) { return static_cast<std::size_t>(of) + std::size_t{most}; };
-    static const auto directions = [at] {
+    static const auto directions = [] {
         std::array<Direction, 2 * most + 1> all{};
-        for (int i = -most; i <= most; ++i) {
-            const double radians = i * radiansPerDegree;
-            all[at(i)] = {static_cast<float>(std::cos(radians)),
-                          static_cast<float>(std::sin(radians))};
+        for (int i = -most; Direction & direction : all) {
+            const double radians = i++ * radiansPerDegree;
+            direction = {static_cast<float>(std::cos(radians)),
+                         static_cast<float>(std::sin(radians))};
         }
         return all;
     }();
-    return directions[at(degrees)];
+    return directions[static_cast<std::size_t>(degrees) + most];
 }
 
 // Draws the chords between the points of whole degrees, both ends included. `begin` is told the

@@ -4,18 +4,10 @@
 #include "pixel/truncate.h"
 #include "zrdraw/zrdraw.h"
 
-#include <algorithm>
 #include <cmath>
-#include <limits>
 #include <type_traits>
 
 namespace {
-
-// Whether the square around a circle is within the numbers of int.
-bool holds(int cx, int cy, int radius) {
-    constexpr int most = std::numeric_limits<int>::max() / 2;
-    return std::max({cx, cy, radius}) < most;
-}
 
 template <typename Pen>
 void drawCircle(const Pen& pen, int cx, int cy, int radius) {
@@ -50,8 +42,7 @@ int ZRDraw::Circle(int cx, int cy, int radius) {
         return PutPixel(cx, cy, true);
     withPlotter(*this, [=](const auto& plotter) {
         if constexpr (std::decay_t<decltype(plotter)>::isDirect) {
-            if (holds(cx, cy, radius) &&
-                plotter.covers(cx - radius, cy - radius, cx + radius, cy + radius))
+            if (plotter.covers(cx - radius, cy - radius, cx + radius, cy + radius))
                 return drawCircle(plotter.pen(), cx, cy, radius);
         }
         drawCircle(plotter, cx, cy, radius);

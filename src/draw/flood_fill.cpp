@@ -1,15 +1,14 @@
 // The four-connected flood fill, breadth first.
-#include "draw/flood_spans.h"
 #include "draw/run.h"
 #include "pixel/byte_order.h"
+#include "span/bit_runs.h"
+#include "span/match_words.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
+#include <type_traits>
 #include <utility>
 #include <vector>
-
-#include <immintrin.h>
 
 namespace {
 
@@ -42,65 +41,60 @@ private:
     double m_tolerance;
 };
 
-// The same on a canvas of plain bytes, for which each channel has a range of values.
+// The same on a canvas of plain bytes. Values are near from one on up to another, as a distance
+// grows in both directions.
 class ByteMatch {
 public:
     ByteMatch(const ZRPixel& pixel, const Match& match) : m_pixel(pixel) {
         const zrByteOrder& order = byteOrderOf(pixel.pixelType);
         const Rgba& seed = match.seed();
-        std::memset(m_span, 0xFF, sizeof m_span); // alpha
+        m_ranges.span[order.a] = 0xFF;
         for (const auto& [at, value] :
-             {std::pair{order.r, seed.r}, {order.g, seed.g}, {order.b, seed.b}})
-            setRange(at, value, match);
+             {std::pair{order.r, seed.r}, {order.g, seed.g}, {order.b, seed.b}}) {
+            const auto isNear = [&](double other) { return match.isNear(value, other); };
+            const auto* first = std::find_if(unitValues.begin(), unitValues.end(), isNear);
+            const auto* end = std::find_if_not(first, unitValues.end(), isNear);
+            m_isEmpty = m_isEmpty || first == end;
+            m_ranges.least[at] = static_cast<unsigned char>(first - unitValues.begin());
+            m_ranges.span[at] = static_cast<unsigned char>(end - first - 1);
+        }
     }
 
     std::uint64_t operator()(int x, int y, int count) const {
-        const char* at = wordAddress(m_pixel, x, y);
-        const __m128i least = _mm_set1_epi32(loadAs<int>(m_least));
-        const __m128i span = _mm_set1_epi32(loadAs<int>(m_span));
-        std::uint64_t bits = 0;
-        int i = 0;
-        for (; i + 4 <= count; i += 4, at += sizeof least)
-            bits |= std::uint64_t{near(loadAs<__m128i>(at), least, span)} << i;
-        for (; i < count; ++i, at += 4)
-            bits |= std::uint64_t{near(_mm_set1_epi32(loadAs<int>(at)), least, span) & 1U} << i;
-        return m_isEmpty ? 0 : bits;
+        return m_isEmpty ? 0 : matchWords(wordAddress(m_pixel, x, y), count, m_ranges);
     }
 
 private:
-    // Values are near from one on up to another, as a distance grows in both directions.
-    void setRange(signed char at, double seed, const Match& match) {
-        const auto isNear = [&](double value) { return match.isNear(seed, value); };
-        const auto first = std::find_if(unitValues.begin(), unitValues.end(), isNear);
-        const auto end = std::find_if_not(first, unitValues.end(), isNear);
-        m_isEmpty = m_isEmpty || first == end;
-        m_least[at] = static_cast<unsigned char>(first - unitValues.begin());
-        m_span[at] = static_cast<unsigned char>(end - first - 1);
-    }
-
-    // A bit for each of four pixels.
-    static unsigned int near(__m128i pixels, __m128i least, __m128i span) {
-        const __m128i above = _mm_sub_epi8(pixels, least);
-        const __m128i within = _mm_cmpeq_epi8(_mm_min_epu8(above, span), above);
-        const __m128i all = _mm_cmpeq_epi32(within, _mm_set1_epi32(-1));
-        return static_cast<unsigned int>(_mm_movemask_ps(_mm_castsi128_ps(all)));
-    }
-
     const ZRPixel& m_pixel;
-    unsigned char m_least[4] = {}, m_span[4];
+    ByteRanges m_ranges{};
     bool m_isEmpty = false;
 };
 
-// Whether what a pixel reads is not changed by writes of others.
-bool readsAlone(const ZRPixel& pixel) {
-    if (!linesAreApart(pixel))
-        return false;
-    if (const auto* draw = exactly<CDrawRGB24>(pixel))
-        return isRgb24(pixel.pixelType) && isDirect(*draw, true);
-    return isPlainRgba32(pixel) || (pixel.pixelType == ptRGB48 && isExactly<CDrawRGB48>(pixel)) ||
-           (pixel.pixelType == ptARGB64 && isExactly<CDrawARGB64>(pixel)) ||
-           (pixel.pixelType == ptRGBHalf48 && isExactly<CDrawRGBHalf48>(pixel)) ||
-           (pixel.pixelType == ptRGBAHalf && isExactly<CDrawRGBAHalf>(pixel));
+// Where what a pixel reads depends on that pixel alone, the region is the same in whatever order it
+// is filled: by runs then, fill(x, y, count).
+template <typename Match, typename Fill>
+void floodBySpans(const Match& match, int columns, int lines, int x, int y, Fill fill) {
+    struct Span {
+        int begin, end, y; // where there may be more
+    };
+    BitRuns candidates(match, columns, lines); // that are not filled yet
+    std::vector<Span> spans{{x, x + 1, y}};
+    while (!spans.empty()) {
+        const Span span = spans.back();
+        spans.pop_back();
+        for (int at = candidates.next(span.begin, span.y); at < span.end;
+             at = candidates.next(at, span.y)) {
+            const int begin = candidates.beginOf(at, span.y);
+            const int end = candidates.endOf(at, span.y);
+            candidates.remove(begin, end, span.y);
+            fill(begin, span.y, end - begin);
+            if (span.y > 0)
+                spans.push_back({begin, end, span.y - 1});
+            if (span.y + 1 < lines)
+                spans.push_back({begin, end, span.y + 1});
+            at = end;
+        }
+    }
 }
 
 template <typename Plotter>
@@ -173,13 +167,16 @@ int ZRDraw::Fill(int x, int y, double tolerance) {
         return -1;
     const Match match(*this, seed, tolerance < 0 ? 0.0 : tolerance);
     withPlotter(*this, [&](const auto& plotter) {
-        const auto fill = [&](int left, int line, int count) { plotter.run(left, line, count); };
-        if (!readsAlone(*this))
-            Flood(plotter, columns, lines, match).from(x, y);
-        else if (isRgb32(pixelType))
-            floodBySpans(ByteMatch(*this, match), columns, lines, x, y, fill);
-        else
-            floodBySpans(match, columns, lines, x, y, fill);
+        if constexpr (std::decay_t<decltype(plotter)>::readsAlone) {
+            const auto fill = [&](int left, int line, int count) {
+                plotter.run(left, line, count);
+            };
+            if (linesAreApart(*this) && isRgb32(pixelType))
+                return floodBySpans(ByteMatch(*this, match), columns, lines, x, y, fill);
+            if (linesAreApart(*this))
+                return floodBySpans(match, columns, lines, x, y, fill);
+        }
+        Flood(plotter, columns, lines, match).from(x, y);
     });
     return 0;
 }

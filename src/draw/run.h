@@ -47,6 +47,8 @@ template <typename Pen>
 class Plotter {
 public:
     static constexpr bool isDirect = true; // the order of writes in one colour does not matter
+    // What a pixel reads then depends on that pixel alone.
+    static constexpr bool readsAlone = Pen::pixelIsItsOwn;
 
     Plotter(const ZRPixel& pixel, const Pen& pen) : m_pixel(pixel), m_pen(pen) {}
 
@@ -114,7 +116,7 @@ private:
 // The same by the object's own PutPixel.
 class CallingPlotter {
 public:
-    static constexpr bool isDirect = false;
+    static constexpr bool isDirect = false, readsAlone = false;
 
     CallingPlotter(ZRPixel& pixel, bool selector) : m_pixel(pixel), m_selector(selector) {}
 
@@ -136,18 +138,13 @@ bool linesAreApart(const ZRPixel& pixel);
 
 enum class Slots { Foreground, Background, Both };
 
-template <typename Class>
-bool areDirect(const Class& draw, Slots slots) {
-    return (slots == Slots::Background || isDirect(draw, true)) &&
-           (slots == Slots::Foreground || isDirect(draw, false));
-}
-
 // Calls `use` with the plotters of the slots by their pens. False, and nothing done, where the
 // object is not exactly of the class, or looks at what is there.
 template <typename Class, typename Use>
 bool useDirect(const ZRPixel& pixel, Slots slots, Use& use) {
     const Class* const draw = exactly<Class>(pixel);
-    if (draw == nullptr || !areDirect(*draw, slots))
+    if (draw == nullptr || (slots != Slots::Background && !isDirect(*draw, true)) ||
+        (slots != Slots::Foreground && !isDirect(*draw, false)))
         return false;
     const Plotter first(pixel, penOf(*draw, slots != Slots::Background));
     use(first, slots == Slots::Both ? Plotter(pixel, penOf(*draw, false)) : first);

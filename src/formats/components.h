@@ -24,11 +24,11 @@ inline char* addressOf(const ZRPixel& pixel, int x, int y, int bytes) {
 }
 
 // Writes a pixel at column `stride` * x. Samples are cut, so 1.0 is stored as 0.
-template <typename Sample, typename... Values>
+template <typename... Values>
 int put(const ZRPixel& pixel, int x, int y, int stride, Values... values) {
     if (!pullOntoCanvas(pixel, x, y))
         return -1;
-    const Sample samples[] = {static_cast<Sample>(values)...};
+    const unsigned short samples[] = {static_cast<unsigned short>(values)...};
     std::memcpy(byteAddress(pixel, y, stride * x), samples, sizeof samples);
     return 0;
 }

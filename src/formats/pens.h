@@ -9,9 +9,12 @@
 #include "zrdraw/v210.h"
 
 #include <array>
+#include <type_traits>
 
 // 32-bit words, one a pixel.
 struct WordPen {
+    static constexpr bool pixelIsItsOwn = true; // shares no byte, read or written, with another
+
     const ZRPixel& pixel;
     unsigned int color;
 
@@ -28,6 +31,9 @@ struct WordPen {
 // Whole bytes, the first one lowest in `color`.
 template <int pixelBytes>
 struct BytesPen {
+    static constexpr bool pixelIsItsOwn =
+        pixelBytes != 2; // 8-bit chroma is read with its neighbour
+
     const ZRPixel& pixel;
     unsigned long color;
 
@@ -57,6 +63,8 @@ void byPairs(int x, int count, One one, Pairs pairs) {
 
 // 8-bit 4:2:2: the last writer of a pair decides its chroma.
 struct PairPen {
+    static constexpr bool pixelIsItsOwn = false;
+
     // The bits of a pair that a pixel leaves alone: one luma byte, at an even column and at an odd
     // one.
     struct Kept {
@@ -96,6 +104,7 @@ private:
 
 // Four words of six pixels, in which bits 30 and 31 stay as they are.
 struct V210Pen {
+    static constexpr bool pixelIsItsOwn = false;
     using Group = std::array<unsigned long, 2>;
 
     const ZRPixel& pixel;
@@ -122,6 +131,8 @@ struct V210Pen {
 // A 12-bit mosaic, three bytes for two pixels. By contract: the low nibble of an odd column comes
 // from the channel of the even one, whose own low bits are cleared.
 struct MosaicPen {
+    static constexpr bool pixelIsItsOwn = false;
+
     const ZRPixel& pixel;
     unsigned int lines[2]; // the bytes of a pair of pixels on even and odd lines, the first lowest
 
@@ -167,12 +178,9 @@ inline BytesPen<3> penOf(const CDrawRGB24& draw, bool) {
     return {draw, draw.foreColor};
 }
 
-inline BytesPen<6> penOf(const CDrawRGB48& draw, bool selector) {
-    return {draw, selector ? packWords(draw.foreR, draw.foreG, draw.foreB)
-                           : packWords(draw.backR, draw.backG, draw.backB)};
-}
-
-inline BytesPen<6> penOf(const CDrawRGBHalf48& draw, bool selector) {
+template <typename Class>
+requires std::is_same_v<Class, CDrawRGB48> || std::is_same_v<Class, CDrawRGBHalf48> BytesPen<6>
+penOf(const Class& draw, bool selector) {
     return {draw, selector ? packWords(draw.foreR, draw.foreG, draw.foreB)
                            : packWords(draw.backR, draw.backG, draw.backB)};
 }
@@ -216,21 +224,11 @@ inline bool isPlainWord(const ZRPixel& pixel, bool selector) {
     return !pixel.alphaAdditive && (!pixel.transparency || pixel.foreTransparency <= 0.0);
 }
 
-inline bool isDirect(const CDrawRGBA32& draw, bool selector) {
-    return isPlainWord(draw, selector);
-}
-
-inline bool isDirect(const CDrawRGB30DPX& draw, bool selector) {
-    return isPlainWord(draw, selector);
-}
-
-inline bool isDirect(const CDrawRGB24& draw, bool selector) {
-    return selector && isPlainWord(draw, selector);
-}
-
 template <typename Class>
-bool isDirect(const Class&, bool) {
-    return true;
+bool isDirect(const Class& draw, bool selector) {
+    if constexpr (std::is_same_v<Class, CDrawRGB24>)
+        return selector && isPlainWord(draw, selector);
+    return !std::is_same_v<decltype(penOf(draw, selector)), WordPen> || isPlainWord(draw, selector);
 }
 
 // A PutPixel of such a class.

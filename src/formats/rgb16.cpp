@@ -17,12 +17,8 @@ struct WordOrder {
 constexpr WordOrder rgb{-1, 0, 1, 2, 3};
 constexpr WordOrder argb{0, 1, 2, 3, 4};
 
-char* wordsAddress(const ZRPixel& pixel, int x, int y, const WordOrder& order) {
-    return byteAddress(pixel, y, 2 * order.words * x);
-}
-
 char* addressOf(const ZRPixel& pixel, int x, int y, const WordOrder& order) {
-    return pullOntoCanvas(pixel, x, y) ? wordsAddress(pixel, x, y, order) : nullptr;
+    return pullOntoCanvas(pixel, x, y) ? byteAddress(pixel, y, 2 * order.words * x) : nullptr;
 }
 
 unsigned int wordAt(const char* pixel, int at) {

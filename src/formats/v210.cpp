@@ -200,7 +200,8 @@ int CDrawYCbCr10::GetPixelYCbCr8(int x, int y, unsigned char& cy, unsigned char&
     cy = static_cast<unsigned char>(samples.y >> 2);
     cb = static_cast<unsigned char>(samples.cb >> 2);
     // By contract: the first pixel of a group gives the low eight bits of its Cr.
-    cr = static_cast<unsigned char>(x % groupPixels == 0 ? samples.cr : samples.cr >> 2);
+    cr = static_cast<unsigned char>(
+        static_cast<unsigned int>(x) % groupPixels == 0 ? samples.cr : samples.cr >> 2);
     a = 1; // by contract, not full scale
     return 0;
 }

@@ -56,7 +56,7 @@ char* CDrawYCbCrYCbCr16::GetPixel(int x, int y) {
 
 int CDrawYCbCrYCbCr16::PutPixel(int x, int y, bool selector) {
     const zrYcc& color = selector ? yccForeground : yccBackground;
-    return put<unsigned short>(*this, x, y, yCbCrBytes, color.first, color.second, color.third);
+    return put(*this, x, y, yCbCrBytes, color.first, color.second, color.third);
 }
 
 int CDrawYCbCrYCbCr16::GetPixelRGBA(int x, int y, double& r, double& g, double& b, double& a) {
@@ -109,8 +109,7 @@ char* CDrawYCbCrYCbCrA16::GetPixel(int x, int y) {
 // By contract: eight bytes at column 6x, where GetPixel says 8x.
 int CDrawYCbCrYCbCrA16::PutPixel(int x, int y, bool selector) {
     const zrYccA& color = selector ? yccForeground : yccBackground;
-    return put<unsigned short>(*this, x, y, yCbCrBytes, color.first, color.second, color.third,
-                               color.fourth);
+    return put(*this, x, y, yCbCrBytes, color.first, color.second, color.third, color.fourth);
 }
 
 int CDrawYCbCrYCbCrA16::GetPixelRGBA(int x, int y, double& r, double& g, double& b, double& a) {

@@ -16,54 +16,29 @@ unsigned int colorOf(unsigned int luma, const unsigned int* entry) {
     return luma + (entry[1] << 10) + (entry[3] << 20);
 }
 
-constexpr void addSample(V210Pen::Group& group, Place place, unsigned long sample) {
-    group[place.word / 2] |= (sample & zrV210::sampleMask) << (32 * (place.word % 2) + place.bit);
-}
-
-// The samples of one of the three pairs of a group: each luma, and the chroma.
-struct Pair {
-    unsigned long even, odd, cb, cr;
-};
-
+// One of the three pairs of a group, and the bits that it writes; none where it is faint. The odd
+// pixel is written last, and so its chroma stands.
 template <unsigned int pair>
-constexpr void addPair(V210Pen::Group& group, const Pair& samples) {
-    addSample(group, zrV210::luma[2 * pair], samples.even);
-    addSample(group, zrV210::luma[2 * pair + 1], samples.odd);
-    addSample(group, zrV210::cb[pair], samples.cb);
-    addSample(group, zrV210::cr[pair], samples.cr);
-}
-
-// The odd pixel is written last, and so its chroma stands.
-Pair samplesOf(const unsigned int* entry) {
+void addPair(const unsigned int* entry, V210Pen::Group& group, V210Pen::Group& bits) {
+    const unsigned long mask = entry[4] > faintest ? zrV210::sampleMask : 0;
     const unsigned int odd = colorOf(entry[2], entry);
-    return {entry[0], odd, odd >> 10, odd >> 20};
-}
-
-template <unsigned int pair>
-constexpr V210Pen::Group bitsOfPair() {
-    V210Pen::Group bits{};
-    addPair<pair>(bits, {~0UL, ~0UL, ~0UL, ~0UL});
-    return bits;
-}
-
-template <unsigned int pair>
-void addBits(V210Pen::Group& bits, const unsigned int* entry) {
-    constexpr V210Pen::Group own = bitsOfPair<pair>();
-    for (unsigned int i = 0; i < bits.size(); ++i)
-        bits[i] |= entry[4] > faintest ? own[i] : 0;
+    const auto add = [&](Place place, unsigned long sample) {
+        const unsigned int bit = 32 * (place.word % 2) + place.bit;
+        group[place.word / 2] |= (sample & mask) << bit;
+        bits[place.word / 2] |= mask << bit;
+    };
+    add(zrV210::luma[2 * pair], entry[0]);
+    add(zrV210::luma[2 * pair + 1], odd);
+    add(zrV210::cb[pair], odd >> 10);
+    add(zrV210::cr[pair], odd >> 20);
 }
 
 // Six pixels.
-void writeGroup(char* at, const unsigned int* first) {
-    const unsigned int* const second = first + watermarkPairEntries;
-    const unsigned int* const third = second + watermarkPairEntries;
+void writeGroup(char* at, const unsigned int* entries) {
     V210Pen::Group group{}, bits{};
-    addPair<0>(group, samplesOf(first));
-    addPair<1>(group, samplesOf(second));
-    addPair<2>(group, samplesOf(third));
-    addBits<0>(bits, first);
-    addBits<1>(bits, second);
-    addBits<2>(bits, third);
+    addPair<0>(entries, group, bits);
+    addPair<1>(entries + watermarkPairEntries, group, bits);
+    addPair<2>(entries + 2 * watermarkPairEntries, group, bits);
     V210Pen::write(at, group, bits);
 }
 

@@ -24,7 +24,6 @@ public:
     CallingDots(ZRDraw& draw, int scale) : m_draw(draw), m_scale(scale) {}
 
     static constexpr bool takesLines = false;
-
     void put(int column, int row, int dots, bool selector, int = 1) const {
         for (; dots > 0; --dots, column += m_scale)
             if (m_scale > 1 && selector)

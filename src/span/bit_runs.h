@@ -1,17 +1,17 @@
-// The flood fill where what a pixel reads depends on that pixel alone: the region is then the same
-// in whatever order it is filled, and is filled by runs.
+// Runs of set bits in a field of lines.
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <vector>
 
-// The pixels that match and are not filled yet. They are looked at by 64 of a line, when first
-// asked for: match(x, y, count) tells of so many pixels, the first in the lowest bit.
+// Bits are looked up by 64 of a line, when first asked for: match(x, y, count) gives so many of
+// them, the first in the lowest bit.
 template <typename Match>
-class Candidates {
+class BitRuns {
 public:
-    Candidates(const Match& match, int columns, int lines)
+    BitRuns(const Match& match, int columns, int lines)
         : m_match(match), m_columns(columns), m_words((columns + 63) / 64),
           m_bits(static_cast<std::size_t>(m_words) * static_cast<std::size_t>(lines)),
           m_seen(m_bits.size()) {}
@@ -70,29 +70,3 @@ private:
     std::vector<std::uint64_t> m_bits;
     std::vector<unsigned char> m_seen;
 };
-
-// Fills the region of a pixel by runs: fill(x, y, count).
-template <typename Match, typename Fill>
-void floodBySpans(const Match& match, int columns, int lines, int x, int y, Fill fill) {
-    struct Span {
-        int begin, end, y; // where there may be more
-    };
-    Candidates<Match> candidates(match, columns, lines);
-    std::vector<Span> spans{{x, x + 1, y}};
-    while (!spans.empty()) {
-        const Span span = spans.back();
-        spans.pop_back();
-        for (int at = candidates.next(span.begin, span.y); at < span.end;
-             at = candidates.next(at, span.y)) {
-            const int begin = candidates.beginOf(at, span.y);
-            const int end = candidates.endOf(at, span.y);
-            candidates.remove(begin, end, span.y);
-            fill(begin, span.y, end - begin);
-            if (span.y > 0)
-                spans.push_back({begin, end, span.y - 1});
-            if (span.y + 1 < lines)
-                spans.push_back({begin, end, span.y + 1});
-            at = end;
-        }
-    }
-}
