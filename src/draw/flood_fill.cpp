@@ -51,7 +51,7 @@ public:
         m_ranges.span[order.a] = 0xFF;
         for (const auto& [at, value] :
              {std::pair{order.r, seed.r}, {order.g, seed.g}, {order.b, seed.b}}) {
-            const auto isNear = [&](double other) { return match.isNear(value, other); };
+            const auto isNear = [&, of = value](double other) { return match.isNear(of, other); };
             const auto* first = std::find_if(unitValues.begin(), unitValues.end(), isNear);
             const auto* end = std::find_if_not(first, unitValues.end(), isNear);
             m_isEmpty = m_isEmpty || first == end;

@@ -8,7 +8,6 @@ namespace {
 using zrV210::Place;
 
 constexpr unsigned int faintest = 10;
-constexpr unsigned int groupPairs = zrV210::groupPixels / 2;
 
 // The color that SetColorYCbCr10 makes. By contract: added without masks, so that a sample above
 // 1023 runs into the next.
