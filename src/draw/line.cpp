@@ -6,7 +6,6 @@
 #include "zrdraw/zrdraw.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <limits>
 
 namespace {
@@ -19,7 +18,8 @@ int distance(int difference) {
 // Whether the numbers of its pixels are within those of int.
 bool isShort(const _POINT& p, const _POINT& q) {
     constexpr long most = std::numeric_limits<int>::max() - 1;
-    return std::labs(static_cast<long>(q.x) - p.x) < most;
+    const long dx = static_cast<long>(q.x) - p.x;
+    return dx < most && dx > -most;
 }
 
 bool isOffCanvas(const ZRPixel& pixel, int low, int high, unsigned int extent) {

@@ -4,8 +4,6 @@
 
 #include "formats/pens.h"
 
-#include <climits>
-
 #include <algorithm>
 #include <cstring>
 #include <typeinfo>
@@ -91,7 +89,7 @@ public:
         const int first = std::max(x, 0);
         const int end = std::min(x + count, static_cast<int>(m_pixel.width));
         if constexpr (requires { m_pen.copy(first, from, to, end); }) {
-            if (first < end && x <= INT_MAX - count && covers(first, from, end - 1, to)) {
+            if (first < end && x + count > x && covers(first, from, end - 1, to)) {
                 m_pen.copy(first, from, to, end - first);
                 return true;
             }

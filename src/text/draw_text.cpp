@@ -106,8 +106,7 @@ template <typename Ink, typename Paper>
 void drawGlyphRow(const Ink& ink, const Paper& paper, const Cells& cells, int lowest, int lines,
                   int glyphRow) {
     const int top = lowest - lines + 1;
-    constexpr bool hasPaper = !std::is_same_v<Paper, NoPaper>;
-    if constexpr (Ink::isDirect && !hasPaper) {
+    if constexpr (Ink::isDirect && std::is_same_v<Paper, NoPaper>) {
         walkRuns(
             cells, glyphRow,
             [&](bool inked, int column, int count) {

@@ -4,7 +4,6 @@
 
 #include <bit>
 #include <type_traits>
-#include <utility>
 
 namespace {
 
@@ -122,7 +121,7 @@ int ZRDraw::Label(int x, int y, const char* text, bool inverse, bool opaque) {
             int row = y;
             for (int line = labelHeight - 1; line >= 0; --line)
                 if constexpr (std::decay_t<decltype(dots)>::takesLines)
-                    drawRow(dots, x, std::exchange(row, row + style.scale), glyph[line], style,
+                    drawRow(dots, x, y + (labelHeight - 1 - line) * style.scale, glyph[line], style,
                             style.scale);
                 else
                     for (unsigned int repeat = 0; repeat < labelScale; ++repeat, ++row)
