@@ -1,9 +1,8 @@
 // Runs of 4- and 8-byte patterns in unaligned 32-byte stores. The pattern is loaded once and stays
 // in a register; there is no aligning prologue, so runs may be very short.
 #include "span/bodies.h"
-#include "span/runs.h"
 #include "span/target.h"
-#include "span/words.h"
+#include "span/word_run.h"
 
 #include <cstring>
 
