@@ -11,8 +11,7 @@ namespace {
 
 template <typename Pen>
 void drawCircle(const Pen& pen, int cx, int cy, int radius) {
-    int y = radius;
-    int d = 1 - radius;
+    int y = radius, d = 1 - radius;
     // By contract: pixels on the axes and the diagonals are written twice.
     for (int x = 0; x <= y;) {
         pen.put(cx + y, cy + x);

@@ -99,8 +99,7 @@ int ZRDraw::GradientRect(int left, int top, int right, int bottom, int angle) {
     const Rgba span{to.r - from.r, to.g - from.g, to.b - from.b, to.a - from.a};
 
     const double radians = angle * std::numbers::pi / 180;
-    const double s = std::sin(radians);
-    const double c = std::cos(radians);
+    const double s = std::sin(radians), c = std::cos(radians);
     const double low = xMin * c + yMin * s;
     // By contract: an angle that projects the rectangle backwards gives a range of 1.0, and the
     // blend saturates at once.
@@ -111,12 +110,15 @@ int ZRDraw::GradientRect(int left, int top, int right, int bottom, int angle) {
     if (isPlainRgba32(*this) && isPlainWord(*this, true) && linesAreApart(*this))
         part.emplace(*this, blend, xMin, yMin, xMax, yMax);
     walk(yMin, yMax, 1, [&](int y) {
-        for (int x = xMin + (part ? part->line(y) : 0); x <= xMax; ++x) {
+        const int written = part ? part->line(y) : 0;
+        if (written > xMax - xMin)
+            return;
+        walk(xMin + written, xMax, 1, [&](int x) {
             setColor(*this, blend.colorAt(x, y), true);
             PutPixel(x, y, true);
-        }
+        });
     });
-    // By contract: the foreground is left as the last pixel's colour.
-    setColor(*this, blend.colorAt(xMax, yMax), true);
+    if (part) // by contract, the foreground is left as the last pixel's colour
+        setColor(*this, blend.colorAt(xMax, yMax), true);
     return 0;
 }

@@ -30,8 +30,7 @@ bool isOffCanvas(const ZRPixel& pixel, int low, int high, unsigned int extent) {
 // From the upper end p to the lower end q.
 template <typename Put>
 void walkLine(const _POINT& p, const _POINT& q, Put put) {
-    const int dx = q.x - p.x;
-    const int dy = q.y - p.y;
+    const int dx = q.x - p.x, dy = q.y - p.y;
     if (dy > distance(dx)) {
         const int step = fixed::slope(dx, dy);
         int f = fixed::fromInt(p.x) + fixed::half;

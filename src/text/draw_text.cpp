@@ -105,18 +105,18 @@ void drawLine(const Ink& ink, const Paper& paper, const Cells& cells, int row,
 template <typename Ink, typename Paper>
 void drawGlyphRow(const Ink& ink, const Paper& paper, const Cells& cells, int lowest, int lines,
                   int glyphRow) {
-    const int top = lowest - lines + 1;
     if constexpr (Ink::isDirect && std::is_same_v<Paper, NoPaper>) {
         walkRuns(
             cells, glyphRow,
             [&](bool inked, int column, int count) {
                 if (inked)
-                    ink.block(column, top, count, lines);
+                    ink.block(column, lowest - lines + 1, count, lines);
             });
     } else {
-        for (int row = lowest; row >= top; --row) {
+        for (int line = 0; line < lines; ++line) {
+            const int row = lowest - line;
             if constexpr (Ink::isDirect)
-                if (row != lowest && paper.copy(cells.column, row + 1, row, cells.width()))
+                if (line > 0 && paper.copy(cells.column, row + 1, row, cells.width()))
                     continue;
             drawLine(ink, paper, cells, row, glyphRow);
         }
