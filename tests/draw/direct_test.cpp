@@ -45,7 +45,9 @@ int drawText(ZRDraw& draw, Random& r) {
     draw.textTransparent = r.flag();
     constexpr unsigned int formats[] = {0, 1, 2, 8, 0x400};
     draw.DrawText(textOf(r), r.below(6), &rect, formats[r.below(5)]);
-    return rect.left + 3 * rect.top + 5 * rect.right + 7 * rect.bottom;
+    const auto part = [](int coordinate) { return static_cast<unsigned int>(coordinate); };
+    return static_cast<int>(part(rect.left) + 3 * part(rect.top) + 5 * part(rect.right) +
+                            7 * part(rect.bottom));
 }
 
 int label(ZRDraw& draw, Random& r) {
