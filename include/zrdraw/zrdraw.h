@@ -171,9 +171,10 @@ public:
     virtual int EraseCanvas(bool useBackground);
     /**
      * Flood fill, four-connected, of the pixels whose r, g and b each differ by at most `tolerance`
-     * (0.0 to 1.0) from those of (x, y). Takes up to a byte a pixel of the canvas while it runs, and
-     * the frontier; an allocation failure leaves as the allocator's exception. Where pixels are whole
-     * bytes, objects exactly of a class of ours are filled by runs, which is many times as fast.
+     * (0.0 to 1.0) from those of (x, y). Takes up to a byte a pixel of the canvas while it runs,
+     * and the frontier; an allocation failure leaves as the allocator's exception. Where pixels are
+     * whole bytes, objects exactly of a class of ours are filled by runs, which is many times as
+     * fast.
      * @return 0; -1 off the canvas, for a width or height below 1, and without a frame, but on
      * 4:2:2 and v210, whose readers never refuse, 0 without a frame
      */
