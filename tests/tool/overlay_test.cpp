@@ -83,6 +83,18 @@ TEST_F(OverlayTest, LevelsFollowTheSound) {
     }
 }
 
+TEST_F(OverlayTest, SoundThatIsNoNumberIsSilent) {
+    run("$F -f lavfi -i testsrc2=s=64x48:r=25:d=0.2 -f lavfi -i 'aevalsrc=0/0|1/0:s=48000:d=0.2' "
+        "-c:v png -c:a pcm_f32le in.mov");
+    Reader reader(at("in.mov"), {always(bgra)});
+    AudioLevels levels(reader.input().sound());
+    reader.measureSound(levels);
+    for (const auto& frame : framesOf(reader)) {
+        EXPECT_EQ(frame->levels[0], 0U);
+        EXPECT_EQ(frame->levels[1], 65535U) << "without end is full scale";
+    }
+}
+
 TEST_F(OverlayTest, PeaksStayAndThenFall) {
     PeakHold hold(10.0);
     AudioLevels::Levels loud{}, silent{};

@@ -162,10 +162,8 @@ void OutputFile::open() {
 }
 
 void OutputFile::endPacket() {
-    if (!m_temporary.empty())
-        return;
-    avio_flush(m_io.get());
-    writeGathered(nullptr, 0);
+    if (m_temporary.empty())
+        check();
 }
 
 void OutputFile::check() {

@@ -34,7 +34,7 @@ public:
 
     AVIOContext* io() const { return m_io.get(); }
 
-    // A packet is whole: who reads a pipe or device gets it at once.
+    // A packet is whole: who reads a pipe or device gets it at once. Throws as check() does.
     void endPacket();
 
     // Ends a write that waits, from another thread: it fails. An interrupt does so too.
