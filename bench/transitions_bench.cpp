@@ -1,6 +1,6 @@
 // Transitions, front ends and the mux, each beside what only moves the same bytes.
 #include "buffers.h"
-#include "pair/v210_words.h"
+#include "common/v210_words.h"
 #include "peers.h"
 #include "subsystems.h"
 #include "zrdraw/mux.h"

@@ -1,10 +1,10 @@
 // Media files as the tool reads them: the first frames, on a canvas, and the sound beside them. The
 // size of the file chooses the layout, so that an input is a file and no more.
+#include "common/tool_error.h"
 #include "media/av_messages.h"
 #include "media/reader.h"
 #include "memory_file.h"
 #include "sound/audio_levels.h"
-#include "tool_error.h"
 
 #include <cstdint>
 #include <iterator>

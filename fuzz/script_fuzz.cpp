@@ -1,8 +1,8 @@
 // Drawing scripts as the tool takes them: read, and if they are sound run on a small canvas. The
 // first byte chooses the layout.
+#include "common/tool_error.h"
 #include "draw_object.h"
 #include "script/parser.h"
-#include "tool_error.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,17 +1,17 @@
 // Every pixel format of the media libraries, drawn on in the layout nearest to it: what was not
 // drawn on comes back bit for bit. The table in docs/exactness.md is made here: with
 // ZRDRAW_WRITE_DOCS=1 it is written anew.
+#include "common/layout_names.h"
+#include "common/tool_error.h"
 #include "draw_object.h"
-#include "layout_names.h"
 #include "media/av_messages.h"
 #include "picture/canvas_converter.h"
 #include "picture/convert.h"
 #include "picture/nearest_layout.h"
 #include "picture/pixel_formats.h"
-#include "picture_color.h"
+#include "script/picture_color.h"
 #include "support/temp_file.h"
 #include "tool/drawn_pictures.h"
-#include "tool_error.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>

@@ -77,7 +77,7 @@ TEST_F(OverlayTest, LevelsFollowTheSound) {
     const auto frames = framesOf(reader);
     ASSERT_EQ(frames.size(), 25U);
     for (int n = 0; n < 25; ++n) {
-        const AudioLevels::Levels& measured = frames[static_cast<std::size_t>(n)]->levels;
+        const MeterLevels& measured = frames[static_cast<std::size_t>(n)]->levels;
         EXPECT_EQ(measured[0], 0U) << n;
         EXPECT_NEAR(measured[1], n < 12 ? 0 : 32767, n == 12 ? 32767 : 20) << n;
     }
@@ -97,7 +97,7 @@ TEST_F(OverlayTest, SoundThatIsNoNumberIsSilent) {
 
 TEST_F(OverlayTest, PeaksStayAndThenFall) {
     PeakHold hold(10.0);
-    AudioLevels::Levels loud{}, silent{};
+    MeterLevels loud{}, silent{};
     loud[3] = 50000;
     EXPECT_EQ(hold.next(loud)[3], 50000U);
     for (int i = 0; i < 9; ++i)

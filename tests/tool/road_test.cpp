@@ -1,6 +1,6 @@
 // What goes in comes out: times, streams, codecs, colours and damage, as FFmpeg's own tools see
 // them.
-#include "layout_names.h"
+#include "common/layout_names.h"
 #include "media/road.h"
 #include "tool/tool_fixture.h"
 

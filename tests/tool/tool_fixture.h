@@ -5,7 +5,7 @@
 #include "media/reader.h"
 #include "media/writer.h"
 #include "support/temp_file.h"
-#include "tool_error.h"
+#include "common/tool_error.h"
 
 #include <gtest/gtest.h>
 

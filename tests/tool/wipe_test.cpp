@@ -1,7 +1,7 @@
 // `zrdraw wipe` and `zrdraw mux`: two clips or pictures that become one.
-#include "pair/transition.h"
-#include "pair/v210_words.h"
-#include "pair/wipe_names.h"
+#include "common/transition.h"
+#include "common/v210_words.h"
+#include "common/wipe_names.h"
 #include "tool/tool_fixture.h"
 #include "zrdraw/v210.h"
 
@@ -57,7 +57,8 @@ TEST_F(WipeTest, KeepEverySampleOfV210) {
     fillNoise(b, 2);
     Transition transition(layout, width, height, 1, false, false);
     for (const double at : {0.0, 0.36, 1.0}) {
-        transition.draw(a, b, out, static_cast<unsigned>(at * Transition::scale));
+        transition.draw(a.view(), b.view(), out.view(),
+                        static_cast<unsigned>(at * Transition::scale));
         const int edge = width * static_cast<int>(at * Transition::scale) / 65536;
         for (int x = 0; x < width / 6 * 6; ++x) {
             const auto lumaOf = [x](Canvas& frame) {

@@ -1,12 +1,12 @@
 #include "clip_options.h"
 
-#include "layout_names.h"
+#include "common/layout_names.h"
+#include "common/numbers.h"
+#include "common/tool_error.h"
 #include "media/output_file.h"
 #include "media/sequence.h"
-#include "numbers.h"
 #include "picture/nearest_layout.h"
 #include "sound/sound_codec.h"
-#include "tool_error.h"
 
 extern "C" {
 #include <libavutil/parseutils.h>

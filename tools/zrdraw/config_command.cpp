@@ -1,9 +1,9 @@
 // `zrdraw config`: the overlay's settings in the configuration store.
+#include "common/setting_names.h"
+#include "common/settings_store.h"
+#include "common/tool_error.h"
 #include "media/output_file.h"
-#include "overlay/setting_names.h"
-#include "overlay/settings_store.h"
 #include "subcommand.h"
-#include "tool_error.h"
 #include "zrdraw/platform/config_store.h"
 #include "zrdraw/zrhost.h"
 

@@ -1,21 +1,19 @@
 // `zrdraw draw`: runs a script on the frames of a picture or clip.
 #include "clip_road.h"
+#include "common/tool_error.h"
 #include "draw_object.h"
 #include "interrupt.h"
-#include "script/parser.h"
+#include "script/runner.h"
 #include "subcommand.h"
-#include "tool_error.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
 #include <iostream>
 #include <iterator>
-#include <set>
 #include <span>
 #include <string_view>
 
@@ -59,50 +57,23 @@ Script readScripts(const Options& options) {
 // One for each kind of picture; the first is the one that blends.
 constexpr unsigned drawLayouts[] = {ptBGRA32, ptUYVY, ptV210, ptRGB48, ptARGB64};
 
-// Runs the script on canvases. Each gets a drawing object of its own, so that no colour or position
-// passes from one frame to the next.
-class ScriptRunner {
-public:
-    ScriptRunner(const Script& script, bool quiet, Progress& progress)
-        : m_script(script), m_quiet(quiet), m_progress(progress) {}
-
-    void run(Canvas& canvas) {
-        const DrawPtr draw = makeDraw(canvas);
-        for (const Command& command : m_script)
-            if (command.run(*draw) == -1 && m_refused.insert(&command).second && !m_quiet)
-                warn(command, canvas);
-    }
-
-private:
-    void warn(const Command& command, const Canvas& canvas) {
-        const Operation& operation = *command.operation;
-        std::string reason(operation.refusal);
-        if (reason.empty())
-            reason = fmt::format("it does not lie wholly on the {}x{} canvas", canvas.width(),
-                                 canvas.height());
-        m_progress.say(fmt::format("zrdraw: warning: {}: {} was refused: {}", command.place,
-                                   operation.name, reason));
-    }
-
-    const Script& m_script;
-    bool m_quiet;
-    Progress& m_progress;
-    std::set<const Command*> m_refused; // warned of already
-};
-
 std::span<const unsigned> layoutsFor(const Script& script) {
-    const bool blends = std::any_of(script.begin(), script.end(), [](const Command& command) {
-        return command.operation->blends;
-    });
     const std::span<const unsigned> all(drawLayouts);
-    return blends ? all.first(1) : all;
+    return blends(script) ? all.first(1) : all;
 }
 
 void drawClip(const Options& options, const Script& script) {
     ClipRoad road(options, chooseLayout(options, layoutsFor(script)));
     road.open();
-    ScriptRunner runner(script, options.quiet, road.progress());
-    road.run([&](Frame& frame) { runner.run(frame.canvas); });
+    ScriptRunner runner(
+        script,
+        [&](const std::string& message) {
+            if (!options.quiet)
+                road.progress().say("zrdraw: warning: " + message);
+        });
+    road.run([&](Frame& frame) {
+        runner.run(*makeDraw(frame.canvas), frame.canvas.width(), frame.canvas.height());
+    });
 }
 
 void addOptions(CLI::App& command, Options& options) {

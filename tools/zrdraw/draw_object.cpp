@@ -1,7 +1,7 @@
 #include "draw_object.h"
 
-#include "layout_names.h"
-#include "tool_error.h"
+#include "common/layout_names.h"
+#include "common/tool_error.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 // `zrdraw font`: reads a font bitmap as the library's reader does.
+#include "common/tool_error.h"
 #include "draw_object.h"
 #include "subcommand.h"
-#include "tool_error.h"
 #include "zrdraw/font_files.h"
 
 #include <CLI/CLI.hpp>

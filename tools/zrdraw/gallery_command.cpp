@@ -1,10 +1,10 @@
 // `zrdraw gallery`: pictures of every operation, of the built-in font and of every layout.
+#include "common/layout_names.h"
+#include "common/tool_error.h"
 #include "gallery/sheets.h"
 #include "interrupt.h"
-#include "layout_names.h"
 #include "media/output_file.h"
 #include "subcommand.h"
-#include "tool_error.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>

@@ -1,6 +1,6 @@
 #include "interrupt.h"
 
-#include "tool_error.h"
+#include "common/tool_error.h"
 
 #include <atomic>
 #include <csignal>

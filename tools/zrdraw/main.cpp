@@ -1,8 +1,8 @@
 // The command line tool: chooses the subcommand and turns every failure into one line.
+#include "common/near_names.h"
+#include "common/tool_error.h"
 #include "media/av_messages.h"
-#include "near_names.h"
 #include "subcommand.h"
-#include "tool_error.h"
 #include "zrdraw/version.h"
 
 #include <CLI/CLI.hpp>

@@ -1,13 +1,13 @@
 // `zrdraw mux`: composes two clips or pictures for display.
+#include "common/layout_names.h"
+#include "common/mux_modes.h"
+#include "common/numbers.h"
+#include "common/tool_error.h"
+#include "common/wipe_names.h"
 #include "interrupt.h"
-#include "layout_names.h"
-#include "numbers.h"
 #include "pair/clip_pair.h"
-#include "pair/mux_modes.h"
-#include "pair/wipe_names.h"
 #include "picture/nearest_layout.h"
 #include "subcommand.h"
-#include "tool_error.h"
 #include "zrdraw/mux.h"
 
 #include <CLI/CLI.hpp>
@@ -195,9 +195,9 @@ private:
     std::unique_ptr<Frame> compose(Frame& a, Frame& b) {
         auto result = std::make_unique<Frame>(m_pool.take());
         composeMux(m_parameters,
-                   unflipped(a.canvas, m_copyA, zrMuxFlipAHorizontal | zrMuxFlipAVertical),
-                   unflipped(b.canvas, m_copyB, zrMuxFlipBHorizontal | zrMuxFlipBVertical),
-                   result->canvas);
+                   unflipped(a.canvas, m_copyA, zrMuxFlipAHorizontal | zrMuxFlipAVertical).view(),
+                   unflipped(b.canvas, m_copyB, zrMuxFlipBHorizontal | zrMuxFlipBVertical).view(),
+                   result->canvas.view());
         result->canvas.colors = a.canvas.colors;
         return result;
     }

@@ -1,11 +1,11 @@
 // `zrdraw overlay`: burns time code, texts, meters and a watermark into a clip.
 #include "clip_road.h"
+#include "common/setting_names.h"
+#include "common/tool_error.h"
 #include "interrupt.h"
 #include "overlay/burner.h"
-#include "overlay/setting_names.h"
 #include "sound/audio_levels.h"
 #include "subcommand.h"
-#include "tool_error.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>

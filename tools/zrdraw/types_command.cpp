@@ -1,8 +1,8 @@
 // `zrdraw types`: the catalogue of layouts, and what bitmap headers become.
-#include "layout_names.h"
-#include "numbers.h"
+#include "common/layout_names.h"
+#include "common/numbers.h"
+#include "common/tool_error.h"
 #include "subcommand.h"
-#include "tool_error.h"
 #include "zrdraw/zrdraw.h"
 
 #include <CLI/CLI.hpp>

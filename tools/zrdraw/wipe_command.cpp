@@ -1,13 +1,13 @@
 // `zrdraw wipe`: a clip of the transition between two clips or pictures.
+#include "common/numbers.h"
+#include "common/tool_error.h"
+#include "common/transition.h"
+#include "common/wipe_names.h"
 #include "interrupt.h"
-#include "numbers.h"
 #include "pair/clip_pair.h"
 #include "pair/in_point.h"
 #include "pair/sound_mix.h"
-#include "pair/transition.h"
-#include "pair/wipe_names.h"
 #include "subcommand.h"
-#include "tool_error.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -163,7 +163,8 @@ private:
 
     void transition(ClipFrames& from, ClipFrames& to, WriteLane& out, unsigned position) {
         auto result = std::make_unique<Frame>(m_pool.take());
-        m_transition.draw(from.frame().canvas, to.frame().canvas, result->canvas, position);
+        m_transition.draw(from.frame().canvas.view(), to.frame().canvas.view(),
+                          result->canvas.view(), position);
         result->canvas.colors = from.frame().canvas.colors;
         const bool firstLeads = &m_pair.leading() == &m_pair.first();
         result->picture = propertiesOf(*(firstLeads ? from : to).frame().picture);

@@ -1,7 +1,7 @@
+#include "common/layout_names.h"
 #include "gallery/cell_sheet.h"
 #include "gallery/pictures.h"
 #include "gallery/sheets.h"
-#include "layout_names.h"
 #include "picture/convert.h"
 #include "script/parser.h"
 

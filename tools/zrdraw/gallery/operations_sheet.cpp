@@ -1,8 +1,8 @@
+#include "common/tool_error.h"
 #include "gallery/cell_sheet.h"
 #include "gallery/cells.h"
 #include "gallery/sheets.h"
 #include "script/parser.h"
-#include "tool_error.h"
 
 #include <fmt/format.h>
 

@@ -1,9 +1,9 @@
+#include "common/mux_modes.h"
+#include "common/transition.h"
+#include "common/wipe_names.h"
 #include "gallery/cell_sheet.h"
 #include "gallery/pictures.h"
 #include "gallery/sheets.h"
-#include "pair/mux_modes.h"
-#include "pair/transition.h"
-#include "pair/wipe_names.h"
 #include "picture/convert.h"
 #include "zrdraw/mux.h"
 
@@ -33,7 +33,8 @@ Sheet makeWipesSheet() {
     for (const zrWipe& wipe : wipes) {
         Transition transition(bgra(), cellWidth, cellHeight, wipe.first, false, false);
         for (const double position : positions) {
-            transition.draw(from, to, result, static_cast<unsigned>(position * Transition::scale));
+            transition.draw(from.view(), to.view(), result.view(),
+                            static_cast<unsigned>(position * Transition::scale));
             result.colors = from.colors;
             sheet.add(fmt::format("{} {:.1f}", wipe.name, position), result);
         }
@@ -53,7 +54,7 @@ Sheet makeMuxSheet() {
         parameters.param = mode.mode == zrMuxKey ? 64 : 0;
         if (mode.mode == zrMuxBlocks)
             parameters.position = 16 << 8;
-        composeMux(parameters, a, b, result);
+        composeMux(parameters, a.view(), b.view(), result.view());
         result.colors = a.colors;
         sheet.add(mode.name, result);
     }

@@ -1,8 +1,8 @@
 #include "media/canvas_source.h"
 
+#include "common/tool_error.h"
 #include "picture/picture_kind.h"
 #include "picture/pixel_formats.h"
-#include "tool_error.h"
 
 #include <fmt/format.h>
 

@@ -1,9 +1,9 @@
 #include "media/decoder.h"
 
+#include "common/tool_error.h"
 #include "media/reading_rules.h"
 #include "picture/packing.h"
 #include "picture/pixel_formats.h"
-#include "tool_error.h"
 
 #include <fmt/format.h>
 

@@ -1,8 +1,8 @@
 #include "media/description.h"
 
+#include "common/tool_error.h"
 #include "media/light.h"
 #include "sound/sound_codec.h"
-#include "tool_error.h"
 
 #include <fmt/format.h>
 

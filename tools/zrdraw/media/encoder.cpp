@@ -1,11 +1,11 @@
 #include "media/encoder.h"
 
+#include "common/near_names.h"
+#include "common/tool_error.h"
 #include "media/av_messages.h"
 #include "media/light.h"
-#include "near_names.h"
 #include "picture/packing.h"
 #include "picture/pixel_formats.h"
-#include "tool_error.h"
 
 #include <fmt/format.h>
 

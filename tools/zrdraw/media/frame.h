@@ -19,7 +19,7 @@ struct Frame {
     std::int64_t clock = 0;    // frames since the clip's first by time, which time code counts
     std::int64_t time = 0;     // in the clip's time base
     std::int64_t duration = 0; // in the same
-    AudioLevels::Levels levels{};
+    MeterLevels levels{};
 };
 
 using Item = std::variant<std::unique_ptr<Frame>, PacketPtr>;

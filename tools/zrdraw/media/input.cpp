@@ -1,9 +1,9 @@
 #include "media/input.h"
 
+#include "common/tool_error.h"
 #include "interrupt.h"
 #include "media/reading_rules.h"
 #include "media/sequence.h"
-#include "tool_error.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 #include "media/output_file.h"
 
+#include "common/tool_error.h"
 #include "interrupt.h"
-#include "tool_error.h"
 
 #include <fmt/format.h>
 

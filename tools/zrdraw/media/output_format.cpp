@@ -1,8 +1,8 @@
 #include "media/output_format.h"
 
+#include "common/tool_error.h"
 #include "media/sequence.h"
 #include "picture/pixel_formats.h"
-#include "tool_error.h"
 
 #include <fmt/format.h>
 

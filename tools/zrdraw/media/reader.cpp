@@ -1,10 +1,10 @@
 #include "media/reader.h"
 
+#include "common/tool_error.h"
 #include "media/dpx_time_code.h"
 #include "media/time_code.h"
 #include "picture/pixel_formats.h"
 #include "sound/sound.h"
-#include "tool_error.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 #include "media/sequence.h"
 
+#include "common/tool_error.h"
 #include "media/output_file.h"
-#include "tool_error.h"
 
 #include <fmt/format.h>
 

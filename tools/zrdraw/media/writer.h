@@ -1,6 +1,7 @@
 // The writing end of the road: frames and passed packets into a picture, a clip or a pipe.
 #pragma once
 
+#include "common/tool_error.h"
 #include "media/description.h"
 #include "media/encoder.h"
 #include "media/output.h"
@@ -8,7 +9,6 @@
 #include "media/time_code.h"
 #include "media/timeline.h"
 #include "picture/convert.h"
-#include "tool_error.h"
 
 #include <functional>
 #include <optional>

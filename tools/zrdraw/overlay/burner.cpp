@@ -1,9 +1,10 @@
 #include "overlay/burner.h"
 
-#include "layout_names.h"
-#include "overlay/settings_store.h"
+#include "common/layout_names.h"
+#include "common/overlay_stream.h"
+#include "common/settings_store.h"
+#include "common/tool_error.h"
 #include "picture/pixel_formats.h"
-#include "tool_error.h"
 #include "zrdraw/platform/config_store.h"
 #include "zrdraw/platform/media.h"
 #include "zrdraw/zrhost.h"
@@ -14,34 +15,6 @@
 #include <cstring>
 
 namespace {
-
-constexpr unsigned mostMeters = CZrOverlay::historyChannels;
-
-// How a stream in a layout describes itself.
-struct Description {
-    unsigned code;
-    unsigned compression;
-    unsigned short depth;
-};
-constexpr Description descriptions[] = {
-    {ptBGRA32, zrWatermarkBgra, 32}, {ptUYVY, zrWatermarkYuv2, 16}, {ptV210, zrWatermarkV210, 16}};
-
-const Description& descriptionOf(const zrLayout& layout) {
-    for (const Description& row : descriptions)
-        if (row.code == layout.code)
-            return row;
-    throw UsageError(fmt::format("overlays are burnt in bgra, uyvy or v210, not in {}: use one of "
-                                 "them as --layout, or leave it out",
-                                 layoutName(layout)));
-}
-
-void setText(CZrOverlay& overlay, int slot, const std::string& text) {
-    char*& owned = overlay.CustomText[slot];
-    delete[] owned;
-    auto copy = std::make_unique<char[]>(text.size() + 1);
-    std::memcpy(copy.get(), text.c_str(), text.size() + 1);
-    owned = copy.release(); // the overlay's own, which frees it so
-}
 
 bool isAssigned(const BurnOptions& options, const char* key) {
     return std::any_of(
@@ -76,16 +49,6 @@ unsigned nameCode(const StreamInfo& source, unsigned layoutCode) {
     return hasName ? code : letters;
 }
 
-// Two channels a word, the even one low, with room for every meter.
-using Words = std::array<unsigned, mostMeters / 2>;
-
-Words packed(const AudioLevels::Levels& levels) {
-    Words words{};
-    for (std::size_t i = 0; i < levels.size(); ++i)
-        words[i / 2] |= levels[i] << (i % 2 * 16);
-    return words;
-}
-
 } // namespace
 
 Burner::Burner(const BurnOptions& options, const StreamInfo& source, const zrLayout& layout,
@@ -99,21 +62,11 @@ Burner::Burner(const BurnOptions& options, const StreamInfo& source, const zrLay
 
 void Burner::loadStore(const BurnOptions& options) {
     useSettingsStore(options.store);
-    // Loading from an empty store would fill it.
-    m_stored = zrCFGKeyExists(zrCFGDefaultStore, zrOverlayKeyPath) != 0;
+    m_stored = loadStoredSettings(m_overlay, m_watermark);
     if (!m_stored && !options.store.empty())
         throw UsageError(fmt::format("'{}' holds no settings of an overlay: make them with zrdraw "
                                      "config set, or leave out --settings-store",
                                      options.store));
-    if (!m_stored)
-        return;
-    // Texts are loaded into what a slot has, and the watermark not at all.
-    for (int slot = 0; slot < CZrOverlay::textSlots; ++slot)
-        setText(m_overlay, slot, std::string(zrOverlayTextLimit, '\0'));
-    m_overlay.LoadConfig();
-    char path[zrOverlayTextLimit + 1] = {};
-    m_overlay.LoadSetting("Watermark", static_cast<char*>(path));
-    m_watermark = path;
 }
 
 void Burner::applyOptions(const BurnOptions& options, unsigned audioChannels) {
@@ -124,7 +77,7 @@ void Burner::applyOptions(const BurnOptions& options, unsigned audioChannels) {
     for (std::size_t slot = 0; slot < options.texts.size(); ++slot) {
         if (options.texts[slot].empty())
             continue;
-        setText(m_overlay, static_cast<int>(slot), options.texts[slot]);
+        setOverlayText(m_overlay, static_cast<int>(slot), options.texts[slot]);
         m_overlay.CustomTextEnabled[slot] = 1;
     }
     for (const auto& [key, value] : options.settings)
@@ -135,7 +88,7 @@ void Burner::applyOptions(const BurnOptions& options, unsigned audioChannels) {
         else if (key->name == "Watermark")
             m_watermark = value;
         else
-            setText(m_overlay, key->slot, value);
+            setOverlayText(m_overlay, key->slot, value);
     m_overlay.Watermark = m_watermark.empty() ? nullptr : m_watermark.data();
     // Whoever burns an overlay wants one, and time code if nothing else was asked for.
     if (!isAssigned(options, "Enabled"))
@@ -151,34 +104,19 @@ void Burner::applyOptions(const BurnOptions& options, unsigned audioChannels) {
 
 void Burner::describe(const BurnOptions& options, const StreamInfo& source,
                       const zrLayout& layout) {
-    const Description& description = descriptionOf(layout);
     if (layout.code == ptUYVY && source.width % 2 != 0)
         throw Failure(
             fmt::format("overlays in uyvy need an even width, and the pictures are {}x{}: "
                         "use --layout bgra",
                         source.width, source.height));
-    const auto video = std::make_unique<KPXVIDEO>();
-    tagBITMAPINFO header{};
-    header.biSize = offsetof(tagBITMAPINFO, biMask);
-    header.biWidth = source.width;
-    header.biHeight = source.height;
-    header.biPlanes = 1;
-    header.biBitCount = description.depth;
-    header.biCompression = description.compression;
-    header.biSizeImage = GetDrawSize(layout.code, source.width, source.height, 0);
-    video->header = header;
-    video->rate = static_cast<unsigned>(source.frameRate.num);
-    video->scale = static_cast<unsigned>(source.frameRate.den);
     const bool interlaced = isInterlaced(source.fieldOrder) || options.interlaced;
-    video->flags = interlaced ? zrScanInterlaced : 0;
+    const auto video = describeStream({&layout, source.width, source.height, source.frameRate.num,
+                                       source.frameRate.den, interlaced});
     const auto system = std::make_unique<KPXSYSTEM>();
     system->fileType = zrFileTypeOf(source.formatName.c_str());
-    zrOSSetLogSink([](const char*) {}); // told below, with the file's name
-    m_overlay.Create(video.get(), system.get());
-    zrOSSetLogSink(nullptr);
-    m_overlay.video.header.biCompression = nameCode(source, description.compression);
-    const bool cached = m_overlay.wmBgra || m_overlay.wmYuv2 || m_overlay.wmV210;
-    if (m_overlay.WatermarkEnable == 0 || cached)
+    const bool created = createOverlay(m_overlay, *video, *system);
+    m_overlay.video.header.biCompression = nameCode(source, overlayCompression(layout));
+    if (created)
         return;
     if (m_watermark.empty())
         throw UsageError("the watermark is enabled, but none is given: use --watermark FILE");
@@ -226,7 +164,7 @@ std::vector<std::string> layersOffFrame(const BurnOptions& options, const Stream
 bool Burner::changes(Canvas& canvas) {
     const std::size_t bytes =
         static_cast<std::size_t>(canvas.pitch()) * static_cast<std::size_t>(canvas.height());
-    AudioLevels::Levels loud;
+    MeterLevels loud;
     loud.fill(0xFFFF);
     for (const char flat : {'\x80', '\x10'}) {
         std::fill_n(canvas.data(), bytes, flat);
@@ -266,10 +204,10 @@ std::vector<std::string> Burner::layersThatChangeNothing(const StreamInfo& sourc
     return names;
 }
 
-void Burner::burn(Canvas& canvas, std::int64_t clock, const AudioLevels::Levels& levels) {
+void Burner::burn(Canvas& canvas, std::int64_t clock, const MeterLevels& levels) {
     m_frame->videoData = canvas.data();
     m_frame->ltc = m_frame->vitc = m_timeCode.first + static_cast<unsigned>(clock);
-    Words levelWords = packed(levels);
-    Words peakWords = packed(m_peaks.next(levels));
+    MeterWords levelWords = packedLevels(levels);
+    MeterWords peakWords = packedLevels(m_peaks.next(levels));
     m_overlay.BurnIn(m_frame.get(), levelWords.data(), peakWords.data(), 0);
 }

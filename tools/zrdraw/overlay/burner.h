@@ -1,12 +1,12 @@
 // The overlay of the library on the frames of one clip.
 #pragma once
 
+#include "common/overlay_stream.h"
+#include "common/peak_hold.h"
+#include "common/setting_names.h"
 #include "media/stream_info.h"
 #include "media/time_code.h"
-#include "overlay/peak_hold.h"
-#include "overlay/setting_names.h"
 #include "picture/canvas.h"
-#include "sound/audio_levels.h"
 
 #include <memory>
 #include <optional>
@@ -23,8 +23,6 @@ struct BurnOptions {
     bool interlaced = false;          // whatever the source says
 };
 
-// Those that the overlay knows.
-inline constexpr unsigned overlayLayouts[] = {ptBGRA32, ptUYVY, ptV210};
 inline constexpr unsigned oddWidthOverlayLayouts[] = {ptBGRA32, ptV210};
 
 class Burner {
@@ -42,7 +40,7 @@ public:
     const std::vector<std::string>& warnings() const { return m_warnings; }
 
     // Burns into the frame that stands so many behind the clip's first.
-    void burn(Canvas& canvas, std::int64_t clock, const AudioLevels::Levels& levels);
+    void burn(Canvas& canvas, std::int64_t clock, const MeterLevels& levels);
 
 private:
     void loadStore(const BurnOptions& options);

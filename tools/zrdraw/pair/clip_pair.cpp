@@ -1,8 +1,8 @@
 #include "pair/clip_pair.h"
 
+#include "common/tool_error.h"
 #include "picture/picture_kind.h"
 #include "picture/pixel_formats.h"
-#include "tool_error.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>

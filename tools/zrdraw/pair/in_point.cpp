@@ -1,7 +1,7 @@
 #include "pair/in_point.h"
 
+#include "common/tool_error.h"
 #include "media/time_code.h"
-#include "tool_error.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,6 @@
 #include "picture/canvas.h"
 
-#include "tool_error.h"
+#include "common/tool_error.h"
 
 #include <fmt/format.h>
 
@@ -14,7 +14,6 @@ extern "C" {
 namespace {
 
 constexpr std::size_t alignment = 64;
-constexpr int wordBytes = 4;
 
 template <typename Number>
 Number roundedUp(Number bytes, Number unit) {
@@ -26,9 +25,7 @@ Number roundedUp(Number bytes, Number unit) {
 CanvasShape::CanvasShape(const zrLayout& canvasLayout, int canvasWidth, int canvasHeight)
     : layout(&canvasLayout), width(canvasWidth), height(canvasHeight),
       lineBytes(wholeLineBytes(canvasLayout, canvasWidth)),
-      // Whole words and no more: operations that fill the whole canvas take its lines for
-      // contiguous.
-      pitch(roundedUp(lineBytes, wordBytes)) {
+      pitch(wordPitch(canvasLayout, canvasWidth)) {
     if (width <= 0 || height <= 0 ||
         av_image_check_size2(static_cast<unsigned>(width), static_cast<unsigned>(height), INT64_MAX,
                              pixelFormatOf(canvasLayout), 0, nullptr) < 0)

@@ -51,6 +51,9 @@ public:
     int pitch() const { return m_shape.pitch; }
     char* data() { return reinterpret_cast<char*>(m_pixels); }
     CanvasLines lines() const { return {m_pixels, m_shape.pitch}; }
+    PictureView view() const {
+        return {m_shape.layout, m_pixels, m_shape.width, m_shape.height, m_shape.pitch};
+    }
     const AVBufferRef& memory() const { return *m_memory; }
 
     // The library's matrix mode for the colours, where the layout is in Y, Cb and Cr.

@@ -1,10 +1,10 @@
 #include "picture/convert.h"
 
+#include "common/tool_error.h"
 #include "picture/canvas_converter.h"
 #include "picture/drawn_pixels.h"
 #include "picture/pixel_formats.h"
 #include "picture/samples.h"
-#include "tool_error.h"
 
 #include <fmt/format.h>
 

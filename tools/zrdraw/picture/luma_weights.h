@@ -1,5 +1,7 @@
-// How much red and blue weigh in the luma of the usual colour spaces.
+// The weights of luma by FFmpeg's name of the colour space.
 #pragma once
+
+#include "common/luma_weights.h"
 
 #include <optional>
 
@@ -7,21 +9,16 @@ extern "C" {
 #include <libavutil/pixfmt.h>
 }
 
-struct LumaWeights {
-    double red, blue;
-    constexpr double green() const { return 1 - red - blue; }
-};
-
 // None for a colour space that is no matrix or is little used.
 constexpr std::optional<LumaWeights> lumaWeights(AVColorSpace space) {
     switch (space) {
     case AVCOL_SPC_BT709:
-        return LumaWeights{0.2126, 0.0722};
+        return bt709Weights;
     case AVCOL_SPC_BT470BG:
     case AVCOL_SPC_SMPTE170M:
-        return LumaWeights{0.299, 0.114};
+        return bt601Weights;
     case AVCOL_SPC_BT2020_NCL:
-        return LumaWeights{0.2627, 0.0593};
+        return bt2020Weights;
     default:
         return std::nullopt;
     }

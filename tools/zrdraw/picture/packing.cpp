@@ -1,11 +1,11 @@
 #include "picture/packing.h"
 
-#include "layout_names.h"
+#include "common/layout_names.h"
+#include "common/tool_error.h"
 #include "picture/bayer_packer.h"
 #include "picture/line_packer.h"
 #include "picture/pairs_packer.h"
 #include "picture/rgb_packer.h"
-#include "tool_error.h"
 
 #include <fmt/format.h>
 
@@ -96,12 +96,6 @@ std::unique_ptr<Packer> makePacker(const zrLayout& layout, AVPixelFormat format,
     if (auto packer = makeRgbPacker(layout, format, width, height))
         return packer;
     return makePairsPacker(layout, format, width, height);
-}
-
-int wholeLineBytes(const zrLayout& layout, int width) {
-    const bool pairs = layout.pair.y0 >= 0;
-    const int columns = pairs ? width + width % 2 : width;
-    return static_cast<int>(zrLineBytes(layout.line, static_cast<unsigned>(columns)));
 }
 
 void requireFit(const zrLayout& layout, int width, int height) {

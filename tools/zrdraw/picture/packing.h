@@ -1,6 +1,7 @@
 // How the memory of each layout comes from and goes to the pixel formats of the media libraries.
 #pragma once
 
+#include "common/picture_view.h"
 #include "media/av.h"
 #include "zrdraw/layouts.h"
 
@@ -39,9 +40,6 @@ std::unique_ptr<Packer> makePacker(const zrLayout& layout, AVPixelFormat format,
 inline std::unique_ptr<Packer> makePacker(const zrLayout& layout, int width, int height) {
     return makePacker(layout, pixelFormatOf(layout), width, height);
 }
-
-// Bytes of a line, whole pixel pairs at the end of an odd width included.
-int wholeLineBytes(const zrLayout& layout, int width);
 
 // Refuses sizes that the layout cannot hold.
 void requireFit(const zrLayout& layout, int width, int height);

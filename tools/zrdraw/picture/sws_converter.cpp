@@ -1,7 +1,7 @@
 #include "picture/sws_converter.h"
 
+#include "common/tool_error.h"
 #include "picture/pixel_formats.h"
-#include "tool_error.h"
 
 #include <fmt/format.h>
 

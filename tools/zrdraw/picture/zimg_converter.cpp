@@ -1,8 +1,8 @@
 #include "picture/zimg_converter.h"
 
+#include "common/tool_error.h"
 #include "picture/pixel_formats.h"
 #include "picture/samples.h"
-#include "tool_error.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -12,8 +12,6 @@ extern "C" {
 
 namespace {
 
-constexpr double fullScale = 65535.0;
-
 template <typename Sample>
 float sampleAt(const std::uint8_t* bytes, std::size_t index, double silence, double full) {
     Sample sample;
@@ -39,12 +37,6 @@ float amplitude(AVSampleFormat packed, const std::uint8_t* bytes, std::size_t in
     default:
         return 0.0F;
     }
-}
-
-// Floats may be anything: what is no number is silence.
-unsigned levelOf(double amplitude) {
-    const double level = std::fabs(amplitude) * fullScale;
-    return static_cast<unsigned>(level >= fullScale ? fullScale : level > 0 ? level : 0.0);
 }
 
 } // namespace
@@ -105,8 +97,8 @@ void AudioLevels::take(Stream& stream, const AVFrame& frame) {
     }
 }
 
-AudioLevels::Levels AudioLevels::takeUntil(double seconds) {
-    Levels levels{};
+MeterLevels AudioLevels::takeUntil(double seconds) {
+    MeterLevels levels{};
     for (auto& [index, stream] : m_streams) {
         const double rate = stream.decoder->sample_rate;
         if (rate <= 0) // damaged
@@ -118,7 +110,7 @@ AudioLevels::Levels AudioLevels::takeUntil(double seconds) {
             const std::size_t channel = stream.firstChannel + i % stream.channels;
             if (channel >= mostChannels)
                 continue;
-            levels[channel] = std::max(levels[channel], levelOf(stream.waiting[i]));
+            levels[channel] = std::max(levels[channel], meterLevel(stream.waiting[i]));
         }
         stream.waiting.erase(stream.waiting.begin(),
                              stream.waiting.begin() +

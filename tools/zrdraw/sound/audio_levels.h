@@ -1,16 +1,15 @@
 // How loud each channel of sound is, picture by picture.
 #pragma once
 
+#include "common/meter_levels.h"
 #include "media/av.h"
 
-#include <array>
 #include <map>
 #include <vector>
 
 class AudioLevels {
 public:
     static constexpr std::size_t mostChannels = 16;
-    using Levels = std::array<unsigned, mostChannels>; // the greatest amplitudes, 0 to 65535
 
     // Channels are counted through all streams, in order.
     explicit AudioLevels(const std::vector<AVStream*>& streams);
@@ -24,7 +23,7 @@ public:
     void feed(const AVPacket& packet);
 
     // Of the time up to but excluding `seconds`, since the last call.
-    Levels takeUntil(double seconds);
+    MeterLevels takeUntil(double seconds);
 
 private:
     // Samples that no picture has taken yet, channel by channel in turns.

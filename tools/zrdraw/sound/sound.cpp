@@ -1,6 +1,6 @@
 #include "sound/sound.h"
 
-#include "tool_error.h"
+#include "common/tool_error.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 #include "sound/sound_codec.h"
 
-#include "near_names.h"
-#include "tool_error.h"
+#include "common/near_names.h"
+#include "common/tool_error.h"
 
 #include <fmt/format.h>
 

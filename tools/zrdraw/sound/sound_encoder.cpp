@@ -1,6 +1,6 @@
+#include "common/tool_error.h"
 #include "media/av_messages.h"
 #include "sound/sound.h"
-#include "tool_error.h"
 
 #include <fmt/format.h>
 

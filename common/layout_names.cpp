@@ -1,6 +1,6 @@
-#include "layout_names.h"
+#include "common/layout_names.h"
 
-#include "tool_error.h"
+#include "common/tool_error.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,6 @@
-#include "overlay/settings_store.h"
+#include "common/settings_store.h"
 
-#include "tool_error.h"
+#include "common/tool_error.h"
 #include "zrdraw/zrhost.h"
 
 #include <fmt/format.h>

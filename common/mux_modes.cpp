@@ -1,7 +1,7 @@
-#include "pair/mux_modes.h"
+#include "common/mux_modes.h"
 
-#include "near_names.h"
-#include "tool_error.h"
+#include "common/near_names.h"
+#include "common/tool_error.h"
 #include "zrdraw/mux.h"
 
 #include <fmt/format.h>
@@ -107,13 +107,13 @@ bool canMuxIn(const zrLayout& layout, MuxPieces pieces, const MuxParameters& p, 
     return pieces == MuxPieces::Lines || splitColumn(p, width) % cell.pixels == 0;
 }
 
-void composeMux(const MuxParameters& p, Canvas& a, Canvas& b, Canvas& result) {
-    const auto bytes = [](Canvas& frame) { return reinterpret_cast<unsigned char*>(frame.data()); };
-    const auto pitch = static_cast<unsigned>(a.pitch()), height = static_cast<unsigned>(a.height());
+void composeMux(const MuxParameters& p, const PictureView& a, const PictureView& b,
+                const PictureView& result) {
+    const auto pitch = static_cast<unsigned>(a.pitch), height = static_cast<unsigned>(a.height);
     const unsigned size = pitch * height;
-    const Cell cell = cellOf(a.layout());
-    const unsigned splitX = splitColumn(p, a.width()) / std::max(cell.pixels, 1U) * cell.words;
-    ZRDraw_DisplayMuxRGBA(bytes(a), size, bytes(b), size, bytes(result), 0, p.flags, p.wipeCode,
+    const Cell cell = cellOf(*a.layout);
+    const unsigned splitX = splitColumn(p, a.width) / std::max(cell.pixels, 1U) * cell.words;
+    ZRDraw_DisplayMuxRGBA(a.data, size, b.data, size, result.data, 0, p.flags, p.wipeCode,
                           p.position, p.param, splitX, p.splitY, p.gridMode, p.gridX, p.gridY,
                           pitch / wordBytes, height, pitch);
 }

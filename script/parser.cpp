@@ -1,7 +1,7 @@
 #include "script/parser.h"
 
-#include "near_names.h"
-#include "numbers.h"
+#include "common/near_names.h"
+#include "common/numbers.h"
 #include "script/lexer.h"
 
 #include <fmt/format.h>

@@ -1,8 +1,10 @@
 // Peaks that stay for a second and then fall.
 #pragma once
 
-#include "sound/audio_levels.h"
+#include "common/meter_levels.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 
 class PeakHold {
@@ -12,8 +14,8 @@ public:
           m_fall(std::pow(10.0, -fallPerSecond / 20.0 / framesPerSecond)) {}
 
     // The peaks of a frame, given its levels.
-    AudioLevels::Levels next(const AudioLevels::Levels& levels) {
-        AudioLevels::Levels peaks{};
+    MeterLevels next(const MeterLevels& levels) {
+        MeterLevels peaks{};
         for (std::size_t i = 0; i < levels.size(); ++i) {
             Peak& peak = m_peaks[i];
             if (levels[i] >= peak.level)
@@ -37,5 +39,5 @@ private:
 
     int m_held;
     double m_fall;
-    std::array<Peak, AudioLevels::mostChannels> m_peaks{};
+    std::array<Peak, mostMeters> m_peaks{};
 };

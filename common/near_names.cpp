@@ -1,4 +1,4 @@
-#include "near_names.h"
+#include "common/near_names.h"
 
 #include <fmt/format.h>
 

@@ -1,8 +1,8 @@
-#include "overlay/setting_names.h"
+#include "common/setting_names.h"
 
-#include "near_names.h"
-#include "numbers.h"
-#include "tool_error.h"
+#include "common/near_names.h"
+#include "common/numbers.h"
+#include "common/tool_error.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 // The display mux's modes by name, and one composed frame.
 #pragma once
 
-#include "picture/canvas.h"
+#include "common/picture_view.h"
 
 #include <span>
 #include <string>
@@ -40,5 +40,7 @@ struct MuxParameters {
 // Whether a picture in the layout can be composed: in 32-bit RGB always.
 bool canMuxIn(const zrLayout& layout, MuxPieces pieces, const MuxParameters& parameters, int width);
 
-// All in one layout that this can be done in, and of one size. Flips change the sources.
-void composeMux(const MuxParameters& parameters, Canvas& a, Canvas& b, Canvas& result);
+// All in one layout that this can be done in, of one size and at wordPitch(). Flips change the
+// sources.
+void composeMux(const MuxParameters& parameters, const PictureView& a, const PictureView& b,
+                const PictureView& result);

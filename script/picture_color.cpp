@@ -1,6 +1,6 @@
-#include "picture_color.h"
+#include "script/picture_color.h"
 
-#include "picture/luma_weights.h"
+#include "common/luma_weights.h"
 #include "zrdraw/formats.h"
 #include "zrdraw/half_float.h"
 #include "zrdraw/layouts.h"
@@ -8,21 +8,20 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
-#include <optional>
 
 namespace {
 
 struct Mode {
     cmYCbCr mode;
-    AVColorSpace space;
+    LumaWeights weights;
     bool full;
 };
 
 constexpr Mode modes[] = {
-    {cmRec601Default, AVCOL_SPC_SMPTE170M, false}, {cmRec601, AVCOL_SPC_SMPTE170M, false},
-    {cmRec601Full, AVCOL_SPC_SMPTE170M, true},     {cmRec709, AVCOL_SPC_BT709, false},
-    {cmRec709Full, AVCOL_SPC_BT709, true},         {cmRec2020, AVCOL_SPC_BT2020_NCL, false},
-    {cmRec2020Full, AVCOL_SPC_BT2020_NCL, true},
+    {cmRec601Default, bt601Weights, false}, {cmRec601, bt601Weights, false},
+    {cmRec601Full, bt601Weights, true},     {cmRec709, bt709Weights, false},
+    {cmRec709Full, bt709Weights, true},     {cmRec2020, bt2020Weights, false},
+    {cmRec2020Full, bt2020Weights, true},
 };
 
 constexpr int full10 = 1023;
@@ -59,7 +58,7 @@ bool setPairs(ZRDraw& draw, double red, double green, double blue, bool foregrou
                                     [&](const Mode& row) { return row.mode == draw.yCbCrMode; });
     if (!layout || !(layout->isPairs() || layout->code == ptV210) || mode == std::end(modes))
         return false;
-    const LumaWeights weights = *lumaWeights(mode->space);
+    const LumaWeights& weights = mode->weights;
     const double y = weights.red * red + weights.green() * green + weights.blue * blue;
     const double cb = (blue - y) / (2 * (1 - weights.blue));
     const double cr = (red - y) / (2 * (1 - weights.red));

@@ -1,8 +1,8 @@
-#include "pair/wipe_names.h"
+#include "common/wipe_names.h"
 
-#include "near_names.h"
-#include "numbers.h"
-#include "tool_error.h"
+#include "common/near_names.h"
+#include "common/numbers.h"
+#include "common/tool_error.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 // Numbers as users write them.
 #pragma once
 
-#include "tool_error.h"
+#include "common/tool_error.h"
 
 #include <fmt/format.h>
 

@@ -1,4 +1,4 @@
-#include "pair/v210_words.h"
+#include "common/v210_words.h"
 
 #include "zrdraw/v210.h"
 

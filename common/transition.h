@@ -1,0 +1,49 @@
+// One frame of a transition between two pictures.
+#pragma once
+
+#include "common/picture_view.h"
+
+#include <cstdint>
+#include <vector>
+
+class Transition {
+public:
+    static constexpr unsigned scale = 65536; // of positions
+
+    // Layouts that no transition knows are UsageErrors. With `frontEnd` v210 takes the library's
+    // own way, of eight bits a sample.
+    Transition(const zrLayout& layout, int width, int height, unsigned code, bool swapped,
+               bool frontEnd);
+
+    // All of the layout and size. Slides in whole-pixel layouts take lines for packed, at
+    // wordPitch().
+    void draw(const PictureView& from, const PictureView& to, const PictureView& result,
+              unsigned position);
+
+    // Whether pictures may have any pitch.
+    bool takesAnyPitch() const { return !m_slides || !isWhole(m_layout); }
+
+    static bool isKnown(const zrLayout& layout) {
+        return isWhole(layout) || layout.isPairs() || layout.code == ptV210;
+    }
+
+private:
+    // Whose pixels are bytes or words of their own.
+    static bool isWhole(const zrLayout& layout) {
+        return layout.bytes.r >= 0 || layout.code == ptRGB48 || layout.code == ptARGB64;
+    }
+
+    void drawWords(const PictureView& from, const PictureView& to, const PictureView& result,
+                   unsigned position);
+
+    void expandWords(const PictureView& frame, std::vector<std::uint8_t>& words) const;
+
+    const zrLayout& m_layout;
+    unsigned m_width;
+    unsigned m_height;
+    unsigned m_code;
+    bool m_frontEnd;
+    bool m_slides;
+    std::vector<std::uint8_t> m_from, m_to; // words of v210 at full precision
+    std::vector<std::uint8_t> m_moved;      // and of the result, where a transition moves them
+};
