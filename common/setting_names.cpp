@@ -21,15 +21,15 @@ std::vector<SettingKey> makeKeys() {
     std::vector<SettingKey> keys;
     for (const zrOverlaySetting& row : zrOverlaySettings) {
         const std::string initial = row.number ? std::to_string(row.initial) : "";
-        keys.push_back({row.key, row.help, initial, row.number});
+        keys.push_back({row.key, row.help, initial, row.most, row.number});
     }
     for (int slot = 0; slot < CZrOverlay::textSlots; ++slot) {
         for (const zrOverlaySlotSetting& row : zrOverlaySlotSettings)
             keys.push_back({withSlot(row.key, slot), row.help,
                             std::to_string(row.initial + row.step * static_cast<unsigned>(slot)),
-                            nullptr, row.numbers, slot});
+                            row.most, nullptr, row.numbers, slot});
         keys.push_back(
-            {withSlot(zrOverlayTextKey, slot), "the text itself", "", nullptr, nullptr, slot});
+            {withSlot(zrOverlayTextKey, slot), "the text itself", "", 0, nullptr, nullptr, slot});
     }
     return keys;
 }

@@ -81,10 +81,8 @@ void Burner::applyOptions(const BurnOptions& options, unsigned audioChannels) {
         m_overlay.CustomTextEnabled[slot] = 1;
     }
     for (const auto& [key, value] : options.settings)
-        if (key->number)
-            m_overlay.*key->number = settingNumber(*key, value);
-        else if (key->numbers)
-            (m_overlay.*key->numbers)[key->slot] = settingNumber(*key, value);
+        if (!key->isText())
+            key->of(m_overlay) = settingNumber(*key, value);
         else if (key->name == "Watermark")
             m_watermark = value;
         else

@@ -1,0 +1,61 @@
+// How loud sound is over time: one thread feeds it, another asks for a picture's part of it.
+#pragma once
+
+#include "common/meter_levels.h"
+
+#include <gst/gst.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <mutex>
+#include <vector>
+
+// Samples that follow each other, as amplitudes of 16 bits, channel by channel in turns.
+struct LevelBlock {
+    GstClockTime begin; // running time
+    double rate;        // samples in a second of running time
+    unsigned channels;
+    std::vector<std::uint16_t> amplitudes;
+
+    std::size_t samples() const { return amplitudes.size() / channels; }
+    GstClockTime end() const;
+    // The sample next to a running time; before and behind the block the nearest one.
+    std::size_t sampleAt(GstClockTime time) const;
+};
+
+class LevelTrack {
+public:
+    void feed(LevelBlock block);
+    // There is nothing to hear up to a running time.
+    void skipTo(GstClockTime time);
+    // No more comes.
+    void end();
+    // All times begin anew.
+    void reset();
+
+    // Channels of the sound that came last; 0 before any.
+    unsigned channels() const;
+
+    // The peaks from `begin` up to but excluding `end`. Waits until the sound has come so far, but
+    // no longer than told, and not at all once it waited in vain until more sound comes.
+    MeterLevels between(GstClockTime begin, GstClockTime end, std::chrono::nanoseconds patience);
+
+    // Ends a wait, and lets no other begin until it is called again with false.
+    void setImpatient(bool impatient);
+
+private:
+    static constexpr GstClockTime mostKept = 10 * GST_SECOND;
+
+    void drop(GstClockTime before);
+
+    mutable std::mutex m_mutex;
+    std::condition_variable m_more;
+    std::deque<LevelBlock> m_blocks;
+    GstClockTime m_known = 0; // sound has come up to this running time
+    unsigned m_channels = 0;
+    bool m_ended = false;
+    bool m_vain = false;
+    bool m_impatient = false;
+};
