@@ -2,11 +2,11 @@
 
 #include "common/near_names.h"
 #include "common/tool_error.h"
-#include "zrdraw/mux.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 #include <vector>
 
@@ -94,6 +94,23 @@ std::string listMuxModes() {
     for (const MuxModeName& mode : names)
         text += fmt::format("{:<14} {}\n", mode.name, mode.help);
     return text;
+}
+
+MuxParameters parametersOf(const MuxSettings& settings) {
+    constexpr double scale = 65536.0;
+    MuxParameters p;
+    p.flags = settings.mode | (settings.divider ? unsigned{zrMuxDivider} : 0) |
+              (settings.swap ? zrMuxSwap : 0) | settings.flips;
+    p.wipeCode = settings.code;
+    p.position = settings.mode == zrMuxBlocks
+                     ? static_cast<unsigned>(settings.block) << 8
+                     : static_cast<unsigned>(std::lround(settings.position * scale));
+    p.param = settings.mode == zrMuxDifference ? static_cast<unsigned>(settings.gain)
+              : settings.mode == zrMuxChannel  ? settings.channels
+                                               : static_cast<unsigned>(settings.threshold);
+    if (settings.split >= 0)
+        p.splitX = p.splitY = static_cast<unsigned>(settings.split);
+    return p;
 }
 
 bool canMuxIn(const zrLayout& layout, MuxPieces pieces, const MuxParameters& p, int width) {

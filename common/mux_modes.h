@@ -2,6 +2,8 @@
 #pragma once
 
 #include "common/picture_view.h"
+#include "zrdraw/mux.h"
+#include "zrdraw/wipes.h"
 
 #include <span>
 #include <string>
@@ -36,6 +38,24 @@ struct MuxParameters {
     unsigned gridX = 0;
     unsigned gridY = 0;
 };
+
+// What a user sets, from which the parameters follow.
+struct MuxSettings {
+    unsigned mode = zrMuxSplit;
+    unsigned code = zrWipeHorizontal; // of the mode wipe
+    double position = 0.5;            // of mix and wipe
+    int split = -1;                   // column or line; below 0 the middle
+    int gain = 1;                     // of difference
+    int threshold = 16;               // of key
+    int block = 16;                   // of blocks, pixels
+    unsigned channels = 0;            // mask of channel; 0: the mean
+    unsigned flips = 0;
+    bool divider = false;
+    bool swap = false;
+};
+
+// But for the grid, which each caller reads in its own way.
+MuxParameters parametersOf(const MuxSettings& settings);
 
 // Whether a picture in the layout can be composed: in 32-bit RGB always.
 bool canMuxIn(const zrLayout& layout, MuxPieces pieces, const MuxParameters& parameters, int width);

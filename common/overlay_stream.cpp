@@ -76,9 +76,22 @@ bool loadStoredSettings(CZrOverlay& overlay, std::string& watermark) {
     return true;
 }
 
+void cutWatermark(CZrOverlay& overlay) {
+    constexpr std::size_t pairBytes = 5; // Y, Cb, Y, Cr and alpha
+    const auto width = static_cast<unsigned>(overlay.video.header.biWidth);
+    const std::size_t pairs = overlay.wmWidth / 2, fit = (width - overlay.WatermarkX) / 2;
+    if (!overlay.wmYuv2 || overlay.WatermarkX >= width || fit >= pairs)
+        return;
+    for (std::size_t row = 0; row < overlay.wmHeight; ++row)
+        std::memmove(overlay.wmYuv2 + row * fit * pairBytes,
+                     overlay.wmYuv2 + row * pairs * pairBytes, fit * pairBytes);
+    overlay.wmWidth = static_cast<unsigned>(2 * fit);
+}
+
 bool createOverlay(CZrOverlay& overlay, KPXVIDEO& video, KPXSYSTEM& system) {
     zrOSSetLogSink([](const char*) {});
     overlay.Create(&video, &system);
     zrOSSetLogSink(nullptr);
+    cutWatermark(overlay);
     return overlay.WatermarkEnable == 0 || overlay.wmBgra || overlay.wmYuv2 || overlay.wmV210;
 }

@@ -10,8 +10,8 @@
 struct SettingKey {
     std::string name;
     std::string help;
-    std::string initial; // of a number
-    unsigned int most = 0; // that means anything; 0: none has an effect
+    std::string initial;                        // of a number
+    unsigned int most = 0;                      // that means anything; 0: none has an effect
     unsigned int CZrOverlay::*number = nullptr; // of a setting of the whole overlay
     unsigned int (CZrOverlay::*numbers)[CZrOverlay::textSlots] = nullptr;
     int slot = 0; // of the two kinds that have one

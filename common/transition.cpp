@@ -29,10 +29,6 @@ Transition::Transition(const zrLayout& layout, int width, int height, unsigned c
                                      layoutName(layout), knownNames()));
     if (frontEnd && layout.code != ptV210)
         throw UsageError("--front-end: only v210 has another way; add --layout v210");
-    if (!takesAnyPitch() && wholeLineBytes(layout, width) != wordPitch(layout, width))
-        throw UsageError(fmt::format("slides in {} need a width that 4 divides, not {}: use "
-                                     "--layout bgra",
-                                     layoutName(layout), width));
     if (layout.code != ptV210 || frontEnd)
         return;
     const std::size_t bytes = std::size_t{m_width} * wordPixelBytes * m_height + wordOverhang;

@@ -15,13 +15,15 @@ public:
     Transition(const zrLayout& layout, int width, int height, unsigned code, bool swapped,
                bool frontEnd);
 
-    // All of the layout and size. Slides in whole-pixel layouts take lines for packed, at
-    // wordPitch().
+    // All of the layout and size, and at the pitch that is needed.
     void draw(const PictureView& from, const PictureView& to, const PictureView& result,
               unsigned position);
 
-    // Whether pictures may have any pitch.
-    bool takesAnyPitch() const { return !m_slides || !isWhole(m_layout); }
+    // 0: any. Slides of whole pixels take lines for packed.
+    int neededPitch() const {
+        const bool any = !m_slides || !isWhole(m_layout);
+        return any ? 0 : wholeLineBytes(m_layout, static_cast<int>(m_width));
+    }
 
     static bool isKnown(const zrLayout& layout) {
         return isWhole(layout) || layout.isPairs() || layout.code == ptV210;

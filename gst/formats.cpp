@@ -8,14 +8,14 @@ struct Row {
 };
 
 constexpr Row rows[] = {
-    {GST_VIDEO_FORMAT_BGRA, ptBGRA32},      {GST_VIDEO_FORMAT_BGRx, ptBGRA32},
-    {GST_VIDEO_FORMAT_RGBA, ptRGBA32},      {GST_VIDEO_FORMAT_RGBx, ptRGBA32},
-    {GST_VIDEO_FORMAT_ARGB, ptARGB32},      {GST_VIDEO_FORMAT_xRGB, ptARGB32},
-    {GST_VIDEO_FORMAT_ABGR, ptABGR32},      {GST_VIDEO_FORMAT_xBGR, ptABGR32},
-    {GST_VIDEO_FORMAT_UYVY, ptUYVY},        {GST_VIDEO_FORMAT_YUY2, ptYUYV},
-    {GST_VIDEO_FORMAT_YVYU, ptYVYU},        {GST_VIDEO_FORMAT_VYUY, ptVYUY},
-    {GST_VIDEO_FORMAT_v210, ptV210},        {GST_VIDEO_FORMAT_RGB, ptRGB24},
-    {GST_VIDEO_FORMAT_BGR, ptBGR24},        {GST_VIDEO_FORMAT_ARGB64_LE, ptARGB64},
+    {GST_VIDEO_FORMAT_BGRA, ptBGRA32},   {GST_VIDEO_FORMAT_BGRx, ptBGRA32},
+    {GST_VIDEO_FORMAT_RGBA, ptRGBA32},   {GST_VIDEO_FORMAT_RGBx, ptRGBA32},
+    {GST_VIDEO_FORMAT_ARGB, ptARGB32},   {GST_VIDEO_FORMAT_xRGB, ptARGB32},
+    {GST_VIDEO_FORMAT_ABGR, ptABGR32},   {GST_VIDEO_FORMAT_xBGR, ptABGR32},
+    {GST_VIDEO_FORMAT_UYVY, ptUYVY},     {GST_VIDEO_FORMAT_YUY2, ptYUYV},
+    {GST_VIDEO_FORMAT_YVYU, ptYVYU},     {GST_VIDEO_FORMAT_VYUY, ptVYUY},
+    {GST_VIDEO_FORMAT_v210, ptV210},     {GST_VIDEO_FORMAT_RGB, ptRGB24},
+    {GST_VIDEO_FORMAT_BGR, ptBGR24},     {GST_VIDEO_FORMAT_ARGB64_LE, ptARGB64},
     {GST_VIDEO_FORMAT_ARGB64, ptARGB64}, // the same on this processor
 };
 static_assert(G_BYTE_ORDER == G_LITTLE_ENDIAN);
@@ -33,7 +33,8 @@ std::string formatList(bool (*isWanted)(const zrLayout& layout)) {
     std::string list;
     for (const Row& row : rows)
         if (isWanted(*zrFindLayout(row.layout)))
-            list += (list.empty() ? "{ " : ", ") + std::string(gst_video_format_to_string(row.format));
+            list +=
+                (list.empty() ? "{ " : ", ") + std::string(gst_video_format_to_string(row.format));
     return list + " }";
 }
 

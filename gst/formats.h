@@ -4,10 +4,10 @@
 #include "common/picture_view.h"
 #include "zrdraw/types.h"
 
-#include <gst/video/video.h>
-
 #include <optional>
 #include <string>
+
+#include <gst/video/video.h>
 
 // The layout of a format's bytes; null for a format that no layout has.
 const zrLayout* layoutOf(GstVideoFormat format);

@@ -3,14 +3,14 @@
 
 #include "common/meter_levels.h"
 
-#include <gst/gst.h>
-
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
 #include <mutex>
 #include <vector>
+
+#include <gst/gst.h>
 
 // Samples that follow each other, as amplitudes of 16 bits, channel by channel in turns.
 struct LevelBlock {

@@ -37,13 +37,14 @@ PictureView viewOf(const GstVideoFrame& frame) {
             GST_VIDEO_FRAME_PLANE_STRIDE(&frame, 0)};
 }
 
-PictureView WorkingPicture::take(GstVideoFrame& frame, const MemoryNeeds& needs) {
+PictureView WorkingPicture::take(const GstVideoFrame& frame, const MemoryNeeds& needs,
+                                 bool asCopy) {
     m_view = viewOf(frame);
     const bool rightPitch = needs.pitch == 0 || m_view.pitch == needs.pitch;
-    m_isCopy = !rightPitch || roomOf(frame) < needs.room;
+    m_isCopy = asCopy || !rightPitch || roomOf(frame) < needs.room;
     if (!m_isCopy)
         return m_view;
-    if (!m_told)
+    if (!m_told && !asCopy)
         GST_DEBUG("frames are copied: their lines are %d bytes apart and %" G_GSIZE_FORMAT
                   " bytes long in all, where %d and %" G_GSIZE_FORMAT " are needed",
                   m_view.pitch, roomOf(frame), needs.pitch, needs.room);
@@ -58,7 +59,7 @@ PictureView WorkingPicture::take(GstVideoFrame& frame, const MemoryNeeds& needs)
     return m_view;
 }
 
-void WorkingPicture::giveBack(GstVideoFrame& frame) const {
+void WorkingPicture::giveBack(const GstVideoFrame& frame) const {
     if (m_isCopy)
         copyLines(m_view, viewOf(frame));
 }

@@ -3,9 +3,9 @@
 
 #include "common/picture_view.h"
 
-#include <gst/video/video.h>
-
 #include <vector>
+
+#include <gst/video/video.h>
 
 // What work asks of the memory of a picture.
 struct MemoryNeeds {
@@ -20,11 +20,11 @@ MemoryNeeds drawingNeeds(const zrLayout& layout, int width, int height);
 class WorkingPicture {
 public:
     // The frame's own memory, or a copy where that does not have what is needed, which is told in
-    // the debug log once.
-    PictureView take(GstVideoFrame& frame, const MemoryNeeds& needs);
+    // the debug log once, or where a copy is asked for.
+    PictureView take(const GstVideoFrame& frame, const MemoryNeeds& needs, bool asCopy = false);
 
     // Writes a copy back.
-    void giveBack(GstVideoFrame& frame) const;
+    void giveBack(const GstVideoFrame& frame) const;
 
 private:
     std::vector<unsigned char> m_copy;

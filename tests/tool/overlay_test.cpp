@@ -163,4 +163,20 @@ TEST_F(ConfigTest, KeepsExportsAndImports) {
     EXPECT_TRUE(bytesOf(stored) == bytesOf(told));
 }
 
+// The library would show the rest of each line at the left of the next one, and behind the frame.
+TEST_F(OverlayTest, AWatermarkOverTheRightEdgeOf422IsCut) {
+    ASSERT_EQ(shell("$F -f lavfi -i color=gray:s=64x48:r=25:d=0.04 -pix_fmt uyvy422 -c:v rawvideo "
+                    "in.mov && $F -f lavfi -i color=white:s=200x60 -frames:v 1 w.png && "
+                    "$Z overlay in.mov out.mov --watermark w.png --set WatermarkX=40 "
+                    "--set WatermarkY=10 --layout uyvy --codec rawvideo && "
+                    "$F -i out.mov -vf format=gray -f rawvideo out.raw")
+                  .status,
+              0);
+    const std::string luma = readFile(at("out.raw"));
+    ASSERT_EQ(luma.size(), 64U * 48U);
+    for (std::size_t i = 0; i < luma.size(); ++i)
+        EXPECT_EQ(static_cast<unsigned char>(luma[i]) > 200, i % 64 >= 40 && i / 64 >= 10)
+            << i % 64 << ", " << i / 64;
+}
+
 } // namespace

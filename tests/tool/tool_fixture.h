@@ -1,11 +1,11 @@
 // A folder for each test, the tool as a process, and frames of noise for media.
 #pragma once
 
+#include "common/tool_error.h"
 #include "media/av_messages.h"
 #include "media/reader.h"
 #include "media/writer.h"
 #include "support/temp_file.h"
-#include "common/tool_error.h"
 
 #include <gtest/gtest.h>
 

@@ -4,18 +4,14 @@
 #include "draw_object.h"
 #include "interrupt.h"
 #include "script/runner.h"
+#include "script/script_file.h"
 #include "subcommand.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-#include <cerrno>
-#include <cstring>
-#include <fstream>
-#include <iostream>
 #include <iterator>
 #include <span>
-#include <string_view>
 
 namespace {
 
@@ -23,22 +19,6 @@ struct Options : ClipOptions {
     std::vector<std::string> expressions;
     std::string scriptFile;
 };
-
-std::string readFile(const std::string& path) {
-    std::ifstream opened;
-    if (path != "-")
-        opened.open(path, std::ios::binary);
-    std::istream& file = path == "-" ? std::cin : opened;
-    std::string text;
-    for (char part[4096]; file.read(part, sizeof part), file.gcount() > 0;)
-        text.append(part, static_cast<std::size_t>(file.gcount()));
-    if (file.bad() || (path != "-" && !opened.is_open()))
-        throw Failure(fmt::format("cannot read script '{}': {}", path, std::strerror(errno)));
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    if (text.starts_with(byteOrderMark))
-        text.erase(0, byteOrderMark.size());
-    return text;
-}
 
 // The script file comes first, so that -e can add to it.
 Script readScripts(const Options& options) {
@@ -48,7 +28,7 @@ Script readScripts(const Options& options) {
         std::move(more.begin(), more.end(), std::back_inserter(script));
     };
     if (!options.scriptFile.empty())
-        append(readFile(options.scriptFile), options.scriptFile);
+        append(readScriptFile(options.scriptFile), options.scriptFile);
     for (std::size_t i = 0; i < options.expressions.size(); ++i)
         append(options.expressions[i], i == 0 ? "-e" : fmt::format("-e {}", i + 1));
     return script;

@@ -14,7 +14,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
@@ -33,8 +32,6 @@ struct Options : PairOptions {
     bool divider = false;
     bool swap = false;
 };
-
-constexpr double scale = 65536.0;
 
 unsigned flips(const std::string& text, const char* option, unsigned horizontal,
                unsigned vertical) {
@@ -72,22 +69,20 @@ void setGrid(const std::string& text, MuxParameters& p) {
 }
 
 MuxParameters parametersOf(const Options& options) {
-    MuxParameters p;
-    const unsigned mode = muxModeNamed(options.mode).mode;
-    p.flags = mode | (options.divider ? unsigned{zrMuxDivider} : 0) |
-              (options.swap ? zrMuxSwap : 0) |
-              flips(options.flipA, "--flip-a", zrMuxFlipAHorizontal, zrMuxFlipAVertical) |
-              flips(options.flipB, "--flip-b", zrMuxFlipBHorizontal, zrMuxFlipBVertical);
-    p.wipeCode = wipeCodeOf(options.code);
-    p.position = static_cast<unsigned>(
-        std::lround(numberIn(options.position, "--position", 0.0, 1.0) * scale));
-    if (mode == zrMuxBlocks)
-        p.position = static_cast<unsigned>(options.block) << 8;
-    p.param = mode == zrMuxDifference ? static_cast<unsigned>(options.gain)
-              : mode == zrMuxChannel  ? channelMask(options.channel)
-                                      : static_cast<unsigned>(options.threshold);
-    if (options.split >= 0)
-        p.splitX = p.splitY = static_cast<unsigned>(options.split);
+    MuxSettings settings;
+    settings.mode = muxModeNamed(options.mode).mode;
+    settings.code = wipeCodeOf(options.code);
+    settings.position = numberIn(options.position, "--position", 0.0, 1.0);
+    settings.split = options.split;
+    settings.gain = options.gain;
+    settings.threshold = options.threshold;
+    settings.block = options.block;
+    settings.channels = channelMask(options.channel);
+    settings.flips = flips(options.flipA, "--flip-a", zrMuxFlipAHorizontal, zrMuxFlipAVertical) |
+                     flips(options.flipB, "--flip-b", zrMuxFlipBHorizontal, zrMuxFlipBVertical);
+    settings.divider = options.divider;
+    settings.swap = options.swap;
+    MuxParameters p = parametersOf(settings);
     setGrid(options.grid, p);
     return p;
 }

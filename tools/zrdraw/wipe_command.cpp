@@ -1,4 +1,5 @@
 // `zrdraw wipe`: a clip of the transition between two clips or pictures.
+#include "common/layout_names.h"
 #include "common/numbers.h"
 #include "common/tool_error.h"
 #include "common/transition.h"
@@ -53,6 +54,7 @@ public:
                        options.frontEnd),
           m_holdA(options.holdA.value_or(options.hold)),
           m_holdB(options.holdB.value_or(options.hold)) {
+        requirePacked();
         requireEven(m_pair.first());
         requireEven(m_pair.second());
         takeRanges();
@@ -103,6 +105,15 @@ private:
     static void pushSound(PacketPtr packet, WriteLane& out) {
         packet->stream_index = madeSoundStream;
         out.push(std::move(packet));
+    }
+
+    // Canvases have lines of whole words.
+    void requirePacked() const {
+        const int needed = m_transition.neededPitch();
+        if (needed != 0 && needed != m_shape.pitch)
+            throw UsageError(fmt::format("slides in {} need a width that 4 divides, not {}: use "
+                                         "--layout bgra",
+                                         layoutName(*m_shape.layout), m_shape.width));
     }
 
     // No more is read than is shown.

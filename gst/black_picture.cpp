@@ -1,0 +1,30 @@
+#include "black_picture.h"
+
+#include "formats.h"
+#include "script/picture_color.h"
+#include "zrdraw/zrdraw.h"
+
+#include <new>
+
+PictureView BlackPicture::like(const GstVideoFrame& frame, int pitch) {
+    const zrLayout& layout = *layoutOf(GST_VIDEO_FRAME_FORMAT(&frame));
+    const int width = GST_VIDEO_FRAME_WIDTH(&frame), height = linesOf(frame.info);
+    if (pitch == 0)
+        pitch = wordPitch(layout, width);
+    const bool isSame = m_view.layout == &layout && m_view.width == width &&
+                        m_view.height == height && m_view.pitch == pitch;
+    if (isSame)
+        return m_view;
+    m_pixels.assign(zrFrameRoom(layout, width, height, pitch), 0);
+    m_view = {&layout, m_pixels.data(), width, height, pitch};
+    ZRDraw* draw = nullptr;
+    if (GetDraw(layout.code, width, height, pitch, reinterpret_cast<char*>(m_view.data), draw) != 0)
+        throw std::bad_alloc();
+    if (const auto mode = matrixModeOf(frame.info))
+        draw->SetYCbCrMode(*mode);
+    setPictureColor(*draw, 0.0, 0.0, 0.0, 1.0, true);
+    RECT all{0, 0, width - 1, height};
+    draw->FillRect(&all);
+    ReleaseDraw(draw);
+    return m_view;
+}

@@ -1,0 +1,211 @@
+// The element zrlevels: passes sound untouched and tells an overlay how loud it is.
+#include "levels_element.h"
+
+#include "debug.h"
+#include "level_track.h"
+#include "overlay_element.h"
+
+#include <cmath>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
+
+namespace {
+
+struct State {
+    std::mutex mutex;
+    std::string overlayName;
+
+    ZrOverlay* overlay = nullptr; // from start to stop, with a reference
+    std::vector<guint8> unpacked;
+};
+
+} // namespace
+
+struct _ZrLevels {
+    GstAudioFilter parent;
+    State* state;
+};
+
+G_DEFINE_FINAL_TYPE(ZrLevels, zr_levels, GST_TYPE_AUDIO_FILTER)
+
+namespace {
+
+enum Property : guint { OverlayName = 1 };
+
+State& stateOf(gpointer element) {
+    return *ZR_LEVELS(element)->state;
+}
+
+void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* spec) {
+    State& state = stateOf(object);
+    if (id != OverlayName) {
+        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
+        return;
+    }
+    const std::lock_guard lock(state.mutex);
+    const char* name = g_value_get_string(value);
+    state.overlayName = name ? name : "";
+}
+
+void getProperty(GObject* object, guint id, GValue* value, GParamSpec* spec) {
+    State& state = stateOf(object);
+    if (id != OverlayName) {
+        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
+        return;
+    }
+    const std::lock_guard lock(state.mutex);
+    g_value_set_string(value, state.overlayName.c_str());
+}
+
+// In the outermost bin that the element is in, and all within it. The caller owns the result.
+GstElement* findElement(GstElement* from, const char* name) {
+    GstObject* top = GST_OBJECT(gst_object_ref(from));
+    while (GstObject* parent = gst_object_get_parent(top)) {
+        gst_object_unref(top);
+        top = parent;
+    }
+    GstElement* found = GST_IS_BIN(top) ? gst_bin_get_by_name(GST_BIN(top), name) : nullptr;
+    gst_object_unref(top);
+    return found;
+}
+
+gboolean start(GstBaseTransform* base) {
+    State& state = stateOf(base);
+    std::string name;
+    {
+        const std::lock_guard lock(state.mutex);
+        name = state.overlayName;
+    }
+    if (name.empty())
+        return TRUE;
+    GstElement* found = findElement(GST_ELEMENT(base), name.c_str());
+    if (!found || !ZR_IS_OVERLAY(found)) {
+        g_clear_pointer(&found, gst_object_unref);
+        GST_ELEMENT_ERROR(base, LIBRARY, SETTINGS,
+                          ("There is no zroverlay named '%s' in the pipeline.", name.c_str()),
+                          ("name one by zroverlay name=%s", name.c_str()));
+        return FALSE;
+    }
+    state.overlay = ZR_OVERLAY(found);
+    return TRUE;
+}
+
+gboolean stop(GstBaseTransform* base) {
+    State& state = stateOf(base);
+    if (state.overlay)
+        zrOverlayLevels(state.overlay).end();
+    g_clear_pointer(&state.overlay, gst_object_unref);
+    return TRUE;
+}
+
+gboolean sinkEvent(GstBaseTransform* base, GstEvent* event) {
+    State& state = stateOf(base);
+    if (state.overlay) {
+        LevelTrack& track = zrOverlayLevels(state.overlay);
+        if (GST_EVENT_TYPE(event) == GST_EVENT_EOS)
+            track.end();
+        else if (GST_EVENT_TYPE(event) == GST_EVENT_FLUSH_STOP)
+            track.reset();
+        else if (GST_EVENT_TYPE(event) == GST_EVENT_GAP) {
+            GstClockTime time = 0, duration = 0;
+            gst_event_parse_gap(event, &time, &duration);
+            if (GST_CLOCK_TIME_IS_VALID(duration))
+                time += duration;
+            const GstClockTime running =
+                gst_segment_to_running_time(&base->segment, GST_FORMAT_TIME, time);
+            if (GST_CLOCK_TIME_IS_VALID(running))
+                track.skipTo(running);
+        }
+    }
+    return GST_BASE_TRANSFORM_CLASS(zr_levels_parent_class)->sink_event(base, event);
+}
+
+template <class Sample>
+void readAmplitudes(const guint8* bytes, double full, std::vector<std::uint16_t>& amplitudes) {
+    const auto* samples = reinterpret_cast<const Sample*>(bytes);
+    for (std::size_t i = 0; i < amplitudes.size(); ++i)
+        amplitudes[i] =
+            static_cast<std::uint16_t>(meterLevel(static_cast<double>(samples[i]) / full));
+}
+
+// Any format, by way of the one that GStreamer unpacks it to.
+std::vector<std::uint16_t> amplitudesOf(State& state, const GstAudioFormatInfo& format,
+                                        const guint8* bytes, std::size_t count) {
+    const GstAudioFormatInfo& unpacked = *gst_audio_format_get_info(format.unpack_format);
+    state.unpacked.resize(count * static_cast<std::size_t>(unpacked.width) / 8);
+    format.unpack_func(&format, GST_AUDIO_PACK_FLAG_NONE, state.unpacked.data(),
+                       const_cast<guint8*>(bytes), static_cast<gint>(count));
+    std::vector<std::uint16_t> amplitudes(count);
+    if (format.unpack_format == GST_AUDIO_FORMAT_F64)
+        readAmplitudes<double>(state.unpacked.data(), 1.0, amplitudes);
+    else
+        readAmplitudes<gint32>(state.unpacked.data(), 0x1p31, amplitudes);
+    return amplitudes;
+}
+
+void measure(GstBaseTransform* base, GstBuffer* buffer) {
+    State& state = stateOf(base);
+    const GstAudioInfo& info = *GST_AUDIO_FILTER_INFO(base);
+    const GstClockTime begin =
+        gst_segment_to_running_time(&base->segment, GST_FORMAT_TIME, GST_BUFFER_PTS(buffer));
+    GstMapInfo map;
+    if (!GST_CLOCK_TIME_IS_VALID(begin) || !gst_buffer_map(buffer, &map, GST_MAP_READ))
+        return;
+    const auto channels = static_cast<unsigned>(GST_AUDIO_INFO_CHANNELS(&info));
+    const std::size_t frames = map.size / static_cast<std::size_t>(GST_AUDIO_INFO_BPF(&info));
+    LevelBlock block{begin, GST_AUDIO_INFO_RATE(&info) * std::abs(base->segment.rate), channels,
+                     amplitudesOf(state, *info.finfo, map.data, frames * channels)};
+    gst_buffer_unmap(buffer, &map);
+    if (frames != 0)
+        zrOverlayLevels(state.overlay).feed(std::move(block));
+}
+
+GstFlowReturn transform(GstBaseTransform* base, GstBuffer* buffer) {
+    if (stateOf(base).overlay)
+        measure(base, buffer);
+    return GST_FLOW_OK;
+}
+
+void finalize(GObject* object) {
+    const std::unique_ptr<State> state(std::exchange(ZR_LEVELS(object)->state, nullptr));
+    G_OBJECT_CLASS(zr_levels_parent_class)->finalize(object);
+}
+
+} // namespace
+
+static void zr_levels_init(ZrLevels* self) {
+    self->state = std::make_unique<State>().release(); // until finalize
+    gst_base_transform_set_passthrough(GST_BASE_TRANSFORM(self), TRUE);
+}
+
+static void zr_levels_class_init(ZrLevelsClass* levels) {
+    GObjectClass* object = G_OBJECT_CLASS(levels);
+    object->set_property = setProperty;
+    object->get_property = getProperty;
+    object->finalize = finalize;
+    g_object_class_install_property(
+        object, OverlayName,
+        g_param_spec_string("overlay", "Overlay",
+                            "Name of the zroverlay in the same pipeline whose meters show this "
+                            "sound",
+                            nullptr,
+                            static_cast<GParamFlags>(G_PARAM_READWRITE | G_PARAM_STATIC_STRINGS |
+                                                     GST_PARAM_MUTABLE_READY)));
+
+    GstCaps* caps =
+        gst_caps_from_string(GST_AUDIO_CAPS_MAKE(GST_AUDIO_FORMATS_ALL) ", layout = interleaved");
+    gst_audio_filter_class_add_pad_templates(GST_AUDIO_FILTER_CLASS(levels), caps);
+    gst_caps_unref(caps);
+    gst_element_class_set_static_metadata(
+        GST_ELEMENT_CLASS(levels), "ZRDraw levels", "Filter/Analyzer/Audio",
+        "Measures the peaks of each video frame's sound for the meters of a zroverlay",
+        "The ZRDraw authors");
+
+    GstBaseTransformClass* base = GST_BASE_TRANSFORM_CLASS(levels);
+    base->start = start;
+    base->stop = stop;
+    base->sink_event = sinkEvent;
+    base->transform_ip = transform;
+}
