@@ -23,7 +23,10 @@ Transition::Transition(const zrLayout& layout, int width, int height, unsigned c
                        bool frontEnd)
     : m_layout(layout), m_width(static_cast<unsigned>(width)),
       m_height(static_cast<unsigned>(height)), m_code(code | (swapped ? zrWipeSwap : 0)),
-      m_frontEnd(frontEnd), m_slides(code >= zrSlideUp && code <= zrSlideDown7) {
+      m_frontEnd(frontEnd), m_slides(code >= zrSlideUp && code <= zrSlideDown7),
+      m_exchanges(m_slides && swapped) {
+    if (m_exchanges)
+        m_code = code;
     if (!isKnown(layout))
         throw UsageError(fmt::format("there are no transitions in layout {}; use one of: {}",
                                      layoutName(layout), knownNames()));
@@ -41,16 +44,19 @@ Transition::Transition(const zrLayout& layout, int width, int height, unsigned c
 
 void Transition::draw(const PictureView& from, const PictureView& to, const PictureView& result,
                       unsigned position) {
+    const PictureView& outgoing = m_exchanges ? to : from;
+    const PictureView& incoming = m_exchanges ? from : to;
     if (m_layout.code == ptV210 && !m_frontEnd)
-        return drawWords(from, to, result, position);
+        return drawWords(outgoing, incoming, result, position);
     const auto pitch = [](const PictureView& picture) {
         return static_cast<unsigned>(picture.pitch);
     };
     const auto door = m_layout.code == ptV210 ? ZRDraw_DisplayWipeV210
                       : m_layout.isPairs()    ? ZRDraw_DisplayWipeYCbCr
                                               : ZRDraw_DisplayWipe;
-    if (door(from.data, pitch(from), to.data, pitch(to), result.data, pitch(result), m_code,
-             m_layout.code, m_width, m_height, 1, 1, 0, 0, 0, 0, scale, position) != 0)
+    if (door(outgoing.data, pitch(outgoing), incoming.data, pitch(incoming), result.data,
+             pitch(result), m_code, m_layout.code, m_width, m_height, 1, 1, 0, 0, 0, 0, scale,
+             position) != 0)
         throw Failure("out of memory");
 }
 

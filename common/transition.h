@@ -10,6 +10,7 @@ class Transition {
 public:
     static constexpr unsigned scale = 65536; // of positions
 
+    // What a swapped slide does not draw in the library is done here: the sources are exchanged.
     // Layouts that no transition knows are UsageErrors. With `frontEnd` v210 takes the library's
     // own way, of eight bits a sample.
     Transition(const zrLayout& layout, int width, int height, unsigned code, bool swapped,
@@ -46,6 +47,7 @@ private:
     unsigned m_code;
     bool m_frontEnd;
     bool m_slides;
+    bool m_exchanges;
     std::vector<std::uint8_t> m_from, m_to; // words of v210 at full precision
     std::vector<std::uint8_t> m_moved;      // and of the result, where a transition moves them
 };

@@ -15,6 +15,11 @@ std::size_t LevelBlock::sampleAt(GstClockTime time) const {
     return static_cast<std::size_t>(std::min(sample, static_cast<double>(samples())));
 }
 
+void LevelTrack::begin() {
+    const std::lock_guard lock(m_mutex);
+    m_ended = m_vain = false;
+}
+
 void LevelTrack::feed(LevelBlock block) {
     const std::lock_guard lock(m_mutex);
     m_channels = block.channels;
@@ -43,7 +48,7 @@ void LevelTrack::reset() {
     const std::lock_guard lock(m_mutex);
     m_blocks.clear();
     m_known = 0;
-    m_ended = m_vain = false;
+    m_vain = false;
     m_more.notify_all();
 }
 

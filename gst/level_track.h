@@ -27,6 +27,8 @@ struct LevelBlock {
 
 class LevelTrack {
 public:
+    // Sound will come; without this nobody waits for it.
+    void begin();
     void feed(LevelBlock block);
     // There is nothing to hear up to a running time.
     void skipTo(GstClockTime time);
@@ -55,7 +57,7 @@ private:
     std::deque<LevelBlock> m_blocks;
     GstClockTime m_known = 0; // sound has come up to this running time
     unsigned m_channels = 0;
-    bool m_ended = false;
+    bool m_ended = true;
     bool m_vain = false;
     bool m_impatient = false;
 };

@@ -89,6 +89,7 @@ gboolean start(GstBaseTransform* base) {
         return FALSE;
     }
     state.overlay = ZR_OVERLAY(found);
+    zrOverlayLevels(state.overlay).begin();
     return TRUE;
 }
 
@@ -106,9 +107,10 @@ gboolean sinkEvent(GstBaseTransform* base, GstEvent* event) {
         LevelTrack& track = zrOverlayLevels(state.overlay);
         if (GST_EVENT_TYPE(event) == GST_EVENT_EOS)
             track.end();
-        else if (GST_EVENT_TYPE(event) == GST_EVENT_FLUSH_STOP)
+        else if (GST_EVENT_TYPE(event) == GST_EVENT_FLUSH_STOP) {
             track.reset();
-        else if (GST_EVENT_TYPE(event) == GST_EVENT_GAP) {
+            track.begin();
+        } else if (GST_EVENT_TYPE(event) == GST_EVENT_GAP) {
             GstClockTime time = 0, duration = 0;
             gst_event_parse_gap(event, &time, &duration);
             if (GST_CLOCK_TIME_IS_VALID(duration))

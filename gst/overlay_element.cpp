@@ -267,11 +267,9 @@ GstFlowReturn transformFrame(GstVideoFilter* filter, GstVideoFrame* frame) {
     const GstClockTime streamTime =
         gst_segment_to_stream_time(&base->segment, GST_FORMAT_TIME, GST_BUFFER_PTS(frame->buffer));
     const FrameCode code = state.clock.of(frame->buffer, streamTime);
-    const unsigned channels = state.levels.channels();
-    state.overlay.setSoundChannels(channels);
-    const bool wait = state.waits && channels != 0;
     const MeterLevels levels =
-        levelsOf(base, frame->buffer, wait ? state.locked(&State::levelsWait) : 0);
+        levelsOf(base, frame->buffer, state.waits ? state.locked(&State::levelsWait) : 0);
+    state.overlay.setSoundChannels(state.levels.channels());
     const zrLayout& layout = *layoutOf(GST_VIDEO_FRAME_FORMAT(frame));
     // The overlay takes lines for packed.
     const int width = GST_VIDEO_FRAME_WIDTH(frame), height = linesOf(frame->info);

@@ -29,10 +29,24 @@ G_DEFINE_ABSTRACT_TYPE_WITH_CODE(ZrPair, zr_pair, GST_TYPE_VIDEO_AGGREGATOR,
 
 namespace {
 
-void describeConversion(GstVideoAggregatorConvertPad*, GstVideoAggregator* pair,
-                        GstVideoInfo* result) {
+// Whether frames may be taken as they are. What a source does not say of its colours is not held
+// against it.
+bool isAlike(const GstVideoInfo& source, const GstVideoInfo& result) {
+    const bool sameColors =
+        source.colorimetry.matrix == GST_VIDEO_COLOR_MATRIX_UNKNOWN ||
+        gst_video_colorimetry_is_equal(&source.colorimetry, &result.colorimetry);
+    const bool sameSites = source.chroma_site == GST_VIDEO_CHROMA_SITE_UNKNOWN ||
+                           source.chroma_site == result.chroma_site;
+    return GST_VIDEO_INFO_FORMAT(&source) == GST_VIDEO_INFO_FORMAT(&result) &&
+           source.width == result.width && source.height == result.height && sameColors &&
+           sameSites;
+}
+
+void describeConversion(GstVideoAggregatorConvertPad* pad, GstVideoAggregator* pair,
+                        GstVideoInfo* conversion) {
+    const GstVideoInfo& source = GST_VIDEO_AGGREGATOR_PAD(pad)->info;
     if (GST_VIDEO_INFO_FORMAT(&pair->info) != GST_VIDEO_FORMAT_UNKNOWN)
-        *result = pair->info;
+        *conversion = isAlike(source, pair->info) ? source : pair->info;
 }
 
 // So that gst-launch-1.0 reaches the pads' properties by sink_0::NAME.
@@ -83,6 +97,37 @@ GstAggregatorPad* createPad(GstAggregator* aggregator, GstPadTemplate* pads, con
     return GST_AGGREGATOR_CLASS(zr_pair_parent_class)->create_new_pad(aggregator, pads, name, caps);
 }
 
+// Sources may be of any size and format of the template, whatever the result has: they are
+// converted.
+GstCaps* sourceCaps(GstAggregatorPad* pad, GstCaps* filter) {
+    GstCaps* caps = gst_pad_get_pad_template_caps(GST_PAD(pad));
+    if (!filter)
+        return caps;
+    GstCaps* filtered = gst_caps_intersect_full(filter, caps, GST_CAPS_INTERSECT_FIRST);
+    gst_caps_unref(caps);
+    return filtered;
+}
+
+gboolean answerSinkQuery(GstAggregator* aggregator, GstAggregatorPad* pad, GstQuery* query) {
+    if (GST_QUERY_TYPE(query) == GST_QUERY_CAPS) {
+        GstCaps* filter = nullptr;
+        gst_query_parse_caps(query, &filter);
+        GstCaps* caps = sourceCaps(pad, filter);
+        gst_query_set_caps_result(query, caps);
+        gst_caps_unref(caps);
+        return TRUE;
+    }
+    if (GST_QUERY_TYPE(query) == GST_QUERY_ACCEPT_CAPS) {
+        GstCaps* asked = nullptr;
+        gst_query_parse_accept_caps(query, &asked);
+        GstCaps* caps = sourceCaps(pad, nullptr);
+        gst_query_set_accept_caps_result(query, gst_caps_is_subset(asked, caps));
+        gst_caps_unref(caps);
+        return TRUE;
+    }
+    return GST_AGGREGATOR_CLASS(zr_pair_parent_class)->sink_query(aggregator, pad, query);
+}
+
 PairFrames framesOf(GstVideoAggregator* pair, const GstVideoFrame& result) {
     PairFrames frames{nullptr, nullptr, &result};
     for (const GList* item = GST_ELEMENT(pair)->sinkpads; item; item = item->next) {
@@ -130,6 +175,7 @@ static void zr_pair_init(ZrPair*) {}
 
 static void zr_pair_class_init(ZrPairClass* pair) {
     GST_AGGREGATOR_CLASS(pair)->create_new_pad = createPad;
+    GST_AGGREGATOR_CLASS(pair)->sink_query = answerSinkQuery;
     GST_VIDEO_AGGREGATOR_CLASS(pair)->aggregate_frames = aggregateFrames;
 }
 

@@ -1,0 +1,472 @@
+// zroverlay: its frames against those of the library, and what may happen to it while it runs.
+#include "common/overlay_stream.h"
+#include "common/setting_names.h"
+#include "gst/gst_fixture.h"
+#include "gst/overlay_properties.h"
+#include "support/temp_file.h"
+#include "zrdraw/overlay_settings.h"
+#include "zrdraw/zrhost.h"
+
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <thread>
+
+#include <gst/controller/controller.h>
+
+namespace {
+
+using namespace gstreamer;
+
+// What the library makes of a frame.
+Bytes burnt(Bytes frame, const GstVideoInfo& info, const std::function<void(CZrOverlay&)>& set,
+            unsigned timeCode, unsigned type, bool interlaced = false) {
+    CZrOverlay overlay;
+    overlay.Enabled = overlay.TimeCodeLTCEnable = 1;
+    set(overlay);
+    KPXSYSTEM system{};
+    const PictureView picture = gstreamer::viewOf(frame, info);
+    overlay.Create(describeStream({picture.layout, picture.width, picture.height, info.fps_n,
+                                   info.fps_d, interlaced})
+                       .get(),
+                   &system);
+    overlay.tcType = type;
+    const auto record = std::make_unique<DFRAME>();
+    record->videoData = reinterpret_cast<char*>(frame.data());
+    record->ltc = record->vitc = timeCode;
+    overlay.BurnIn(record.get(), nullptr, nullptr, 0);
+    return frame;
+}
+
+void moveTimeCode(CZrOverlay& overlay) {
+    overlay.TimeCodeY = 4;
+    overlay.TimeCodeX = 6;
+    overlay.TimeCodeSize = 1;
+}
+
+constexpr const char* moved = " time-code-x=6 time-code-y=4 time-code-size=1";
+
+TEST(GstOverlay, FramesAreTheLibrarysInEveryFormat) {
+    for (const char* format : {"UYVY", "v210", "BGRx"})
+        for (const int width : {96, 98}) {
+            const GstVideoInfo info = infoOf(format, width, 40);
+            Harness harness(std::string("zroverlay text-2=\"Studio 3\" text-2-x=2 text-2-y=18 "
+                                        "time-code-vitc-enable=true") +
+                            moved);
+            harness.begin(info);
+            for (int frame = 0; frame < 3; ++frame) {
+                const Bytes in = noiseFrame(info, static_cast<unsigned>(frame));
+                const auto set = [](CZrOverlay& overlay) {
+                    moveTimeCode(overlay);
+                    overlay.TimeCodeVITCEnable = 1;
+                    setOverlayText(overlay, 2, "Studio 3");
+                    overlay.CustomTextEnabled[2] = 1;
+                    overlay.CustomTextX[2] = 2;
+                    overlay.CustomTextY[2] = 18;
+                };
+                EXPECT_EQ(
+                    difference(harness.pass(in, info, frame),
+                               burnt(in, info, set, static_cast<unsigned>(frame), zrTimeCode25),
+                               info),
+                    "")
+                    << format << ", " << width << " columns, frame " << frame;
+            }
+        }
+}
+
+TEST(GstOverlay, LayersAreOpaqueAndAllElseKeepsItsAlpha) {
+    const GstVideoInfo info = infoOf("BGRA", 120, 30);
+    Harness harness(std::string("zroverlay") + moved);
+    harness.begin(info);
+    const Bytes in = noiseFrame(info, 1);
+    const Bytes out = harness.pass(in, info, 0);
+    const Bytes expected = burnt(in, info, moveTimeCode, 0, zrTimeCode25);
+    ASSERT_EQ(out.size(), in.size());
+    int drawn = 0;
+    for (std::size_t i = 0; i < in.size(); i += 4) {
+        const bool isDrawn = std::memcmp(&in[i], &expected[i], 3) != 0;
+        drawn += isDrawn;
+        EXPECT_EQ(std::memcmp(&out[i], &expected[i], 3), 0) << i;
+        if (isDrawn) // the other way round does not hold: the colour may have been the same
+            EXPECT_EQ(out[i + 3], 255) << i;
+        else if (out[i + 3] != 255)
+            EXPECT_EQ(out[i + 3], in[i + 3]) << i;
+    }
+    EXPECT_GT(drawn, 500);
+}
+
+TEST(GstOverlay, TimeCodeComesFromTheBufferOrFromItsTime) {
+    const struct {
+        const char* why;
+        int rate, scale;
+        const char* start;
+        GstClockTime time;
+        unsigned frames, type;
+    } cases[] = {
+        {"counted by time", 25, 1, "", 2 * GST_SECOND, 50, zrTimeCode25},
+        {"from a start on", 25, 1, "10:00:00:00", GST_SECOND, 36000 * 25 + 25, zrTimeCode25},
+        {"drop-frame is usual at 29.97", 30000, 1001, "", GST_SECOND, 30, zrTimeCode30Drop},
+        {"a colon asks for none", 30000, 1001, "00:01:00:00", 0, 1800, zrTimeCode30},
+        {"the frame nearest to a time", 25, 1, "", 79 * GST_MSECOND, 2, zrTimeCode25},
+        {"a rate without time code", 15, 1, "", GST_SECOND, 15, zrTimeCode30},
+    };
+    for (const auto& c : cases) {
+        const GstVideoInfo info = infoOf("UYVY", 120, 20, c.rate, c.scale);
+        Harness harness(std::string("zroverlay start-timecode=\"") + c.start + '"' + moved);
+        harness.begin(info);
+        const Bytes in = noiseFrame(info, 7);
+        EXPECT_EQ(difference(harness.pass(bufferOf(in, c.time, GST_CLOCK_TIME_NONE)),
+                             burnt(in, info, moveTimeCode, c.frames, c.type), info),
+                  "")
+            << c.why;
+    }
+    const GstVideoInfo info = infoOf("UYVY", 120, 20, 30000, 1001);
+    Harness harness(std::string("zroverlay start-timecode=10:00:00:00") + moved);
+    harness.begin(info);
+    const Bytes in = noiseFrame(info, 8);
+    GstBuffer* buffer = bufferOf(in, 0, GST_CLOCK_TIME_NONE);
+    gst_buffer_add_video_time_code_meta_full(buffer, 30000, 1001, nullptr,
+                                             GST_VIDEO_TIME_CODE_FLAGS_DROP_FRAME, 1, 10, 0, 2, 0);
+    EXPECT_EQ(
+        difference(harness.pass(buffer),
+                   burnt(in, info, moveTimeCode, (3600 + 600) * 30 - 2 * 63 + 2, zrTimeCode30Drop),
+                   info),
+        "")
+        << "the buffer's own wins";
+}
+
+// Lines with gaps are worked on in a copy; the gaps stay.
+TEST(GstOverlay, StridesOfTheBufferAreHonoured) {
+    const GstVideoInfo info = infoOf("UYVY", 100, 20);
+    const std::size_t stride = 256;
+    const Bytes in = noise(stride * 20, 3);
+    GstBuffer* buffer = bufferOf(in, 0, 40 * GST_MSECOND);
+    gsize offsets[GST_VIDEO_MAX_PLANES] = {};
+    gint strides[GST_VIDEO_MAX_PLANES] = {static_cast<gint>(stride)};
+    gst_buffer_add_video_meta_full(buffer, GST_VIDEO_FRAME_FLAG_NONE, GST_VIDEO_FORMAT_UYVY, 100,
+                                   20, 1, offsets, strides);
+    Harness harness(std::string("zroverlay") + moved);
+    harness.begin(info);
+    const Bytes out = harness.pass(buffer);
+    Bytes packed;
+    for (std::size_t y = 0; y < 20; ++y)
+        packed.insert(packed.end(), in.begin() + static_cast<std::ptrdiff_t>(y * stride),
+                      in.begin() + static_cast<std::ptrdiff_t>(y * stride + 200));
+    const Bytes expected = burnt(packed, info, moveTimeCode, 0, zrTimeCode25);
+    ASSERT_EQ(out.size(), in.size());
+    for (std::size_t i = 0; i < out.size(); ++i) {
+        const std::size_t x = i % stride;
+        EXPECT_EQ(out[i], x < 200 ? expected[i / stride * 200 + x] : in[i]) << i;
+    }
+}
+
+TEST(GstOverlay, FramesThatOthersHoldAreNotDrawnOn) {
+    const GstVideoInfo info = infoOf("UYVY", 100, 20);
+    Harness harness(std::string("zroverlay") + moved);
+    harness.begin(info);
+    const Bytes in = noiseFrame(info, 4);
+    const Owned<GstBuffer> held(bufferOf(in, 0, 40 * GST_MSECOND));
+    EXPECT_NE(harness.pass(gst_buffer_ref(held.get())), in);
+    EXPECT_EQ(bytesOf(held.get()), in);
+    g_object_set(harness.element("zroverlay"), "enabled", FALSE, nullptr);
+    EXPECT_EQ(harness.pass(gst_buffer_ref(held.get())), in) << "an overlay that is off";
+}
+
+TEST(GstOverlay, EverySettingWithAnEffectIsAProperty) {
+    Harness harness("zroverlay");
+    GObject* element = G_OBJECT(harness.element("zroverlay"));
+    int numbers = 0;
+    for (const SettingKey& key : settingKeys()) {
+        const std::string name = propertyName(key.name);
+        GParamSpec* spec = g_object_class_find_property(G_OBJECT_GET_CLASS(element), name.c_str());
+        EXPECT_EQ(spec != nullptr, key.isText() || key.most != 0) << key.name;
+        if (!spec || !G_IS_PARAM_SPEC_UINT(spec))
+            continue;
+        ++numbers;
+        guint value = 0;
+        g_object_set(element, name.c_str(), key.most, nullptr);
+        g_object_get(element, name.c_str(), &value, nullptr);
+        EXPECT_EQ(value, key.most) << name;
+        EXPECT_EQ(G_PARAM_SPEC_UINT(spec)->maximum, key.most) << name;
+    }
+    EXPECT_EQ(numbers, 10 + 2 * CZrOverlay::textSlots);
+    EXPECT_EQ(propertyName("TimeCodeLTCEnable"), "time-code-ltc-enable");
+    EXPECT_EQ(propertyName("CustomTextEnabled3"), "text-3-enabled");
+    EXPECT_EQ(propertyName("CustomText0"), "text-0");
+}
+
+TEST(GstOverlay, TextsAreMadeDrawable) {
+    Harness harness("zroverlay");
+    GObject* element = G_OBJECT(harness.element("zroverlay"));
+    const struct {
+        std::string text, kept;
+        bool enabled;
+    } cases[] = {{"Studio", "Studio", true},
+                 {"K\u00f6ln \u2192", "K?ln ?", true},
+                 {std::string(600, 'x'), std::string(511, 'x'), true},
+                 {"", "", false}};
+    for (const auto& c : cases) {
+        gchar* kept = nullptr;
+        gboolean enabled = FALSE;
+        g_object_set(element, "text-4", c.text.c_str(), nullptr);
+        g_object_get(element, "text-4", &kept, "text-4-enabled", &enabled, nullptr);
+        EXPECT_EQ(kept, c.kept);
+        EXPECT_EQ(enabled != FALSE, c.enabled) << c.text;
+        g_free(kept);
+    }
+}
+
+TEST(GstOverlay, CommandsSetAndAnswer) {
+    Harness harness("zroverlay");
+    GstElement* element = harness.element("zroverlay");
+    const auto send = [element](const char* text) {
+        const Owned<GstStructure> command(gst_structure_from_string(text, nullptr));
+        GstStructure* answer = nullptr;
+        g_signal_emit_by_name(element, "command", command.get(), &answer);
+        std::string result = "none";
+        if (answer) {
+            gchar* words = gst_structure_to_string(answer);
+            result = words;
+            g_free(words);
+            gst_structure_free(answer);
+        }
+        return result;
+    };
+    const struct {
+        const char* command;
+        const char* answer;
+    } cases[] = {
+        {"audio, enable=1, x=40, channels=6",
+         "audio, enable=(uint)1, x=(uint)40, y=(uint)100, channels=(uint)6;"},
+        {"audio, channels=33", "none"},
+        {"audio, colour=1", "none"},
+        {"time-code, switches=2, size=3",
+         "time-code, switches=(uint)2, x=(uint)20, y=(uint)300, size=(uint)1027;"},
+        {"custom-text, enable=true, slot=3, text=\"On air\"",
+         "custom-text, enable=(uint)1, x=(uint)500, y=(uint)90, text=(string)\"On\\ air\";"},
+        {"custom-text, slot=10, text=a", "none"},
+        {"watermark", "watermark, enable=(uint)0, x=(uint)400, y=(uint)400, opacity=(uint)50, "
+                      "path=(string)\"\";"},
+        {"master, enable=0", "master, enable=(uint)0;"},
+        {"lights", "none"},
+    };
+    int notified = 0;
+    const gulong handler = g_signal_connect_swapped(
+        element, "notify::text-3-enabled", G_CALLBACK(+[](int* count) { ++*count; }), &notified);
+    for (const auto& c : cases)
+        EXPECT_EQ(send(c.command), c.answer) << c.command;
+    EXPECT_EQ(notified, 1);
+    g_signal_handler_disconnect(element, handler);
+}
+
+TEST(GstOverlay, AControllerMovesALayer) {
+    const GstVideoInfo info = infoOf("UYVY", 200, 20);
+    Harness harness(std::string("zroverlay") + moved);
+    GstObject* element = GST_OBJECT(harness.element("zroverlay"));
+    GstControlSource* source = gst_interpolation_control_source_new();
+    g_object_set(source, "mode", GST_INTERPOLATION_MODE_LINEAR, nullptr);
+    auto* values = GST_TIMED_VALUE_CONTROL_SOURCE(source);
+    gst_timed_value_control_source_set(values, 0, 0.0);
+    gst_timed_value_control_source_set(values, GST_SECOND, 100.0);
+    gst_object_add_control_binding(
+        element, gst_direct_control_binding_new_absolute(element, "time-code-x", source));
+    gst_object_unref(source);
+    harness.begin(info);
+    const Bytes in = noiseFrame(info, 5);
+    for (const unsigned frame : {0U, 5U, 20U}) {
+        const auto set = [frame](CZrOverlay& overlay) {
+            moveTimeCode(overlay);
+            overlay.TimeCodeX = frame * 4;
+        };
+        EXPECT_EQ(difference(harness.pass(in, info, static_cast<int>(frame)),
+                             burnt(in, info, set, frame, zrTimeCode25), info),
+                  "")
+            << frame;
+    }
+}
+
+TEST(GstOverlay, CapsMayChangeInTheMiddle) {
+    Harness harness(std::string("zroverlay") + moved);
+    for (const char* format : {"UYVY", "BGRx", "v210", "UYVY"})
+        for (const int width : {96, 144}) {
+            const GstVideoInfo info = infoOf(format, width, 24, 50);
+            harness.begin(info);
+            const Bytes in = noiseFrame(info, 6);
+            EXPECT_EQ(difference(harness.pass(in, info, 10),
+                                 burnt(in, info, moveTimeCode, 10, zrTimeCode50), info),
+                      "")
+                << format << ' ' << width;
+        }
+}
+
+TEST(GstOverlay, InterlacedAndFieldBuffersAreServed) {
+    GstVideoInfo info = infoOf("UYVY", 120, 40);
+    info.interlace_mode = GST_VIDEO_INTERLACE_MODE_INTERLEAVED;
+    Harness harness("zroverlay time-code-x=6 time-code-y=5 time-code-size=2");
+    harness.begin(info);
+    const Bytes in = noiseFrame(info, 9);
+    const auto set = [](CZrOverlay& overlay) {
+        overlay.TimeCodeX = 6;
+        overlay.TimeCodeY = 5;
+    };
+    EXPECT_EQ(
+        difference(harness.pass(in, info, 1), burnt(in, info, set, 1, zrTimeCode25, true), info),
+        "");
+    Harness fields(std::string("zroverlay") + moved);
+    gst_harness_set_src_caps_str(fields.get(),
+                                 "video/x-raw(format:Interlaced), format=UYVY, width=120, "
+                                 "height=40, framerate=25/1, interlace-mode=alternate");
+    const GstVideoInfo half = infoOf("UYVY", 120, 20);
+    const Bytes field = noiseFrame(half, 10);
+    GstBuffer* buffer = bufferOf(field, 0, GST_CLOCK_TIME_NONE);
+    GST_BUFFER_FLAG_SET(buffer, GST_VIDEO_BUFFER_FLAG_TOP_FIELD);
+    EXPECT_EQ(
+        difference(fields.pass(buffer), burnt(field, half, moveTimeCode, 0, zrTimeCode25), half),
+        "");
+}
+
+TEST(GstOverlay, SettingsComeFromAStoreUnlessTheyAreSet) {
+    const std::string folder = testing::TempDir() + "zroverlay-store";
+    std::filesystem::create_directories(folder);
+    const std::string store = folder + "/settings.db";
+    ASSERT_EQ(zrCFGUseStore(store.c_str(), nullptr, 0), 0);
+    {
+        CZrOverlay stored;
+        stored.Enabled = stored.TimeCodeLTCEnable = 1;
+        stored.TimeCodeX = 60;
+        stored.TimeCodeY = 7;
+        setOverlayText(stored, 1, "stored");
+        setOverlayText(stored, 2, "stored too");
+        stored.SaveConfig();
+    }
+    zrCFGUseStore(nullptr, nullptr, 0);
+    const GstVideoInfo info = infoOf("UYVY", 160, 40);
+    Harness harness("zroverlay time-code-y=9 text-2=own settings-store=" + store);
+    harness.begin(info);
+    harness.pass(noiseFrame(info, 1), info, 0);
+    guint x = 0, y = 0;
+    gchar *first = nullptr, *second = nullptr;
+    g_object_get(harness.element("zroverlay"), "time-code-x", &x, "time-code-y", &y, "text-1",
+                 &first, "text-2", &second, nullptr);
+    EXPECT_EQ(x, 60U);
+    EXPECT_EQ(y, 9U);
+    EXPECT_STREQ(first, "stored");
+    EXPECT_STREQ(second, "own");
+    g_free(first);
+    g_free(second);
+    std::filesystem::remove_all(folder);
+}
+
+TEST(GstOverlay, WhatIsWrongIsToldOnTheBus) {
+    const TempFile text("no picture");
+    const struct {
+        std::string element;
+        GstMessageType type;
+        const char* message;
+        std::size_t frames;
+    } cases[] = {
+        {"zroverlay watermark=missing.png", GST_MESSAGE_WARNING,
+         "The watermark 'missing.png' cannot be read as a picture.", 5},
+        {"zroverlay watermark=" + std::string(text.path()), GST_MESSAGE_WARNING, "cannot be read",
+         5},
+        {"zroverlay start-timecode=10:00:00:77", GST_MESSAGE_ERROR,
+         "start-timecode '10:00:00:77' cannot be at 25/1", 0},
+        {"zroverlay settings-store=" + std::string(text.path()), GST_MESSAGE_ERROR,
+         "is not a settings store", 0},
+        {"zrlevels overlay=nobody", GST_MESSAGE_ERROR,
+         "There is no zroverlay named 'nobody' in the pipeline.", 0},
+    };
+    for (const auto& c : cases) {
+        const bool sound = c.element.starts_with("zrlevels");
+        Pipeline pipeline(
+            (sound ? "audiotestsrc num-buffers=5 ! "
+                   : "videotestsrc num-buffers=5 ! video/x-raw,format=UYVY,width=96,height=40,"
+                     "framerate=25/1 ! ") +
+            c.element + " ! appsink name=out sync=false");
+        EXPECT_EQ(pipeline.frames().size(), c.frames) << c.element;
+        const std::string message = pipeline.message(c.type);
+        EXPECT_NE(message.find(c.message), std::string::npos) << c.element << ": " << message;
+    }
+}
+
+// A picture is laid on and moved over both edges, as in the library's BGRA.
+TEST(GstOverlay, AWatermarkMayMoveOverEveryEdge) {
+    const TempFile file("P6\n64 16\n255\n" + std::string(64 * 16 * 3, '\xFF'));
+    for (const char* format : {"UYVY", "v210", "BGRx"}) {
+        const GstVideoInfo info = infoOf(format, 96, 40);
+        Harness harness("zroverlay time-code-ltc-enable=false watermark=" +
+                        std::string(file.path()));
+        harness.begin(info);
+        Bytes in(GST_VIDEO_INFO_SIZE(&info), 0);
+        for (const guint x : {0U, 10U, 41U, 94U, 95U, 4U, 200U})
+            for (const guint y : {0U, 30U, 39U, 40U}) {
+                g_object_set(harness.element("zroverlay"), "watermark-x", x, "watermark-y", y,
+                             nullptr);
+                Bytes out = harness.pass(in, info, 0);
+                ASSERT_EQ(out.size(), in.size());
+                const PictureView picture = gstreamer::viewOf(out, info);
+                ZRDraw* draw = nullptr;
+                ASSERT_EQ(GetDraw(picture.layout->code, 96, 40, picture.pitch,
+                                  reinterpret_cast<char*>(out.data()), draw),
+                          0U);
+                const guint left = std::string_view(format) == "BGRx" ? x : x & ~1U;
+                for (const guint column : {0U, 2U, 12U, 38U, 50U, 94U})
+                    for (const guint line : {0U, 15U, 16U, 29U, 31U, 39U}) {
+                        unsigned luma = 0, cb = 0, cr = 0, alpha = 0;
+                        draw->GetPixelYCbCr10(static_cast<int>(column), static_cast<int>(line),
+                                              luma, cb, cr, alpha);
+                        const bool inside =
+                            column >= left && column < left + 64 && line >= y && line < y + 16;
+                        EXPECT_EQ(luma > 500, inside)
+                            << format << ' ' << x << ", " << y << ": " << column << ", " << line;
+                    }
+                ReleaseDraw(draw);
+            }
+    }
+}
+
+TEST(GstOverlay, PlaysPausesSeeksAndFlushes) {
+    Pipeline pipeline("videotestsrc num-buffers=100 ! video/x-raw,format=UYVY,width=96,height=40,"
+                      "framerate=25/1 ! zroverlay ! appsink name=out sync=false max-buffers=1");
+    for (const GstState state : {GST_STATE_PAUSED, GST_STATE_PLAYING, GST_STATE_PAUSED,
+                                 GST_STATE_READY, GST_STATE_PLAYING}) {
+        gst_element_set_state(pipeline.get(), state);
+        EXPECT_EQ(gst_element_get_state(pipeline.get(), nullptr, nullptr, 5 * GST_SECOND),
+                  GST_STATE_CHANGE_SUCCESS);
+    }
+    EXPECT_TRUE(pipeline.pull());
+    ASSERT_TRUE(gst_element_seek_simple(pipeline.get(), GST_FORMAT_TIME, GST_SEEK_FLAG_FLUSH,
+                                        2 * GST_SECOND));
+    const Owned<GstSample> sample = pipeline.pull();
+    ASSERT_TRUE(sample);
+    EXPECT_EQ(GST_BUFFER_PTS(gst_sample_get_buffer(sample.get())), 2 * GST_SECOND);
+}
+
+// Under TSan this shows that settings may be changed by anybody at any time.
+TEST(GstOverlay, PropertiesChangeFromOtherThreadsWhileItRuns) {
+    const TempFile file("P6\n8 8\n255\n" + std::string(8 * 8 * 3, 'x'));
+    const GstVideoInfo info = infoOf("UYVY", 320, 180);
+    Harness harness("zroverlay audio-enable=true");
+    harness.begin(info);
+    GstElement* element = harness.element("zroverlay");
+    std::atomic<bool> ended = false;
+    std::atomic<int> changes = 0;
+    std::thread other([&] {
+        for (guint i = 0; !ended; ++i) {
+            const std::string text = "take " + std::to_string(i);
+            g_object_set(element, "time-code-x", i % 300, "text-0", text.c_str(), "text-0-y",
+                         i % 200, "audio-channels", i % 33, "watermark-x", i % 330, nullptr);
+            if (i % 50 == 0)
+                g_object_set(element, "watermark", i % 100 == 0 ? file.path() : "", nullptr);
+            changes += 5;
+        }
+    });
+    for (int frame = 0; frame < 100 || changes < 1000; ++frame)
+        EXPECT_FALSE(harness.pass(noiseFrame(info, 1), info, frame).empty());
+    ended = true;
+    other.join();
+    EXPECT_GE(changes, 1000);
+}
+
+} // namespace
