@@ -57,12 +57,11 @@ unsigned LevelTrack::channels() const {
     return m_channels;
 }
 
-MeterLevels LevelTrack::between(GstClockTime begin, GstClockTime end,
-                                std::chrono::nanoseconds patience) {
+MeterLevels LevelTrack::between(GstClockTime begin, GstClockTime end, const Patience& patience) {
     std::unique_lock lock(m_mutex);
     const auto isKnown = [&] { return m_known >= end || m_ended || m_impatient; };
-    if (!m_vain && patience.count() > 0)
-        m_vain = !m_more.wait_for(lock, patience, isKnown);
+    if ((!m_vain || patience.everAnew) && patience.most.count() > 0)
+        m_vain = !m_more.wait_for(lock, patience.most, isKnown);
     drop(begin);
     MeterLevels levels{};
     for (const LevelBlock& block : m_blocks) {

@@ -40,9 +40,14 @@ public:
     // Channels of the sound that came last; 0 before any.
     unsigned channels() const;
 
-    // The peaks from `begin` up to but excluding `end`. Waits until the sound has come so far, but
-    // no longer than told, and not at all once it waited in vain until more sound comes.
-    MeterLevels between(GstClockTime begin, GstClockTime end, std::chrono::nanoseconds patience);
+    struct Patience {
+        std::chrono::nanoseconds most{0};
+        bool everAnew = false; // also once it was in vain and no more sound has come since
+    };
+
+    // The peaks from `begin` up to but excluding `end`, once the sound has come so far or patience
+    // has ended.
+    MeterLevels between(GstClockTime begin, GstClockTime end, const Patience& patience);
 
     // Ends a wait, and lets no other begin until it is called again with false.
     void setImpatient(bool impatient);

@@ -247,7 +247,18 @@ void beforeTransform(GstBaseTransform* base, GstBuffer* buffer) {
         gst_object_sync_values(GST_OBJECT(base), time);
 }
 
-MeterLevels levelsOf(GstBaseTransform* base, GstBuffer* buffer, GstClockTime wait) {
+// Until the pipeline plays, sinks hold the sound back.
+LevelTrack::Patience patienceOf(GstBaseTransform* base) {
+    State& state = stateOf(base);
+    if (!state.waits)
+        return {};
+    GST_OBJECT_LOCK(base);
+    const bool plays = GST_STATE(base) == GST_STATE_PLAYING;
+    GST_OBJECT_UNLOCK(base);
+    return {std::chrono::nanoseconds(state.locked(&State::levelsWait)), !plays};
+}
+
+MeterLevels levelsOf(GstBaseTransform* base, GstBuffer* buffer) {
     State& state = stateOf(base);
     const GstSegment& segment = base->segment;
     const GstClockTime begin =
@@ -258,7 +269,7 @@ MeterLevels levelsOf(GstBaseTransform* base, GstBuffer* buffer, GstClockTime wai
         GST_BUFFER_DURATION_IS_VALID(buffer) ? GST_BUFFER_DURATION(buffer) : state.clock.duration();
     const auto shown = static_cast<GstClockTime>(static_cast<double>(duration) /
                                                  std::max(std::abs(segment.rate), 1e-3));
-    return state.levels.between(begin, begin + shown, std::chrono::nanoseconds(wait));
+    return state.levels.between(begin, begin + shown, patienceOf(base));
 }
 
 GstFlowReturn transformFrame(GstVideoFilter* filter, GstVideoFrame* frame) {
@@ -267,8 +278,7 @@ GstFlowReturn transformFrame(GstVideoFilter* filter, GstVideoFrame* frame) {
     const GstClockTime streamTime =
         gst_segment_to_stream_time(&base->segment, GST_FORMAT_TIME, GST_BUFFER_PTS(frame->buffer));
     const FrameCode code = state.clock.of(frame->buffer, streamTime);
-    const MeterLevels levels =
-        levelsOf(base, frame->buffer, state.waits ? state.locked(&State::levelsWait) : 0);
+    const MeterLevels levels = levelsOf(base, frame->buffer);
     state.overlay.setSoundChannels(state.levels.channels());
     const zrLayout& layout = *layoutOf(GST_VIDEO_FRAME_FORMAT(frame));
     // The overlay takes lines for packed.

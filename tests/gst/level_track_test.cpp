@@ -29,7 +29,7 @@ TEST(LevelTrack, ASampleBelongsToOnePicture) {
         LevelTrack track;
         track.feed(blockWith(0, c.sample, 1000));
         for (GstClockTime picture = 0; picture < 25; ++picture) {
-            const MeterLevels levels = track.between(picture * frame, (picture + 1) * frame, 0ns);
+            const MeterLevels levels = track.between(picture * frame, (picture + 1) * frame, {});
             EXPECT_EQ(levels[0], picture == c.picture ? 1000U : 0U) << c.sample << ' ' << picture;
             EXPECT_EQ(levels[1], picture == c.picture ? 500U : 0U);
             EXPECT_EQ(levels[2], 0U);
@@ -41,7 +41,7 @@ TEST(LevelTrack, PicturesMaySpanBlocks) {
     LevelTrack track;
     track.feed(blockWith(0, 47999, 1000));
     track.feed(blockWith(GST_SECOND, 0, 3000));
-    EXPECT_EQ(track.between(GST_SECOND - frame / 2, GST_SECOND + frame / 2, 0ns)[0], 3000U);
+    EXPECT_EQ(track.between(GST_SECOND - frame / 2, GST_SECOND + frame / 2, {})[0], 3000U);
     EXPECT_EQ(track.channels(), 2U);
 }
 
@@ -52,12 +52,12 @@ TEST(LevelTrack, WaitsForSoundAndOnceInVain) {
         std::this_thread::sleep_for(30ms);
         track.feed(blockWith(0, 100, 700));
     });
-    EXPECT_EQ(track.between(0, frame, 10s)[0], 700U);
+    EXPECT_EQ(track.between(0, frame, {10s})[0], 700U);
     other.join();
     for (int i = 0; i < 1000; ++i) // the test's own limit ends it, if each waited
-        track.between(2 * GST_SECOND, 2 * GST_SECOND + frame, 1s);
+        track.between(2 * GST_SECOND, 2 * GST_SECOND + frame, {1s});
     track.end();
-    track.between(3 * GST_SECOND, 3 * GST_SECOND + frame, 1h);
+    track.between(3 * GST_SECOND, 3 * GST_SECOND + frame, {1h});
 }
 
 TEST(LevelTrack, AWaitEndsWithTheStream) {
@@ -71,7 +71,7 @@ TEST(LevelTrack, AWaitEndsWithTheStream) {
             std::this_thread::sleep_for(20ms);
             end(track);
         });
-        track.between(2 * GST_SECOND, 3 * GST_SECOND, 1h);
+        track.between(2 * GST_SECOND, 3 * GST_SECOND, {1h});
         other.join();
     }
 }
@@ -80,8 +80,8 @@ TEST(LevelTrack, NobodysSoundIsKeptForLong) {
     LevelTrack track;
     for (GstClockTime second = 0; second < 100; ++second)
         track.feed(blockWith(second * GST_SECOND, 0, 1000));
-    EXPECT_EQ(track.between(0, GST_SECOND, 0ns)[0], 0U);
-    EXPECT_EQ(track.between(95 * GST_SECOND, 96 * GST_SECOND, 0ns)[0], 1000U);
+    EXPECT_EQ(track.between(0, GST_SECOND, {})[0], 0U);
+    EXPECT_EQ(track.between(95 * GST_SECOND, 96 * GST_SECOND, {})[0], 1000U);
 }
 
 } // namespace

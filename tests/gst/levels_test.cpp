@@ -66,17 +66,23 @@ Bytes metered(Bytes frame, const GstVideoInfo& info, const MeterLevels& levels,
     return frame;
 }
 
-constexpr const char* video =
-    "videotestsrc pattern=black num-buffers=12 ! "
-    "video/x-raw,format=UYVY,width=160,height=240,framerate=25/1 ! zroverlay name=meters "
-    "time-code-ltc-enable=false audio-enable=true audio-x=0 audio-y=0 ! "
-    "appsink name=out sync=false";
+std::string video(const std::string& between = "") {
+    return "videotestsrc pattern=black num-buffers=12 ! "
+           "video/x-raw,format=UYVY,width=160,height=240,framerate=25/1 ! zroverlay name=meters "
+           "time-code-ltc-enable=false audio-enable=true audio-x=0 audio-y=0 ! " +
+           between + "appsink name=out sync=false";
+}
 
-TEST(GstLevels, MetersShowEachFramesOwnPeaks) {
+// With a queue all frames come before the pipeline plays, and the sound behind its first block
+// after that.
+class GstLevelsBehind : public testing::TestWithParam<const char*> {};
+
+TEST_P(GstLevelsBehind, MetersShowEachFramesOwnPeaks) {
     const TempFile file(waveFile());
     // The blocks of sound do not end where frames do.
     Pipeline pipeline("filesrc blocksize=1111 location=" + std::string(file.path()) +
-                      " ! wavparse ! zrlevels overlay=meters ! fakesink sync=true " + video);
+                      " ! wavparse ! zrlevels overlay=meters ! fakesink sync=true " +
+                      video(GetParam()));
     g_object_set(pipeline.element("meters"), "levels-wait", 5 * GST_SECOND, nullptr);
     const std::vector<Bytes> shown = pipeline.frames();
     const GstVideoInfo info = infoOf("UYVY", 160, 240);
@@ -94,6 +100,8 @@ TEST(GstLevels, MetersShowEachFramesOwnPeaks) {
         EXPECT_EQ(difference(shown[static_cast<std::size_t>(frame)], expected, info), "") << frame;
     }
 }
+
+INSTANTIATE_TEST_SUITE_P(, GstLevelsBehind, testing::Values("", "queue ! "));
 
 TEST(GstLevels, EveryFormatIsMeasuredAndPassesUntouched) {
     const struct {
@@ -117,7 +125,7 @@ TEST(GstLevels, EveryFormatIsMeasuredAndPassesUntouched) {
                           " ! rawaudioparse format=pcm pcm-format=" + c.format +
                           " sample-rate=48000 num-channels=2 ! zrlevels overlay=meters ! "
                           "appsink name=sound sync=false " +
-                          video);
+                          video());
         g_object_set(pipeline.element("meters"), "levels-wait", 5 * GST_SECOND, nullptr);
         const std::vector<Bytes> shown = pipeline.frames();
         ASSERT_FALSE(shown.empty()) << c.format;
