@@ -3,6 +3,7 @@
 #include "common/layout_names.h"
 #include "common/tool_error.h"
 #include "common/v210_words.h"
+#include "common/wipe_lines.h"
 #include "zrdraw/transitions.h"
 
 #include <fmt/format.h>
@@ -32,7 +33,10 @@ Transition::Transition(const zrLayout& layout, int width, int height, unsigned c
                                      layoutName(layout), knownNames()));
     if (frontEnd && layout.code != ptV210)
         throw UsageError("--front-end: only v210 has another way; add --layout v210");
-    if (layout.code != ptV210 || frontEnd)
+    const bool sharesSamples = layout.isPairs() || layout.code == ptV210;
+    if (sharesSamples && !frontEnd && WipeMask::serves(code))
+        m_mask.emplace(width, height, m_code);
+    if (layout.code != ptV210 || frontEnd || m_mask)
         return;
     const std::size_t bytes = std::size_t{m_width} * wordPixelBytes * m_height + wordOverhang;
     m_from.resize(bytes);
@@ -46,18 +50,34 @@ void Transition::draw(const PictureView& from, const PictureView& to, const Pict
                       unsigned position) {
     const PictureView& outgoing = m_exchanges ? to : from;
     const PictureView& incoming = m_exchanges ? from : to;
+    if (m_mask)
+        return drawLines(from, to, result, position);
     if (m_layout.code == ptV210 && !m_frontEnd)
         return drawWords(outgoing, incoming, result, position);
     const auto pitch = [](const PictureView& picture) {
         return static_cast<unsigned>(picture.pitch);
     };
-    const auto door = m_layout.code == ptV210 ? ZRDraw_DisplayWipeV210
-                      : m_layout.isPairs()    ? ZRDraw_DisplayWipeYCbCr
-                                              : ZRDraw_DisplayWipe;
+    // All bytes of a pair are mixed alike, and so a pair may pass for a pixel of four.
+    const bool mixesPairs = m_layout.isPairs() && !m_slides && incoming.pitch == result.pitch;
+    const auto door = m_layout.code == ptV210             ? ZRDraw_DisplayWipeV210
+                      : m_layout.isPairs() && !mixesPairs ? ZRDraw_DisplayWipeYCbCr
+                                                          : ZRDraw_DisplayWipe;
+    const unsigned type = mixesPairs ? unsigned{zrWipeByte4} : m_layout.code;
+    const unsigned width = mixesPairs ? (m_width + 1) / 2 : m_width;
     if (door(outgoing.data, pitch(outgoing), incoming.data, pitch(incoming), result.data,
-             pitch(result), m_code, m_layout.code, m_width, m_height, 1, 1, 0, 0, 0, 0, scale,
-             position) != 0)
+             pitch(result), m_code, type, width, m_height, 1, 1, 0, 0, 0, 0, scale, position) != 0)
         throw Failure("out of memory");
+}
+
+void Transition::drawLines(const PictureView& from, const PictureView& to,
+                           const PictureView& result, unsigned position) {
+    for (int y = 0; y < result.height; ++y) {
+        const std::vector<WipeMask::Run>& runs = m_mask->runsOf(y, position, scale);
+        if (m_layout.code == ptV210)
+            wipeV210(runs, from.line(y), to.line(y), result.line(y), result.width);
+        else
+            wipePairs(m_layout.pair, runs, from.line(y), to.line(y), result.line(y));
+    }
 }
 
 void Transition::drawWords(const PictureView& from, const PictureView& to,

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "common/picture_view.h"
+#include "common/wipe_mask.h"
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 class Transition {
@@ -20,10 +22,13 @@ public:
     void draw(const PictureView& from, const PictureView& to, const PictureView& result,
               unsigned position);
 
-    // 0: any. Slides of whole pixels take lines for packed.
+    // 0: any. Of whole pixels the result has the pitch of the second source, and slides take lines
+    // for packed.
     int neededPitch() const {
-        const bool any = !m_slides || !isWhole(m_layout);
-        return any ? 0 : wholeLineBytes(m_layout, static_cast<int>(m_width));
+        const int width = static_cast<int>(m_width);
+        if (!isWhole(m_layout))
+            return 0;
+        return m_slides ? wholeLineBytes(m_layout, width) : wordPitch(m_layout, width);
     }
 
     static bool isKnown(const zrLayout& layout) {
@@ -35,6 +40,10 @@ private:
     static bool isWhole(const zrLayout& layout) {
         return layout.bytes.r >= 0 || layout.code == ptRGB48 || layout.code == ptARGB64;
     }
+
+    // Wipes where pixels share samples, line by line: what is not on an edge is copied.
+    void drawLines(const PictureView& from, const PictureView& to, const PictureView& result,
+                   unsigned position);
 
     void drawWords(const PictureView& from, const PictureView& to, const PictureView& result,
                    unsigned position);
@@ -48,6 +57,7 @@ private:
     bool m_frontEnd;
     bool m_slides;
     bool m_exchanges;
+    std::optional<WipeMask> m_mask;         // where it is drawn by lines
     std::vector<std::uint8_t> m_from, m_to; // words of v210 at full precision
     std::vector<std::uint8_t> m_moved;      // and of the result, where a transition moves them
 };
