@@ -79,7 +79,7 @@ void drawClip(const Options& options, const Script& script) {
 
 void addOptions(CLI::App& command, Options& options) {
     addClipOptions(command, options);
-    command.add_option("-e", options.expressions, "Commands; may be given more than once")
+    command.add_option("-e", options.expressions, "Commands, run in the order given")
         ->type_name(valueName::commands)
         ->allow_extra_args(false);
     command
