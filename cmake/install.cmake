@@ -1,6 +1,7 @@
 # The package: libraries, headers, a CMake package with zrdraw::zrdraw and zrdraw::host, and
 # pkg-config files of the same two. `cmake --install BUILD --component NAME` installs a part of it:
-# runtime what programs need, development what builds them, tools the command line tool.
+# runtime what programs need, development what builds them, tools the command line tool with its
+# manual pages and completion.
 include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/zrdraw)
@@ -35,4 +36,11 @@ endforeach()
 if(ZRDRAW_BUILD_TOOL)
   install(TARGETS zrdraw_tool RUNTIME COMPONENT tools)
   set_target_properties(zrdraw_tool PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+  # Its pages and completion, where man, bash and zsh look for them below /usr.
+  set(manuals ${PROJECT_BINARY_DIR}/tools/zrdraw/manuals)
+  install(DIRECTORY ${manuals}/man1 DESTINATION ${CMAKE_INSTALL_MANDIR} COMPONENT tools)
+  install(FILES ${manuals}/bash/zrdraw
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)
+  install(FILES ${manuals}/zsh/_zrdraw
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions COMPONENT tools)
 endif()

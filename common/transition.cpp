@@ -76,7 +76,7 @@ void Transition::drawLines(const PictureView& from, const PictureView& to,
         if (m_layout.code == ptV210)
             wipeV210(runs, from.line(y), to.line(y), result.line(y), result.width);
         else
-            wipePairs(m_layout.pair, runs, from.line(y), to.line(y), result.line(y));
+            wipePairs(runs, from.line(y), to.line(y), result.line(y));
     }
 }
 

@@ -9,6 +9,9 @@
 namespace {
 
 constexpr int pairBytes = 4;
+// By contract: the front end takes the third byte of a pair for its odd pixel's own in every order,
+// so on an odd edge of UYVY that is the Cr of the pair.
+constexpr int oddPixelByte = 2;
 constexpr int groupPixels = static_cast<int>(zrV210::groupPixels);
 constexpr int groupBytes = static_cast<int>(zrV210::groupBytes);
 
@@ -39,12 +42,12 @@ constexpr int roundedUp(int pixels, int unit) {
 
 } // namespace
 
-void wipePairs(const zrPairOrder& order, const std::vector<WipeMask::Run>& runs,
-               const unsigned char* first, const unsigned char* second, unsigned char* to) {
+void wipePairs(const std::vector<WipeMask::Run>& runs, const unsigned char* first,
+               const unsigned char* second, unsigned char* to) {
     for (const WipeMask::Run& run : runs) {
         const unsigned char* from = run.second ? second : first;
         if (run.begin % 2 != 0) {
-            const int place = run.begin / 2 * pairBytes + order.y1;
+            const int place = run.begin / 2 * pairBytes + oddPixelByte;
             to[place] = from[place];
         }
         const int begin = roundedUp(run.begin, 2), end = roundedUp(run.end, 2);

@@ -3,10 +3,9 @@
 #pragma once
 
 #include "common/wipe_mask.h"
-#include "zrdraw/layouts.h"
 
-void wipePairs(const zrPairOrder& order, const std::vector<WipeMask::Run>& runs,
-               const unsigned char* first, const unsigned char* second, unsigned char* to);
+void wipePairs(const std::vector<WipeMask::Run>& runs, const unsigned char* first,
+               const unsigned char* second, unsigned char* to);
 
 void wipeV210(const std::vector<WipeMask::Run>& runs, const unsigned char* first,
               const unsigned char* second, unsigned char* to, int width);

@@ -1,4 +1,7 @@
 /**
+ * @file
+ * @ingroup drawing
+ *
  * The first and the last point of the last arc that ZRDraw::Arc drew, on any object. The variables
  * belong to the process, and nothing guards them between threads. Compiles as C.
  */
@@ -6,6 +9,9 @@
 #define ZRDRAW_ARC_ENDS_H
 
 #include "zrdraw/types.h"
+
+/** @addtogroup drawing
+ * @{ */
 
 #ifdef __cplusplus
 extern "C" {
@@ -19,5 +25,7 @@ ZRDRAW_API extern int yEndArc;
 #ifdef __cplusplus
 }
 #endif
+
+/** @} */
 
 #endif

@@ -1,4 +1,7 @@
 /**
+ * @file
+ * @ingroup drawing
+ *
  * The flat interface: the factory, the lifetime and the shared state of drawing objects for
  * callers that speak no classes. Compiles as C. Drawing itself is done through the classes.
  *
@@ -9,6 +12,9 @@
 #define ZRDRAW_EXPORTS_H
 
 #include "zrdraw/types.h"
+
+/** @addtogroup drawing
+ * @{ */
 
 #ifdef __cplusplus
 class ZRDraw;
@@ -60,5 +66,7 @@ ZRDRAW_API int qtZRPixelSetCanvas(ZRDraw* draw, char* canvas, int height, int wi
 #ifdef __cplusplus
 }
 #endif
+
+/** @} */
 
 #endif

@@ -1,10 +1,16 @@
 /**
+ * @file
+ * @ingroup text
+ *
  * The built-in font, 256 glyphs in the order of code page 437. Compiles as C.
  */
 #ifndef ZRDRAW_FONT_H
 #define ZRDRAW_FONT_H
 
 #include "zrdraw/types.h"
+
+/** @addtogroup text
+ * @{ */
 
 #ifdef __cplusplus
 extern "C" {
@@ -26,5 +32,7 @@ ZRDRAW_API extern const unsigned char fontmap[128];
 #ifdef __cplusplus
 }
 #endif
+
+/** @} */
 
 #endif

@@ -1,4 +1,7 @@
 /**
+ * @file
+ * @ingroup text
+ *
  * What ZRDraw::ExtractBMPData leaves behind. Both variables belong to the process, and nothing
  * guards them between threads. Their names are short: include this header where they are read, and
  * nowhere else. Compiles as C.
@@ -7,6 +10,9 @@
 #define ZRDRAW_FONT_FILES_H
 
 #include "zrdraw/types.h"
+
+/** @addtogroup text
+ * @{ */
 
 #ifdef __cplusplus
 extern "C" {
@@ -37,5 +43,7 @@ ZRDRAW_API extern zrBitmapHeader pImgHdr;
 }
 static_assert(sizeof(zrBitmapHeader) == 36);
 #endif
+
+/** @} */
 
 #endif

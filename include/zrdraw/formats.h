@@ -1,4 +1,7 @@
 /**
+ * @file
+ * @ingroup formats
+ *
  * The format classes: each reads and writes one family of layouts. Objects of them come from
  * GetDraw; a class is named here for callers that derive from one or make one themselves.
  *
@@ -11,6 +14,9 @@
 #define ZRDRAW_FORMATS_H
 
 #include "zrdraw/zrdraw.h"
+
+/** @addtogroup formats
+ * @{ */
 
 /**
  * The four 32-bit RGB layouts, codes 1 to 4. GetPixelYCbCr does not test the address, so a
@@ -392,5 +398,7 @@ public:
     zrYcc yccForeground;
     zrYcc yccBackground;
 };
+
+/** @} */
 
 #endif

@@ -1,4 +1,7 @@
 /**
+ * @file
+ * @ingroup formats
+ *
  * Half floats (IEEE 754 binary16) as the half-float layouts hold them, for callers that fill or
  * read such frames themselves. CDrawRGBAHalf converts by these functions.
  */
@@ -6,6 +9,9 @@
 #define ZRDRAW_HALF_FLOAT_H
 
 #include <cstdint>
+
+/** @addtogroup formats
+ * @{ */
 
 namespace zrHalfFloat {
 
@@ -60,5 +66,7 @@ constexpr float zrHalfToFloat(std::uint16_t half) {
     return __builtin_bit_cast(float, sign | (exponentShift + 1 - shifts) << 23 |
                                          (mantissa << shifts & 0x3FFU) << 13);
 }
+
+/** @} */
 
 #endif

@@ -1,4 +1,7 @@
 /**
+ * @file
+ * @ingroup pixel
+ *
  * The catalogue of layouts as one table. The library, the command line tool and the documents all
  * read their facts about a layout here.
  */
@@ -6,6 +9,9 @@
 #define ZRDRAW_LAYOUTS_H
 
 #include "zrdraw/types.h"
+
+/** @addtogroup pixel
+ * @{ */
 
 /** How many bytes a line takes: `groupBytes` for each group of `groupPixels` pixels. */
 struct zrLineRule {
@@ -204,5 +210,7 @@ constexpr unsigned long zrFrameRoom(const zrLayout& layout, int width, int heigh
         step = natural;
     return (lines - 1 + (layout.isMosaic() ? 1 : 0)) * step + (step > last ? step : last);
 }
+
+/** @} */
 
 #endif

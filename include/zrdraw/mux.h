@@ -1,10 +1,16 @@
 /**
+ * @file
+ * @ingroup mux
+ *
  * The display mux: composes two 32-bit pictures into one. Compiles as C and as C++.
  */
 #ifndef ZRDRAW_MUX_H
 #define ZRDRAW_MUX_H
 
 #include "zrdraw/types.h"
+
+/** @addtogroup mux
+ * @{ */
 
 #ifdef __cplusplus
 extern "C" {
@@ -83,5 +89,7 @@ ZRDraw_DisplayMuxRGBA(unsigned char* src1, unsigned int size1, unsigned char* sr
 #ifdef __cplusplus
 }
 #endif
+
+/** @} */
 
 #endif

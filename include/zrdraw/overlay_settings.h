@@ -1,4 +1,7 @@
 /**
+ * @file
+ * @ingroup overlay
+ *
  * The settings of CZrOverlay as one table: the class walks it to save and load them, the command
  * line tool to list them.
  */
@@ -6,6 +9,9 @@
 #define ZRDRAW_OVERLAY_SETTINGS_H
 
 #include "zrdraw/zroverlay.h"
+
+/** @addtogroup overlay
+ * @{ */
 
 /** The place of the overlay's keys in the configuration store. */
 inline constexpr const char* zrOverlayKeyPath = "KPX\\Advanced\\Overlay";
@@ -83,5 +89,7 @@ inline constexpr unsigned int zrOverlayKeyBytes = 128;
 
 /** The most characters that a text may have to be saved. */
 inline constexpr unsigned int zrOverlayTextLimit = 128;
+
+/** @} */
 
 #endif

@@ -1,4 +1,7 @@
 /**
+ * @file
+ * @ingroup overlay
+ *
  * The records of the host's media layer, of which this library reads the named fields. All else in
  * them is the host's and is passed on untouched. Packed: the offsets are what counts. Compiles as C
  * and as C++.
@@ -9,6 +12,9 @@
 #include "zrdraw/types.h"
 
 #include <stddef.h>
+
+/** @addtogroup overlay
+ * @{ */
 
 #pragma pack(push, 1)
 
@@ -145,5 +151,7 @@ static_assert(offsetof(MEDIACMD, cmd) == 36 && offsetof(MEDIACMD, paramA) == 44 
               offsetof(MEDIACMD, paramB) == 52 && offsetof(MEDIACMD, subCode) == 60 &&
               offsetof(MEDIACMD, valueC) == 72 && offsetof(MEDIACMD, cmdText) == 76);
 #endif
+
+/** @} */
 
 #endif

@@ -1,4 +1,7 @@
 /**
+ * @file
+ * @ingroup spans
+ *
  * Span kernels: runs of identical pixels and the 8-bit "over" blend, on raw addresses and counts.
  * Null pointers and zero counts do nothing. All are re-entrant. Compiles as C.
  */
@@ -6,6 +9,9 @@
 #define ZRDRAW_SPAN_H
 
 #include "zrdraw/types.h"
+
+/** @addtogroup spans
+ * @{ */
 
 #ifdef __cplusplus
 extern "C" {
@@ -54,5 +60,7 @@ ZRDRAW_API void zrdraw_blend_bgra_over_c(unsigned char* dst, const unsigned char
 #ifdef __cplusplus
 }
 #endif
+
+/** @} */
 
 #endif

@@ -1,4 +1,7 @@
 /**
+ * @file
+ * @ingroup transitions
+ *
  * Transitions between two frames: SMPTE wipes, the dissolve and the slide. Plain functions on the
  * callers' buffers; compiles as C and as C++. wipes.h has all codes, by name, as one table.
  *
@@ -18,6 +21,9 @@
 #define ZRDRAW_TRANSITIONS_H
 
 #include "zrdraw/types.h"
+
+/** @addtogroup transitions
+ * @{ */
 
 #ifdef __cplusplus
 extern "C" {
@@ -250,5 +256,7 @@ ZRDRAW_API unsigned char* weigh_plane(unsigned char* first, const unsigned char*
 #ifdef __cplusplus
 }
 #endif
+
+/** @} */
 
 #endif

@@ -1,9 +1,15 @@
 /**
+ * @file
+ * @ingroup pixel
+ *
  * Types shared by every door of the library: the layout codes, the colour matrix modes and the
  * plain records that cross its interface. Compiles as C and as C++.
  */
 #ifndef ZRDRAW_TYPES_H
 #define ZRDRAW_TYPES_H
+
+/** @addtogroup pixel
+ * @{ */
 
 /** Marks what the shared library exports; everything else in it is hidden. */
 #define ZRDRAW_API __attribute__((visibility("default")))
@@ -129,5 +135,7 @@ static_assert(sizeof(_POINT) == 8 && sizeof(RECT) == 16 && sizeof(tagBITMAPINFO)
 #endif
 
 #undef ZRDRAW_ENUM_BASE
+
+/** @} */
 
 #endif

@@ -1,10 +1,16 @@
 /**
+ * @file
+ * @ingroup formats
+ *
  * Where the samples of a v210 frame stand, for callers that fill or read such frames themselves.
  * CDrawYCbCr10 and the transitions go by these tables. How long a line is: zrLineBytes of
  * layouts.h.
  */
 #ifndef ZRDRAW_V210_H
 #define ZRDRAW_V210_H
+
+/** @addtogroup formats
+ * @{ */
 
 namespace zrV210 {
 
@@ -38,5 +44,7 @@ constexpr Place placeOf(unsigned int pixel, unsigned int component) {
 }
 
 } // namespace zrV210
+
+/** @} */
 
 #endif

@@ -1,4 +1,7 @@
 /**
+ * @file
+ * @ingroup transitions
+ *
  * The codes of the transitions as one table. ZRDraw_DisplayWipe looks up its kernels here, the
  * command line tool and the documents their names.
  */
@@ -6,6 +9,9 @@
 #define ZRDRAW_WIPES_H
 
 #include "zrdraw/transitions.h"
+
+/** @addtogroup transitions
+ * @{ */
 
 /** A run of codes that all give the same picture. */
 struct zrWipe {
@@ -70,5 +76,7 @@ constexpr const zrWipe& zrWipeOf(unsigned int code) {
             return wipe;
     return zrWipes[0];
 }
+
+/** @} */
 
 #endif

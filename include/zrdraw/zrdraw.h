@@ -1,10 +1,16 @@
 /**
+ * @file
+ * @ingroup drawing
+ *
  * ZRDraw: the drawing operations, and the functions that size frames and make drawing objects.
  */
 #ifndef ZRDRAW_ZRDRAW_H
 #define ZRDRAW_ZRDRAW_H
 
 #include "zrdraw/zrpixel.h"
+
+/** @addtogroup drawing
+ * @{ */
 
 /** The bits of ZRDraw::DrawText's `format`. Others are ignored. */
 enum zrTextFormat : unsigned int {
@@ -350,5 +356,7 @@ ZRDRAW_API int UseDefaultFont(ZRDraw*& draw, bool builtIn);
 
 /** Has no effect, as no font but the built-in one can be active. @return 0 */
 ZRDRAW_API int SetFont(ZRDraw*& draw, char* path);
+
+/** @} */
 
 #endif

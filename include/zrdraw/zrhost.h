@@ -1,4 +1,7 @@
 /**
+ * @file
+ * @ingroup host
+ *
  * What the default platform layer adds to the operations the library asks of its host. A program
  * that brings a host of its own has no need of it. Compiles as C and as C++.
  *
@@ -29,6 +32,9 @@
 #define ZRDRAW_ZRHOST_H
 
 #include "zrdraw/types.h"
+
+/** @addtogroup host
+ * @{ */
 
 #ifdef __cplusplus
 extern "C" {
@@ -141,5 +147,7 @@ ZRDRAW_API int zrCFGUseStore(const char* file, char* reason, unsigned int reason
 #ifdef __cplusplus
 }
 #endif
+
+/** @} */
 
 #endif

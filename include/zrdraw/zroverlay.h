@@ -1,4 +1,7 @@
 /**
+ * @file
+ * @ingroup overlay
+ *
  * CZrOverlay: burns time code, texts, the source's format, a watermark and audio meters into the
  * frames of an outgoing video stream.
  *
@@ -38,6 +41,10 @@
 
 #include <cstdio>
 
+/** @addtogroup overlay
+ * @{ */
+
+/** The overlay of one stream; the text of zroverlay.h tells how a host uses it. */
 class ZRDRAW_API CZrOverlay {
 public:
     static constexpr int textSlots = 10;
@@ -212,5 +219,7 @@ public:
 
 /** Fills a box in the foreground colour, a Line a row; each row has `width` + 1 pixels. */
 ZRDRAW_API void fillRect(ZRDraw* draw, int x, int y, int height, int width);
+
+/** @} */
 
 #endif

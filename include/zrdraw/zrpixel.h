@@ -1,10 +1,16 @@
 /**
+ * @file
+ * @ingroup pixel
+ *
  * ZRPixel: one canvas with its colour state, the root of all drawing classes.
  */
 #ifndef ZRDRAW_ZRPIXEL_H
 #define ZRDRAW_ZRPIXEL_H
 
 #include "zrdraw/types.h"
+
+/** @addtogroup pixel
+ * @{ */
 
 /**
  * A canvas, which is a caller's frame buffer that the object does not own, with two colour slots,
@@ -239,5 +245,7 @@ public:
     zrOSCriticalSection lock;
     char* canvas; /**< first byte of the frame, which belongs to the caller */
 };
+
+/** @} */
 
 #endif

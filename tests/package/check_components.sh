@@ -26,7 +26,9 @@ check_component runtime '/(lib(zrdraw|zrhost)\.so\.[0-9.]+|zrdraw/clipFile\.so)$
 check_component development '(\.h|\.cmake|\.pc|/lib(zrdraw|zrhost)\.so)$' \
     zrdraw/zrdraw.h zrdraw/version.h zrdraw/platform/files.h zrdraw-config.cmake zrdraw.pc \
     zrhost.pc libzrdraw.so libzrhost.so
-check_component tools '/bin/zrdraw$' bin/zrdraw
+check_component tools '/(bin/zrdraw|man/man1/zrdraw[-a-z]*\.1|bash-completion/completions/zrdraw|vendor-completions/_zrdraw)$' \
+    bin/zrdraw man/man1/zrdraw.1 man/man1/zrdraw-overlay.1 bash-completion/completions/zrdraw \
+    zsh/vendor-completions/_zrdraw
 
 cat >"$work/load.cpp" <<'END'
 #include <dlfcn.h>

@@ -5,6 +5,7 @@
 #include "common/tool_error.h"
 #include "media/output_file.h"
 #include "media/sequence.h"
+#include "option_values.h"
 #include "picture/nearest_layout.h"
 #include "sound/sound_codec.h"
 
@@ -46,7 +47,7 @@ std::optional<AVRational> parseRate(const std::string& text) {
 std::pair<std::string, std::string> parseEncoderOption(const std::string& text) {
     const std::size_t equals = text.find('=');
     if (equals == text.npos || equals == 0 || equals + 1 == text.size())
-        throw UsageError(fmt::format("--encoder-option: expected KEY=VALUE, got '{}'", text));
+        throw UsageError(fmt::format("--encoder-option: expected OPTION=VALUE, got '{}'", text));
     return {text.substr(0, equals), text.substr(equals + 1)};
 }
 
@@ -83,40 +84,54 @@ void addClipOptions(CLI::App& command, ClipOptions& options) {
     command
         .add_option("IN", options.input,
                     "Picture, clip, or pictures with numbers as in%04d.png; - is standard input")
+        ->type_name(valueName::file)
         ->required();
-    command.add_option("OUT", options.output, "The same; - is standard output")->required();
+    command.add_option("OUT", options.output, "The same; - is standard output")
+        ->type_name(valueName::file)
+        ->required();
     addOutputOptions(command, options);
 }
 
 void addOutputOptions(CLI::App& command, ClipOptions& options) {
-    command.add_option("--format", options.format,
-                       "Output format instead of the name's: y4m, raw...");
-    command.add_option("--codec", options.codec,
-                       "Encoder; the source's own, or the format's, unless told");
-    command.add_option("--audio-codec", options.audioCodec,
-                       "Encoder of the sound, such as aac or pcm_s24le; without it sound that "
-                       "passes stays as it is");
-    command.add_option("--crf", options.crf, "Quality of encoders that take it, such as 18");
-    command.add_option("--bitrate", options.bitRate, "Bits a second, such as 20M");
-    command.add_option("--preset", options.preset, "The encoder's preset, such as fast");
-    command.add_option("--profile", options.profile, "The encoder's profile");
-    command.add_option("--threads", options.threads, "Of the encoder")->check(CLI::Range(1, 256));
     command
-        .add_option("--encoder-option", options.encoderOptions,
-                    "Any other option of the encoder: KEY=VALUE")
+        .add_option("--format", options.format, "Output format instead of the name's: y4m, raw...")
+        ->type_name("FORMAT");
+    command
+        .add_option("--codec", options.codec,
+                    "Encoder; the source's own, or the format's, unless told")
+        ->type_name("ENCODER");
+    command
+        .add_option("--audio-codec", options.audioCodec,
+                    "Encoder of the sound, such as aac or pcm_s24le; without it sound that passes "
+                    "stays as it is")
+        ->type_name("ENCODER");
+    command.add_option("--crf", options.crf, "Quality of encoders that take it, such as 18")
+        ->type_name("QUALITY");
+    command.add_option("--bitrate", options.bitRate, "Bits a second, such as 20M")
+        ->type_name("BITS");
+    command.add_option("--preset", options.preset, "The encoder's preset, such as fast")
+        ->type_name("PRESET");
+    command.add_option("--profile", options.profile, "The encoder's profile")->type_name("PROFILE");
+    takeRange(command.add_option("--threads", options.threads, "Threads of the encoder"), 1, 256);
+    command
+        .add_option("--encoder-option", options.encoderOptions, "Any other option of the encoder")
+        ->type_name("OPTION=VALUE")
         ->allow_extra_args(false);
     command
         .add_option("--streams", options.streams,
                     "What passes beside the pictures: all, av (sound and other video) or v")
+        ->type_name(oneOfNames(streamsNames))
         ->capture_default_str();
-    command.add_option("--rate", options.rate,
-                       "Frames a second: frames are repeated or left out to keep it; of pictures "
-                       "with numbers, their rate");
     command
-        .add_option("--start-number", options.startNumber,
-                    "Of pictures with numbers: the first one in, and the first one out")
-        ->check(CLI::NonNegativeNumber);
-    command.add_option("--raw", options.raw, "IN holds bare frames of the layout: WxH[@RATE]");
+        .add_option("--rate", options.rate,
+                    "Frames a second: frames are repeated or left out to keep it; of pictures with "
+                    "numbers, their rate")
+        ->type_name("RATE");
+    takeCount(
+        command.add_option("--start-number", options.startNumber,
+                           "Of pictures with numbers: the first one in, and the first one out"));
+    command.add_option("--raw", options.raw, "IN holds bare frames of the layout")
+        ->type_name("WxH[@RATE]");
     command.add_flag("--keep-going", options.keepGoing,
                      "Work on what is whole of a damaged or cut input");
     CLI::Option* progress = command.add_flag("--progress", options.progress,
@@ -126,9 +141,11 @@ void addOutputOptions(CLI::App& command, ClipOptions& options) {
 }
 
 void addFramesOption(CLI::App& command, ClipOptions& options) {
-    command.add_option("--frames", options.frames,
-                       "Work on and write only the frames A up to but excluding B, counted from 0, "
-                       "with their sound: A:B, A:, :B, or N alone");
+    command
+        .add_option("--frames", options.frames,
+                    "Work on and write only the frames A up to but excluding B, counted from 0, "
+                    "with their sound: A:B, A:, :B, or N alone")
+        ->type_name("A:B");
 }
 
 void checkOptions(const ClipOptions& options) {

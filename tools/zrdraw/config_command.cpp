@@ -3,6 +3,7 @@
 #include "common/settings_store.h"
 #include "common/tool_error.h"
 #include "media/output_file.h"
+#include "option_values.h"
 #include "subcommand.h"
 #include "zrdraw/platform/config_store.h"
 #include "zrdraw/zrhost.h"
@@ -156,24 +157,27 @@ std::string importFrom(const Options& options) {
 
 void addOptions(CLI::App& command, Options& options) {
     command.require_subcommand(1);
-    command.add_option("--settings-store", options.store,
-                       "File of settings, in the place of the user's own");
+    command
+        .add_option("--settings-store", options.store,
+                    "File of settings, in the place of the user's own")
+        ->type_name(valueName::file);
     const auto add = [&](const char* name, const char* help, decltype(Options::action) action) {
         CLI::App* added = command.add_subcommand(name, help);
         added->callback([&options, action] { options.action = action; });
         return added;
     };
     add("list", "All settings with what they do", list);
-    add("get", "The value of one", get)->add_option("KEY", options.key, "Its name")->required();
-    add("set", "Change some", set)
-        ->add_option("KEY=VALUE", options.assignments, "Names and values")
-        ->required();
+    const auto takes = [](CLI::App* added, const char* name, auto& value, const char* help) {
+        added->add_option(name, value, help)->type_name("")->required();
+    };
+    takes(add("get", "The value of one", get), valueName::setting, options.key, "Its name");
+    takes(add("set", "Change some", set), valueName::assignment, options.assignments,
+          "Names and values");
     CLI::App* save = add("export", "Write all into a text file", exportAll);
-    save->add_option("FILE", options.file, "The file; - is standard output")->required();
+    takes(save, valueName::file, options.file, "The file; - is standard output");
     save->add_flag("--force", options.force, "Replace an existing file");
-    add("import", "Read some from a text file", importFrom)
-        ->add_option("FILE", options.file, "The file")
-        ->required();
+    takes(add("import", "Read some from a text file", importFrom), valueName::file, options.file,
+          "The file");
 }
 
 std::string run(const Options& options) {
@@ -184,6 +188,9 @@ std::string run(const Options& options) {
 } // namespace
 
 Subcommand configCommand() {
-    return makeSubcommand("config", "Show and change the overlay's stored settings", addOptions,
-                          run);
+    return makeSubcommand(
+        "config", "Show and change the overlay's stored settings",
+        "zrdraw overlay reads them. A change is made wholly or not at all. Text "
+        "files have a line Key = value\nfor each setting, below a line [zroverlay].",
+        addOptions, run);
 }

@@ -3,6 +3,7 @@
 #include "common/tool_error.h"
 #include "draw_object.h"
 #include "interrupt.h"
+#include "option_values.h"
 #include "script/runner.h"
 #include "script/script_file.h"
 #include "subcommand.h"
@@ -58,13 +59,17 @@ void drawClip(const Options& options, const Script& script) {
 
 void addOptions(CLI::App& command, Options& options) {
     addClipOptions(command, options);
-    command.add_option("-e", options.expressions, "Commands; may be given more than once")
+    command.add_option("-e", options.expressions, "Commands, run in the order given")
+        ->type_name(valueName::commands)
         ->allow_extra_args(false);
-    command.add_option("--script", options.scriptFile,
-                       "File of commands, run before those of -e; - is standard input");
-    command.add_option("--layout", options.layout,
-                       "Layout to draw in, see zrdraw types; the nearest to the source's unless "
-                       "told");
+    command
+        .add_option("--script", options.scriptFile,
+                    "File of commands, run before those of -e; - is standard input")
+        ->type_name(valueName::file);
+    command
+        .add_option("--layout", options.layout,
+                    "Layout to draw in, see zrdraw types; the nearest to the source's unless told")
+        ->type_name(valueName::layout);
     addFramesOption(command, options);
     command.footer(fmt::format("Commands, one a line or separated by ';', # starts a comment:\n{}",
                                listOperations()));
@@ -80,5 +85,11 @@ std::string run(const Options& options) {
 } // namespace
 
 Subcommand drawCommand() {
-    return makeSubcommand("draw", "Draw on a picture or on every frame of a clip", addOptions, run);
+    return makeSubcommand(
+        "draw", "Draw on a picture or on every frame of a clip",
+        "The commands are run on each frame anew. All of them are read first: a bad one is told "
+        "with "
+        "its line\nand column, and nothing is written. What is not drawn on comes back bit for bit "
+        "where the output has\nthe source's pixel format.",
+        addOptions, run);
 }

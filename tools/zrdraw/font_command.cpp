@@ -1,6 +1,7 @@
 // `zrdraw font`: reads a font bitmap as the library's reader does.
 #include "common/tool_error.h"
 #include "draw_object.h"
+#include "option_values.h"
 #include "subcommand.h"
 #include "zrdraw/font_files.h"
 
@@ -40,7 +41,9 @@ zrBitmapHeader headerOf(const std::string& path) {
 }
 
 void addOptions(CLI::App& command, std::string& path) {
-    command.add_option("FILE", path, "A 24-bit uncompressed bitmap file")->required();
+    command.add_option(valueName::file, path, "A 24-bit uncompressed bitmap file")
+        ->type_name("")
+        ->required();
 }
 
 std::string run(const std::string& path) {
@@ -63,5 +66,9 @@ std::string run(const std::string& path) {
 } // namespace
 
 Subcommand fontCommand() {
-    return makeSubcommand("font", "Tell what a font bitmap holds", addOptions, run);
+    return makeSubcommand(
+        "font", "Tell what a font bitmap holds",
+        "The size of its picture, as the library reads it. The file is opened for "
+        "updating, as the library\ndoes, so it has to be writable.",
+        addOptions, run);
 }

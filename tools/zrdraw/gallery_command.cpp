@@ -4,6 +4,7 @@
 #include "gallery/sheets.h"
 #include "interrupt.h"
 #include "media/output_file.h"
+#include "option_values.h"
 #include "subcommand.h"
 
 #include <CLI/CLI.hpp>
@@ -63,20 +64,19 @@ void makeFolder(const std::string& folder) {
 }
 
 void addOptions(CLI::App& command, Options& options) {
-    command.add_option("DIR", options.folder, "Folder for the pictures, made if missing")
+    command
+        .add_option(valueName::folder, options.folder, "Folder for the pictures, made if missing")
+        ->type_name("")
         ->required();
     command
         .add_option("--layout", options.layouts,
                     "Layout to draw in, see zrdraw types; with more than one each picture has its "
                     "layout in its name")
+        ->type_name(valueName::layout)
         ->allow_extra_args(false)
         ->capture_default_str();
     command.add_flag("--quiet", options.quiet, "Print nothing but errors, as always");
     command.add_flag("--force", options.force, "Replace existing pictures");
-    command.footer(
-        "Every operation (operations.png), the built-in font (font.png), a picture in "
-        "every layout\n(layouts.png), every transition (wipes.png) and every mode of the "
-        "mux (mux.png).");
 }
 
 std::string run(const Options& options) {
@@ -96,6 +96,10 @@ std::string run(const Options& options) {
 } // namespace
 
 Subcommand galleryCommand() {
-    return makeSubcommand("gallery", "Draw pictures that show all the library can do", addOptions,
-                          run);
+    return makeSubcommand(
+        "gallery", "Draw pictures that show all the library can do",
+        "Every operation (operations.png), the built-in font (font.png), a picture in "
+        "every layout\n(layouts.png), every transition (wipes.png) and every mode of the "
+        "mux (mux.png).",
+        addOptions, run);
 }

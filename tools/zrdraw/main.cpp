@@ -1,9 +1,8 @@
 // The command line tool: chooses the subcommand and turns every failure into one line.
+#include "command_line.h"
 #include "common/near_names.h"
 #include "common/tool_error.h"
 #include "media/av_messages.h"
-#include "subcommand.h"
-#include "zrdraw/version.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -16,7 +15,6 @@
 #include <exception>
 #include <new>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace {
@@ -53,16 +51,8 @@ std::string usageMessage(const CLI::ParseError& error, const CLI::App& app) {
 }
 
 void run(int argc, char** argv) {
-    CLI::App app("Draws into uncompressed video frames.", "zrdraw");
-    app.set_version_flag("--version", "zrdraw " ZRDRAW_VERSION_STRING);
-    app.require_subcommand(1);
-    std::vector<std::pair<const CLI::App*, Subcommand>> entries;
-    for (const auto make : subcommands) {
-        Subcommand entry = make();
-        CLI::App* command = app.add_subcommand(entry.name, entry.help);
-        entry.addOptions(*command);
-        entries.emplace_back(command, std::move(entry));
-    }
+    CommandLine line;
+    CLI::App& app = line.app();
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
@@ -72,7 +62,7 @@ void run(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         throw UsageError(usageMessage(error, app));
     }
-    for (const auto& [command, entry] : entries)
+    for (const auto& [command, entry] : line.entries())
         if (command->parsed())
             print(entry.run());
 }

@@ -5,6 +5,7 @@
 #include "common/tool_error.h"
 #include "common/wipe_names.h"
 #include "interrupt.h"
+#include "option_values.h"
 #include "pair/clip_pair.h"
 #include "picture/nearest_layout.h"
 #include "subcommand.h"
@@ -218,35 +219,45 @@ private:
 
 void addOptions(CLI::App& command, Options& options) {
     addPairOptions(command, options);
-    command.add_option("--mode", options.mode, "How; see --list")->capture_default_str();
-    command.add_option("--position", options.position, "Of mix and wipe, 0 to 1")
+    command.add_option("--mode", options.mode, "How; see --list")
+        ->type_name(valueName::mode)
         ->capture_default_str();
-    command.add_option("--code", options.code, "Of wipe: see zrdraw wipe --list")
+    command.add_option("--position", options.position, "How far mix and wipe have come")
+        ->type_name(valueName::fraction)
         ->capture_default_str();
-    command.add_option("--split", options.split, "Column or line of split and windows; the middle")
-        ->check(CLI::NonNegativeNumber);
-    command.add_option("--gain", options.gain, "Of difference, 1 to 255")
-        ->check(CLI::Range(1, 255))
+    command.add_option("--code", options.code, "The transition of wipe; see zrdraw wipe --list")
+        ->type_name(valueName::transition)
         ->capture_default_str();
-    command.add_option("--threshold", options.threshold, "Of key, 0 to 255")
-        ->check(CLI::Range(0, 255))
+    takeCount(command.add_option("--split", options.split,
+                                 "Column or line of split and windows; the middle unless told"));
+    takeRange(command.add_option("--gain", options.gain, "What difference is multiplied by"), 1,
+              255)
         ->capture_default_str();
-    command.add_option("--block", options.block, "Of blocks, 1 to 100 pixels")
-        ->check(CLI::Range(1, 100))
+    takeRange(command.add_option("--threshold", options.threshold,
+                                 "How far B may be from A for key to show it"),
+              0, 255)
         ->capture_default_str();
-    command.add_option("--channel", options.channel,
-                       "Of channel, byte 0 to 3; the mean unless told");
-    command.add_option("--grid", options.grid, "A grid over it: N%, or XxY pixels");
-    command.add_option("--flip-a", options.flipA, "Flip A first: h, v or hv");
-    command.add_option("--flip-b", options.flipB, "Flip B first: h, v or hv");
-    command.add_option("--sound", options.sound,
-                       "Whose sound passes: a, b, both (A's first) or none; A's unless told, or "
-                       "B's where A is a picture");
+    takeRange(command.add_option("--block", options.block, "Pixels of a side of blocks"), 1, 100)
+        ->capture_default_str();
+    command
+        .add_option("--channel", options.channel, "Byte that channel shows; the mean unless told")
+        ->type_name("0|1|2|3");
+    command.add_option("--grid", options.grid, "A grid over it: parts of the picture, or pixels")
+        ->type_name("N%|XxY");
+    command.add_option("--flip-a", options.flipA, "Flip A first")->type_name("h|v|hv");
+    command.add_option("--flip-b", options.flipB, "Flip B first")->type_name("h|v|hv");
+    command
+        .add_option("--sound", options.sound,
+                    "Whose sound passes: both is A's first; A's unless told, or B's where A is a "
+                    "picture")
+        ->type_name(oneOfNames(soundNames));
     command.add_flag("--divider", options.divider, "A grey line at the split");
     command.add_flag("--swap", options.swap, "Exchange A and B");
-    command.add_option("--layout", options.layout,
-                       "Layout to work in: bgra, rgba, argb or abgr; bgra unless told, or where a "
-                       "mode moves lines, or parts, as they are, the nearest to A's");
+    command
+        .add_option("--layout", options.layout,
+                    "Layout to work in: bgra, rgba, argb or abgr; bgra unless told, or where a "
+                    "mode moves lines, or parts, as they are, the nearest to A's")
+        ->type_name(valueName::layout);
 }
 
 std::string run(const Options& options) {
@@ -264,5 +275,10 @@ std::string run(const Options& options) {
 } // namespace
 
 Subcommand muxCommand() {
-    return makeSubcommand("mux", "Compose two pictures or clips for display", addOptions, run);
+    return makeSubcommand(
+        "mux", "Compose two pictures or clips for display",
+        "Clips run to the end of the longer one; a picture, and the last frame of "
+        "the shorter one, stays.\nFlips come first and the grid last. Bytes of a "
+        "pixel count from the lowest address.",
+        addOptions, run);
 }

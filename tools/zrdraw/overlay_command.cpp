@@ -1,8 +1,10 @@
 // `zrdraw overlay`: burns time code, texts, meters and a watermark into a clip.
 #include "clip_road.h"
+#include "common/layout_names.h"
 #include "common/setting_names.h"
 #include "common/tool_error.h"
 #include "interrupt.h"
+#include "option_values.h"
 #include "overlay/burner.h"
 #include "sound/audio_levels.h"
 #include "subcommand.h"
@@ -95,28 +97,34 @@ private:
 void addOptions(CLI::App& command, Options& options) {
     addClipOptions(command, options);
     addFramesOption(command, options);
-    command.add_option("--layout", options.layout,
-                       "Layout to burn in: bgra, uyvy or v210; the one nearest to the source's "
-                       "unless told");
-    command.add_option("--text", options.texts, "A text in slot N, 0 to 9: N=TEXT")
+    std::vector<std::string> layouts;
+    for (const unsigned code : overlayLayouts)
+        layouts.push_back(layoutName(*zrFindLayout(code)));
+    command
+        .add_option("--layout", options.layout,
+                    "Layout to burn in; the one nearest to the source's unless told")
+        ->type_name(oneOf(layouts));
+    command.add_option("--text", options.texts, "A text in slot N, 0 to 9")
+        ->type_name("N=TEXT")
         ->allow_extra_args(false);
-    command.add_option("--watermark", options.watermark, "Picture, or clip whose first is taken");
-    command.add_option("--start-tc", options.startTimeCode,
-                       "Time code of the first frame, HH:MM:SS:FF; the source's own, or 0, unless "
-                       "told");
+    command.add_option("--watermark", options.watermark, "Picture, or clip whose first is taken")
+        ->type_name(valueName::file);
+    command
+        .add_option("--start-tc", options.startTimeCode,
+                    "Time code of the first frame; the source's own, or 0, unless told")
+        ->type_name("HH:MM:SS:FF");
     CLI::Option* drop =
         command.add_flag("--drop", options.drop, "Count drop-frame time code (29.97, 59.94)");
     command.add_flag("--no-drop", options.noDrop, "Count every number")->excludes(drop);
-    command.add_option("--set", options.settings, "A setting, see zrdraw config list: Key=Value")
+    command.add_option("--set", options.settings, "A setting, see zrdraw config list")
+        ->type_name(valueName::assignment)
         ->allow_extra_args(false);
-    command.add_option("--settings-store", options.store,
-                       "File of settings, in the place of the user's own");
+    command
+        .add_option("--settings-store", options.store,
+                    "File of settings, in the place of the user's own")
+        ->type_name(valueName::file);
     command.add_flag("--interlaced", options.interlaced,
                      "Treat frames as interlaced, whatever the source says");
-    command.footer(
-        "Settings come from the store, if it holds any; options go over them, --set last. Where no "
-        "layer is\nenabled, time code is burnt in. Sound is passed on as it is, unless "
-        "--audio-codec is given.");
 }
 
 std::string run(const Options& options) {
@@ -131,5 +139,8 @@ std::string run(const Options& options) {
 Subcommand overlayCommand() {
     return makeSubcommand("overlay",
                           "Burn time code, texts, audio meters and a watermark into a clip",
+                          "Settings come from the store, if it holds any; options go over them, "
+                          "--set last. Where no layer is\nenabled, time code is burnt in. Sound is "
+                          "passed on as it is, unless --audio-codec is given.",
                           addOptions, run);
 }

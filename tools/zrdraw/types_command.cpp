@@ -2,6 +2,7 @@
 #include "common/layout_names.h"
 #include "common/numbers.h"
 #include "common/tool_error.h"
+#include "option_values.h"
 #include "subcommand.h"
 #include "zrdraw/zrdraw.h"
 
@@ -105,19 +106,24 @@ std::string becomes(const Options& options) {
 }
 
 void addOptions(CLI::App& command, Options& options) {
-    CLI::Option* width = command.add_option("--width", options.width, "Line bytes at this width")
-                             ->check(CLI::Range(1, widest));
+    CLI::Option* width = takeRange(
+        command.add_option("--width", options.width, "Line bytes at this width"), 1, widest);
     CLI::Option* bitmap =
         command
             .add_option("--bitmap", options.bitmap,
                         "biCompression: four characters, 0 or 3; tells what the header becomes")
+            ->type_name("CODE")
             ->excludes(width);
-    command.add_option("--size", options.size, "biWidth and biHeight, WxH")
+    command.add_option("--size", options.size, "biWidth and biHeight")
+        ->type_name("WxH")
         ->needs(bitmap)
         ->capture_default_str();
-    command.add_option("--depth", options.depth, "biBitCount")->needs(bitmap);
-    command.add_option("--image-size", options.imageSize, "biSizeImage")->needs(bitmap);
-    command.add_option("--mask", options.mask, "The bytes of the red mask, HEX,HEX,HEX,HEX")
+    command.add_option("--depth", options.depth, "biBitCount")->type_name("BITS")->needs(bitmap);
+    command.add_option("--image-size", options.imageSize, "biSizeImage")
+        ->type_name("BYTES")
+        ->needs(bitmap);
+    command.add_option("--mask", options.mask, "The bytes of the red mask")
+        ->type_name("HEX,HEX,HEX,HEX")
         ->needs(bitmap)
         ->capture_default_str();
 }
@@ -129,5 +135,11 @@ std::string run(const Options& options) {
 } // namespace
 
 Subcommand typesCommand() {
-    return makeSubcommand("types", "List the layouts, or look up a bitmap header", addOptions, run);
+    return makeSubcommand(
+        "types", "List the layouts, or look up a bitmap header",
+        "Each layout with its code and name in the library, its name for --layout, the class that "
+        "draws in it,\nthe bytes of a line and those of a pixel. With --bitmap, the layout and "
+        "size "
+        "that the library takes a\nbitmap header for.",
+        addOptions, run);
 }

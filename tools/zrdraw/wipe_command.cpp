@@ -5,6 +5,7 @@
 #include "common/transition.h"
 #include "common/wipe_names.h"
 #include "interrupt.h"
+#include "option_values.h"
 #include "pair/clip_pair.h"
 #include "pair/in_point.h"
 #include "pair/sound_mix.h"
@@ -201,34 +202,40 @@ private:
     std::int64_t m_written = 0;
 };
 
+constexpr int longest = 1'000'000; // frames
+
 void addOptions(CLI::App& command, Options& options) {
     addPairOptions(command, options);
     command.add_option("--code", options.code, "The transition, by name or number; see --list")
+        ->type_name(valueName::transition)
         ->capture_default_str();
-    command.add_option("--frames", options.frames, "Frames of the transition")
-        ->check(CLI::Range(2, 1'000'000))
+    takeRange(command.add_option("--frames", options.frames, "Frames of the transition"), 2,
+              longest)
         ->capture_default_str();
-    command.add_option("--hold", options.hold, "Frames of A before it and of B behind it")
-        ->check(CLI::Range(0, 1'000'000))
+    takeRange(
+        command.add_option("--hold", options.hold, "Frames of A before it and of B behind it"), 0,
+        longest)
         ->capture_default_str();
     for (const auto& [name, hold, clip] : {std::tuple{"--hold-a", &options.holdA, "A before it"},
                                            std::tuple{"--hold-b", &options.holdB, "B behind it"}})
-        command.add_option(name, *hold, fmt::format("Frames of {}, in the place of --hold", clip))
-            ->check(CLI::Range(0, 1'000'000));
+        takeRange(command.add_option(name, *hold,
+                                     fmt::format("Frames of {}, in the place of --hold", clip)),
+                  0, longest);
     for (const auto& [name, from, clip] :
          {std::tuple{"--from-a", &options.fromA, "A"}, std::tuple{"--from-b", &options.fromB, "B"}})
-        command.add_option(name, *from,
-                           fmt::format("Where in {} it begins: seconds, or a time code", clip));
-    command.add_option("--position", options.position, "One frame of it only, 0 to 1");
+        command
+            .add_option(name, *from,
+                        fmt::format("Where in {} it begins: seconds, or a time code", clip))
+            ->type_name("TIME");
+    command.add_option("--position", options.position, "One frame of it only")
+        ->type_name(valueName::fraction);
     command.add_flag("--swap", options.swap, "Exchange what leaves and what comes");
-    command.add_option("--layout", options.layout,
-                       "Layout to work in; the nearest to the source's unless told");
+    command
+        .add_option("--layout", options.layout,
+                    "Layout to work in; the nearest to the source's unless told")
+        ->type_name(valueName::layout);
     command.add_flag("--front-end", options.frontEnd,
                      "v210 by the library's own way, which drops the two low bits");
-    command.footer(
-        "v210 is worked on at full precision: away from an edge every sample is that of its "
-        "source.\nThe last frame of a clip that ends stays. The first sound of each is cross-faded "
-        "over the\ntransition, in A's codec where that can be; --streams v leaves it out.");
 }
 
 std::string run(const Options& options) {
@@ -244,6 +251,10 @@ std::string run(const Options& options) {
 } // namespace
 
 Subcommand wipeCommand() {
-    return makeSubcommand("wipe", "Make the transition between two pictures or clips", addOptions,
-                          run);
+    return makeSubcommand(
+        "wipe", "Make the transition between two pictures or clips",
+        "v210 is worked on at full precision: away from an edge every sample is that of its "
+        "source.\nThe last frame of a clip that ends stays. The first sound of each is cross-faded "
+        "over the\ntransition, in A's codec where that can be; --streams v leaves it out.",
+        addOptions, run);
 }

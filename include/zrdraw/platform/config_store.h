@@ -1,9 +1,15 @@
 /**
+ * @file
+ * @ingroup platform
+ *
  * The central configuration store: texts under keys, and keys under key paths, as the library asks
  * them of its host.
  */
 #ifndef ZRDRAW_PLATFORM_CONFIG_STORE_H
 #define ZRDRAW_PLATFORM_CONFIG_STORE_H
+
+/** @addtogroup platform
+ * @{ */
 
 #ifdef __cplusplus
 extern "C" {
@@ -37,5 +43,7 @@ char* itoa(int value, char* text, int base);
 #ifdef __cplusplus
 }
 #endif
+
+/** @} */
 
 #endif

@@ -1,10 +1,16 @@
 /**
+ * @file
+ * @ingroup platform
+ *
  * Events and critical sections, as the library asks them of its host.
  */
 #ifndef ZRDRAW_PLATFORM_EVENTS_H
 #define ZRDRAW_PLATFORM_EVENTS_H
 
 #include "zrdraw/types.h"
+
+/** @addtogroup platform
+ * @{ */
 
 #ifdef __cplusplus
 extern "C" {
@@ -42,5 +48,7 @@ void zrOSLeaveCriticalSection(zrOSCriticalSection* section);
 #ifdef __cplusplus
 }
 #endif
+
+/** @} */
 
 #endif

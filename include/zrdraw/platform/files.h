@@ -1,9 +1,15 @@
 /**
+ * @file
+ * @ingroup platform
+ *
  * Places in the file system, loading at run time and the log, as the library asks them of its
  * host.
  */
 #ifndef ZRDRAW_PLATFORM_FILES_H
 #define ZRDRAW_PLATFORM_FILES_H
+
+/** @addtogroup platform
+ * @{ */
 
 #ifdef __cplusplus
 extern "C" {
@@ -35,5 +41,7 @@ void ErrOut(const char* format, ...);
 #ifdef __cplusplus
 }
 #endif
+
+/** @} */
 
 #endif

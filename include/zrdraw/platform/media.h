@@ -1,4 +1,7 @@
 /**
+ * @file
+ * @ingroup platform
+ *
  * The host's media layer, as the library asks it: time codes, names of codecs and files, frames,
  * and the reader of media files.
  */
@@ -6,6 +9,9 @@
 #define ZRDRAW_PLATFORM_MEDIA_H
 
 #include "zrdraw/records.h"
+
+/** @addtogroup platform
+ * @{ */
 
 #ifdef __cplusplus
 extern "C" {
@@ -73,5 +79,7 @@ typedef int cfCloseFunction(void** handle);
 #ifdef __cplusplus
 }
 #endif
+
+/** @} */
 
 #endif

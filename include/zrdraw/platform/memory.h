@@ -1,8 +1,14 @@
 /**
+ * @file
+ * @ingroup platform
+ *
  * Copies, fills and allocation, as the library asks them of its host.
  */
 #ifndef ZRDRAW_PLATFORM_MEMORY_H
 #define ZRDRAW_PLATFORM_MEMORY_H
+
+/** @addtogroup platform
+ * @{ */
 
 #ifdef __cplusplus
 extern "C" {
@@ -30,5 +36,7 @@ void ZRFree(void* memory);
 #ifdef __cplusplus
 }
 #endif
+
+/** @} */
 
 #endif

@@ -1,8 +1,14 @@
 /**
+ * @file
+ * @ingroup platform
+ *
  * Flips and the resize of whole 32-bit pictures, as the library asks them of its host.
  */
 #ifndef ZRDRAW_PLATFORM_RESIZE_H
 #define ZRDRAW_PLATFORM_RESIZE_H
+
+/** @addtogroup platform
+ * @{ */
 
 #ifdef __cplusplus
 extern "C" {
@@ -54,5 +60,7 @@ void ippsFree(void* memory);
 #ifdef __cplusplus
 }
 #endif
+
+/** @} */
 
 #endif

@@ -1,8 +1,14 @@
 /**
+ * @file
+ * @ingroup platform
+ *
  * Threads, their priorities and interlocked counts, as the library asks them of its host.
  */
 #ifndef ZRDRAW_PLATFORM_THREADS_H
 #define ZRDRAW_PLATFORM_THREADS_H
+
+/** @addtogroup platform
+ * @{ */
 
 #ifdef __cplusplus
 extern "C" {
@@ -42,5 +48,7 @@ int zrOSInterlockedDecrement(int* count);
 #ifdef __cplusplus
 }
 #endif
+
+/** @} */
 
 #endif

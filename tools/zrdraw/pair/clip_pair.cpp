@@ -1,6 +1,7 @@
 #include "pair/clip_pair.h"
 
 #include "common/tool_error.h"
+#include "option_values.h"
 #include "picture/picture_kind.h"
 #include "picture/pixel_formats.h"
 
@@ -58,9 +59,10 @@ double secondsFromStart(const ClipFrames& clip) {
 } // namespace
 
 void addPairOptions(CLI::App& command, PairOptions& options) {
-    command.add_option("A", options.input, "The first picture or clip");
-    command.add_option("B", options.second, "The second");
-    command.add_option("OUT", options.output, "Picture or clip; - is standard output");
+    command.add_option("A", options.input, "The first picture or clip")->type_name(valueName::file);
+    command.add_option("B", options.second, "The second")->type_name(valueName::file);
+    command.add_option("OUT", options.output, "Picture or clip; - is standard output")
+        ->type_name(valueName::file);
     command.add_flag("--scale", options.scale, "Bring B to the size of A");
     command.add_flag("--list", options.list, "Tell all names and end");
     addOutputOptions(command, options);
