@@ -14,13 +14,17 @@ WipeMask::WipeMask(int width, int height, unsigned code)
       m_line(m_width), m_before(m_width) {}
 
 const std::vector<WipeMask::Run>& WipeMask::runsOf(int y, unsigned position, unsigned scale) {
-    const auto bytes = [](std::vector<std::uint32_t>& line) {
-        return reinterpret_cast<unsigned char*>(line.data());
-    };
     const auto line = static_cast<unsigned>(y);
-    // At a pitch of 0 all lines are one, which stays in the nearest cache.
-    m_kernel(bytes(m_first), 0, bytes(m_second), 0, bytes(m_line), 0, m_code, zrWipeByte4, m_width,
-             m_height, 1, 1, 0, 0, 0, 0, scale, position, 0, m_width, line, line + 1);
+    const auto pitch = static_cast<unsigned>(m_width * sizeof m_line[0]);
+    // Where a frame would begin whose line this is, so that all lines are one, which stays in the
+    // nearest cache.
+    const auto frameOf = [&](std::vector<std::uint32_t>& only) {
+        return reinterpret_cast<unsigned char*>(reinterpret_cast<std::uintptr_t>(only.data()) -
+                                                std::uintptr_t{line} * pitch);
+    };
+    m_kernel(frameOf(m_first), pitch, frameOf(m_second), pitch, frameOf(m_line), pitch, m_code,
+             zrWipeByte4, m_width, m_height, 1, 1, 0, 0, 0, 0, scale, position, 0, m_width, line,
+             line + 1);
     if (m_runs.empty() || m_line != m_before) {
         std::swap(m_line, m_before);
         findRuns();

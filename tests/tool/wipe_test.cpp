@@ -80,6 +80,10 @@ TEST_F(WipeTest, AreThoseOfTheLibraryWherePixelsShareSamples) {
             expected(layout, width, height);
         fillNoise(a, 3);
         fillNoise(b, 4);
+        if (code == ptV210) // whose words have nothing in their two top bits
+            for (Canvas* canvas : {&a, &b})
+                for (int i = 3; i < canvas->pitch() * height; i += 4)
+                    canvas->data()[i] &= 0x3F;
         const auto pitch = static_cast<unsigned>(a.pitch());
         const auto bytes = [](Canvas& canvas) {
             return reinterpret_cast<unsigned char*>(canvas.data());
