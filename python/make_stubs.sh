@@ -1,0 +1,11 @@
+#!/usr/bin/env bash
+# Writes the types of the built module as a stub package.
+# Usage: make_stubs.sh STUBGEN MODULE_DIR STUBS
+set -euo pipefail
+stubgen=$1 module_dir=$2 stubs=$3
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+(cd "$work" && PYTHONPATH=$module_dir "$stubgen" --quiet --module zrdraw --output "$work" >/dev/null)
+mkdir -p "$(dirname "$stubs")"
+mv "$work/zrdraw.pyi" "$stubs"
