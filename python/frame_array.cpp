@@ -1,7 +1,6 @@
 #include "python/frame_array.h"
 
 #include "common/layout_names.h"
-#include "common/tool_error.h"
 
 #include <fmt/format.h>
 
@@ -118,8 +117,7 @@ void requireContiguousLines(const py::array& array) {
 
 int pitchOf(const zrLayout& layout, const py::array& array, int width) {
     constexpr py::ssize_t wordBytes = 4;
-    const py::ssize_t natural =
-        wholeLineBytes(layout, 1) > 0 ? zrLineBytes(layout.line, static_cast<unsigned>(width)) : 0;
+    const py::ssize_t natural = zrLineBytes(layout.line, static_cast<unsigned>(width));
     const py::ssize_t pitch = array.shape(0) > 1 ? array.strides(0) : natural;
     if (pitch < natural)
         throw py::value_error(fmt::format("lines must follow each other downwards, {} bytes or "
@@ -148,11 +146,7 @@ py::ssize_t touchedBytes(const PictureView& view) {
 } // namespace
 
 const zrLayout& layoutOf(const std::string& name) {
-    try {
-        return layoutNamed(name);
-    } catch (const ToolError& error) {
-        throw py::value_error(error.what());
-    }
+    return layoutNamed(name);
 }
 
 std::string expectedArray(const zrLayout& layout) {

@@ -174,9 +174,10 @@ void bindSwitches(CanvasClass& canvas) {
         .def_property("additive", &isOn<&ZRPixel::alphaAdditive>, &setAdditive,
                       "Whether the foreground is added to what is there, scaled by its alpha. In 8-"
                       "bit RGB and DPX words.")
-        .def_property("antialias", &isOn<&ZRPixel::antiAlias>, &switchTo<&ZRPixel::antiAlias>,
-                      "Whether line and line_to smooth sloped lines, which changes the foreground "
-                      "colour.");
+        .def_property(
+            "antialias", &isOn<&ZRPixel::antiAlias>, &switchTo<&ZRPixel::antiAlias>,
+            "Whether line and line_to take a weighted path for sloped lines, which draws "
+            "nearly black and changes the foreground colour; line_wu is the smooth line.");
 }
 
 Three converted(Canvas& canvas,
