@@ -23,11 +23,11 @@ py::array_t<To> converted(const Array<From>& from, Convert convert) {
     return to;
 }
 
-py::object halves(const Array<float>& numbers) {
-    return converted<std::uint16_t>(numbers, zrFloatToHalf).attr("view")("float16");
+py::array halves(const py::array& numbers) {
+    return converted<std::uint16_t>(Array<float>(numbers), zrFloatToHalf).attr("view")("float16");
 }
 
-py::array_t<float> floats(const py::array& numbers) {
+py::array floats(const py::array& numbers) {
     if (!numbers.dtype().equal(py::dtype("float16")))
         throw py::type_error("expected an array of float16, got " +
                              py::str(numbers.dtype()).cast<std::string>());

@@ -8,4 +8,5 @@ trap 'rm -rf "$work"' EXIT
 
 (cd "$work" && PYTHONPATH=$module_dir "$stubgen" --quiet --module zrdraw --output "$work" >/dev/null)
 mkdir -p "$(dirname "$stubs")"
-mv "$work/zrdraw.pyi" "$stubs"
+# The dots of Tuple[float, ...] are taken for a module.
+sed '/^import \.\.$/d' "$work/zrdraw.pyi" >"$stubs"

@@ -187,9 +187,9 @@ void bindMux(py::module_& module) {
                     {position, code, gain, threshold, block, channel, split, divider, swap, flipA,
                      flipB, grid});
         },
-        "a"_a, "b"_a, "out"_a, "mode"_a, py::kw_only(), "position"_a = 0.5, "code"_a = "horizontal",
-        "gain"_a = 1, "threshold"_a = 16, "block"_a = 16, "channel"_a = py::none(),
-        "split"_a = py::none(), "divider"_a = false, "swap"_a = false, "flip_a"_a = "",
-        "flip_b"_a = "", "grid"_a = py::none(), about);
+        "a"_a, "b"_a, "out"_a, "mode"_a, "position"_a = 0.5, "code"_a = "horizontal", "gain"_a = 1,
+        "threshold"_a = 16, "block"_a = 16, "channel"_a = py::none(), "split"_a = py::none(),
+        "divider"_a = false, "swap"_a = false, "flip_a"_a = "", "flip_b"_a = "",
+        "grid"_a = py::none(), about);
     module.def("mux_modes", &muxModes, "The modes of mux() by name, with the number of each.");
 }

@@ -1,6 +1,7 @@
 // What Python hands over as numbers, texts, colours and points: a type a kind, checked where it
 // arrives. What is of another kind is a TypeError that tells the signature, and what is beyond its
-// range a ValueError that tells the range.
+// range a ValueError that tells the range. The names are those of the signatures in help texts,
+// from which the type stubs are made.
 #pragma once
 
 #include "zrdraw/types.h"
@@ -70,7 +71,7 @@ ZRDRAW_PYTHON_NUMBER(Length, "int");
 ZRDRAW_PYTHON_NUMBER(Whole, "int");
 ZRDRAW_PYTHON_NUMBER(Degrees, "float");
 ZRDRAW_PYTHON_NUMBER(Fraction, "float");
-ZRDRAW_PYTHON_NUMBER(Colour, "Tuple[float, ...]");
+ZRDRAW_PYTHON_NUMBER(Colour, "Iterable[float]");
 ZRDRAW_PYTHON_NUMBER(Points, "Iterable[Tuple[int, int]]");
 ZRDRAW_PYTHON_NUMBER(Text, "str");
 

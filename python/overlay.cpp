@@ -13,6 +13,7 @@
 #include <pybind11/stl.h>
 
 using namespace py::literals;
+using namespace std::string_literals;
 
 namespace {
 
@@ -61,7 +62,7 @@ void bindSetting(OverlayClass& overlay, const zrOverlaySetting& setting) {
             const unsigned number = settingOf(value, name, most);
             burner.with([=](CZrOverlay& o) { return o.*member = number; });
         },
-        setting.help);
+        ("int: "s + setting.help).c_str());
 }
 
 void bindSlotSetting(py::class_<TextSlot>& slots, const zrOverlaySlotSetting& setting) {
@@ -79,7 +80,7 @@ void bindSlotSetting(py::class_<TextSlot>& slots, const zrOverlaySlotSetting& se
             const unsigned number = settingOf(value, name, most);
             slot.burner->with([&](CZrOverlay& o) { return (o.*member)[slot.slot] = number; });
         },
-        setting.help);
+        ("int: "s + setting.help).c_str());
 }
 
 void setText(const TextSlot& slot, const Text& text) {
@@ -103,7 +104,7 @@ void bindTexts(py::module_& module, OverlayClass& overlay) {
     for (const zrOverlaySlotSetting& setting : zrOverlaySlotSettings)
         bindSlotSetting(slots, setting);
     slots.def_property("text", &textOf, &setText,
-                       "The text itself: up to 128 characters of the codes 32 to 127.");
+                       "str: the text itself, up to 128 characters of the codes 32 to 127.");
     overlay.def_property_readonly(
         "texts",
         [](const py::object& self) {

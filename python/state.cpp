@@ -137,12 +137,13 @@ void switchTo(Canvas& canvas, bool on) {
 void bindColors(CanvasClass& canvas) {
     canvas
         .def_property("color", &color<true>, &setColor<true>,
-                      "The foreground colour: red, green, blue and, unless it is 1, alpha, numbers "
+                      "Tuple[float, ...]: the foreground colour, red, green, blue and, unless it "
+                      "is 1, alpha, numbers "
                       "0 to 1. It is set so that the picture shows that colour, in YCbCr by the "
                       "matrix, and reads as the layout stores it: layouts of YCbCr, words and "
                       "mosaics keep no RGB.")
         .def_property("back_color", &color<false>, &setColor<false>,
-                      "The background colour, as color.")
+                      "Tuple[float, ...]: the background colour, as color.")
         .def("set_ycbcr", &setYCbCr, "y"_a, "cb"_a, "cr"_a, "background"_a = false,
              "Set a colour in YCbCr, numbers 0 to 1 with the zero of cb and cr at 0.5; on RGB by "
              "the matrix, with alpha 0.")
@@ -159,7 +160,8 @@ void bindColors(CanvasClass& canvas) {
                 const cmYCbCr mode = matrixNamed(name);
                 self.with([=](ZRDraw& draw) { return draw.SetYCbCrMode(mode); });
             },
-            "Name of the colour matrix: rec601, rec709 or rec2020, with \"full\" behind it for "
+            "str: name of the colour matrix, rec601, rec709 or rec2020, with \"full\" behind it "
+            "for "
             "full range, and \"raw\" for results that are not clamped; rec2020cl for constant "
             "luminance. Frames of YCbCr above 720 pixels begin with rec709, all else with rec601. "
             "Colours that are set already stay.");
@@ -167,10 +169,10 @@ void bindColors(CanvasClass& canvas) {
 
 void bindSwitches(CanvasClass& canvas) {
     canvas
-        .def_property(
-            "transparency", &transparency, &setTransparency,
-            "How transparent both colours are, 0 opaque to 1, or None: writes are stored. "
-            "Only 8-bit RGB and DPX words blend; horizontal runs of 32-bit RGB do not.")
+        .def_property("transparency", &transparency, &setTransparency,
+                      "Optional[float]: how transparent both colours are, 0 opaque to 1, or None, "
+                      "by which writes are stored. "
+                      "Only 8-bit RGB and DPX words blend; horizontal runs of 32-bit RGB do not.")
         .def_property("additive", &isOn<&ZRPixel::alphaAdditive>, &setAdditive,
                       "Whether the foreground is added to what is there, scaled by its alpha. In 8-"
                       "bit RGB and DPX words.")

@@ -68,7 +68,7 @@ std::tuple<int, int> cell(Canvas& canvas) {
 void bindText(CanvasClass& canvas) {
     canvas
         .def_property("label_scale", &labelScale, &setLabelScale,
-                      "Size of labels, 1 to 64: that many times 8 by 10 pixels a character.")
+                      "int: size of labels, 1 to 64, that many times 8 by 10 pixels a character.")
         .def_property_readonly("label_cell", &cell,
                                "Width and height of a character of labels, pixels.")
         .def("label", &label, "x"_a, "y"_a, "text"_a, "inverse"_a = false, "opaque"_a = false,
