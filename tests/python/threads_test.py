@@ -7,7 +7,7 @@ import zrdraw
 
 
 def test_python_goes_on_while_the_library_works():
-    draw = zrdraw.Draw(np.zeros((4000, 8192), np.uint8), "uyvy")
+    draw = zrdraw.Draw(np.zeros((1000, 2048), np.uint8), "uyvy")
     state = {"works": False, "seen": 0}
 
     def work():
