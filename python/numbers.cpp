@@ -44,6 +44,40 @@ bool loadReal(py::handle source, const char* what, double low, double high, doub
     return true;
 }
 
+void addPoint(Points& points, double x, double y) {
+    if (std::fabs(x) > farthest || std::fabs(y) > farthest)
+        throw py::value_error(
+            fmt::format("point {} is ({:.0f}, {:.0f}): a coordinate is a number from {} to {}",
+                        points.points.size(), x, y, -farthest, farthest));
+    points.points.push_back({static_cast<int>(x), static_cast<int>(y)});
+}
+
+// Tuples of whole numbers in a list or tuple, the usual case. Of anything else nothing is taken.
+bool loadPairs(py::handle source, Points& points) {
+    if (!PyList_Check(source.ptr()) && !PyTuple_Check(source.ptr()))
+        return false;
+    const auto isWhole = [](PyObject* number) { return PyLong_CheckExact(number); };
+    const Py_ssize_t count = PySequence_Fast_GET_SIZE(source.ptr());
+    PyObject* const* const items = PySequence_Fast_ITEMS(source.ptr());
+    for (Py_ssize_t i = 0; i < count; ++i) {
+        PyObject* const pair = items[i];
+        if (!PyTuple_CheckExact(pair) || PyTuple_GET_SIZE(pair) != 2 ||
+            !isWhole(PyTuple_GET_ITEM(pair, 0)) || !isWhole(PyTuple_GET_ITEM(pair, 1)))
+            return false;
+    }
+    for (Py_ssize_t i = 0; i < count; ++i) {
+        const auto number = [&](Py_ssize_t which) {
+            const double value = PyLong_AsDouble(PyTuple_GET_ITEM(items[i], which));
+            if (PyErr_Occurred() == nullptr)
+                return value;
+            PyErr_Clear(); // beyond the numbers of double, too
+            return HUGE_VAL;
+        };
+        addPoint(points, number(0), number(1));
+    }
+    return true;
+}
+
 } // namespace
 
 int withinRange(Whole number, const char* what, int low, int high) {
@@ -101,8 +135,10 @@ bool loadNumber(py::handle source, Colour& colour) {
     return true;
 }
 
-// All of them by way of one array, which takes lists of pairs as well as arrays of any numbers.
+// All but the usual case by way of one array, which takes pairs of any kind and arrays of any type.
 bool loadNumber(py::handle source, Points& points) {
+    if (loadPairs(source, points))
+        return true;
     const py::array given = py::array::ensure(source);
     if (!given) {
         PyErr_Clear();
@@ -119,14 +155,8 @@ bool loadNumber(py::handle source, Points& points) {
         py::array_t<double, py::array::c_style | py::array::forcecast>::ensure(given);
     const auto pairs = numbers.unchecked<2>();
     points.points.reserve(static_cast<std::size_t>(pairs.shape(0)));
-    for (py::ssize_t i = 0; i < pairs.shape(0); ++i) {
-        const double x = pairs(i, 0), y = pairs(i, 1);
-        if (std::fabs(x) > farthest || std::fabs(y) > farthest)
-            throw py::value_error(
-                fmt::format("point {} is ({:.0f}, {:.0f}): a coordinate is a number from {} to {}",
-                            i, x, y, -farthest, farthest));
-        points.points.push_back({static_cast<int>(x), static_cast<int>(y)});
-    }
+    for (py::ssize_t i = 0; i < pairs.shape(0); ++i)
+        addPoint(points, pairs(i, 0), pairs(i, 1));
     return true;
 }
 
