@@ -123,6 +123,27 @@ def test_frames_have_room_for_everything(layout, size):
     assert guards_hold(guards)
 
 
+@pytest.mark.parametrize("layout, shape, pitch, touched", [
+    ("bayerrggb", (4, 9), 20, 4 * 20 + 9 + 2),  # a line more, and two bytes
+    ("uv8", (4, 6, 2), 20, 3 * 20 + 12 + 2),
+    ("uyvy", (4, 10), 20, 3 * 20 + 12),  # a whole pair
+])
+def test_room_is_counted_to_the_byte(layout, shape, pitch, touched):
+    strides = (pitch, 2, 1) if len(shape) == 3 else (pitch, 1)
+    for size in (touched, touched - 1):
+        memory, guards = fenced(np.uint8, size)
+        array = np.ndarray(shape, np.uint8, memory, strides=strides)
+        if size < touched:
+            with pytest.raises(ValueError, match="has no room"):
+                zrdraw.Draw(array, layout)
+            continue
+        draw = zrdraw.Draw(array, layout)
+        chance = random.Random(3)
+        for _ in range(30):
+            try_all(draw, (chance.randint(-3, 9) for _ in itertools.count()))
+        assert guards_hold(guards)
+
+
 @pytest.mark.parametrize("act", [
     lambda draw: draw.put_pixel(5, 3, background=True),
     lambda draw: draw.point(5, 3, background=True),
