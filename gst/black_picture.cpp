@@ -1,7 +1,7 @@
 #include "black_picture.h"
 
+#include "common/picture_color.h"
 #include "formats.h"
-#include "script/picture_color.h"
 #include "zrdraw/zrdraw.h"
 
 #include <new>

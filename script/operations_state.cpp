@@ -1,6 +1,6 @@
 // Commands that set colours and modes.
+#include "common/picture_color.h"
 #include "script/operation_rows.h"
-#include "script/picture_color.h"
 
 #include <fmt/format.h>
 

@@ -2,6 +2,7 @@
 // drawn on comes back bit for bit. The table in docs/exactness.md is made here: with
 // ZRDRAW_WRITE_DOCS=1 it is written anew.
 #include "common/layout_names.h"
+#include "common/picture_color.h"
 #include "common/tool_error.h"
 #include "draw_object.h"
 #include "media/av_messages.h"
@@ -9,7 +10,6 @@
 #include "picture/convert.h"
 #include "picture/nearest_layout.h"
 #include "picture/pixel_formats.h"
-#include "script/picture_color.h"
 #include "support/temp_file.h"
 #include "tool/drawn_pictures.h"
 

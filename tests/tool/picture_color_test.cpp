@@ -1,6 +1,6 @@
 // Colours and alpha of what is drawn on pictures, in every matrix and range.
+#include "common/picture_color.h"
 #include "media/av_messages.h"
-#include "script/picture_color.h"
 #include "tool/drawn_pictures.h"
 
 #include <fmt/format.h>

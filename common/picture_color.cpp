@@ -1,4 +1,4 @@
-#include "script/picture_color.h"
+#include "common/picture_color.h"
 
 #include "common/luma_weights.h"
 #include "zrdraw/formats.h"
