@@ -5,7 +5,7 @@
 /\[[^]]*$/{N; s/\n */ /}
 
 # Links to what is no page of the reference lead to the copies that stand beside its pages.
-s!\]\((\.\./)?examples/([^)]*)\)!](\2)!g
+s!\]\((\.\./)?examples/([^)/]*/)*([^)]*)\)!](\3)!g
 s!([^!])(\[[^]]*\])\(docs/pictures/([^)]*)\)!\1\2(\3)!g
 
 # A chapter that others lead to has a name.
