@@ -2,6 +2,7 @@
 
 #include "common/layout_names.h"
 #include "common/tool_error.h"
+#include "common/watermark_picture.h"
 #include "zrdraw/overlay_settings.h"
 #include "zrdraw/platform/config_store.h"
 #include "zrdraw/zrhost.h"
@@ -74,18 +75,6 @@ bool loadStoredSettings(CZrOverlay& overlay, std::string& watermark) {
     overlay.LoadSetting("Watermark", static_cast<char*>(path));
     watermark = path;
     return true;
-}
-
-void cutWatermark(CZrOverlay& overlay) {
-    constexpr std::size_t pairBytes = 5; // Y, Cb, Y, Cr and alpha
-    const auto width = static_cast<unsigned>(overlay.video.header.biWidth);
-    const std::size_t pairs = overlay.wmWidth / 2, fit = (width - overlay.WatermarkX) / 2;
-    if (!overlay.wmYuv2 || overlay.WatermarkX >= width || fit >= pairs)
-        return;
-    for (std::size_t row = 0; row < overlay.wmHeight; ++row)
-        std::memmove(overlay.wmYuv2 + row * fit * pairBytes,
-                     overlay.wmYuv2 + row * pairs * pairBytes, fit * pairBytes);
-    overlay.wmWidth = static_cast<unsigned>(2 * fit);
 }
 
 bool createOverlay(CZrOverlay& overlay, KPXVIDEO& video, KPXSYSTEM& system) {

@@ -30,10 +30,6 @@ void setOverlayText(CZrOverlay& overlay, int slot, const std::string& text);
 // Takes the settings that the store holds and the path of the watermark; false: it holds none.
 bool loadStoredSettings(CZrOverlay& overlay, std::string& watermark);
 
-// Cuts a watermark in 4:2:2 at the right edge of the picture, at the place that it has: the overlay
-// would show what reaches over it in the next line, and behind the frame.
-void cutWatermark(CZrOverlay& overlay);
-
 // Tells the overlay of its stream and cuts its watermark, while the lines of the log are kept back:
 // the caller tells of the watermark with its file's name. Returns false if the watermark is enabled
 // and could not be read.

@@ -2,7 +2,6 @@
 
 #include "common/settings_store.h"
 #include "common/tool_error.h"
-#include "zrdraw/platform/memory.h"
 #include "zrdraw/zrhost.h"
 
 #include <fmt/format.h>
@@ -33,10 +32,6 @@ struct OtherStore {
     OtherStore& operator=(const OtherStore&) = delete;
 };
 
-struct FreeMemory {
-    void operator()(void* memory) const { ZRFree(memory); }
-};
-
 } // namespace
 
 std::string drawableText(const std::string& text) {
@@ -50,35 +45,6 @@ std::string drawableText(const std::string& text) {
     return result;
 }
 
-// The caches of an overlay, which never frees them. Pairs are kept besides, so that they can be cut
-// anew wherever the picture moves.
-struct LiveOverlay::Picture {
-    explicit Picture(const CZrOverlay& from)
-        : width(from.wmWidth), height(from.wmHeight), layout(from.wmLayout), v210(from.wmV210),
-          yuv2(from.wmYuv2), bgra(from.wmBgra) {
-        constexpr std::size_t pairBytes = 5;
-        if (yuv2)
-            pairs.assign(yuv2.get(), yuv2.get() + pairBytes * (width / 2) * height);
-    }
-
-    bool isThere() const { return v210 || yuv2 || bgra; }
-
-    void lend(CZrOverlay& to) const {
-        to.wmWidth = width;
-        to.wmHeight = height;
-        to.wmLayout = layout;
-        to.wmV210 = v210.get();
-        to.wmYuv2 = yuv2.get();
-        to.wmBgra = bgra.get();
-        std::copy(pairs.begin(), pairs.end(), to.wmYuv2);
-    }
-
-    unsigned width, height, layout;
-    std::unique_ptr<unsigned, FreeMemory> v210;
-    std::unique_ptr<unsigned char, FreeMemory> yuv2, bgra;
-    std::vector<unsigned char> pairs;
-};
-
 LiveOverlay::LiveOverlay() {
     for (const SettingKey& key : settingKeys())
         if (!key.isText())
@@ -87,8 +53,6 @@ LiveOverlay::LiveOverlay() {
     for (int slot = 0; slot < CZrOverlay::textSlots; ++slot)
         setOverlayText(m_overlay, slot, "");
 }
-
-LiveOverlay::~LiveOverlay() = default;
 
 unsigned LiveOverlay::initial(const SettingKey& key) {
     // Whoever puts an overlay into a pipeline wants to see one.
@@ -137,7 +101,7 @@ bool LiveOverlay::setWatermark(const std::string& path) {
     }
     if (!stream)
         return true;
-    std::unique_ptr<Picture> picture = read(path, *stream);
+    std::unique_ptr<WatermarkPicture> picture = read(path, *stream);
     const bool isThere = path.empty() || picture->isThere();
     const std::lock_guard lock(m_mutex);
     const bool isMeant = m_watermark == path && m_stream->layout == stream->layout;
@@ -147,34 +111,20 @@ bool LiveOverlay::setWatermark(const std::string& path) {
 }
 
 // By an overlay of its own, so that frames go on.
-std::unique_ptr<LiveOverlay::Picture> LiveOverlay::read(const std::string& path,
-                                                        const OverlayStream& stream) const {
+std::unique_ptr<WatermarkPicture> LiveOverlay::read(const std::string& path,
+                                                    const OverlayStream& stream) {
     CZrOverlay reader;
     std::string copy = path;
     reader.Watermark = copy.data();
     reader.WatermarkEnable = path.empty() ? 0 : 1;
     KPXSYSTEM system{};
     reader.Create(describeStream(stream).get(), &system);
-    return std::make_unique<Picture>(reader);
+    return std::make_unique<WatermarkPicture>(reader);
 }
 
-void LiveOverlay::take(std::unique_ptr<Picture> picture) {
+void LiveOverlay::take(std::unique_ptr<WatermarkPicture> picture) {
     m_picture = std::move(picture);
     m_picture->lend(m_overlay);
-    m_fittedX = 0;
-    fitWatermark();
-}
-
-// On pixel pairs, as loading puts it, and cut where it would go on in the next line.
-void LiveOverlay::fitWatermark() {
-    if (!m_picture || (!m_picture->yuv2 && !m_picture->v210))
-        return;
-    m_overlay.WatermarkX &= ~1U;
-    if (!m_picture->yuv2 || m_overlay.WatermarkX == m_fittedX)
-        return;
-    m_fittedX = m_overlay.WatermarkX;
-    m_picture->lend(m_overlay);
-    cutWatermark(m_overlay);
 }
 
 void LiveOverlay::loadStore(const std::string& file) {
@@ -210,7 +160,7 @@ bool LiveOverlay::describe(const OverlayStream& stream) {
         const std::lock_guard lock(m_mutex);
         path = m_watermark;
     }
-    std::unique_ptr<Picture> picture = read(path, stream);
+    std::unique_ptr<WatermarkPicture> picture = read(path, stream);
     const bool isThere = path.empty() || picture->isThere();
     const std::lock_guard lock(m_mutex);
     m_stream = stream;
@@ -247,7 +197,8 @@ void LiveOverlay::burn(const PictureView& picture, unsigned timeCode, unsigned t
                        const MeterLevels& levels, const MeterLevels& peaks) {
     MeterWords levelWords = packedLevels(levels), peakWords = packedLevels(peaks);
     const std::lock_guard lock(m_mutex);
-    fitWatermark();
+    if (m_picture)
+        m_picture->fit(m_overlay);
     m_overlay.tcType = timeCodeType;
     m_frame->videoData = reinterpret_cast<char*>(picture.data);
     m_frame->ltc = m_frame->vitc = timeCode;

@@ -5,6 +5,7 @@
 #include "common/overlay_stream.h"
 #include "common/picture_view.h"
 #include "common/setting_names.h"
+#include "common/watermark_picture.h"
 
 #include <memory>
 #include <mutex>
@@ -26,7 +27,6 @@ class LiveOverlay {
 public:
     // An overlay that is on, with time code; all else as the library has it.
     LiveOverlay();
-    ~LiveOverlay();
     LiveOverlay(const LiveOverlay&) = delete;
     LiveOverlay& operator=(const LiveOverlay&) = delete;
 
@@ -64,12 +64,9 @@ public:
     std::vector<unsigned> numbers() const;
 
 private:
-    struct Picture; // of a watermark, in the stream's layout
-
-    std::unique_ptr<Picture> read(const std::string& path, const OverlayStream& stream) const;
-    void take(std::unique_ptr<Picture> picture);
-    void fitWatermark();
-    void enable(unsigned CZrOverlay::*setting, bool on);
+    static std::unique_ptr<WatermarkPicture> read(const std::string& path,
+                                                  const OverlayStream& stream);
+    void take(std::unique_ptr<WatermarkPicture> picture);
 
     mutable std::mutex m_mutex;
     CZrOverlay m_overlay;
@@ -79,8 +76,7 @@ private:
     bool m_watermarkAssigned = false;
     std::optional<OverlayStream> m_stream;
     SourceNames m_source;
-    std::unique_ptr<Picture> m_picture;
-    unsigned m_fittedX = 0;
+    std::unique_ptr<WatermarkPicture> m_picture;
     bool m_followsSound = true;
     std::unique_ptr<DFRAME> m_frame = std::make_unique<DFRAME>();
 };

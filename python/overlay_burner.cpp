@@ -2,7 +2,6 @@
 
 #include "common/layout_names.h"
 #include "common/overlay_stream.h"
-#include "zrdraw/platform/memory.h"
 #include "zrdraw/zrhost.h"
 
 #include <fmt/format.h>
@@ -69,10 +68,6 @@ Burner::Burner(const StreamOfFrames& stream)
     m_overlay.Enabled = 1;
 }
 
-Burner::~Burner() {
-    dropWatermark();
-}
-
 void Burner::startTimeCode(const StreamOfFrames& stream) {
     const int drop = stream.drop            ? *stream.drop
                      : stream.start.empty() ? -1
@@ -94,45 +89,27 @@ void Burner::setWatermark(const std::string& file) {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_watermark = file;
     m_overlay.WatermarkEnable = file.empty() ? 0 : 1;
-    m_isLoaded = false;
-}
-
-// By contract the overlay frees no cache.
-void Burner::dropWatermark() {
-    ZRFree(m_overlay.wmV210);
-    ZRFree(m_overlay.wmYuv2);
-    ZRFree(m_overlay.wmBgra);
-    m_overlay.wmV210 = nullptr;
-    m_overlay.wmYuv2 = nullptr;
-    m_overlay.wmBgra = nullptr;
+    WatermarkPicture::takeBack(m_overlay);
+    m_picture.reset();
 }
 
 void Burner::loadWatermark() {
-    if (m_overlay.WatermarkEnable == 0 || m_isLoaded)
+    if (m_overlay.WatermarkEnable == 0 || m_picture)
         return;
     if (m_watermark.empty())
         throw py::value_error("the watermark is enabled, but none is given: set watermark to a "
                               "file");
-    dropWatermark();
-    m_overlay.Watermark = m_watermark.data();
-    const bool wasRead = createOverlay(m_overlay, *m_video, *m_system);
-    m_overlay.tcType = m_timeCodeType;
+    CZrOverlay reader;
+    reader.Watermark = m_watermark.data();
+    reader.WatermarkEnable = 1;
+    reader.WatermarkX = 0; // all that the frame has room for
+    const bool wasRead = createOverlay(reader, *m_video, *m_system);
+    WatermarkPicture picture(reader);
     if (!wasRead)
         throw py::value_error(
             fmt::format("the watermark '{}' cannot be read as a picture", m_watermark));
-    m_isLoaded = true;
-}
-
-// In uyvy what reaches over the right edge goes on in the next line, and behind the frame.
-void Burner::requireWatermarkFits() const {
-    const CZrOverlay& o = m_overlay;
-    const auto width = static_cast<unsigned>(m_width), height = static_cast<unsigned>(m_height);
-    if (o.WatermarkEnable == 0 || !m_layout.isPairs() || o.WatermarkX >= width ||
-        o.WatermarkX + o.wmWidth <= width || o.WatermarkY + o.wmHeight < height)
-        return;
-    throw py::value_error(fmt::format("in uyvy a watermark must end on the right edge or before: "
-                                      "{} pixels from {} on are more than {}",
-                                      o.wmWidth, o.WatermarkX, width));
+    m_picture.emplace(std::move(picture));
+    m_picture->lend(m_overlay);
 }
 
 void Burner::burn(const py::array& array, Whole number, const std::optional<py::array>& levels,
@@ -146,7 +123,8 @@ void Burner::burn(const py::array& array, Whole number, const std::optional<py::
     const MeterLevels given = peaks ? levelsOf(*peaks, "peaks") : MeterLevels{};
     with([&](CZrOverlay& overlay) {
         loadWatermark();
-        requireWatermarkFits();
+        if (m_picture)
+            m_picture->fit(m_overlay);
         MeterWords levelWords = packedLevels(loudness);
         MeterWords peakWords = packedLevels(peaks ? given : m_peaks.next(loudness));
         m_frame->videoData = reinterpret_cast<char*>(frame.view.data);

@@ -3,11 +3,13 @@
 
 #include "common/meter_levels.h"
 #include "common/peak_hold.h"
+#include "common/watermark_picture.h"
 #include "python/frame_array.h"
 #include "zrdraw/zroverlay.h"
 
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 
 // What the stream is like.
@@ -24,7 +26,6 @@ struct StreamOfFrames {
 class Burner {
 public:
     explicit Burner(const StreamOfFrames& stream);
-    ~Burner();
     Burner(const Burner&) = delete;
     Burner& operator=(const Burner&) = delete;
 
@@ -40,14 +41,14 @@ public:
     void burn(const py::array& array, Whole number, const std::optional<py::array>& levels,
               const std::optional<py::array>& peaks);
 
-    const std::string& watermark() const { return m_watermark; }
+    std::string watermark() {
+        return with([this](CZrOverlay&) { return m_watermark; });
+    }
     void setWatermark(const std::string& file);
 
 private:
     void startTimeCode(const StreamOfFrames& stream);
     void loadWatermark();
-    void dropWatermark();
-    void requireWatermarkFits() const;
 
     const zrLayout& m_layout;
     int m_width, m_height;
@@ -56,7 +57,7 @@ private:
     std::unique_ptr<DFRAME> m_frame = std::make_unique<DFRAME>();
     unsigned m_timeCodeType = 0, m_first = 0;
     std::string m_watermark;
-    bool m_isLoaded = false; // what the watermark's file holds
+    std::optional<WatermarkPicture> m_picture; // none: to be read
     PeakHold m_peaks;
     CZrOverlay m_overlay;
     std::mutex m_mutex;

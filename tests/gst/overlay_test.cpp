@@ -392,8 +392,10 @@ TEST(GstOverlay, WhatIsWrongIsToldOnTheBus) {
 
 // A picture is laid on and moved over both edges, as in the library's BGRA.
 TEST(GstOverlay, AWatermarkMayMoveOverEveryEdge) {
-    const TempFile file("P6\n64 16\n255\n" + std::string(64 * 16 * 3, '\xFF'));
-    for (const char* format : {"UYVY", "v210", "BGRx"}) {
+    for (const auto& [format, wide] :
+         {std::pair{"UYVY", 64U}, {"UYVY", 200U}, {"v210", 64U}, {"BGRx", 64U}, {"BGRx", 200U}}) {
+        const TempFile file("P6\n" + std::to_string(wide) + " 16\n255\n" +
+                            std::string(std::size_t{wide} * 16 * 3, '\xFF'));
         const GstVideoInfo info = infoOf(format, 96, 40);
         Harness harness("zroverlay time-code-ltc-enable=false watermark=" +
                         std::string(file.path()));
@@ -417,7 +419,7 @@ TEST(GstOverlay, AWatermarkMayMoveOverEveryEdge) {
                         draw->GetPixelYCbCr10(static_cast<int>(column), static_cast<int>(line),
                                               luma, cb, cr, alpha);
                         const bool inside =
-                            column >= left && column < left + 64 && line >= y && line < y + 16;
+                            column >= left && column < left + wide && line >= y && line < y + 16;
                         EXPECT_EQ(luma > 500, inside)
                             << format << ' ' << x << ", " << y << ": " << column << ", " << line;
                     }
