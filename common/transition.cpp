@@ -38,10 +38,11 @@ Transition::Transition(const zrLayout& layout, int width, int height, unsigned c
         m_mask.emplace(width, height, m_code);
     if (layout.code != ptV210 || frontEnd || m_mask)
         return;
-    const std::size_t bytes = std::size_t{m_width} * wordPixelBytes * m_height + wordOverhang;
+    // Mixing takes a line at a time, moving the whole frame.
+    const std::size_t lines = m_slides ? m_height : 1;
+    const std::size_t bytes = std::size_t{m_width} * wordPixelBytes * lines + wordOverhang;
     m_from.resize(bytes);
     m_to.resize(bytes);
-    // What moves nothing is drawn over the first source, which touches less memory.
     if (m_slides)
         m_moved.resize(bytes);
 }
@@ -53,7 +54,8 @@ void Transition::draw(const PictureView& from, const PictureView& to, const Pict
     if (m_mask)
         return drawLines(from, to, result, position);
     if (m_layout.code == ptV210 && !m_frontEnd)
-        return drawWords(outgoing, incoming, result, position);
+        return m_slides ? moveWords(outgoing, incoming, result, position)
+                        : mixWords(outgoing, incoming, result, position);
     const auto pitch = [](const PictureView& picture) {
         return static_cast<unsigned>(picture.pitch);
     };
@@ -80,16 +82,28 @@ void Transition::drawLines(const PictureView& from, const PictureView& to,
     }
 }
 
-void Transition::drawWords(const PictureView& from, const PictureView& to,
+// In lines that stay in the nearest cache.
+void Transition::mixWords(const PictureView& from, const PictureView& to, const PictureView& result,
+                          unsigned position) {
+    for (unsigned y = 0; y < m_height; ++y) {
+        const int line = static_cast<int>(y);
+        expandV210Line(from.line(line), m_from.data(), result.width);
+        expandV210Line(to.line(line), m_to.data(), result.width);
+        zrfxDISSOLVE(m_from.data(), 0, m_to.data(), 0, m_from.data(), 0, m_code, zrWipeWord3,
+                     m_width, m_height, 1, 1, 0, 0, 0, 0, scale, position, 0, m_width, y, y + 1);
+        packV210Line(m_from.data(), result.line(line), result.width);
+    }
+}
+
+void Transition::moveWords(const PictureView& from, const PictureView& to,
                            const PictureView& result, unsigned position) {
     expandWords(from, m_from);
     expandWords(to, m_to);
-    std::vector<std::uint8_t>& words = m_moved.empty() ? m_from : m_moved;
     const unsigned pitch = m_width * wordPixelBytes;
-    ZRDraw_DisplayWipe(m_from.data(), pitch, m_to.data(), pitch, words.data(), pitch, m_code,
+    ZRDraw_DisplayWipe(m_from.data(), pitch, m_to.data(), pitch, m_moved.data(), pitch, m_code,
                        zrWipeWord3, m_width, m_height, 1, 1, 0, 0, 0, 0, scale, position);
     for (int y = 0; y < result.height; ++y)
-        packV210Line(words.data() + static_cast<std::size_t>(y) * pitch, result.line(y),
+        packV210Line(m_moved.data() + static_cast<std::size_t>(y) * pitch, result.line(y),
                      result.width);
 }
 

@@ -45,7 +45,10 @@ private:
     void drawLines(const PictureView& from, const PictureView& to, const PictureView& result,
                    unsigned position);
 
-    void drawWords(const PictureView& from, const PictureView& to, const PictureView& result,
+    // v210 as words at full precision.
+    void mixWords(const PictureView& from, const PictureView& to, const PictureView& result,
+                  unsigned position);
+    void moveWords(const PictureView& from, const PictureView& to, const PictureView& result,
                    unsigned position);
 
     void expandWords(const PictureView& frame, std::vector<std::uint8_t>& words) const;
@@ -57,7 +60,6 @@ private:
     bool m_frontEnd;
     bool m_slides;
     bool m_exchanges;
-    std::optional<WipeMask> m_mask;         // where it is drawn by lines
-    std::vector<std::uint8_t> m_from, m_to; // words of v210 at full precision
-    std::vector<std::uint8_t> m_moved;      // and of the result, where a transition moves them
+    std::optional<WipeMask> m_mask;                  // where it is drawn by lines
+    std::vector<std::uint8_t> m_from, m_to, m_moved; // words of v210
 };
