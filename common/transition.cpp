@@ -76,7 +76,7 @@ void Transition::drawLines(const PictureView& from, const PictureView& to,
     for (int y = 0; y < result.height; ++y) {
         const std::vector<WipeMask::Run>& runs = m_mask->runsOf(y, position, scale);
         if (m_layout.code == ptV210)
-            wipeV210(runs, from.line(y), to.line(y), result.line(y), result.width);
+            wipeV210(runs, from.line(y), to.line(y), result.line(y));
         else
             wipePairs(runs, from.line(y), to.line(y), result.line(y));
     }

@@ -8,4 +8,4 @@ void wipePairs(const std::vector<WipeMask::Run>& runs, const unsigned char* firs
                const unsigned char* second, unsigned char* to);
 
 void wipeV210(const std::vector<WipeMask::Run>& runs, const unsigned char* first,
-              const unsigned char* second, unsigned char* to, int width);
+              const unsigned char* second, unsigned char* to);
