@@ -7,7 +7,7 @@
 namespace {
 
 // What the parts that the tool has as well throw; all else is a runtime error.
-void tellUsageErrors(std::exception_ptr thrown) {
+void tellUsageErrors(std::exception_ptr thrown) { // NOLINT: so pybind11 has it
     try {
         if (thrown)
             std::rethrow_exception(thrown);

@@ -29,10 +29,9 @@ bool point(Canvas& canvas, Coordinate x, Coordinate y, bool background) {
 
 std::tuple<double, double, double, double> getPixel(Canvas& canvas, Coordinate x, Coordinate y) {
     canvas.requireInside(x, y);
-    std::tuple<double, double, double, double> c{0, 0, 0, 1};
-    auto& [r, g, b, a] = c;
+    double r = 0, g = 0, b = 0, a = 1;
     canvas.with([&](ZRDraw& draw) { return draw.GetPixelRGBA(x.value, y.value, r, g, b, a); });
-    return c;
+    return {r, g, b, a};
 }
 
 // The readers of three components of YCbCr, as numbers of one kind.
@@ -50,12 +49,10 @@ auto ycbcrBy(int (ZRPixel::*read)(int, int, Number&, Number&, Number&, Number&))
 std::optional<std::tuple<double, double, double>> getHsv(Canvas& canvas, Coordinate x,
                                                          Coordinate y) {
     canvas.requireInside(x, y);
-    std::tuple<double, double, double> c{};
-    double alpha = 0;
-    auto& [h, s, v] = c;
+    double h = 0, s = 0, v = 0, alpha = 0;
     const bool read = canvas.run(
         [&](ZRDraw& draw) { return draw.GetPixelHSV(x.value, y.value, h, s, v, alpha); });
-    return read ? std::optional(c) : std::nullopt;
+    return read ? std::optional(std::tuple(h, s, v)) : std::nullopt;
 }
 
 double getLuma(Canvas& canvas, Coordinate x, Coordinate y) {

@@ -61,10 +61,9 @@ using Three = std::tuple<double, double, double>;
 
 template <bool foreground>
 Four color(Canvas& canvas) {
-    Four c{};
-    auto& [r, g, b, a] = c;
+    double r = 0, g = 0, b = 0, a = 0;
     canvas.with([&](ZRDraw& draw) { return draw.GetColorRGBA(r, g, b, a, foreground); });
-    return c;
+    return {r, g, b, a};
 }
 
 template <bool foreground>
@@ -75,11 +74,9 @@ void setColor(Canvas& canvas, const Colour& c) {
 }
 
 Three ycbcr(Canvas& canvas, bool background) {
-    Three c{};
-    double alpha = 0;
-    auto& [y, cb, cr] = c;
+    double y = 0, cb = 0, cr = 0, alpha = 0;
     canvas.with([&](ZRDraw& draw) { return draw.GetColorYCbCr(y, cb, cr, alpha, !background); });
-    return c;
+    return {y, cb, cr};
 }
 
 void setYCbCr(Canvas& canvas, Fraction y, Fraction cb, Fraction cr, bool background) {
