@@ -17,6 +17,7 @@ struct OverlayStream {
     int rate; // frames in `scale` seconds
     int scale;
     bool interlaced;
+    bool operator==(const OverlayStream&) const = default;
 };
 
 // The overlay's name of a layout. One that it does not know is a UsageError.

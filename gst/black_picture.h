@@ -3,6 +3,7 @@
 
 #include "common/picture_view.h"
 
+#include <optional>
 #include <vector>
 
 #include <gst/video/video.h>
@@ -15,4 +16,5 @@ public:
 private:
     std::vector<unsigned char> m_pixels;
     PictureView m_view{};
+    std::optional<cmYCbCr> m_mode;
 };

@@ -4,6 +4,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 namespace {
 
 // One that there always is.
@@ -26,7 +28,12 @@ std::string FrameClock::start(const GstVideoInfo& info, const std::string& timeC
     }
     const int drop = timeCode.empty() ? -1 : timeCode.find(';') != std::string::npos;
     m_type = typeOf(m_rate, m_scale, drop);
-    m_start = m_next = 0;
+    constexpr int rateWithoutTimeCode = 30; // that of zrTimeCode30
+    m_counted = zrTimeCodeType(m_rate, m_scale, -1) != 0 ? m_rate : rateWithoutTimeCode * m_scale;
+    // Both fields of a frame that come one by one have its time code.
+    const bool fields = GST_VIDEO_INFO_INTERLACE_MODE(&info) == GST_VIDEO_INTERLACE_MODE_ALTERNATE;
+    m_early = fields ? duration() / 4 : 0;
+    m_start = 0;
     if (timeCode.empty() || zrTimeCodeFrames(timeCode.c_str(), m_type, &m_start) == 0)
         return "";
     return fmt::format("start-timecode '{}' cannot be at {}/{} frames a second{}: use one such as "
@@ -38,7 +45,8 @@ std::string FrameClock::start(const GstVideoInfo& info, const std::string& timeC
 FrameCode FrameClock::of(GstBuffer* buffer, GstClockTime streamTime) {
     if (GST_CLOCK_TIME_IS_VALID(streamTime))
         m_next = static_cast<unsigned>(gst_util_uint64_scale_round(
-            streamTime, static_cast<guint64>(m_rate), static_cast<guint64>(m_scale) * GST_SECOND));
+            streamTime - std::min(streamTime, m_early), static_cast<guint64>(m_counted),
+            static_cast<guint64>(m_scale) * GST_SECOND));
     const FrameCode counted{m_start + m_next, m_type};
     ++m_next;
     const GstVideoTimeCodeMeta* meta = gst_buffer_get_video_time_code_meta(buffer);

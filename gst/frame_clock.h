@@ -12,9 +12,12 @@ struct FrameCode {
 
 class FrameClock {
 public:
-    // Begins anew for a stream. What is wrong with the start, which is a time code such as
-    // 10:00:00:00, or with ';' before the frames for drop-frame; empty for nothing.
+    // Takes a stream's rate and the time code of its beginning, such as 10:00:00:00, or with ';'
+    // before the frames for drop-frame. What is wrong with that; empty for nothing.
     std::string start(const GstVideoInfo& info, const std::string& timeCode);
+
+    // Frames without a time are counted from the start on again.
+    void restart() { m_next = 0; }
 
     // By the buffer's own time code, else counted from the start on by the stream's time; frames
     // without one follow each other.
@@ -26,6 +29,8 @@ public:
 private:
     int m_rate = 25;
     int m_scale = 1;
+    int m_counted = 25; // in `m_scale` seconds: another number where no time code has the rate
+    GstClockTime m_early = 0;
     unsigned m_type = 0;
     unsigned m_start = 0;
     unsigned m_next = 0; // frame from the start on

@@ -15,9 +15,13 @@ std::size_t LevelBlock::sampleAt(GstClockTime time) const {
     return static_cast<std::size_t>(std::min(sample, static_cast<double>(samples())));
 }
 
-void LevelTrack::begin() {
+bool LevelTrack::begin() {
     const std::lock_guard lock(m_mutex);
-    m_ended = m_vain = false;
+    if (m_isFed)
+        return false;
+    m_isFed = true;
+    restart();
+    return true;
 }
 
 void LevelTrack::feed(LevelBlock block) {
@@ -46,10 +50,23 @@ void LevelTrack::end() {
 
 void LevelTrack::reset() {
     const std::lock_guard lock(m_mutex);
+    restart();
+    m_more.notify_all();
+}
+
+void LevelTrack::leave() {
+    const std::lock_guard lock(m_mutex);
+    m_isFed = false;
+    restart();
+    m_more.notify_all();
+}
+
+void LevelTrack::restart() {
     m_blocks.clear();
     m_known = 0;
+    m_channels = 0;
+    m_ended = !m_isFed;
     m_vain = false;
-    m_more.notify_all();
 }
 
 unsigned LevelTrack::channels() const {

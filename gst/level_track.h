@@ -27,15 +27,17 @@ struct LevelBlock {
 
 class LevelTrack {
 public:
-    // Sound will come; without this nobody waits for it.
-    void begin();
+    // Sound will come; without this nobody waits for it. False: somebody else brings it already.
+    bool begin();
     void feed(LevelBlock block);
     // There is nothing to hear up to a running time.
     void skipTo(GstClockTime time);
-    // No more comes.
+    // No more comes, until all times begin anew.
     void end();
     // All times begin anew.
     void reset();
+    // Who brought the sound has gone.
+    void leave();
 
     // Channels of the sound that came last; 0 before any.
     unsigned channels() const;
@@ -55,6 +57,7 @@ public:
 private:
     static constexpr GstClockTime mostKept = 10 * GST_SECOND;
 
+    void restart();
     void drop(GstClockTime before);
 
     mutable std::mutex m_mutex;
@@ -62,6 +65,7 @@ private:
     std::deque<LevelBlock> m_blocks;
     GstClockTime m_known = 0; // sound has come up to this running time
     unsigned m_channels = 0;
+    bool m_isFed = false;
     bool m_ended = true;
     bool m_vain = false;
     bool m_impatient = false;

@@ -2,9 +2,11 @@
 #include "levels_element.h"
 
 #include "debug.h"
+#include "guard.h"
 #include "level_track.h"
 #include "overlay_element.h"
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <mutex>
@@ -18,6 +20,7 @@ struct State {
     std::string overlayName;
 
     ZrOverlay* overlay = nullptr; // from start to stop, with a reference
+    GstClockTime next = 0;        // running time behind the last block
     std::vector<guint8> unpacked;
 };
 
@@ -88,15 +91,22 @@ gboolean start(GstBaseTransform* base) {
                           ("name one by zroverlay name=%s", name.c_str()));
         return FALSE;
     }
+    if (!zrOverlayLevels(ZR_OVERLAY(found)).begin()) {
+        gst_object_unref(found);
+        GST_ELEMENT_ERROR(base, LIBRARY, SETTINGS,
+                          ("Another zrlevels brings the sound of '%s' already.", name.c_str()),
+                          (nullptr));
+        return FALSE;
+    }
     state.overlay = ZR_OVERLAY(found);
-    zrOverlayLevels(state.overlay).begin();
+    state.next = 0;
     return TRUE;
 }
 
 gboolean stop(GstBaseTransform* base) {
     State& state = stateOf(base);
     if (state.overlay)
-        zrOverlayLevels(state.overlay).end();
+        zrOverlayLevels(state.overlay).leave();
     g_clear_pointer(&state.overlay, gst_object_unref);
     return TRUE;
 }
@@ -109,7 +119,6 @@ gboolean sinkEvent(GstBaseTransform* base, GstEvent* event) {
             track.end();
         else if (GST_EVENT_TYPE(event) == GST_EVENT_FLUSH_STOP) {
             track.reset();
-            track.begin();
         } else if (GST_EVENT_TYPE(event) == GST_EVENT_GAP) {
             GstClockTime time = 0, duration = 0;
             gst_event_parse_gap(event, &time, &duration);
@@ -147,27 +156,54 @@ std::vector<std::uint16_t> amplitudesOf(State& state, const GstAudioFormatInfo& 
     return amplitudes;
 }
 
+// Backwards the last sample of a block is heard first.
+void reverse(LevelBlock& block) {
+    std::reverse(block.amplitudes.begin(), block.amplitudes.end());
+    for (std::size_t i = 0; i < block.amplitudes.size(); i += block.channels)
+        std::reverse(block.amplitudes.begin() + static_cast<std::ptrdiff_t>(i),
+                     block.amplitudes.begin() + static_cast<std::ptrdiff_t>(i + block.channels));
+}
+
+// A buffer without a time follows the one before.
+GstClockTime beginOf(GstBaseTransform* base, GstBuffer* buffer, std::size_t frames) {
+    const GstSegment& segment = base->segment;
+    GstClockTime time = GST_BUFFER_PTS(buffer);
+    if (!GST_CLOCK_TIME_IS_VALID(time))
+        return stateOf(base).next;
+    if (segment.rate < 0)
+        time += gst_util_uint64_scale_int(frames, GST_SECOND,
+                                          GST_AUDIO_INFO_RATE(GST_AUDIO_FILTER_INFO(base)));
+    return gst_segment_to_running_time(&segment, GST_FORMAT_TIME, time);
+}
+
 void measure(GstBaseTransform* base, GstBuffer* buffer) {
     State& state = stateOf(base);
     const GstAudioInfo& info = *GST_AUDIO_FILTER_INFO(base);
-    const GstClockTime begin =
-        gst_segment_to_running_time(&base->segment, GST_FORMAT_TIME, GST_BUFFER_PTS(buffer));
     GstMapInfo map;
-    if (!GST_CLOCK_TIME_IS_VALID(begin) || !gst_buffer_map(buffer, &map, GST_MAP_READ))
+    if (!gst_buffer_map(buffer, &map, GST_MAP_READ))
         return;
     const auto channels = static_cast<unsigned>(GST_AUDIO_INFO_CHANNELS(&info));
     const std::size_t frames = map.size / static_cast<std::size_t>(GST_AUDIO_INFO_BPF(&info));
-    LevelBlock block{begin, GST_AUDIO_INFO_RATE(&info) * std::abs(base->segment.rate), channels,
+    LevelBlock block{beginOf(base, buffer, frames),
+                     GST_AUDIO_INFO_RATE(&info) * std::abs(base->segment.rate), channels,
                      amplitudesOf(state, *info.finfo, map.data, frames * channels)};
     gst_buffer_unmap(buffer, &map);
-    if (frames != 0)
-        zrOverlayLevels(state.overlay).feed(std::move(block));
+    if (frames == 0 || !GST_CLOCK_TIME_IS_VALID(block.begin))
+        return;
+    if (base->segment.rate < 0)
+        reverse(block);
+    state.next = block.end();
+    zrOverlayLevels(state.overlay).feed(std::move(block));
 }
 
 GstFlowReturn transform(GstBaseTransform* base, GstBuffer* buffer) {
-    if (stateOf(base).overlay)
-        measure(base, buffer);
-    return GST_FLOW_OK;
+    return guarded(
+        base,
+        [&] {
+            if (stateOf(base).overlay)
+                measure(base, buffer);
+            return GST_FLOW_OK;
+        });
 }
 
 void finalize(GObject* object) {

@@ -4,6 +4,7 @@
 #include "common/tool_error.h"
 #include "zrdraw/zrhost.h"
 
+#include <climits>
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -14,6 +15,7 @@ namespace {
 
 // The library ends the process at a longer text.
 constexpr std::size_t longestText = 511;
+constexpr std::size_t longestPath = PATH_MAX - 1;
 
 bool startsCharacter(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
@@ -90,7 +92,8 @@ std::string LiveOverlay::watermark() const {
     return m_watermark;
 }
 
-bool LiveOverlay::setWatermark(const std::string& path) {
+bool LiveOverlay::setWatermark(const std::string& given) {
+    const std::string path = given.substr(0, longestPath); // no file has a longer one
     std::optional<OverlayStream> stream;
     {
         const std::lock_guard lock(m_mutex);
@@ -104,7 +107,7 @@ bool LiveOverlay::setWatermark(const std::string& path) {
     std::unique_ptr<WatermarkPicture> picture = read(path, *stream);
     const bool isThere = path.empty() || picture->isThere();
     const std::lock_guard lock(m_mutex);
-    const bool isMeant = m_watermark == path && m_stream->layout == stream->layout;
+    const bool isMeant = m_watermark == path && m_stream == stream;
     if (isMeant) // and not meanwhile another one
         take(std::move(picture));
     return isThere;
@@ -142,7 +145,7 @@ void LiveOverlay::loadStore(const std::string& file) {
         throw UsageError(fmt::format("'{}' holds no settings of an overlay: make them with zrdraw "
                                      "config set",
                                      file));
-    m_overlay.AudioChannels = std::min(m_overlay.AudioChannels, mostMeters);
+    boundNumbers();
     m_followsSound = false;
     for (const auto& [slot, text] : texts) {
         setOverlayText(m_overlay, slot, text);
@@ -155,14 +158,16 @@ void LiveOverlay::loadStore(const std::string& file) {
 }
 
 bool LiveOverlay::describe(const OverlayStream& stream) {
-    std::string path;
-    {
-        const std::lock_guard lock(m_mutex);
-        path = m_watermark;
-    }
+    std::string path = watermark();
     std::unique_ptr<WatermarkPicture> picture = read(path, stream);
+    std::unique_lock lock(m_mutex);
+    while (m_watermark != path) { // another one has been set meanwhile
+        path = m_watermark;
+        lock.unlock();
+        picture = read(path, stream);
+        lock.lock();
+    }
     const bool isThere = path.empty() || picture->isThere();
-    const std::lock_guard lock(m_mutex);
     m_stream = stream;
     m_overlay.Destroy();
     // The picture is read already.
@@ -206,10 +211,29 @@ void LiveOverlay::burn(const PictureView& picture, unsigned timeCode, unsigned t
 }
 
 void LiveOverlay::command(MEDIACMD& command) {
+    const std::vector<unsigned> before = numbers();
     const std::lock_guard lock(m_mutex);
     m_overlay.Watermark = m_watermark.data();
     m_overlay.SetMode(&command);
-    m_overlay.AudioChannels = std::min(m_overlay.AudioChannels, mostMeters);
+    boundNumbers();
+    if (command.cmd != zrCommandSet)
+        return;
+    m_followsSound = m_followsSound && !(command.subCode == zrOverlayAudio &&
+                                         (command.cmdFlags & zrValidParamB) != 0);
+    for (std::size_t i = 0; i < before.size(); ++i)
+        if (const SettingKey& key = settingKeys()[i];
+            !key.isText() && key.of(m_overlay) != before[i])
+            m_assigned.insert(&key);
+    if (command.subCode == zrOverlayCustomText && (command.cmdFlags & zrValidText) != 0)
+        m_assignedTexts.insert(
+            (command.cmdFlags & zrValidParamA) != 0 ? static_cast<int>(command.paramA) : 0);
+}
+
+// Stores and commands bring any numbers.
+void LiveOverlay::boundNumbers() {
+    for (const SettingKey& key : settingKeys())
+        if (key.most != 0)
+            key.of(m_overlay) = std::min(key.of(m_overlay), key.most);
 }
 
 std::vector<unsigned> LiveOverlay::numbers() const {

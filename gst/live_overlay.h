@@ -66,6 +66,7 @@ public:
 private:
     static std::unique_ptr<WatermarkPicture> read(const std::string& path,
                                                   const OverlayStream& stream);
+    void boundNumbers();
     void take(std::unique_ptr<WatermarkPicture> picture);
 
     mutable std::mutex m_mutex;

@@ -214,13 +214,14 @@ MuxParameters parametersFor(ZrMux* self, Settings settings, const PictureView& s
                      flips(settings.flipB, zrMuxFlipBHorizontal, zrMuxFlipBVertical);
     settings.channels = settings.channel < 0 ? 0 : 0xFFU << 8 * settings.channel;
     // At the right edge it would be written behind the lines.
-    settings.divider = settings.divider && settings.split != shape.width;
+    settings.divider =
+        settings.divider && !(settings.mode == zrMuxSplit && settings.split == shape.width);
     MuxParameters p = parametersOf(settings);
     setGrid(self, settings, shape, p);
     return p;
 }
 
-bool compose(ZrPair* pair, const PairFrames& frames) {
+void compose(ZrPair* pair, const PairFrames& frames) {
     ZrMux* self = ZR_MUX(pair);
     State& state = stateOf(self);
     Settings settings;
@@ -243,7 +244,6 @@ bool compose(ZrPair* pair, const PairFrames& frames) {
     composeMux(parameters, source(state.a, frames.a, settings.flipA),
                source(state.b, frames.b, settings.flipB), result);
     state.result.giveBack(*frames.result);
-    return true;
 }
 
 void finalize(GObject* object) {
@@ -262,8 +262,9 @@ static void zr_mux_class_init(ZrMuxClass* mux) {
     object->set_property = setProperty;
     object->get_property = getProperty;
     object->finalize = finalize;
-    const auto flags = static_cast<GParamFlags>(G_PARAM_READWRITE | G_PARAM_STATIC_STRINGS |
-                                                GST_PARAM_CONTROLLABLE | GST_PARAM_MUTABLE_PLAYING);
+    const auto flags = static_cast<GParamFlags>(G_PARAM_READWRITE | G_PARAM_LAX_VALIDATION |
+                                                G_PARAM_STATIC_STRINGS | GST_PARAM_CONTROLLABLE |
+                                                GST_PARAM_MUTABLE_PLAYING);
     guint id = 1;
     for (const Row& row : rows)
         g_object_class_install_property(object, id++, row.make(flags));

@@ -7,6 +7,7 @@
 #include "drawn_alpha.h"
 #include "formats.h"
 #include "frame_clock.h"
+#include "guard.h"
 #include "level_track.h"
 #include "live_overlay.h"
 #include "overlay_commands.h"
@@ -37,6 +38,7 @@ struct State {
 
     // Of the streaming thread alone.
     FrameClock clock;
+    FrameCode code{}; // of the frame at hand
     PeakHold peaks;
     WorkingPicture working;
     DrawnAlpha alpha;
@@ -74,12 +76,6 @@ void warnOfWatermark(ZrOverlay* self) {
                         ("frames go on without it"));
 }
 
-// Frames pass untouched while the overlay is off.
-void updatePassing(ZrOverlay* self) {
-    const bool enabled = stateOf(self).overlay.number(settingKeyNamed("Enabled")) != 0;
-    gst_base_transform_set_passthrough(GST_BASE_TRANSFORM(self), !enabled);
-}
-
 void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* spec) {
     ZrOverlay* self = ZR_OVERLAY(object);
     State& state = stateOf(self);
@@ -87,11 +83,8 @@ void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* spe
         const char* text = g_value_get_string(value);
         return std::string(text ? text : "");
     };
-    if (id >= FirstSetting) {
-        setSettingProperty(state.overlay, id - FirstSetting, *value);
-        updatePassing(self);
-        return;
-    }
+    if (id >= FirstSetting)
+        return setSettingProperty(state.overlay, id - FirstSetting, *value);
     if (id == Watermark) {
         if (!state.overlay.setWatermark(textOf()))
             warnOfWatermark(self);
@@ -144,7 +137,6 @@ GstStructure* runCommand(ZrOverlay* self, const GstStructure* command) {
         return nullptr;
     }
     notifyChangedSettings(G_OBJECT(self), before, state.overlay.numbers());
-    updatePassing(self);
     return answer;
 }
 
@@ -152,6 +144,7 @@ gboolean start(GstBaseTransform* base) {
     ZrOverlay* self = ZR_OVERLAY(base);
     State& state = stateOf(self);
     state.levels.setImpatient(false);
+    state.clock.restart();
     const std::string store = state.locked(&State::store);
     if (store.empty())
         return TRUE;
@@ -163,14 +156,18 @@ gboolean start(GstBaseTransform* base) {
         GST_ELEMENT_ERROR(self, RESOURCE, SETTINGS, ("%s.", error.what()), (nullptr));
         return FALSE;
     }
-    updatePassing(self);
     return TRUE;
+}
+
+void forgetSource(State& state) {
+    state.source = {};
+    state.overlay.setSource(state.source);
 }
 
 gboolean stop(GstBaseTransform* base) {
     State& state = stateOf(base);
     state.levels.reset();
-    state.source = {};
+    forgetSource(state);
     return TRUE;
 }
 
@@ -221,11 +218,15 @@ gboolean sinkEvent(GstBaseTransform* base, GstEvent* event) {
         state.overlay.setSource(state.source);
         break;
     }
+    case GST_EVENT_STREAM_START:
+        forgetSource(state);
+        break;
     case GST_EVENT_FLUSH_START:
         state.levels.setImpatient(true);
         break;
     case GST_EVENT_FLUSH_STOP:
         state.levels.setImpatient(false);
+        state.peaks = PeakHold(state.clock.framesPerSecond());
         break;
     default:
         break;
@@ -239,12 +240,17 @@ GstStateChangeReturn changeState(GstElement* element, GstStateChange transition)
     return GST_ELEMENT_CLASS(zr_overlay_parent_class)->change_state(element, transition);
 }
 
-// Properties that a controller drives take their values before the frame.
+// Properties that a controller drives take their values before the frame. Frames pass untouched
+// while the overlay is off, and are counted all the same.
 void beforeTransform(GstBaseTransform* base, GstBuffer* buffer) {
+    State& state = stateOf(base);
     const GstClockTime time =
         gst_segment_to_stream_time(&base->segment, GST_FORMAT_TIME, GST_BUFFER_PTS(buffer));
     if (GST_CLOCK_TIME_IS_VALID(time))
         gst_object_sync_values(GST_OBJECT(base), time);
+    state.code = state.clock.of(buffer, time);
+    static const SettingKey& enabled = settingKeyNamed("Enabled");
+    gst_base_transform_set_passthrough(base, state.overlay.number(enabled) == 0);
 }
 
 // Until the pipeline plays, sinks hold the sound back.
@@ -261,36 +267,43 @@ LevelTrack::Patience patienceOf(GstBaseTransform* base) {
 MeterLevels levelsOf(GstBaseTransform* base, GstBuffer* buffer) {
     State& state = stateOf(base);
     const GstSegment& segment = base->segment;
-    const GstClockTime begin =
-        gst_segment_to_running_time(&segment, GST_FORMAT_TIME, GST_BUFFER_PTS(buffer));
-    if (!GST_CLOCK_TIME_IS_VALID(begin))
-        return {};
     const GstClockTime duration =
         GST_BUFFER_DURATION_IS_VALID(buffer) ? GST_BUFFER_DURATION(buffer) : state.clock.duration();
+    GstClockTime time = GST_BUFFER_PTS(buffer);
+    if (segment.rate < 0 && GST_CLOCK_TIME_IS_VALID(time))
+        time += duration; // where it begins to be shown
+    const GstClockTime begin = gst_segment_to_running_time(&segment, GST_FORMAT_TIME, time);
+    if (!GST_CLOCK_TIME_IS_VALID(begin))
+        return {};
     const auto shown = static_cast<GstClockTime>(static_cast<double>(duration) /
                                                  std::max(std::abs(segment.rate), 1e-3));
     return state.levels.between(begin, begin + shown, patienceOf(base));
 }
 
-GstFlowReturn transformFrame(GstVideoFilter* filter, GstVideoFrame* frame) {
-    GstBaseTransform* base = GST_BASE_TRANSFORM(filter);
-    State& state = stateOf(filter);
-    const GstClockTime streamTime =
-        gst_segment_to_stream_time(&base->segment, GST_FORMAT_TIME, GST_BUFFER_PTS(frame->buffer));
-    const FrameCode code = state.clock.of(frame->buffer, streamTime);
-    const MeterLevels levels = levelsOf(base, frame->buffer);
+void burnInto(GstVideoFrame& frame, GstBaseTransform* base) {
+    State& state = stateOf(base);
+    const MeterLevels levels = levelsOf(base, frame.buffer);
     state.overlay.setSoundChannels(state.levels.channels());
-    const zrLayout& layout = *layoutOf(GST_VIDEO_FRAME_FORMAT(frame));
+    const zrLayout& layout = *layoutOf(GST_VIDEO_FRAME_FORMAT(&frame));
     // The overlay takes lines for packed.
-    const int width = GST_VIDEO_FRAME_WIDTH(frame), height = linesOf(frame->info);
+    const int width = GST_VIDEO_FRAME_WIDTH(&frame), height = linesOf(frame.info);
     const int pitch = static_cast<int>(zrLineBytes(layout.line, static_cast<unsigned>(width)));
     const PictureView picture =
-        state.working.take(*frame, {pitch, zrFrameRoom(layout, width, height, 0)});
-    state.alpha.mark(picture, GST_VIDEO_FRAME_FORMAT(frame));
-    state.overlay.burn(picture, code.frames, code.type, levels, state.peaks.next(levels));
+        state.working.take(frame, {pitch, zrFrameRoom(layout, width, height, 0)});
+    state.alpha.mark(picture, GST_VIDEO_FRAME_FORMAT(&frame));
+    state.overlay.burn(picture, state.code.frames, state.code.type, levels,
+                       state.peaks.next(levels));
     state.alpha.settle(picture);
-    state.working.giveBack(*frame);
-    return GST_FLOW_OK;
+    state.working.giveBack(frame);
+}
+
+GstFlowReturn transformFrame(GstVideoFilter* filter, GstVideoFrame* frame) {
+    return guarded(
+        filter,
+        [&] {
+            burnInto(*frame, GST_BASE_TRANSFORM(filter));
+            return GST_FLOW_OK;
+        });
 }
 
 void finalize(GObject* object) {
@@ -319,7 +332,7 @@ void installProperties(GObjectClass* object) {
         g_param_spec_uint64("levels-wait", "Levels wait",
                             "How long a frame waits for the sound that its meters show, "
                             "nanoseconds; live streams never wait",
-                            0, G_MAXINT64, usualWait, playingFlags));
+                            0, 3600 * GST_SECOND, usualWait, playingFlags));
     g_object_class_install_property(
         object, Watermark,
         g_param_spec_string("watermark", "Watermark",

@@ -55,7 +55,8 @@ std::string capital(std::string text) {
 }
 
 GParamSpec* specOf(const SettingKey& key) {
-    const auto flags = static_cast<GParamFlags>(G_PARAM_READWRITE | GST_PARAM_MUTABLE_PLAYING |
+    const auto flags = static_cast<GParamFlags>(G_PARAM_READWRITE | G_PARAM_LAX_VALIDATION |
+                                                GST_PARAM_MUTABLE_PLAYING |
                                                 (key.isText() ? 0 : GST_PARAM_CONTROLLABLE));
     const std::string name = propertyName(key.name);
     const char* text = name.c_str();

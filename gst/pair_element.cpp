@@ -2,6 +2,7 @@
 
 #include "debug.h"
 #include "formats.h"
+#include "guard.h"
 
 #include <array>
 #include <string_view>
@@ -158,9 +159,12 @@ GstFlowReturn aggregateFrames(GstVideoAggregator* pair, GstBuffer* buffer) {
     GST_OBJECT_LOCK(pair); // of the list of pads
     const PairFrames frames = framesOf(pair, result);
     GST_OBJECT_UNLOCK(pair);
-    const bool composed = ZR_PAIR_GET_CLASS(pair)->compose(ZR_PAIR(pair), frames);
+    const GstFlowReturn flow = guarded(pair, [&] {
+        ZR_PAIR_GET_CLASS(pair)->compose(ZR_PAIR(pair), frames);
+        return GST_FLOW_OK;
+    });
     gst_video_frame_unmap(&result);
-    return composed ? GST_FLOW_OK : GST_FLOW_ERROR;
+    return flow;
 }
 
 } // namespace

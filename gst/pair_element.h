@@ -22,8 +22,8 @@ struct PairFrames {
 
 struct _ZrPairClass {
     GstVideoAggregatorClass parent_class;
-    // Makes the result; false, with the element's error posted, where that cannot be.
-    bool (*compose)(ZrPair* self, const PairFrames& frames);
+    // Makes the result. What it throws becomes the element's error.
+    void (*compose)(ZrPair* self, const PairFrames& frames);
 };
 
 G_END_DECLS

@@ -5,12 +5,14 @@
 #include "debug.h"
 #include "drawn_alpha.h"
 #include "formats.h"
+#include "guard.h"
 #include "script/runner.h"
 #include "script/script_file.h"
 #include "working_picture.h"
 
 #include <memory>
 #include <mutex>
+#include <stdexcept>
 #include <string>
 #include <utility>
 
@@ -90,26 +92,40 @@ Script readScript(const std::string& file, const std::string& text) {
 }
 
 // The script as the properties have it now; null, with the element's error posted, for one that is
-// wrong.
+// wrong. Nothing is locked while files are read and messages posted, whose handlers may ask for
+// properties.
 std::shared_ptr<Running> runningScript(ZrScript* self) {
     State& state = stateOf(self);
-    const std::lock_guard lock(state.mutex);
+    std::unique_lock lock(state.mutex);
     if (state.running)
         return state.running;
+    const std::string file = state.file, text = state.text;
+    lock.unlock();
+    std::shared_ptr<Running> made;
     try {
-        const auto warn = [self](const std::string& message) {
-            GST_ELEMENT_WARNING(self, STREAM, FAILED, ("%s.", message.c_str()), (nullptr));
-        };
-        state.running = std::make_shared<Running>(readScript(state.file, state.text), warn);
+        made = std::make_shared<Running>(
+            readScript(file, text),
+            [self](const std::string& message) {
+                GST_ELEMENT_WARNING(self, STREAM, FAILED, ("%s.", message.c_str()), (nullptr));
+            });
     } catch (const Failure& error) {
         GST_ELEMENT_ERROR(self, RESOURCE, OPEN_READ, ("%s.", error.what()), (nullptr));
     } catch (const ToolError& error) {
         GST_ELEMENT_ERROR(self, LIBRARY, SETTINGS, ("%s.", error.what()), (nullptr));
     }
-    return state.running;
+    lock.lock();
+    if (state.file == file && state.text == text)
+        state.running = made;
+    return made;
 }
 
+// A file is read anew.
 gboolean start(GstBaseTransform* base) {
+    State& state = stateOf(base);
+    {
+        const std::lock_guard lock(state.mutex);
+        state.running = nullptr;
+    }
     return runningScript(ZR_SCRIPT(base)) ? TRUE : FALSE;
 }
 
@@ -123,28 +139,34 @@ void tellOfBlending(ZrScript* self, Running& running, const zrLayout& layout) {
                         (nullptr));
 }
 
-GstFlowReturn transformFrame(GstVideoFilter* filter, GstVideoFrame* frame) {
-    ZrScript* self = ZR_SCRIPT(filter);
+void drawOn(GstVideoFrame& frame, ZrScript* self, Running& running) {
     State& state = stateOf(self);
-    const std::shared_ptr<Running> running = runningScript(self);
-    if (!running)
-        return GST_FLOW_ERROR;
-    const zrLayout& layout = *layoutOf(GST_VIDEO_FRAME_FORMAT(frame));
-    tellOfBlending(self, *running, layout);
-    const int width = GST_VIDEO_FRAME_WIDTH(frame), height = linesOf(frame->info);
-    const PictureView picture = state.working.take(*frame, drawingNeeds(layout, width, height));
+    const zrLayout& layout = *layoutOf(GST_VIDEO_FRAME_FORMAT(&frame));
+    tellOfBlending(self, running, layout);
+    const int width = GST_VIDEO_FRAME_WIDTH(&frame), height = linesOf(frame.info);
+    const PictureView picture = state.working.take(frame, drawingNeeds(layout, width, height));
     ZRDraw* made = nullptr;
     if (GetDraw(layout.code, width, height, picture.pitch, reinterpret_cast<char*>(picture.data),
                 made) != 0)
-        return GST_FLOW_ERROR;
+        throw std::runtime_error("there is no drawing object for the frames' format");
     const std::unique_ptr<ZRDraw, Release> draw(made);
-    if (const std::optional<cmYCbCr> mode = matrixModeOf(frame->info))
+    if (const std::optional<cmYCbCr> mode = matrixModeOf(frame.info))
         draw->SetYCbCrMode(*mode);
-    state.alpha.mark(picture, GST_VIDEO_FRAME_FORMAT(frame));
-    running->runner.run(*draw, width, height);
+    state.alpha.mark(picture, GST_VIDEO_FRAME_FORMAT(&frame));
+    running.runner.run(*draw, width, height);
     state.alpha.settle(picture);
-    state.working.giveBack(*frame);
-    return GST_FLOW_OK;
+    state.working.giveBack(frame);
+}
+
+GstFlowReturn transformFrame(GstVideoFilter* filter, GstVideoFrame* frame) {
+    ZrScript* self = ZR_SCRIPT(filter);
+    return guarded(self, [&] {
+        const std::shared_ptr<Running> running = runningScript(self);
+        if (!running)
+            return GST_FLOW_ERROR;
+        drawOn(*frame, self, *running);
+        return GST_FLOW_OK;
+    });
 }
 
 void finalize(GObject* object) {

@@ -98,29 +98,22 @@ const Transition& transitionFor(State& state, const Settings& settings, const Pi
     return *state.transition;
 }
 
-bool compose(ZrPair* pair, const PairFrames& frames) {
+void compose(ZrPair* pair, const PairFrames& frames) {
     State& state = stateOf(pair);
     Settings settings;
     {
         const std::lock_guard lock(state.mutex);
         settings = state.settings;
     }
-    try {
-        const int pitch = transitionFor(state, settings, viewOf(*frames.result)).neededPitch();
-        const auto source = [&](WorkingPicture& working, const GstVideoFrame* frame) {
-            return frame ? working.take(*frame, {pitch, 0})
-                         : state.black.like(*frames.result, pitch);
-        };
-        const PictureView result = state.result.take(*frames.result, {pitch, 0});
-        state.transition->draw(
-            source(state.a, frames.a), source(state.b, frames.b), result,
-            static_cast<unsigned>(std::lround(settings.position * Transition::scale)));
-        state.result.giveBack(*frames.result);
-    } catch (const std::exception& error) {
-        GST_ELEMENT_ERROR(pair, LIBRARY, FAILED, ("%s.", error.what()), (nullptr));
-        return false;
-    }
-    return true;
+    const int pitch = transitionFor(state, settings, viewOf(*frames.result)).neededPitch();
+    const auto source = [&](WorkingPicture& working, const GstVideoFrame* frame) {
+        return frame ? working.take(*frame, {pitch, 0}) : state.black.like(*frames.result, pitch);
+    };
+    const PictureView result = state.result.take(*frames.result, {pitch, 0});
+    const PictureView a = source(state.a, frames.a), b = source(state.b, frames.b);
+    state.transition->draw(
+        a, b, result, static_cast<unsigned>(std::lround(settings.position * Transition::scale)));
+    state.result.giveBack(*frames.result);
 }
 
 void finalize(GObject* object) {
@@ -129,8 +122,9 @@ void finalize(GObject* object) {
 }
 
 void installProperties(GObjectClass* object) {
-    const auto flags = static_cast<GParamFlags>(G_PARAM_READWRITE | G_PARAM_STATIC_STRINGS |
-                                                GST_PARAM_CONTROLLABLE | GST_PARAM_MUTABLE_PLAYING);
+    const auto flags = static_cast<GParamFlags>(G_PARAM_READWRITE | G_PARAM_LAX_VALIDATION |
+                                                G_PARAM_STATIC_STRINGS | GST_PARAM_CONTROLLABLE |
+                                                GST_PARAM_MUTABLE_PLAYING);
     g_object_class_install_property(object, Code,
                                     g_param_spec_enum("code", "Code",
                                                       "The transition from sink_0 to sink_1",

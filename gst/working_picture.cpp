@@ -10,7 +10,9 @@ namespace {
 
 // Lines of one memory to another.
 void copyLines(const PictureView& from, const PictureView& to) {
-    const auto bytes = static_cast<std::size_t>(wholeLineBytes(*from.layout, from.width));
+    // The half pair at the end of an odd width is no more than the lines of one have of it.
+    const auto bytes = static_cast<std::size_t>(
+        std::min({wholeLineBytes(*from.layout, from.width), from.pitch, to.pitch}));
     for (int y = 0; y < from.height; ++y)
         std::memcpy(to.line(y), from.line(y), bytes);
 }
@@ -48,7 +50,7 @@ PictureView WorkingPicture::take(const GstVideoFrame& frame, const MemoryNeeds& 
         GST_DEBUG("frames are copied: their lines are %d bytes apart and %" G_GSIZE_FORMAT
                   " bytes long in all, where %d and %" G_GSIZE_FORMAT " are needed",
                   m_view.pitch, roomOf(frame), needs.pitch, needs.room);
-    m_told = true;
+    m_told = m_told || !asCopy;
     const PictureView own = m_view;
     if (needs.pitch != 0)
         m_view.pitch = needs.pitch;

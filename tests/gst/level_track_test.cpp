@@ -76,6 +76,19 @@ TEST(LevelTrack, AWaitEndsWithTheStream) {
     }
 }
 
+TEST(LevelTrack, OneBringsTheSoundAndTheNextFindsNoneOfIt) {
+    LevelTrack track;
+    EXPECT_TRUE(track.begin());
+    EXPECT_FALSE(track.begin());
+    track.feed(blockWith(50 * GST_SECOND, 0, 1000));
+    track.leave();
+    EXPECT_TRUE(track.begin());
+    EXPECT_EQ(track.channels(), 0U);
+    std::thread other([&] { track.feed(blockWith(0, 10, 500)); });
+    EXPECT_EQ(track.between(0, frame, {10s})[0], 500U) << "it waits again";
+    other.join();
+}
+
 TEST(LevelTrack, NobodysSoundIsKeptForLong) {
     LevelTrack track;
     for (GstClockTime second = 0; second < 100; ++second)

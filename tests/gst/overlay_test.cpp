@@ -96,6 +96,51 @@ TEST(GstOverlay, LayersAreOpaqueAndAllElseKeepsItsAlpha) {
     EXPECT_GT(drawn, 500);
 }
 
+// Whatever the width, and where frames are worked on in a copy.
+TEST(GstOverlay, NothingChangesWhereNothingIsDrawn) {
+    for (const char* format : {"UYVY", "v210", "BGRA"})
+        for (const int width : {1, 2, 47, 50, 319}) {
+            const GstVideoInfo info = infoOf(format, width, 6);
+            Harness harness("zroverlay time-code-ltc-enable=false");
+            harness.begin(info);
+            const Bytes in = noiseFrame(info, 2);
+            EXPECT_EQ(difference(harness.pass(in, info, 0), in, info), "") << format << width;
+        }
+}
+
+TEST(GstOverlay, ALongPathIsNoFile) {
+    Harness harness("zroverlay");
+    GstElement* element = harness.element("zroverlay");
+    g_object_set(element, "watermark", std::string(200000, 'a').c_str(), nullptr);
+    const Owned<GstStructure> command(gst_structure_new_empty("watermark"));
+    GstStructure* answer = nullptr;
+    g_signal_emit_by_name(element, "command", command.get(), &answer);
+    const Owned<GstStructure> owned(answer);
+    ASSERT_TRUE(owned);
+    EXPECT_EQ(std::string(gst_structure_get_string(answer, "path")), std::string(4095, 'a'));
+}
+
+TEST(GstOverlay, ASecondRunKnowsNothingOfTheFirst) {
+    const GstVideoInfo info = infoOf("UYVY", 400, 40);
+    const auto set = [](CZrOverlay& overlay) {
+        overlay.TimeCodeLTCEnable = 0;
+        overlay.SourceFormatEnable = 1;
+        overlay.SourceFormatX = overlay.SourceFormatY = 2;
+    };
+    Harness harness("zroverlay time-code-ltc-enable=false source-format-enable=true "
+                    "source-format-x=2 source-format-y=2");
+    harness.begin(info);
+    const Bytes in = noiseFrame(info, 3);
+    gst_harness_push_event(
+        harness.get(), gst_event_new_tag(gst_tag_list_new(GST_TAG_CONTAINER_FORMAT, "Matroska",
+                                                          GST_TAG_VIDEO_CODEC, "H.264", nullptr)));
+    const auto tagged = [&](CZrOverlay& overlay) { set(overlay); };
+    const Bytes plain = burnt(in, info, tagged, 0, zrTimeCode25);
+    EXPECT_NE(difference(harness.pass(in, info, 0), plain, info), "") << "MKV, H.264";
+    gst_harness_push_event(harness.get(), gst_event_new_stream_start("another"));
+    EXPECT_EQ(difference(harness.pass(in, info, 1), plain, info), "");
+}
+
 TEST(GstOverlay, TimeCodeComesFromTheBufferOrFromItsTime) {
     const struct {
         const char* why;
@@ -109,7 +154,7 @@ TEST(GstOverlay, TimeCodeComesFromTheBufferOrFromItsTime) {
         {"drop-frame is usual at 29.97", 30000, 1001, "", GST_SECOND, 30, zrTimeCode30Drop},
         {"a colon asks for none", 30000, 1001, "00:01:00:00", 0, 1800, zrTimeCode30},
         {"the frame nearest to a time", 25, 1, "", 79 * GST_MSECOND, 2, zrTimeCode25},
-        {"a rate without time code", 15, 1, "", GST_SECOND, 15, zrTimeCode30},
+        {"a rate without time code", 15, 1, "", GST_SECOND, 30, zrTimeCode30},
     };
     for (const auto& c : cases) {
         const GstVideoInfo info = infoOf("UYVY", 120, 20, c.rate, c.scale);
@@ -171,6 +216,8 @@ TEST(GstOverlay, FramesThatOthersHoldAreNotDrawnOn) {
     EXPECT_EQ(bytesOf(held.get()), in);
     g_object_set(harness.element("zroverlay"), "enabled", FALSE, nullptr);
     EXPECT_EQ(harness.pass(gst_buffer_ref(held.get())), in) << "an overlay that is off";
+    g_object_set(harness.element("zroverlay"), "enabled", TRUE, nullptr);
+    EXPECT_NE(harness.pass(gst_buffer_ref(held.get())), in);
 }
 
 TEST(GstOverlay, EverySettingWithAnEffectIsAProperty) {
@@ -188,6 +235,9 @@ TEST(GstOverlay, EverySettingWithAnEffectIsAProperty) {
         g_object_set(element, name.c_str(), key.most, nullptr);
         g_object_get(element, name.c_str(), &value, nullptr);
         EXPECT_EQ(value, key.most) << name;
+        g_object_set(element, name.c_str(), key.most + 1, nullptr);
+        g_object_get(element, name.c_str(), &value, nullptr);
+        EXPECT_EQ(value, key.most) << name << " is bounded";
         EXPECT_EQ(G_PARAM_SPEC_UINT(spec)->maximum, key.most) << name;
     }
     EXPECT_EQ(numbers, 10 + 2 * CZrOverlay::textSlots);

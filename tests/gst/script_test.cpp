@@ -111,4 +111,33 @@ TEST(GstScript, WhatIsWrongIsToldOnTheBus) {
     }
 }
 
+// A handler of messages runs in the thread that posts them.
+TEST(GstScript, WhoIsToldOfAnErrorMayAskForTheScript) {
+    Pipeline pipeline("videotestsrc num-buffers=5 ! video/x-raw,format=UYVY ! zrscript name=script "
+                      "script=\"line 0\" ! appsink name=out sync=false");
+    GstBus* bus = gst_element_get_bus(pipeline.get());
+    std::string asked;
+    struct Told {
+        GstElement* script;
+        std::string* asked;
+    } told{pipeline.element("script"), &asked};
+    gst_bus_set_sync_handler(
+        bus,
+        [](GstBus*, GstMessage* message, gpointer data) {
+            if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_ERROR) {
+                const auto& to = *static_cast<Told*>(data);
+                gchar* text = nullptr;
+                g_object_get(to.script, "script", &text, nullptr);
+                *to.asked = text;
+                g_free(text);
+            }
+            return GST_BUS_PASS;
+        },
+        &told, nullptr);
+    EXPECT_TRUE(pipeline.frames().empty());
+    gst_bus_set_sync_handler(bus, nullptr, nullptr, nullptr);
+    gst_object_unref(bus);
+    EXPECT_EQ(asked, "line 0");
+}
+
 } // namespace
