@@ -27,7 +27,7 @@ void addCommand(Tables& tables, const CLI::App& command) {
         for (const std::string& name : option.names) {
             tables.options[path].push_back(name);
             if (!option.value.empty())
-                tables.values[path + ' ' + name] = {option.value};
+                tables.values[fmt::format("{} {}", path, name)] = {option.value};
         }
     for (const OptionText& place : placesOf(command)) {
         tables.places[path].push_back(place.value);

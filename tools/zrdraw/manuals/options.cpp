@@ -8,6 +8,7 @@ namespace {
 
 std::vector<std::string> namesOf(const std::set<CLI::Option*>& options) {
     std::vector<std::string> names;
+    names.reserve(options.size());
     for (const CLI::Option* option : options)
         names.push_back(option->get_name());
     return names;

@@ -26,6 +26,7 @@ std::string sentence(std::string text) {
 
 std::string optionsText(const std::vector<std::string>& names) {
     std::vector<std::string> shown;
+    shown.reserve(names.size());
     for (const std::string& name : names)
         shown.push_back(bold(name));
     return fmt::format("{}", fmt::join(shown, ", "));
@@ -151,6 +152,7 @@ void writeExamples(RoffPage& page, const PageText& text) {
 
 void writeSeeAlso(RoffPage& page, const std::vector<std::string>& pages) {
     std::vector<std::string> references;
+    references.reserve(pages.size());
     for (const std::string& name : pages)
         references.push_back(reference(name));
     page.section("SEE ALSO");
