@@ -113,6 +113,7 @@ void Burner::describe(const BurnOptions& options, const StreamInfo& source,
     const auto system = std::make_unique<KPXSYSTEM>();
     system->fileType = zrFileTypeOf(source.formatName.c_str());
     const bool created = createOverlay(m_overlay, *video, *system);
+    m_picture.emplace(m_overlay);
     m_overlay.video.header.biCompression = nameCode(source, overlayCompression(layout));
     if (created)
         return;

@@ -4,6 +4,7 @@
 #include "common/overlay_stream.h"
 #include "common/peak_hold.h"
 #include "common/setting_names.h"
+#include "common/watermark_picture.h"
 #include "media/stream_info.h"
 #include "media/time_code.h"
 #include "picture/canvas.h"
@@ -56,7 +57,8 @@ private:
 
     CZrOverlay m_overlay;
     std::string m_watermark; // owner of the overlay's path
-    bool m_stored = false;   // settings came from a store
+    std::optional<WatermarkPicture> m_picture;
+    bool m_stored = false; // settings came from a store
     TimeCode m_timeCode;
     std::vector<std::string> m_warnings;
     PeakHold m_peaks;
