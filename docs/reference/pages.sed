@@ -9,4 +9,4 @@ s!\]\((\.\./)?examples/([^)/]*/)*([^)]*)\)!](\3)!g
 s!([^!])(\[[^]]*\])\(docs/pictures/([^)]*)\)!\1\2(\3)!g
 
 # A chapter that others lead to has a name.
-/^## Adding /{h; s/^## //; s/ /-/g; s/.*/ {#\L&}/; x; G; s/\n//}
+/^## (Adding |(On the command line|In a program|In Python|In GStreamer pipelines)$)/{h; s/^## //; s/ /-/g; s/.*/ {#\L&}/; x; G; s/\n//}
