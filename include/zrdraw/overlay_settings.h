@@ -78,7 +78,8 @@ inline constexpr zrOverlaySetting zrOverlaySettings[] = {
 /** Of each slot, in this order; the text itself, zrOverlayTextKey, comes behind them. */
 inline constexpr zrOverlaySlotSetting zrOverlaySlotSettings[] = {
     {"CustomTextEnabled%d", &CZrOverlay::CustomTextEnabled, 0, zrOverlaySwitch, 0, "custom text"},
-    {"CustomTextX%d", &CZrOverlay::CustomTextX, 500, zrOverlayFarthest, 0, "left of the text, pixels"},
+    {"CustomTextX%d", &CZrOverlay::CustomTextX, 500, zrOverlayFarthest, 0,
+     "left of the text, pixels"},
     {"CustomTextY%d", &CZrOverlay::CustomTextY, 0, zrOverlayFarthest, 30, "top of the text, lines"},
 };
 
