@@ -41,10 +41,10 @@ State& stateOf(gpointer element) {
     return *ZR_LEVELS(element)->state;
 }
 
-void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* spec) {
+void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* parameter) {
     State& state = stateOf(object);
     if (id != OverlayName) {
-        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
+        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, parameter);
         return;
     }
     const std::lock_guard lock(state.mutex);
@@ -52,10 +52,10 @@ void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* spe
     state.overlayName = name ? name : "";
 }
 
-void getProperty(GObject* object, guint id, GValue* value, GParamSpec* spec) {
+void getProperty(GObject* object, guint id, GValue* value, GParamSpec* parameter) {
     State& state = stateOf(object);
     if (id != OverlayName) {
-        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
+        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, parameter);
         return;
     }
     const std::lock_guard lock(state.mutex);

@@ -76,7 +76,7 @@ void warnOfWatermark(ZrOverlay* self) {
                         ("frames go on without it"));
 }
 
-void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* spec) {
+void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* parameter) {
     ZrOverlay* self = ZR_OVERLAY(object);
     State& state = stateOf(self);
     const auto textOf = [value] {
@@ -102,11 +102,11 @@ void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* spe
         state.levelsWait = g_value_get_uint64(value);
         break;
     default:
-        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
+        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, parameter);
     }
 }
 
-void getProperty(GObject* object, guint id, GValue* value, GParamSpec* spec) {
+void getProperty(GObject* object, guint id, GValue* value, GParamSpec* parameter) {
     State& state = stateOf(object);
     if (id >= FirstSetting)
         return getSettingProperty(state.overlay, id - FirstSetting, *value);
@@ -120,7 +120,7 @@ void getProperty(GObject* object, guint id, GValue* value, GParamSpec* spec) {
     case Watermark:
         return g_value_set_string(value, state.overlay.watermark().c_str());
     default:
-        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
+        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, parameter);
     }
 }
 

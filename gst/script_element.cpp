@@ -59,9 +59,9 @@ State& stateOf(gpointer element) {
     return *ZR_SCRIPT(element)->state;
 }
 
-void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* spec) {
+void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* parameter) {
     if (id != ScriptText && id != ScriptFile) {
-        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
+        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, parameter);
         return;
     }
     State& state = stateOf(object);
@@ -71,9 +71,9 @@ void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* spe
     state.running = nullptr;
 }
 
-void getProperty(GObject* object, guint id, GValue* value, GParamSpec* spec) {
+void getProperty(GObject* object, guint id, GValue* value, GParamSpec* parameter) {
     if (id != ScriptText && id != ScriptFile) {
-        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
+        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, parameter);
         return;
     }
     State& state = stateOf(object);

@@ -52,7 +52,7 @@ State& stateOf(gpointer element) {
     return *ZR_WIPE(element)->state;
 }
 
-void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* spec) {
+void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* parameter) {
     State& state = stateOf(object);
     const std::lock_guard lock(state.mutex);
     switch (id) {
@@ -66,11 +66,11 @@ void setProperty(GObject* object, guint id, const GValue* value, GParamSpec* spe
         state.settings.swap = g_value_get_boolean(value) != FALSE;
         break;
     default:
-        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
+        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, parameter);
     }
 }
 
-void getProperty(GObject* object, guint id, GValue* value, GParamSpec* spec) {
+void getProperty(GObject* object, guint id, GValue* value, GParamSpec* parameter) {
     State& state = stateOf(object);
     const std::lock_guard lock(state.mutex);
     switch (id) {
@@ -81,7 +81,7 @@ void getProperty(GObject* object, guint id, GValue* value, GParamSpec* spec) {
     case Swap:
         return g_value_set_boolean(value, state.settings.swap);
     default:
-        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
+        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, parameter);
     }
 }
 

@@ -13,6 +13,7 @@
 
 #include <gst/app/gstappsink.h>
 #include <gst/check/gstharness.h>
+#include <gst/controller/controller.h>
 #include <gst/video/video.h>
 
 namespace gstreamer {
@@ -98,6 +99,18 @@ inline std::string difference(const Bytes& a, const Bytes& b, const GstVideoInfo
             return "line " + std::to_string(i / stride) + ", byte " + std::to_string(i % stride) +
                    ": " + std::to_string(a[i]) + " and " + std::to_string(b[i]);
     return "";
+}
+
+// Drives a property from 0 to a value in the stream's first second.
+inline void controlOverASecond(GstObject* object, const char* property, double last) {
+    GstControlSource* source = gst_interpolation_control_source_new();
+    g_object_set(source, "mode", GST_INTERPOLATION_MODE_LINEAR, nullptr);
+    auto* values = GST_TIMED_VALUE_CONTROL_SOURCE(source);
+    gst_timed_value_control_source_set(values, 0, 0.0);
+    gst_timed_value_control_source_set(values, GST_SECOND, last);
+    gst_object_add_control_binding(
+        object, gst_direct_control_binding_new_absolute(object, property, source));
+    gst_object_unref(source);
 }
 
 // An element between two pads of the test.

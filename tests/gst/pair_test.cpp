@@ -4,8 +4,6 @@
 #include "common/wipe_names.h"
 #include "gst/gst_fixture.h"
 
-#include <gst/controller/controller.h>
-
 namespace {
 
 using namespace gstreamer;
@@ -58,13 +56,7 @@ TEST(GstWipe, AControllerMovesThePosition) {
     Pipeline pipeline(pairOf("zrwipe code=horizontal", "videotestsrc pattern=white num-buffers=25",
                              "videotestsrc pattern=black num-buffers=25", "BGRx"));
     GstObject* wipe = GST_OBJECT(pipeline.element("pair"));
-    GstControlSource* source = gst_interpolation_control_source_new();
-    g_object_set(source, "mode", GST_INTERPOLATION_MODE_LINEAR, nullptr);
-    auto* values = GST_TIMED_VALUE_CONTROL_SOURCE(source);
-    gst_timed_value_control_source_set(values, 0, 0.0);
-    gst_timed_value_control_source_set(values, GST_SECOND, 1.0);
-    gst_object_add_control_binding(wipe, gst_direct_control_binding_new(wipe, "position", source));
-    gst_object_unref(source);
+    controlOverASecond(wipe, "position", 1.0);
     const std::vector<Bytes> shown = pipeline.frames();
     ASSERT_EQ(shown.size(), 25U);
     for (std::size_t i = 0; i < shown.size(); ++i) {
