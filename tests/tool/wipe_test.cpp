@@ -126,6 +126,26 @@ TEST_F(WipeTest, AreThoseOfTheLibraryWherePixelsShareSamples) {
     }
 }
 
+// The library draws nothing of them.
+TEST_F(WipeTest, ASwappedSlideMovesTheOtherSource) {
+    constexpr int width = 48, height = 10;
+    for (const unsigned code : {ptBGRA32, ptUYVY, ptV210}) {
+        const zrLayout& layout = layoutOf(code);
+        Canvas a(layout, width, height), b(layout, width, height), out(layout, width, height),
+            expected(layout, width, height);
+        fillNoise(a, 5);
+        fillNoise(b, 6);
+        Transition(layout, width, height, zrSlideUp, true, false)
+            .draw(a.view(), b.view(), out.view(), Transition::scale / 4);
+        Transition(layout, width, height, zrSlideUp, false, false)
+            .draw(b.view(), a.view(), expected.view(), Transition::scale / 4);
+        const auto bytes = static_cast<std::size_t>(out.pitch() * height);
+        EXPECT_EQ(std::memcmp(out.data(), expected.data(), bytes), 0) << layout.name;
+        const Canvas untouched(layout, width, height);
+        EXPECT_NE(std::memcmp(out.data(), untouched.view().data, bytes), 0) << layout.name;
+    }
+}
+
 TEST_F(WipeTest, AWipeBeginsAndEndsWithItsSources) {
     run("$F -f lavfi -i testsrc2=s=96x48:r=25:d=1 -pix_fmt yuv422p10 -c:v v210 a.mov && "
         "$F -f lavfi -i smptebars=s=96x48:r=25:d=1 -pix_fmt yuv422p10 -c:v v210 b.mov && "
