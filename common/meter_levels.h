@@ -12,11 +12,19 @@ inline constexpr unsigned mostMeters = CZrOverlay::historyChannels;
 // The greatest amplitudes of each channel, 0 to 65535.
 using MeterLevels = std::array<unsigned, mostMeters>;
 
+inline constexpr double fullMeterLevel = 65535.0;
+
+// As a part of the greatest, 0 to 1.
+inline double levelPart(unsigned level) {
+    return level / fullMeterLevel;
+}
+
 // Of an amplitude on a scale of -1 to 1. Floats may be anything: what is no number is silence.
 inline unsigned meterLevel(double amplitude) {
-    constexpr double fullScale = 65535.0;
-    const double level = std::fabs(amplitude) * fullScale;
-    return static_cast<unsigned>(level >= fullScale ? fullScale : level > 0 ? level : 0.0);
+    const double level = std::fabs(amplitude) * fullMeterLevel;
+    return static_cast<unsigned>(level >= fullMeterLevel ? fullMeterLevel
+                                 : level > 0             ? level
+                                                         : 0.0);
 }
 
 // Two channels a word, the even one low.

@@ -2,6 +2,7 @@
 
 #include "common/settings_store.h"
 #include "common/tool_error.h"
+#include "common/utf8.h"
 #include "zrdraw/zrhost.h"
 
 #include <climits>
@@ -16,10 +17,6 @@ namespace {
 // The library ends the process at a longer text.
 constexpr std::size_t longestText = 511;
 constexpr std::size_t longestPath = PATH_MAX - 1;
-
-bool startsCharacter(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
-}
 
 // The store is the process's own, and each overlay may name another.
 std::mutex& storeMutex() {
@@ -36,15 +33,8 @@ struct OtherStore {
 
 } // namespace
 
-std::string drawableText(const std::string& text) {
-    std::string result;
-    for (const char c : text)
-        if (static_cast<unsigned char>(c) < 0x80)
-            result += c;
-        else if (startsCharacter(c))
-            result += '?';
-    result.resize(std::min(result.size(), longestText));
-    return result;
+std::string overlayText(const std::string& text) {
+    return drawableText(text).substr(0, longestText);
 }
 
 LiveOverlay::LiveOverlay() {
@@ -83,7 +73,7 @@ std::string LiveOverlay::text(int slot) const {
 void LiveOverlay::setText(int slot, const std::string& text) {
     const std::lock_guard lock(m_mutex);
     m_assignedTexts.insert(slot);
-    setOverlayText(m_overlay, slot, drawableText(text));
+    setOverlayText(m_overlay, slot, overlayText(text));
     m_overlay.CustomTextEnabled[slot] = text.empty() ? 0 : 1;
 }
 

@@ -21,7 +21,7 @@ struct SourceNames {
 };
 
 // What the font has of a text in UTF-8, with '?' for all else, as long as the library takes it.
-std::string drawableText(const std::string& text);
+std::string overlayText(const std::string& text);
 
 class LiveOverlay {
 public:

@@ -117,7 +117,7 @@ bool fill(const Row& row, const GstStructure& structure, Record& record, std::st
         const char* field = gst_structure_nth_field_name(&structure, static_cast<guint>(i));
         if (row.takesText && std::string_view(field) == row.text) {
             const char* text = gst_structure_get_string(&structure, field);
-            record.setText(drawableText(text ? text : ""));
+            record.setText(overlayText(text ? text : ""));
             sets = true;
             continue;
         }

@@ -1,6 +1,7 @@
 #include "script/lexer.h"
 
 #include "common/tool_error.h"
+#include "common/utf8.h"
 
 #include <fmt/format.h>
 
@@ -44,7 +45,7 @@ private:
             endStatement();
         } else if (at("#")) {
             skipComment();
-        } else if (at("\"")) {
+        } else if (at("\"'")) {
             takeQuoted();
         } else {
             takePlain();
@@ -67,19 +68,22 @@ private:
     }
 
     void takePlain() {
-        Word word{{}, false, m_position, {}};
-        while (!atEnd() && !at(blanks) && !at("\n;#\""))
+        Word word{{}, Word::Quotes::None, m_position, {}};
+        while (!atEnd() && !at(blanks) && !at("\n;#\"'"))
             appendTo(word);
-        if (at("\""))
+        if (at("\"'"))
             failAt(m_source, m_position, "a quote inside a word; put a blank before it");
         m_words.push_back(std::move(word));
     }
 
+    // Only what is in double quotes has escapes.
     void takeQuoted() {
-        Word word{{}, true, m_position, {}};
+        const bool isDouble = at("\"");
+        const std::string_view quote = isDouble ? "\"" : "'";
+        Word word{{}, isDouble ? Word::Quotes::Double : Word::Quotes::Single, m_position, {}};
         take();
-        while (!at("\"")) {
-            if (at("\\"))
+        while (!at(quote)) {
+            if (isDouble && at("\\"))
                 takeEscape();
             if (atEnd() || at("\n"))
                 failAt(m_source, word.position, "the quote is not closed on its line");

@@ -13,19 +13,26 @@ struct Position {
 };
 
 struct Word {
+    enum class Quotes {
+        None,
+        Single, // around an expression
+        Double  // around a text or a file's name
+    };
     std::string text; // without quotes, escapes resolved
-    bool quoted = false;
+    Quotes quotes = Quotes::None;
     Position position;
     std::vector<std::size_t> columns; // where each byte of the text stands on the line
+
+    bool isPlain() const { return quotes == Quotes::None; }
+    // Of a byte of the text, or of its end.
+    Position positionOf(std::size_t byte) const {
+        return {position.line, byte < columns.size() ? columns[byte] : endColumn()};
+    }
+    std::size_t endColumn() const { return columns.empty() ? position.column : columns.back() + 1; }
 };
 
 // The words of one command, at least one.
 using Statement = std::vector<Word>;
-
-// Whether a byte of UTF-8 starts a character, so that characters can be counted.
-constexpr bool startsCharacter(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
-}
 
 // `source` is the script's name in error messages.
 std::vector<Statement> splitScript(std::string_view text, const std::string& source);

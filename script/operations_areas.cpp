@@ -5,17 +5,24 @@ using namespace rows;
 
 namespace {
 
-int fillRect(ZRDraw& draw, const Arguments& a) {
+int fillRect(Scene& scene, const Arguments& a) {
     const RECT rect{a.whole(0), a.whole(1), a.whole(2), a.whole(3)};
-    return draw.FillRect(&rect);
+    return scene.draw.FillRect(&rect);
 }
 
-int fill(ZRDraw& draw, const Arguments& a) {
-    return draw.Fill(a.whole(0), a.whole(1), a.numberOr(2, 0.0));
+int fill(Scene& scene, const Arguments& a) {
+    return scene.draw.Fill(a.whole(0), a.whole(1), a.numberOr(2, 0.0));
 }
 
-int erase(ZRDraw& draw, const Arguments& a) {
-    return draw.EraseCanvas(a.given(0));
+int erase(Scene& scene, const Arguments& a) {
+    return scene.draw.EraseCanvas(a.given(0));
+}
+
+// The row of B is not filled.
+Parameters filledBox() {
+    Parameters parameters = box();
+    parameters.back().role = Role::Y;
+    return parameters;
 }
 
 } // namespace
@@ -29,8 +36,8 @@ std::vector<Operation> areaOperations() {
          {},
          edgeFault<2>},
         {"rect", box(), "outline of a rectangle", call<&ZRDraw::Rectangle>},
-        {"fillrect", box(), "filled rectangle with column R, without row B", fillRect},
-        {"roundrect", with(box(), {length("cw"), length("ch")}),
+        {"fillrect", filledBox(), "filled rectangle with column R, without row B", fillRect},
+        {"roundrect", with(box(), {length("cw", Role::Width), length("ch", Role::Height)}),
          "outline; CW by CH is the size of two corners", call<&ZRDraw::RoundRect>,
          "its corners do not fit"},
         {"gradient", with(box(), {whole("angle", -angleLimit, angleLimit)}),

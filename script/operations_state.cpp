@@ -28,37 +28,37 @@ Parameters ycbcr() {
 }
 
 template <bool foreground>
-int setColor(ZRDraw& draw, const Arguments& a) {
-    return setPictureColor(draw, a.number(0), a.number(1), a.number(2), a.numberOr(3, 1.0),
+int setColor(Scene& scene, const Arguments& a) {
+    return setPictureColor(scene.draw, a.number(0), a.number(1), a.number(2), a.numberOr(3, 1.0),
                            foreground);
 }
 
 template <bool foreground>
-int setYCbCr(ZRDraw& draw, const Arguments& a) {
-    return draw.SetColorYCbCr(a.number(0), a.number(1), a.number(2), 1.0, foreground);
+int setYCbCr(Scene& scene, const Arguments& a) {
+    return scene.draw.SetColorYCbCr(a.number(0), a.number(1), a.number(2), 1.0, foreground);
 }
 
-int setMatrix(ZRDraw& draw, const Arguments& a) {
-    return draw.SetYCbCrMode(static_cast<cmYCbCr>(a.word(0) + 1));
+int setMatrix(Scene& scene, const Arguments& a) {
+    return scene.draw.SetYCbCrMode(static_cast<cmYCbCr>(a.word(0) + 1));
 }
 
-int setTransparency(ZRDraw& draw, const Arguments& a) {
+int setTransparency(Scene& scene, const Arguments& a) {
     const bool on = a.word(0) == Argument::noWord;
-    draw.SetTransparency(on);
+    scene.draw.SetTransparency(on);
     if (on) {
-        draw.SetTransparency(a.number(0), true);
-        draw.SetTransparency(a.number(0), false);
+        scene.draw.SetTransparency(a.number(0), true);
+        scene.draw.SetTransparency(a.number(0), false);
     }
     return 0;
 }
 
-int setAdditive(ZRDraw& draw, const Arguments& a) {
-    draw.SetAlphaAdditive(a.word(0) == 1);
+int setAdditive(Scene& scene, const Arguments& a) {
+    scene.draw.SetAlphaAdditive(a.word(0) == 1);
     return 0;
 }
 
-int setAntiAlias(ZRDraw& draw, const Arguments& a) {
-    draw.antiAlias = a.word(0) == 1;
+int setAntiAlias(Scene& scene, const Arguments& a) {
+    scene.draw.antiAlias = a.word(0) == 1;
     return 0;
 }
 

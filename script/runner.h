@@ -1,30 +1,40 @@
-// Runs a script on drawing objects.
+// Runs a list of commands on frames.
 #pragma once
 
 #include "script/parser.h"
+#include "script/stage.h"
 
-#include <functional>
-#include <set>
-#include <string>
+#include <map>
 
-// A command that was refused is told once, however many frames refuse it.
 class ScriptRunner {
 public:
-    using Warn = std::function<void(const std::string& message)>;
+    // Time codes that cannot be at the stream's rate are a UsageError, pictures that cannot be
+    // read a Failure. Both arguments must last.
+    ScriptRunner(const Script& script, Stage& stage);
 
-    ScriptRunner(const Script& script, Warn warn) : m_script(script), m_warn(std::move(warn)) {}
-
-    // The object is to be a new one, so that no colour or position passes from one frame to the
-    // next.
-    void run(ZRDraw& draw, int width, int height);
+    // What is no number is a UsageError that names the frame.
+    void run(Scene& scene);
 
 private:
-    void warn(const Command& command, int width, int height);
+    struct Range {
+        unsigned first, end; // frames since midnight
+    };
+
+    void prepare(std::size_t i);
+    Range rangeOf(const Command& command) const;
+    unsigned timeCodeOf(const Command& command, std::size_t argument) const;
+    void openPicture(const Command& command);
+
+    bool holds(const Scene& scene, std::size_t i);
+    void draw(Scene& scene, std::size_t i);
+    void fill(const Scene& scene, const Command& command, Arguments& arguments);
+    double valueOf(const Scene& scene, const Command& command, std::size_t argument);
+    double evaluate(const Scene& scene, const Command& command, const LiveNumber& number) const;
+    double hold(const Scene& scene, const Command& command, const LiveNumber& number, double value);
 
     const Script& m_script;
-    Warn m_warn;
-    std::set<const Command*> m_refused; // warned of already
+    Stage& m_stage;
+    std::vector<Arguments> m_ready;   // pixels of what is not live, in a frame's own grid
+    std::vector<Arguments> m_scratch; // of what is, or lies in another grid
+    std::map<std::size_t, Range> m_ranges;
 };
-
-// Whether a script draws what only 8 bits of RGB show.
-bool blends(const Script& script);

@@ -25,3 +25,11 @@ std::string readScriptFile(const std::string& path) {
         text.erase(0, byteOrderMark.size());
     return text;
 }
+
+std::string folderOf(const std::string& path) {
+    return path.substr(0, path.find_last_of('/') + 1);
+}
+
+std::string besideScript(const std::string& folder, const std::string& name) {
+    return name.starts_with('/') ? name : folder + name;
+}

@@ -3,15 +3,18 @@
 #include "common/tool_error.h"
 #include "draw_object.h"
 #include "interrupt.h"
+#include "media/picture_clip.h"
 #include "option_values.h"
-#include "script/runner.h"
+#include "script/player.h"
 #include "script/script_file.h"
+#include "script_facts.h"
 #include "subcommand.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
-#include <iterator>
+#include <memory>
+#include <optional>
 #include <span>
 
 namespace {
@@ -19,43 +22,60 @@ namespace {
 struct Options : ClipOptions {
     std::vector<std::string> expressions;
     std::string scriptFile;
+    std::string program;
+    long instructions = LuaLimits{}.instructions;
 };
 
 // The script file comes first, so that -e can add to it.
-Script readScripts(const Options& options) {
-    Script script;
-    const auto append = [&script](const std::string& text, const std::string& source) {
-        Script more = parseScript(text, source);
-        std::move(more.begin(), more.end(), std::back_inserter(script));
-    };
+ScriptSource readScripts(const Options& options) {
+    ScriptSource source;
     if (!options.scriptFile.empty())
-        append(readScriptFile(options.scriptFile), options.scriptFile);
+        source.script.readFile(options.scriptFile);
     for (std::size_t i = 0; i < options.expressions.size(); ++i)
-        append(options.expressions[i], i == 0 ? "-e" : fmt::format("-e {}", i + 1));
-    return script;
+        source.script.read(options.expressions[i], i == 0 ? "-e" : fmt::format("-e {}", i + 1));
+    if (!options.program.empty())
+        source.program = std::make_unique<LuaProgram>(
+            options.program, readScriptFile(options.program), LuaLimits{options.instructions});
+    return source;
 }
 
-// One for each kind of picture; the first is the one that blends.
+// One for each kind of picture; the first is the one in which colours blend, and the first three
+// those in which pictures do.
 constexpr unsigned drawLayouts[] = {ptBGRA32, ptUYVY, ptV210, ptRGB48, ptARGB64};
 
 std::span<const unsigned> layoutsFor(const Script& script) {
     const std::span<const unsigned> all(drawLayouts);
-    return blends(script) ? all.first(1) : all;
+    return blends(script) ? all.first(1) : hasPictures(script) ? all.first(3) : all;
 }
 
-void drawClip(const Options& options, const Script& script) {
-    ClipRoad road(options, chooseLayout(options, layoutsFor(script)));
-    road.open();
-    ScriptRunner runner(
-        script,
-        [&](const std::string& message) {
-            if (!options.quiet)
-                road.progress().say("zrdraw: warning: " + message);
-        });
-    road.run([&](Frame& frame) {
-        runner.run(*makeDraw(frame.canvas), frame.canvas.width(), frame.canvas.height());
-    });
-}
+class Run {
+public:
+    Run(const Options& options, ScriptSource source)
+        : m_road(options, chooseLayout(options, layoutsFor(source.script))),
+          m_levels(m_road.reader().input().sound()),
+          m_facts(options.input, m_road.reader(), m_levels.channels()) {
+        if (source.wantsLevels())
+            m_road.reader().measureSound(m_levels);
+        m_player.emplace(std::move(source), m_facts.stream(),
+                         ScriptHost{[this](const std::string& message) { m_road.tell(message); },
+                                    openPictureClip});
+    }
+
+    void frames() {
+        m_road.open();
+        m_road.run([&](Frame& frame) { draw(frame); });
+    }
+
+private:
+    void draw(Frame& frame) {
+        m_player->play(*makeDraw(frame.canvas), frame.canvas.view(), m_facts.of(frame));
+    }
+
+    ClipRoad m_road;
+    AudioLevels m_levels;
+    ScriptFacts m_facts;
+    std::optional<ScriptPlayer> m_player;
+};
 
 void addOptions(CLI::App& command, Options& options) {
     addClipOptions(command, options);
@@ -67,6 +87,16 @@ void addOptions(CLI::App& command, Options& options) {
                     "File of commands, run before those of -e; - is standard input")
         ->type_name(valueName::file);
     command
+        .add_option("--lua", options.program,
+                    "Program in Lua whose frame(d) draws each frame, behind all commands")
+        ->type_name(valueName::file);
+    command
+        .add_option("--lua-limit", options.instructions,
+                    "Instructions of Lua that setup and each frame may take")
+        ->type_name(valueName::count)
+        ->check(CLI::PositiveNumber.description(""))
+        ->capture_default_str();
+    command
         .add_option("--layout", options.layout,
                     "Layout to draw in, see zrdraw types; the nearest to the source's unless told")
         ->type_name(valueName::layout);
@@ -76,9 +106,9 @@ void addOptions(CLI::App& command, Options& options) {
 }
 
 std::string run(const Options& options) {
-    const Script script = readScripts(options);
+    ScriptSource source = readScripts(options);
     checkOptions(options);
-    runInterruptible([&] { drawClip(options, script); });
+    runInterruptible([&] { Run(options, std::move(source)).frames(); });
     return "";
 }
 

@@ -1,12 +1,10 @@
 #include "media/time_code.h"
 
-#include "zrdraw/platform/media.h"
+#include "common/time_code_text.h"
 #include "zrdraw/zrhost.h"
 
 std::string TimeCode::at(std::int64_t frame) const {
-    char text[512] = {};
-    tc2String(first + static_cast<unsigned>(frame), type | zrTimeCodeTextFlags, text);
-    return text;
+    return timeCodeText(first + static_cast<unsigned>(frame), type);
 }
 
 std::optional<TimeCode> timeCodeIn(const std::string& text, AVRational rate) {

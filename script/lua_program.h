@@ -1,0 +1,32 @@
+// Programs in Lua that draw: setup(d) once, frame(d) for each frame.
+#pragma once
+
+#include "script/stage.h"
+
+#include <memory>
+#include <string>
+
+struct lua_State;
+
+struct LuaLimits {
+    long instructions = 10'000'000; // of setup, and of each frame
+    std::size_t bytes = std::size_t{256} << 20;
+};
+
+// Knows of Lua's own libraries those that stay within the program: no files, no processes. What it
+// requires are files of Lua beside its own.
+class LuaProgram {
+public:
+    // `path` is its name in messages, and tells the folder. What is wrong with the text is a
+    // UsageError.
+    LuaProgram(const std::string& path, const std::string& text, const LuaLimits& limits = {});
+    ~LuaProgram();
+
+    // An error of the program is a Failure that names file, line and frame. The stage must last.
+    void setUp(Stage& stage);
+    void frame(Scene& scene);
+
+private:
+    class State;
+    std::unique_ptr<State> m_state;
+};

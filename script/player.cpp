@@ -1,0 +1,17 @@
+#include "script/player.h"
+
+ScriptPlayer::ScriptPlayer(ScriptSource source, StreamFacts stream, ScriptHost host)
+    : m_source(std::move(source)),
+      m_stage(std::move(stream), m_source.script.names.size(), std::move(host)),
+      m_runner(m_source.script, m_stage) {
+    if (m_source.program)
+        m_source.program->setUp(m_stage);
+}
+
+void ScriptPlayer::play(ZRDraw& draw, const PictureView& picture, const FrameFacts& frame) {
+    Scene scene = m_stage.begin(draw, picture, frame);
+    m_runner.run(scene);
+    if (m_source.program)
+        m_source.program->frame(scene);
+    m_stage.end();
+}
