@@ -1,12 +1,17 @@
 // Commands for text.
 #include "script/operation_rows.h"
 
+#include <algorithm>
+
 using namespace rows;
 
 namespace {
 
+// Coarse grids make a dot of one.
+constexpr double leastScale = 0.01;
+
 int setScale(Scene& scene, const Arguments& a) {
-    return scene.draw.LabelFont(0U, a.whole(0));
+    return scene.draw.LabelFont(0U, std::max(a.whole(0), 1));
 }
 
 int textWidth(ZRDraw& draw, const std::string& text) {
@@ -44,7 +49,10 @@ int drawText(Scene& scene, const Arguments& a) {
 
 std::vector<Operation> textOperations() {
     return {
-        {"scale", {whole("n", 1, 64, Role::Length)}, "size of labels", setScale},
+        {"scale",
+         {{Kind::Number, "n", leastScale, 64, {}, false, Role::Length}},
+         "size of labels, in whole pixels a dot",
+         setScale},
         {"label", with(with(onePoint(), {text(), flag("inverse"), flag("opaque")}), anchor()),
          "text whose top left corner, or anchor, is at X Y", label},
         {"text",

@@ -45,7 +45,7 @@ void PictureShelf::put(ZRDraw& draw, const PictureView& frame, const Wish& wish,
     tellOfAlpha(*frame.layout, wish, picture, opacity);
     if (before)
         before();
-    kept.layer.put(draw, frame, picture, box.x, box.y, box.width, box.height, opacity);
+    kept.layer.put(draw, frame, picture, box.x, box.y, box.width, box.height, opacity, alpha);
     if (after)
         after();
 }

@@ -31,6 +31,8 @@ public:
     // Called around each picture that is put on a frame, by who needs it.
     std::function<void()> before = {};
     std::function<void()> after = {};
+    // Of the frames, said by the same.
+    FrameAlpha alpha = FrameAlpha::Counts;
 
     // Opens a file before it is needed. A Failure if it cannot be read.
     const ScriptPicture& open(const std::string& file);

@@ -1,5 +1,7 @@
 #include "script/player.h"
 
+#include "zrdraw/zrhost.h"
+
 ScriptPlayer::ScriptPlayer(ScriptSource source, StreamFacts stream, ScriptHost host)
     : m_source(std::move(source)),
       m_stage(std::move(stream), m_source.script.names.size(), std::move(host)),
@@ -14,4 +16,17 @@ void ScriptPlayer::play(ZRDraw& draw, const PictureView& picture, const FrameFac
     if (m_source.program)
         m_source.program->frame(scene);
     m_stage.end();
+}
+
+std::vector<std::string> drawOnce(Script script, ZRDraw& draw, const PictureView& picture,
+                                  PictureOpener open) {
+    std::vector<std::string> refused;
+    StreamFacts stream{picture.width, picture.height};
+    FrameFacts frame;
+    stream.timeCodeType = frame.timeCodeType = zrTimeCode25;
+    ScriptPlayer player({std::move(script), nullptr}, stream,
+                        {[&](const std::string& message) { refused.push_back(message); },
+                         std::move(open)});
+    player.play(draw, picture, frame);
+    return refused;
 }

@@ -33,3 +33,7 @@ private:
     Stage m_stage;
     ScriptRunner m_runner;
 };
+
+// Runs a list on one picture that is no stream's. What was refused, a line each.
+std::vector<std::string> drawOnce(Script script, ZRDraw& draw, const PictureView& picture,
+                                  PictureOpener open = {});

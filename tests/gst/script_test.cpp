@@ -1,6 +1,6 @@
 // zrscript: the library's drawing in every format, and scripts that are wrong.
 #include "gst/gst_fixture.h"
-#include "script/parser.h"
+#include "script/player.h"
 #include "support/temp_file.h"
 
 namespace {
@@ -24,8 +24,9 @@ Bytes drawn(const Bytes& frame, const GstVideoInfo& info, const std::string& scr
               0U);
     if (GST_VIDEO_INFO_IS_YUV(&info))
         draw->SetYCbCrMode(cmRec601);
-    for (const Command& command : parseScript(script, "test"))
-        command.run(*draw);
+    drawOnce(parseScript(script, "test"), *draw,
+             {&layout, canvas.data(), GST_VIDEO_INFO_WIDTH(&info), GST_VIDEO_INFO_HEIGHT(&info),
+              pitch});
     ReleaseDraw(draw);
     canvas.resize(frame.size());
     return canvas;

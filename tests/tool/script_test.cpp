@@ -1,6 +1,6 @@
 // The script language: what is refused with which words, and what good scripts leave on a canvas.
 #include "gallery/cells.h"
-#include "script/parser.h"
+#include "script/player.h"
 #include "tool/tool_fixture.h"
 
 #include <cstdint>
@@ -20,11 +20,12 @@ public:
     Canvas(const Canvas&) = delete;
     Canvas& operator=(const Canvas&) = delete;
 
-    std::vector<int> run(const std::string& script) {
-        std::vector<int> results;
-        for (const Command& command : parseScript(script, "-e"))
-            results.push_back(command.run(*draw));
-        return results;
+    // Answers what was refused.
+    std::vector<std::string> run(const std::string& script) {
+        const PictureView view{zrFindLayout(ptBGRA32),
+                               reinterpret_cast<unsigned char*>(m_pixels.data()), m_width,
+                               static_cast<int>(m_pixels.size()) / m_width, m_width * 4};
+        return drawOnce(parseScript(script, "-e"), *draw, view);
     }
 
     // '#' is foreground, 'o' any other colour, '.' untouched.
@@ -64,7 +65,7 @@ TEST(ScriptTest, FaultsAreNamedWithTheirPlace) {
                         "rec2020, rec2020full, rec2020cl for name, got \"rec1\""},
         {"polyline 1 2", "-e:1:1: polyline: a point is missing; write polyline X0 Y0 X1 Y1 ..."},
         {"polyline 1 2 3 4 5", "-e:1:1: polyline: y2 is missing; write polyline X0 Y0 X1 Y1 ..."},
-        {"scale 65", "-e:1:7: scale: expected a whole number from 1 to 64 for n, got \"65\""},
+        {"scale 65", "-e:1:7: scale: expected a number from 0.01 to 64 for n, got \"65\""},
         {"point 1 1 back back", "-e:1:16: point: unexpected \"back\"; write point X Y [back]"},
         {"label 1 1 hi", "-e:1:11: label: expected a text in double quotes for text, got \"hi\""},
         {"label 1 1 \"hi", "-e:1:11: the quote is not closed on its line"},
@@ -142,9 +143,9 @@ TEST(ScriptTest, MarksOnTheCanvas) {
 
 TEST(ScriptTest, QuotesKeepWhatTheyHold) {
     const Script script = parseScript(R"(label 1 2 "a\\\"; # b"; move 1 1 # ")", "-e");
-    ASSERT_EQ(script.size(), 2U);
-    EXPECT_EQ(script[0].arguments.text(2), R"(a\"; # b)");
-    EXPECT_EQ(script[1].place, "-e:1:25");
+    ASSERT_EQ(script.commands.size(), 2U);
+    EXPECT_EQ(script.commands[0].arguments.text(2), R"(a\"; # b)");
+    EXPECT_EQ(script.commands[1].place(), "-e:1:25");
 }
 
 TEST(ScriptTest, TextFlagsAreThoseOfTheLibrary) {
@@ -170,7 +171,7 @@ TEST(ScriptTest, TextFlagsAreThoseOfTheLibrary) {
 TEST(ScriptTest, GalleryShowsEveryCommand) {
     std::set<std::string_view> shown;
     for (const Cell& cell : galleryCells())
-        for (const Command& command : parseScript(cell.script, cell.title))
+        for (const Command& command : parseScript(cell.script, cell.title).commands)
             shown.insert(command.operation->name);
     for (const Operation& operation : operations())
         EXPECT_TRUE(shown.contains(operation.name)) << operation.name;
@@ -198,12 +199,25 @@ TEST(ScriptTest, StateCommandsSetTheObject) {
 }
 
 TEST(ScriptTest, OffTheCanvasIsRefused) {
-    const std::vector<int> expected = {0, -1, -1, -1, 0, 0, -1, -1, -1, -1};
-    Canvas canvas(10, 3);
-    EXPECT_EQ(canvas.run("horiz 0 0 9; horiz 5 0 50; vert 1 -1 1; point 20 0; move 99 99; "
-                         "line -5 -5 5 5; arc 5 5 5 9 0 0 9 9; bezier 1 1 5 5 2 2 1 1; "
-                         "roundrect 0 0 9 2 10 0; fill 3 -1"),
-              expected);
+    const struct {
+        std::string script, refusal;
+    } cases[] = {
+        {"horiz 0 0 9; point 9 2; move 99 99; line -5 -5 5 5", ""},
+        {"horiz 5 0 50", "-e:1:1: horiz was refused: it does not lie wholly on the 10x3 canvas"},
+        {"vert 1 -1 1", "-e:1:1: vert was refused: it does not lie wholly on the 10x3 canvas"},
+        {"\n point 20 0", "-e:2:2: point was refused: it does not lie wholly on the 10x3 canvas"},
+        {"arc 5 5 5 9 0 0 9 9",
+         "-e:1:1: arc was refused: its box is empty or a point is its centre"},
+        {"bezier 1 1 5 5 2 2 1 1", "-e:1:1: bezier was refused: its ends coincide"},
+        {"roundrect 0 0 9 2 10 0", "-e:1:1: roundrect was refused: its corners do not fit"},
+        {"fill 3 -1", "-e:1:1: fill was refused: its start is off the canvas"},
+        {"circle 5 5 'w*4000'", "-e:1:1: circle was refused: its edge lies beyond the largest "
+                                "coordinate"},
+    };
+    for (const auto& [script, refusal] : cases) {
+        const std::vector<std::string> got = Canvas(10, 3).run(script);
+        EXPECT_EQ(got.empty() ? "" : got.back(), refusal) << script;
+    }
 }
 
 } // namespace

@@ -51,7 +51,7 @@ constexpr Cell cells[] = {
              "fill 50 62 0.05"},
     {"erase", "erase back; rect 40 30 152 94"},
     {"label scale", "label 10 8 \"Scale 1\"; scale 2; label 10 28 \"Scale 2\"; scale 3;"
-                    "label 10 58 \"Scale3\"; scale 1; label 10 98 \"\\\"quoted\\\" {|}~\""},
+                    "label 10 58 \"Scale3\"; scale 1; label 10 98 \"\\\"quoted\\\" {{|}~\""},
     {"label opaque inverse", "scale 2; label 20 16 \"plain\"; label 20 50 \"opaque\" opaque;"
                              "label 20 86 \"inverse\" opaque inverse"},
     {"text",
@@ -67,6 +67,13 @@ constexpr Cell cells[] = {
                      "text 24 36 180 86 \"half\""},
     {"additive", "additive on; color 0.6 0 0; text 20 10 180 70 \"ADD\"; color 0 0.5 0;"
                  "text 30 40 180 100 \"ADD\""},
+    {"image", "image 16 12 bars; image 166 100 bars 0.5 scale 60 40 anchor right bottom"},
+    {"safe at", "safe 0.8; rect 0 0 153 99; at right bottom; fillrect -30 -20 0 1;"
+                "at centre middle; circle 0 0 30; at left top; label 4 4 \"at\""},
+    {"unit measure", "unit 16 10; fillcircle 'w/2' 'h/2' 3; scale 0.2; measure \"mid\";"
+                     "color 0 0 0; label 'w/2-dw/2' 4.5 \"mid\""},
+    {"let when from end", "let r = h/8; when gt(w,h); circle 60 62 'r*3'; end;"
+                          "from 00:00:00:00 to 00:00:01:00; fillcircle 140 62 'r*2'; end"},
     {"backcolor", "backcolor 0.2 0.5 0.3; erase back; scale 3; label 20 46 \"green\""},
 };
 

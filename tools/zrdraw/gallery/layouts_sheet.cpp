@@ -3,7 +3,7 @@
 #include "gallery/pictures.h"
 #include "gallery/sheets.h"
 #include "picture/convert.h"
-#include "script/parser.h"
+#include "script/player.h"
 
 #include <fmt/format.h>
 
@@ -29,8 +29,7 @@ Sheet makeLayoutsSheet() {
         Canvas canvas(layout, cellWidth, cellHeight);
         Loader(canvas.shape()).load(*picture, canvas);
         const DrawPtr draw = makeDraw(canvas);
-        for (const Command& command : script)
-            command.run(*draw);
+        drawOnce(script, *draw, canvas.view());
         sheet.add(fmt::format("{} {}", layoutName(layout), layout.code), canvas, picture.get());
     }
     return sheet.take();
