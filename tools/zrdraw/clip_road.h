@@ -15,6 +15,9 @@ public:
     // Opens the result, as the options have it with what the command changes in them.
     void open(const std::function<void(WriteOptions&)>& change = [](WriteOptions&) {});
 
+    // In its place: the frames, so many of them, are to be looked at.
+    void open(std::int64_t frames);
+
     // Once it is open.
     Progress& progress() { return *m_progress; }
 
@@ -24,7 +27,12 @@ public:
     // Draws on every frame, writes them and completes the result.
     void run(const std::function<void(Frame&)>& draw);
 
+    // Hands out every frame.
+    void look(const std::function<void(std::unique_ptr<Frame>)>& take);
+
 private:
+    [[noreturn]] void failWithoutFrames() const;
+
     const ClipOptions& m_options;
     Alpha m_alpha;
     Reader m_reader;

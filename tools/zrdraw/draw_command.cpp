@@ -1,6 +1,7 @@
 // `zrdraw draw`: runs a script on the frames of a picture or clip.
 #include "clip_road.h"
 #include "common/tool_error.h"
+#include "contact/contact.h"
 #include "draw_object.h"
 #include "interrupt.h"
 #include "option_values.h"
@@ -19,6 +20,7 @@ namespace {
 struct Options : ClipOptions {
     std::vector<std::string> expressions;
     std::string scriptFile;
+    std::optional<std::string> contact;
 };
 
 // The script file comes first, so that -e can add to it.
@@ -43,18 +45,18 @@ std::span<const unsigned> layoutsFor(const Script& script) {
     return blends(script) ? all.first(1) : all;
 }
 
-void drawClip(const Options& options, const Script& script) {
+void drawClip(const Options& options, const Script& script,
+              const std::optional<ContactGrid>& contact) {
     ClipRoad road(options, chooseLayout(options, layoutsFor(script)));
-    road.open();
     ScriptRunner runner(
-        script,
-        [&](const std::string& message) {
-            if (!options.quiet)
-                road.progress().say("zrdraw: warning: " + message);
-        });
-    road.run([&](Frame& frame) {
+        script, [&](const std::string& message) { road.tell(message); });
+    const auto draw = [&](Frame& frame) {
         runner.run(*makeDraw(frame.canvas), frame.canvas.width(), frame.canvas.height());
-    });
+    };
+    if (contact)
+        return makeContactSheet(road, *contact, options, draw);
+    road.open();
+    road.run(draw);
 }
 
 void addOptions(CLI::App& command, Options& options) {
@@ -71,6 +73,7 @@ void addOptions(CLI::App& command, Options& options) {
                     "Layout to draw in, see zrdraw types; the nearest to the source's unless told")
         ->type_name(valueName::layout);
     addFramesOption(command, options);
+    addContactOption(command, options.contact);
     command.footer(fmt::format("Commands, one a line or separated by ';', # starts a comment:\n{}",
                                listOperations()));
 }
@@ -78,7 +81,8 @@ void addOptions(CLI::App& command, Options& options) {
 std::string run(const Options& options) {
     const Script script = readScripts(options);
     checkOptions(options);
-    runInterruptible([&] { drawClip(options, script); });
+    const std::optional<ContactGrid> contact = contactGrid(options.contact, options);
+    runInterruptible([&] { drawClip(options, script, contact); });
     return "";
 }
 
