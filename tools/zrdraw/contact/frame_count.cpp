@@ -50,12 +50,12 @@ std::int64_t countFrames(const std::string& path, const Reader& reader) {
     const StreamInfo& info = reader.info();
     const FrameRange& range = reader.range();
     std::int64_t end = range.end;
-    if (info.picture || reader.input().pictures().nb_frames > 0)
+    if (reader.input().pictures().nb_frames > 0)
         end = std::min(end, info.frameCount - countUnseen(reader.input().pictures()));
     else if (canBeReadTwice(path))
         end = countPackets(path, reader.input().options(), range.end);
     else if (end == FrameRange::open)
-        end = info.frameCount; // from its length in time
+        end = info.picture ? 0 : info.frameCount; // by its length; more pictures may follow one
     if (end == 0)
         throw Failure(fmt::format("{} does not tell how many frames it has: give those of the "
                                   "sheet by --frames A:B",
