@@ -35,9 +35,18 @@ void ClipRoad::open(const std::function<void(WriteOptions&)>& change) {
              "f%04d.png takes them all");
 }
 
+void ClipRoad::open(std::int64_t frames) {
+    m_progress.emplace(progressMode(m_options), frames);
+}
+
 void ClipRoad::tell(const std::string& line) {
-    if (!m_options.quiet && !line.empty())
-        m_progress->say("zrdraw: warning: " + line);
+    if (m_options.quiet || line.empty())
+        return;
+    const std::string warning = "zrdraw: warning: " + line;
+    if (m_progress)
+        m_progress->say(warning);
+    else
+        fmt::print(stderr, "{}\n", warning);
 }
 
 void ClipRoad::run(const std::function<void(Frame&)>& draw) {
@@ -50,9 +59,28 @@ void ClipRoad::run(const std::function<void(Frame&)>& draw) {
                 m_progress->advance(++done);
             });
     } catch (const NoFrames&) {
-        throw Failure(fmt::format("{} has no frame {}", m_reader.input().name(),
-                                  m_options.frames.empty() ? "at all" : "in " + m_options.frames));
+        failWithoutFrames();
     }
     tell(m_reader.report());
     m_progress->end();
+}
+
+void ClipRoad::look(const std::function<void(std::unique_ptr<Frame>)>& take) {
+    ReadLane in(m_reader);
+    std::int64_t done = 0;
+    while (std::optional<Item> item = in.next()) {
+        auto* frame = std::get_if<std::unique_ptr<Frame>>(&*item);
+        if (!frame)
+            continue;
+        take(std::move(*frame));
+        m_progress->advance(++done);
+    }
+    if (done == 0)
+        failWithoutFrames();
+    tell(m_reader.report());
+}
+
+void ClipRoad::failWithoutFrames() const {
+    throw Failure(fmt::format("{} has no frame {}", m_reader.input().name(),
+                              m_options.frames.empty() ? "at all" : "in " + m_options.frames));
 }

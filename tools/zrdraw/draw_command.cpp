@@ -1,6 +1,7 @@
 // `zrdraw draw`: runs a script on the frames of a picture or clip.
 #include "clip_road.h"
 #include "common/tool_error.h"
+#include "contact/contact.h"
 #include "draw_object.h"
 #include "interrupt.h"
 #include "media/picture_clip.h"
@@ -24,6 +25,7 @@ struct Options : ClipOptions {
     std::string scriptFile;
     std::string program;
     long instructions = LuaLimits{}.instructions;
+    std::optional<std::string> contact;
 };
 
 // The script file comes first, so that -e can add to it.
@@ -51,7 +53,7 @@ std::span<const unsigned> layoutsFor(const Script& script) {
 class Run {
 public:
     Run(const Options& options, ScriptSource source)
-        : m_road(options, chooseLayout(options, layoutsFor(source.script))),
+        : m_options(options), m_road(options, chooseLayout(options, layoutsFor(source.script))),
           m_levels(m_road.reader().input().sound()),
           m_facts(options.input, m_road.reader(), m_levels.channels()) {
         if (source.wantsLevels())
@@ -61,9 +63,13 @@ public:
                                     openPictureClip});
     }
 
-    void frames() {
+    // Onto a contact sheet, or all of them.
+    void frames(const std::optional<ContactGrid>& contact) {
+        const auto drawFrame = [this](Frame& frame) { draw(frame); };
+        if (contact)
+            return makeContactSheet(m_road, *contact, m_options, drawFrame);
         m_road.open();
-        m_road.run([&](Frame& frame) { draw(frame); });
+        m_road.run(drawFrame);
     }
 
 private:
@@ -71,6 +77,7 @@ private:
         m_player->play(*makeDraw(frame.canvas), frame.canvas.view(), m_facts.of(frame));
     }
 
+    const Options& m_options;
     ClipRoad m_road;
     AudioLevels m_levels;
     ScriptFacts m_facts;
@@ -101,6 +108,7 @@ void addOptions(CLI::App& command, Options& options) {
                     "Layout to draw in, see zrdraw types; the nearest to the source's unless told")
         ->type_name(valueName::layout);
     addFramesOption(command, options);
+    addContactOption(command, options.contact);
     command.footer(fmt::format("Commands, one a line or separated by ';', # starts a comment:\n{}",
                                listOperations()));
 }
@@ -108,7 +116,8 @@ void addOptions(CLI::App& command, Options& options) {
 std::string run(const Options& options) {
     ScriptSource source = readScripts(options);
     checkOptions(options);
-    runInterruptible([&] { Run(options, std::move(source)).frames(); });
+    const std::optional<ContactGrid> contact = contactGrid(options.contact, options);
+    runInterruptible([&] { Run(options, std::move(source)).frames(contact); });
     return "";
 }
 

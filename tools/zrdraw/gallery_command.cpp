@@ -4,6 +4,7 @@
 #include "gallery/sheets.h"
 #include "interrupt.h"
 #include "media/output_file.h"
+#include "media/writer.h"
 #include "option_values.h"
 #include "subcommand.h"
 
@@ -84,10 +85,13 @@ std::string run(const Options& options) {
     makeFolder(options.folder);
     for (const Picture& picture : pictures)
         OutputFile::checkPath(picture.path, options.force);
+    WriteOptions write;
+    write.force = options.force;
     runInterruptible([&] {
         for (const Picture& picture : pictures) {
             stopIfInterrupted();
-            picture.make().writePng(picture.path, options.force);
+            write.path = picture.path;
+            picture.make().write(write);
         }
     });
     return "";

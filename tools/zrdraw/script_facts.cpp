@@ -25,8 +25,7 @@ ScriptFacts::ScriptFacts(const std::string& path, const Reader& reader, unsigned
     : m_info(reader.info()) {
     m_hasTimeCode = zrTimeCodeType(m_info.frameRate.num, m_info.frameRate.den, -1) != 0;
     const AVRational rate = m_hasTimeCode ? m_info.frameRate : rateWithoutTimeCode;
-    m_timeCode = timeCodeIn(m_info.timeCode, rate)
-                     .value_or(TimeCode{zrTimeCodeType(rate.num, rate.den, -1), 0});
+    m_timeCode = timeCodeFrom(m_info.timeCode, rate).value();
     m_stream.width = m_info.width;
     m_stream.height = m_info.height;
     m_stream.framesPerSecond = av_q2d(m_info.frameRate);

@@ -1,7 +1,7 @@
 // A sheet of small pictures of one size, each under its title.
 #pragma once
 
-#include "gallery/sheet.h"
+#include "sheet.h"
 
 // The canvas of a cell, pixels.
 inline constexpr int cellWidth = 192;

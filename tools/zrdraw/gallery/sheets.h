@@ -1,7 +1,7 @@
 // The pictures of the gallery.
 #pragma once
 
-#include "gallery/sheet.h"
+#include "sheet.h"
 
 // Every row of galleryCells(), drawn on a canvas of its own under its title.
 Sheet makeOperationsSheet(const zrLayout& layout);

@@ -36,6 +36,9 @@ const std::vector<PageText>& texts() {
          {{"Draw on all frames, or take one with the marks of a file:",
            R"(zrdraw draw in.mov out.mov -e 'color 1 0 0; fillrect 10 10 90 50'
 zrdraw draw in.mov still.png --frames 20 --script marks.zrd)"},
+          {"See on one picture what a script makes of a clip, or of a piece of it:",
+           R"(zrdraw draw in.mov sheet.png --contact 4x3 --script marks.zrd
+zrdraw draw in.mov piece.png --contact 5x2 --frames 20:30 -e 'line 0 0 319 179')"},
           {"Draw in a layout that is chosen, and keep it:",
            "zrdraw draw in.mov out.mov --layout v210 --codec v210 -e 'circle 160 90 40'"},
           {"Between other programs:", "ffmpeg -v error -i in.mov -f yuv4mpegpipe - |\n"

@@ -1,17 +1,14 @@
 #include "media/canvas_source.h"
 
-#include "common/tool_error.h"
 #include "picture/picture_kind.h"
 #include "picture/pixel_formats.h"
 
-#include <fmt/format.h>
-
-#include <new>
 #include <utility>
 
 CanvasSource::CanvasSource(const CanvasShape& shape, Alpha alpha,
                            const std::optional<Colors>& colors)
-    : m_shape(shape), m_colors(colors), m_pool(shape), m_loader(shape, alpha, colors) {}
+    : m_shape(shape), m_colors(colors), m_pool(shape), m_loader(shape, alpha, colors),
+      m_scaler(shape.width, shape.height) {}
 
 Canvas CanvasSource::canvasOf(AVFrame& picture) {
     if (servesAsCanvas(picture)) {
@@ -23,8 +20,7 @@ Canvas CanvasSource::canvasOf(AVFrame& picture) {
         return canvas;
     }
     Canvas canvas = m_pool.take();
-    const bool fits = picture.width == m_shape.width && picture.height == m_shape.height;
-    m_loader.load(fits ? picture : scaled(picture), canvas);
+    m_loader.load(m_scaler.scaled(picture), canvas);
     return canvas;
 }
 
@@ -46,21 +42,4 @@ bool CanvasSource::servesAsCanvas(const AVFrame& picture) const {
 
 bool CanvasSource::countsAlike(const AVFrame& picture) const {
     return !m_colors || areAlike(kindOf(picture, m_shape).colors, *m_colors);
-}
-
-const AVFrame& CanvasSource::scaled(const AVFrame& picture) {
-    const auto format = static_cast<AVPixelFormat>(picture.format);
-    const int width = m_shape.width, height = m_shape.height;
-    m_scaler.reset(sws_getCachedContext(m_scaler.release(), picture.width, picture.height, format,
-                                        width, height, format, SWS_BICUBIC | SWS_ACCURATE_RND,
-                                        nullptr, nullptr, nullptr));
-    if (!m_scaler)
-        throw Failure(fmt::format("pictures of {}x{} cannot be brought to {}x{}", picture.width,
-                                  picture.height, width, height));
-    m_scaled = newFrame(format, width, height);
-    if (av_frame_copy_props(m_scaled.get(), &picture) < 0)
-        throw std::bad_alloc();
-    sws_scale(m_scaler.get(), picture.data, picture.linesize, 0, picture.height, m_scaled->data,
-              m_scaled->linesize);
-    return *m_scaled;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "picture/convert.h"
+#include "picture/scaler.h"
 
 #include <optional>
 
@@ -17,12 +18,10 @@ public:
 private:
     bool countsAlike(const AVFrame& picture) const;
     bool servesAsCanvas(const AVFrame& picture) const;
-    const AVFrame& scaled(const AVFrame& picture);
 
     CanvasShape m_shape;
     std::optional<Colors> m_colors; // that canvases are to have
     CanvasPool m_pool;
     Loader m_loader;
-    SwsPtr m_scaler;
-    FramePtr m_scaled;
+    Scaler m_scaler;
 };

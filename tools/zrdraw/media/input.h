@@ -35,6 +35,7 @@ public:
     AVFormatContext& format() const { return *m_format; }
     AVStream& pictures() const { return *m_pictures; }
     bool isPicture() const; // a single still picture
+    const InputOptions& options() const { return m_options; }
     Damage damage() const { return m_options.damage; }
 
     // The next packet of any stream, in the file's order; null at the end.

@@ -18,3 +18,7 @@ struct TimeCode {
 
 // As a text has it, with ';' for drop-frame; nothing if it cannot be at that rate.
 std::optional<TimeCode> timeCodeIn(const std::string& text, AVRational rate);
+
+// The same, or one that begins at 00:00:00:00 where the text is empty or cannot be; nothing if
+// there is none at that rate.
+std::optional<TimeCode> timeCodeFrom(const std::string& text, AVRational rate);

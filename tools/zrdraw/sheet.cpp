@@ -1,4 +1,4 @@
-#include "gallery/sheet.h"
+#include "sheet.h"
 
 #include "media/writer.h"
 #include "picture/convert.h"
@@ -8,6 +8,7 @@
 Sheet::Sheet(const zrLayout& layout, int width, int height)
     : m_frame(layout, width, height), m_draw(makeDraw(m_frame)) {
     m_draw->SetColorRGBA(0.03, 0.04, 0.06, 1.0, true);
+    m_ground = m_draw->foreColor;
     m_draw->EraseCanvas(false);
     m_draw->SetColorRGBA(0.85, 0.87, 0.9, 1.0, true);
 }
@@ -24,13 +25,11 @@ void Sheet::paste(const Canvas& picture, const AVFrame* source, int x, int y) {
 }
 
 // Without alpha, as anti-aliased lines leave their coverage in it.
-void Sheet::writePng(const std::string& path, bool force) {
+void Sheet::write(const WriteOptions& options) {
     StreamInfo info;
     info.width = m_frame.width();
     info.height = m_frame.height();
     info.pixelFormat = AV_PIX_FMT_RGB24;
-    WriteOptions options{path, ""};
-    options.force = force;
     Writer writer(options, m_frame.shape(), info);
     auto frame = std::make_unique<Frame>(m_frame.share());
     frame->picture = newFrame();

@@ -3,7 +3,9 @@
 
 #include "draw_object.h"
 
-#include <string>
+#include <cstdint>
+
+struct WriteOptions;
 
 class Sheet {
 public:
@@ -12,13 +14,18 @@ public:
 
     ZRDraw& draw() { return *m_draw; }
 
+    // That colour, packed as the layout stores it.
+    std::uint32_t ground() const { return m_ground; }
+
     // Copies a picture of any layout onto a sheet in BGRA; it must fit. `source` is what it was
     // drawn on, or null.
     void paste(const Canvas& picture, const AVFrame* source, int x, int y);
 
-    void writePng(const std::string& path, bool force);
+    // As a picture of the format that the options ask for.
+    void write(const WriteOptions& options);
 
 private:
     Canvas m_frame;
     DrawPtr m_draw;
+    std::uint32_t m_ground;
 };
