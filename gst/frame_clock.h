@@ -23,6 +23,7 @@ public:
     // without one follow each other.
     FrameCode of(GstBuffer* buffer, GstClockTime streamTime);
 
+    unsigned type() const { return m_type; } // of frames without a time code of their own
     double framesPerSecond() const { return static_cast<double>(m_rate) / m_scale; }
     GstClockTime duration() const { return gst_util_uint64_scale_int(GST_SECOND, m_scale, m_rate); }
 

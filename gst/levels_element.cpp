@@ -1,10 +1,11 @@
-// The element zrlevels: passes sound untouched and tells an overlay how loud it is.
+// The element zrlevels: passes sound untouched and tells an overlay or a script how loud it is.
 #include "levels_element.h"
 
 #include "debug.h"
 #include "guard.h"
 #include "level_track.h"
 #include "overlay_element.h"
+#include "script_element.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,7 +20,8 @@ struct State {
     std::mutex mutex;
     std::string overlayName;
 
-    ZrOverlay* overlay = nullptr; // from start to stop, with a reference
+    GstElement* shower = nullptr; // of the sound, from start to stop, with a reference
+    LevelTrack* track = nullptr;  // its own
     GstClockTime next = 0;        // running time behind the last block
     std::vector<guint8> unpacked;
 };
@@ -74,6 +76,13 @@ GstElement* findElement(GstElement* from, const char* name) {
     return found;
 }
 
+// Null for an element that shows no sound.
+LevelTrack* trackOf(GstElement* element) {
+    if (element && ZR_IS_OVERLAY(element))
+        return &zrOverlayLevels(ZR_OVERLAY(element));
+    return element && ZR_IS_SCRIPT(element) ? &zrScriptLevels(ZR_SCRIPT(element)) : nullptr;
+}
+
 gboolean start(GstBaseTransform* base) {
     State& state = stateOf(base);
     std::string name;
@@ -84,37 +93,41 @@ gboolean start(GstBaseTransform* base) {
     if (name.empty())
         return TRUE;
     GstElement* found = findElement(GST_ELEMENT(base), name.c_str());
-    if (!found || !ZR_IS_OVERLAY(found)) {
+    LevelTrack* track = trackOf(found);
+    if (!track) {
         g_clear_pointer(&found, gst_object_unref);
-        GST_ELEMENT_ERROR(base, LIBRARY, SETTINGS,
-                          ("There is no zroverlay named '%s' in the pipeline.", name.c_str()),
-                          ("name one by zroverlay name=%s", name.c_str()));
+        GST_ELEMENT_ERROR(
+            base, LIBRARY, SETTINGS,
+            ("There is no zroverlay or zrscript named '%s' in the pipeline.", name.c_str()),
+            ("name one by zroverlay name=%s", name.c_str()));
         return FALSE;
     }
-    if (!zrOverlayLevels(ZR_OVERLAY(found)).begin()) {
+    if (!track->begin()) {
         gst_object_unref(found);
         GST_ELEMENT_ERROR(base, LIBRARY, SETTINGS,
                           ("Another zrlevels brings the sound of '%s' already.", name.c_str()),
                           (nullptr));
         return FALSE;
     }
-    state.overlay = ZR_OVERLAY(found);
+    state.shower = found;
+    state.track = track;
     state.next = 0;
     return TRUE;
 }
 
 gboolean stop(GstBaseTransform* base) {
     State& state = stateOf(base);
-    if (state.overlay)
-        zrOverlayLevels(state.overlay).leave();
-    g_clear_pointer(&state.overlay, gst_object_unref);
+    if (state.track)
+        state.track->leave();
+    state.track = nullptr;
+    g_clear_pointer(&state.shower, gst_object_unref);
     return TRUE;
 }
 
 gboolean sinkEvent(GstBaseTransform* base, GstEvent* event) {
     State& state = stateOf(base);
-    if (state.overlay) {
-        LevelTrack& track = zrOverlayLevels(state.overlay);
+    if (state.track) {
+        LevelTrack& track = *state.track;
         if (GST_EVENT_TYPE(event) == GST_EVENT_EOS)
             track.end();
         else if (GST_EVENT_TYPE(event) == GST_EVENT_FLUSH_STOP) {
@@ -193,14 +206,14 @@ void measure(GstBaseTransform* base, GstBuffer* buffer) {
     if (base->segment.rate < 0)
         reverse(block);
     state.next = block.end();
-    zrOverlayLevels(state.overlay).feed(std::move(block));
+    state.track->feed(std::move(block));
 }
 
 GstFlowReturn transform(GstBaseTransform* base, GstBuffer* buffer) {
     return guarded(
         base,
         [&] {
-            if (stateOf(base).overlay)
+            if (stateOf(base).track)
                 measure(base, buffer);
             return GST_FLOW_OK;
         });
@@ -227,7 +240,7 @@ static void zr_levels_class_init(ZrLevelsClass* levels) {
         object, OverlayName,
         g_param_spec_string("overlay", "Overlay",
                             "Name of the zroverlay in the same pipeline whose meters show this "
-                            "sound",
+                            "sound, or of the zrscript that asks for its peaks",
                             nullptr,
                             static_cast<GParamFlags>(G_PARAM_READWRITE | G_PARAM_STATIC_STRINGS |
                                                      GST_PARAM_MUTABLE_READY)));
@@ -238,7 +251,7 @@ static void zr_levels_class_init(ZrLevelsClass* levels) {
     gst_caps_unref(caps);
     gst_element_class_set_static_metadata(
         GST_ELEMENT_CLASS(levels), "ZRDraw levels", "Filter/Analyzer/Audio",
-        "Measures the peaks of each video frame's sound for the meters of a zroverlay",
+        "Measures the peaks of each video frame's sound for a zroverlay or zrscript",
         "The ZRDraw authors");
 
     GstBaseTransformClass* base = GST_BASE_TRANSFORM_CLASS(levels);

@@ -7,8 +7,8 @@
 #include "drawn_alpha.h"
 #include "formats.h"
 #include "frame_clock.h"
+#include "frame_levels.h"
 #include "guard.h"
-#include "level_track.h"
 #include "live_overlay.h"
 #include "overlay_commands.h"
 #include "overlay_properties.h"
@@ -24,8 +24,6 @@
 
 namespace {
 
-constexpr GstClockTime usualWait = 200 * GST_MSECOND;
-
 // All that the element is beside its base.
 struct State {
     LiveOverlay overlay;
@@ -34,7 +32,7 @@ struct State {
     std::mutex mutex; // of what follows
     std::string store;
     std::string startTimeCode;
-    GstClockTime levelsWait = usualWait;
+    GstClockTime levelsWait = usualLevelsWait;
 
     // Of the streaming thread alone.
     FrameClock clock;
@@ -177,16 +175,6 @@ bool isInterlaced(const GstVideoInfo& info) {
            mode != GST_VIDEO_INTERLACE_MODE_ALTERNATE; // whose buffers are fields
 }
 
-// A live stream does not wait: what it shows late is lost.
-bool isLive(GstBaseTransform* base) {
-    GstQuery* query = gst_query_new_latency();
-    gboolean live = FALSE;
-    if (gst_pad_peer_query(GST_BASE_TRANSFORM_SINK_PAD(base), query))
-        gst_query_parse_latency(query, &live, nullptr, nullptr);
-    gst_query_unref(query);
-    return live;
-}
-
 gboolean setInfo(GstVideoFilter* filter, GstCaps*, GstVideoInfo* info, GstCaps*, GstVideoInfo*) {
     ZrOverlay* self = ZR_OVERLAY(filter);
     State& state = stateOf(self);
@@ -253,31 +241,11 @@ void beforeTransform(GstBaseTransform* base, GstBuffer* buffer) {
     gst_base_transform_set_passthrough(base, state.overlay.number(enabled) == 0);
 }
 
-// Until the pipeline plays, sinks hold the sound back.
-LevelTrack::Patience patienceOf(GstBaseTransform* base) {
-    State& state = stateOf(base);
-    if (!state.waits)
-        return {};
-    GST_OBJECT_LOCK(base);
-    const bool plays = GST_STATE(base) == GST_STATE_PLAYING;
-    GST_OBJECT_UNLOCK(base);
-    return {std::chrono::nanoseconds(state.locked(&State::levelsWait)), !plays};
-}
-
 MeterLevels levelsOf(GstBaseTransform* base, GstBuffer* buffer) {
     State& state = stateOf(base);
-    const GstSegment& segment = base->segment;
-    const GstClockTime duration =
-        GST_BUFFER_DURATION_IS_VALID(buffer) ? GST_BUFFER_DURATION(buffer) : state.clock.duration();
-    GstClockTime time = GST_BUFFER_PTS(buffer);
-    if (segment.rate < 0 && GST_CLOCK_TIME_IS_VALID(time))
-        time += duration; // where it begins to be shown
-    const GstClockTime begin = gst_segment_to_running_time(&segment, GST_FORMAT_TIME, time);
-    if (!GST_CLOCK_TIME_IS_VALID(begin))
-        return {};
-    const auto shown = static_cast<GstClockTime>(static_cast<double>(duration) /
-                                                 std::max(std::abs(segment.rate), 1e-3));
-    return state.levels.between(begin, begin + shown, patienceOf(base));
+    const LevelTrack::Patience patience =
+        state.waits ? patienceOf(base, state.locked(&State::levelsWait)) : LevelTrack::Patience{};
+    return levelsOf(base, buffer, state.clock.duration(), state.levels, patience);
 }
 
 void burnInto(GstVideoFrame& frame, GstBaseTransform* base) {
@@ -327,12 +295,7 @@ void installProperties(GObjectClass* object) {
                             "Time code of stream time 0 where buffers have none, such as "
                             "10:00:00:00, or 10:00:00;00 for drop-frame",
                             nullptr, readyFlags));
-    g_object_class_install_property(
-        object, LevelsWait,
-        g_param_spec_uint64("levels-wait", "Levels wait",
-                            "How long a frame waits for the sound that its meters show, "
-                            "nanoseconds; live streams never wait",
-                            0, 3600 * GST_SECOND, usualWait, playingFlags));
+    installLevelsWait(object, LevelsWait);
     g_object_class_install_property(
         object, Watermark,
         g_param_spec_string("watermark", "Watermark",

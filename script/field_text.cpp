@@ -140,7 +140,7 @@ private:
                           startsCharacter);
         const std::string shown =
             c == '\0' ? "code 0" : '"' + std::string(m_text.substr(m_next, end - m_next)) + '"';
-        fail(m_next, fmt::format("character {} of the text is {}; only the codes 1 to 127 can be "
+        fail(m_next, fmt::format("character {} of text is {}; only the codes 1 to 127 can be "
                                  "drawn",
                                  number, shown));
     }

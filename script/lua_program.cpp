@@ -99,14 +99,20 @@ public:
         m_sandbox.printTo([this](const std::string& line) {
             m_stage->warn(fmt::format("{}: {}", m_path, line));
         });
+        showStream();
         canvas();
-        showStream(m_lua, stage.stream());
         if (lua_getglobal(m_lua, "setup") != LUA_TFUNCTION) {
             lua_settop(m_lua, 0);
             return;
         }
         lua_insert(m_lua, -2);
         finish(m_sandbox.call(1), "in setup");
+    }
+
+    void showStream() {
+        canvas();
+        ::showStream(m_lua, m_stage->stream());
+        lua_settop(m_lua, 0);
     }
 
     void frame(Scene& scene) {
@@ -231,4 +237,8 @@ void LuaProgram::setUp(Stage& stage) {
 
 void LuaProgram::frame(Scene& scene) {
     m_state->frame(scene);
+}
+
+void LuaProgram::showStream() {
+    m_state->showStream();
 }

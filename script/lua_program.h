@@ -26,6 +26,9 @@ public:
     void setUp(Stage& stage);
     void frame(Scene& scene);
 
+    // Tells the program of the stream again, of which more is known.
+    void showStream();
+
 private:
     class State;
     std::unique_ptr<State> m_state;

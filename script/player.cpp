@@ -10,6 +10,16 @@ ScriptPlayer::ScriptPlayer(ScriptSource source, StreamFacts stream, ScriptHost h
         m_source.program->setUp(m_stage);
 }
 
+void ScriptPlayer::setTags(const std::map<std::string, std::string>& tags) {
+    m_stage.setTags(tags);
+    if (m_source.program)
+        m_source.program->showStream();
+}
+
+void ScriptPlayer::setSoundChannels(unsigned channels) {
+    m_stage.setSoundChannels(channels);
+}
+
 void ScriptPlayer::play(ZRDraw& draw, const PictureView& picture, const FrameFacts& frame) {
     Scene scene = m_stage.begin(draw, picture, frame);
     m_runner.run(scene);
@@ -20,13 +30,13 @@ void ScriptPlayer::play(ZRDraw& draw, const PictureView& picture, const FrameFac
 
 std::vector<std::string> drawOnce(Script script, ZRDraw& draw, const PictureView& picture,
                                   PictureOpener open) {
-    std::vector<std::string> refused;
+    std::vector<std::string> warnings;
     StreamFacts stream{picture.width, picture.height};
     FrameFacts frame;
     stream.timeCodeType = frame.timeCodeType = zrTimeCode25;
-    ScriptPlayer player({std::move(script), nullptr}, stream,
-                        {[&](const std::string& message) { refused.push_back(message); },
-                         std::move(open)});
+    ScriptPlayer player(
+        {std::move(script), nullptr}, stream,
+        {[&](const std::string& message) { warnings.push_back(message); }, std::move(open)});
     player.play(draw, picture, frame);
-    return refused;
+    return warnings;
 }

@@ -22,6 +22,10 @@ public:
     // Opens pictures and sets the program up: what is wrong is a ToolError.
     ScriptPlayer(ScriptSource source, StreamFacts stream, ScriptHost host);
 
+    // As they become known while the stream runs.
+    void setTags(const std::map<std::string, std::string>& tags);
+    void setSoundChannels(unsigned channels);
+
     PictureShelf& pictures() { return m_stage.pictures(); }
 
     // The object is to be a new one, so that no colour or position passes from one frame to the
@@ -34,6 +38,6 @@ private:
     ScriptRunner m_runner;
 };
 
-// Runs a list on one picture that is no stream's. What was refused, a line each.
+// Runs a list on one picture that is no stream's. Answers what there was to warn of.
 std::vector<std::string> drawOnce(Script script, ZRDraw& draw, const PictureView& picture,
                                   PictureOpener open = {});

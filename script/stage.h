@@ -23,6 +23,9 @@ public:
     Stage(StreamFacts stream, std::size_t values, ScriptHost host);
 
     const StreamFacts& stream() const { return m_stream; }
+    void setTags(const std::map<std::string, std::string>& tags) { m_stream.tags = tags; }
+    void setSoundChannels(unsigned channels) { m_stream.channels = channels; }
+
     PictureShelf& pictures() { return m_pictures; }
 
     // The object is to be a new one, so that no colour or position passes from one frame to the

@@ -144,7 +144,7 @@ TEST_F(DrawTest, FailuresAreOneLineAndLeaveNothing) {
         {"$Z draw $M/clip.mkv out.mkv --what", 2, "--what"},
         {"$Z draw $M/clip.mkv out.mkv -e 'horiz 0 0 3' -e 'horiz 0'", 2,
          "zrdraw: -e 2:1:1: horiz: y is missing"},
-        {"$Z draw $M/clip.mkv out.mkv -e 'lien 0 0 1 1'", 2, "did you mean line?"},
+        {"$Z draw $M/clip.mkv out.mkv -e 'lien 0 0 1 1'", 2, "did you mean line or when?"},
         {"$Z draw $M/clip.mkv out.mkv --script none.txt", 1, "'none.txt': No such file"},
         {"$Z draw $M/clip.mkv out.mkv --script .", 1, "'.': Is a directory"},
         {"$Z draw $M/clip.mkv out.mkv --layout bgr", 2, "there is no layout 'bgr'"},
