@@ -146,7 +146,7 @@ TEST_F(ContactTest, ShowsFramesFromTheFirstToTheLastOverTheirTimeCodes) {
          "0=10:00:00:00,29=10:00:01:04"},
         {"a pipe, by its range", "- <live.mkv", "2x1 --frames 2:7", 2, 1,
          "2=00:00:00:02,6=00:00:00:06"},
-        {"a pipe that ends within its range", "- <live.mkv", "2x2 --frames 20:98", 2, 2,
+        {"a pipe that ends within its range", "- <live.mkv", "2x2 --frames 20:98 --quiet", 2, 2,
          "20=00:00:00:20,29=00:00:01:04"},
     };
     for (const auto& row : cases) {
@@ -219,14 +219,17 @@ TEST_F(ContactTest, WhatIsTransparentShowsTheGround) {
     EXPECT_TRUE(isNear(sheet.at(cellX + 10, cellY + 20), {0, 0, 255})) << "marks are opaque";
 }
 
-TEST_F(ContactTest, IsWrittenLikeAnyStillPicture) {
+TEST_F(ContactTest, IsWrittenAndWarnedOfLikeAnyStillPicture) {
     run("$Z draw in.mov out.png --contact 2x2 && $Z draw in.mov out.bmp --contact 2x2 && "
         "$Z draw in.mov - --contact 2x2 --format image2pipe --codec png >piped.png");
     EXPECT_EQ(readAll(at("out.bmp")), readAll(at("out.png")));
     EXPECT_EQ(readFile(at("piped.png")), readFile(at("out.png")));
-    const Result result = shell("$Z draw in.mov w.png --contact 2x2 -e 'horiz 0 0 900'");
-    EXPECT_EQ(result.err, "zrdraw: warning: -e:1:1: horiz was refused: it does not lie wholly on "
-                          "the 64x48 canvas\n");
+    const Result refused = shell("$Z draw in.mov w.png --contact 2x2 -e 'horiz 0 0 900'");
+    EXPECT_EQ(refused.err, "zrdraw: warning: -e:1:1: horiz was refused: it does not lie wholly on "
+                           "the 64x48 canvas\n");
+    const Result early = shell("$Z draw - e.png --contact 2x2 --frames 20:98 <live.mkv");
+    EXPECT_EQ(early.err, "zrdraw: warning: standard input has fewer frames than expected: cells of "
+                         "the sheet stay empty\n");
 }
 
 TEST_F(ContactTest, WhatCannotBeIsRefusedAndTouchesNothing) {
@@ -235,6 +238,7 @@ TEST_F(ContactTest, WhatCannotBeIsRefusedAndTouchesNothing) {
         {"$Z draw in.mov out.mov --contact 2x2", 2, "'out.mov' is not: use a name such as out.png"},
         {"$Z draw in.mov o%02d.png --contact 2x2", 2, "one picture"},
         {"$Z draw in.mov - --contact 2x2", 2, "one picture"},
+        {"$Z draw in.mov out.png --contact 2x2 --format mov", 2, "'mov' is not"},
         {"$Z draw in.mov old.png --contact 2x2", 2, "'old.png' exists; use --force"},
         {"$Z draw in.mov out.png --contact 2x2 --rate 5", 2, "leave out --rate"},
         {"$Z draw in.mov out.png --contact 2x2 --streams v", 2, "excludes"},

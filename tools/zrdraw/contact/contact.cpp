@@ -57,7 +57,7 @@ std::optional<ContactGrid> contactGrid(const std::optional<std::string>& text,
         throw UsageError(
             fmt::format("--contact: the sheet is one picture, which '{}' is not: use a "
                         "name such as out.png",
-                        options.output));
+                        options.format.empty() ? options.output : options.format));
     return grid;
 }
 
@@ -81,6 +81,9 @@ void makeContactSheet(ClipRoad& road, const ContactGrid& grid, const ClipOptions
     });
     if (last && !sheet.isFull()) // there were fewer than it was said
         show(*last);
+    if (!sheet.isFull())
+        road.tell(fmt::format("{} has fewer frames than expected: cells of the sheet stay empty",
+                              reader.input().name()));
     sheet.write(writeOptions(options));
     road.progress().end();
 }
