@@ -167,7 +167,7 @@ TEST(GstOverlay, WhatIsWrongIsToldOnTheBus) {
         {"zroverlay settings-store=" + std::string(text.path()), GST_MESSAGE_ERROR,
          "is not a settings store", 0},
         {"zrlevels overlay=nobody", GST_MESSAGE_ERROR,
-         "There is no zroverlay named 'nobody' in the pipeline.", 0},
+         "There is no zroverlay or zrscript named 'nobody' in the pipeline.", 0},
     };
     for (const auto& c : cases) {
         const bool sound = c.element.starts_with("zrlevels");
