@@ -106,7 +106,7 @@ public:
             return;
         }
         lua_insert(m_lua, -2);
-        finish(m_sandbox.call(1), "in setup");
+        finish(m_sandbox.call(1), "setup");
     }
 
     void showStream() {
@@ -122,7 +122,7 @@ public:
         m_scene = &scene;
         const std::string error = m_sandbox.call(1);
         m_scene = nullptr;
-        finish(error, fmt::format("in frame {}", scene.frame.number));
+        finish(error, fmt::format("frame {}", scene.frame.number));
     }
 
 private:
@@ -152,7 +152,7 @@ private:
     void finish(const std::string& error, const std::string& when) {
         lua_settop(m_lua, 0);
         if (!error.empty())
-            throw Failure(fmt::format("{} {}", error, when));
+            throw Failure(fmt::format("{} (in {})", error, when));
     }
 
     static int callOperation(lua_State* lua) {

@@ -71,8 +71,11 @@ void LuaSandbox::count(lua_State* lua, lua_Debug*) {
     if (self.m_used < self.m_limits.instructions)
         return;
     lua_sethook(lua, count, LUA_MASKCOUNT, 1);
-    luaL_error(lua, "more than %d instructions, the limit",
-               static_cast<int>(self.m_limits.instructions));
+    luaL_where(lua, 0); // the hook is not a function of its own
+    lua_pushfstring(lua, "more than %I instructions, which is the limit",
+                    static_cast<LUAI_UACINT>(self.m_limits.instructions));
+    lua_concat(lua, 2);
+    lua_error(lua);
 }
 
 int LuaSandbox::print(lua_State* lua) {
