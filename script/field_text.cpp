@@ -77,7 +77,7 @@ constexpr struct Row {
     Kind kind;
     bool takesArgument;
 } rows[] = {
-    {{"tc", "tc", "time code of the frame, with ; for drop-frame"}, Kind::TimeCode, false},
+    {{"tc", "tc[:FORM]", "time code of the frame, with ; for drop-frame"}, Kind::TimeCode, false},
     {{"n", "n[:FORM]", "number of the frame"}, Kind::Number, false},
     {{"t", "t[:FORM]", "seconds since the first frame, with three places"}, Kind::Time, false},
     {{"date", "date[:FORM]", "date of today, or what strftime makes of FORM, such as %H:%M:%S"},

@@ -14,6 +14,20 @@
 
 namespace {
 
+constexpr LuaField fields[] = {
+    {"d.w, d.h", "size of the frame, or of the grid that unit sets"},
+    {"d.fps", "frames a second"},
+    {"d.sar", "width of a pixel by its height"},
+    {"d.file", "name of the file"},
+    {"d.meta", "its tags, such as d.meta.title"},
+    {"d.n", "number of the frame, counted from 0"},
+    {"d.t", "seconds since the first frame"},
+    {"d.tc", "time code of the frame"},
+    {"d.levels", "peaks of the sound over the frame, 0 to 1, by channel from 1 on"},
+    {"d.dw", "width of the last text"},
+    {"d:picture(FILE)", "opens a picture and answers its width and height; also in setup"},
+};
+
 bool hasText(const Operation& operation) {
     return std::any_of(
         operation.parameters.begin(), operation.parameters.end(),
@@ -82,8 +96,7 @@ std::string placeOfCall(lua_State* lua) {
 class LuaProgram::State {
 public:
     State(const std::string& path, const std::string& text, const LuaLimits& limits)
-        : m_path(path), m_folder(folderOf(path)), m_sandbox(m_folder, limits),
-          m_lua(m_sandbox.get()) {
+        : m_path(path), m_folder(folderOf(path)), m_sandbox(path, limits), m_lua(m_sandbox.get()) {
         if (m_sandbox.load(text, path) != LUA_OK)
             throw UsageError(m_sandbox.takeError());
         if (const std::string error = m_sandbox.call(0); !error.empty())
@@ -225,6 +238,10 @@ private:
     Stage* m_stage = nullptr;
     Scene* m_scene = nullptr; // of the frame that is drawn
 };
+
+std::span<const LuaField> luaFields() {
+    return fields;
+}
 
 LuaProgram::LuaProgram(const std::string& path, const std::string& text, const LuaLimits& limits)
     : m_state(std::make_unique<State>(path, text, limits)) {}

@@ -4,6 +4,7 @@
 #include "script/stage.h"
 
 #include <memory>
+#include <span>
 #include <string>
 
 struct lua_State;
@@ -12,6 +13,13 @@ struct LuaLimits {
     long instructions = 10'000'000; // of setup, and of each frame
     std::size_t bytes = std::size_t{256} << 20;
 };
+
+// What a program finds in d beside the commands.
+struct LuaField {
+    const char* name;
+    const char* help;
+};
+std::span<const LuaField> luaFields();
 
 // Knows of Lua's own libraries those that stay within the program: no files, no processes. What it
 // requires are files of Lua beside its own.

@@ -30,8 +30,9 @@ bool isModuleName(std::string_view name) {
 
 } // namespace
 
-LuaSandbox::LuaSandbox(const std::string& folder, const LuaLimits& limits)
-    : m_folder(folder), m_limits(limits), m_lua(lua_newstate(allocate, this)) {
+LuaSandbox::LuaSandbox(const std::string& path, const LuaLimits& limits)
+    : m_name(path), m_folder(folderOf(path)), m_limits(limits),
+      m_lua(lua_newstate(allocate, this)) {
     if (!m_lua)
         throw Failure("there is no memory for Lua");
     *static_cast<LuaSandbox**>(lua_getextraspace(m_lua)) = this;
@@ -193,6 +194,9 @@ std::string LuaSandbox::takeError() {
     const char* text = luaL_tolstring(m_lua, -1, &length);
     std::string message(text, length);
     lua_pop(m_lua, 2);
+    if (message == "not enough memory")
+        message = fmt::format("{}: more than {} MiB of memory, which is the limit", m_name,
+                              m_limits.bytes >> 20);
     std::replace(message.begin(), message.end(), '\n', ' ');
     return message;
 }

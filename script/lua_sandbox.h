@@ -16,7 +16,8 @@ class LuaSandbox {
 public:
     using Print = std::function<void(const std::string& line)>;
 
-    LuaSandbox(const std::string& folder, const LuaLimits& limits);
+    // For the program of that path.
+    LuaSandbox(const std::string& path, const LuaLimits& limits);
     ~LuaSandbox();
     LuaSandbox(const LuaSandbox&) = delete;
     LuaSandbox& operator=(const LuaSandbox&) = delete;
@@ -46,7 +47,7 @@ private:
     static int setMetatable(lua_State* lua);
     void openLibraries();
 
-    std::string m_folder;
+    std::string m_name, m_folder;
     LuaLimits m_limits;
     Print m_print;
     std::size_t m_bytes = 0;

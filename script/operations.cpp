@@ -89,11 +89,3 @@ std::string usage(const Operation& operation) {
     }
     return result;
 }
-
-std::string listOperations() {
-    std::string result;
-    for (const Operation& operation : operations())
-        fmt::format_to(std::back_inserter(result), "  {:<38} {}\n", usage(operation),
-                       operation.help);
-    return result;
-}

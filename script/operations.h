@@ -95,6 +95,3 @@ std::vector<std::string> operationNames();
 
 // The command with its parameters, such as "point X Y [back]".
 std::string usage(const Operation& operation);
-
-// Name, parameters and help of every command, a line each.
-std::string listOperations();

@@ -6,6 +6,7 @@
 #include "interrupt.h"
 #include "media/picture_clip.h"
 #include "option_values.h"
+#include "script/help.h"
 #include "script/player.h"
 #include "script/script_file.h"
 #include "script_facts.h"
@@ -109,8 +110,7 @@ void addOptions(CLI::App& command, Options& options) {
         ->type_name(valueName::layout);
     addFramesOption(command, options);
     addContactOption(command, options.contact);
-    command.footer(fmt::format("Commands, one a line or separated by ';', # starts a comment:\n{}",
-                               listOperations()));
+    command.footer(scriptHelp());
 }
 
 std::string run(const Options& options) {

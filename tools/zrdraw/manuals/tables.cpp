@@ -3,6 +3,9 @@
 #include "common/layout_names.h"
 #include "common/mux_modes.h"
 #include "common/wipe_names.h"
+#include "script/expression.h"
+#include "script/field_text.h"
+#include "script/lua_program.h"
 #include "script/operations.h"
 #include "zrdraw/overlay_settings.h"
 
@@ -21,7 +24,8 @@ std::string rangesOf(const Operation& operation) {
     std::vector<std::pair<std::string, std::string>> ranges; // of the names
     for (const Parameter& parameter : operation.parameters) {
         const bool number = parameter.kind == Kind::Whole || parameter.kind == Kind::Number;
-        if (!number || (parameter.low == -coordinateLimit && parameter.high == coordinateLimit))
+        if (!number || parameter.high > coordinateLimit ||
+            (parameter.low == -coordinateLimit && parameter.high == coordinateLimit))
             continue;
         const std::string range = fmt::format("from {} to {}", parameter.low, parameter.high);
         const std::string name = upperCase(parameter.name);
@@ -39,13 +43,46 @@ std::string rangesOf(const Operation& operation) {
 void writeOperations(RoffPage& page) {
     page.paragraph(fmt::format(
         "One a line, or separated by semicolons; # starts a comment. What is in brackets may be "
-        "left out. Coordinates count from the top left corner and go from \\-{0} to {0}.",
+        "left out. Coordinates count from the top left corner, unless at says otherwise, and go "
+        "from \\-{0} to {0}.",
         coordinateLimit));
     for (const Operation& operation : operations()) {
         const std::string parameters = usage(operation).substr(operation.name.size());
         page.item(bold(operation.name) + italic(parameters),
                   roffProse(operation.help + rangesOf(operation)));
     }
+}
+
+void writeExpressions(RoffPage& page) {
+    page.paragraph("Wherever a number stands there may be an expression as FFmpeg has them, in "
+                   "single quotes if it holds blanks. Each frame evaluates it anew. It knows");
+    for (const ConstantName& constant : constantNames)
+        page.item(bold(constant.name), roffProse(constant.help));
+    page.item(fmt::format("{}, {}", bold(fmt::format("{}1", peakName)),
+                          bold(fmt::format("{}2", peakName))),
+              roffProse(peakHelp));
+    std::string functions;
+    for (const FunctionName& function : expressionFunctions())
+        functions += fmt::format("{}{}", functions.empty() ? "" : ", ", function.name);
+    page.item(italic("variables"), "that let has set");
+    page.item(italic("functions"), roffProse(functions));
+}
+
+void writeFields(RoffPage& page) {
+    page.paragraph("A text may hold these in braces, and two opening braces for one. A form is a "
+                   "width such as 6, 06 with zeros before it, .2 with as many places, or <20 to "
+                   "the left, ^20 in the middle.");
+    for (const FieldName& field : textFields())
+        page.item(bold(fmt::format("{{{}}}", field.usage)), roffProse(field.help));
+}
+
+void writeProgram(RoffPage& page) {
+    page.paragraph(
+        "A program has a function frame(d), and may have setup(d), which is called once. Every "
+        "command but let, when, from and end is a function of d: d:line(0, 0, 99, 99). Words "
+        "such as back are strings. A call answers whether it was drawn.");
+    for (const LuaField& field : luaFields())
+        page.item(bold(field.name), roffProse(field.help));
 }
 
 void writeTransitions(RoffPage& page) {
@@ -95,9 +132,10 @@ constexpr struct {
     const char* title;
     void (*write)(RoffPage& page);
 } tables[] = {
-    {"draw", "COMMANDS", writeOperations}, {"wipe", "TRANSITIONS", writeTransitions},
-    {"mux", "MODES", writeModes},          {"config", "SETTINGS", writeSettings},
-    {"types", "LAYOUTS", writeLayouts},
+    {"draw", "COMMANDS", writeOperations},     {"draw", "EXPRESSIONS", writeExpressions},
+    {"draw", "FIELDS OF TEXTS", writeFields},  {"draw", "PROGRAMS IN LUA", writeProgram},
+    {"wipe", "TRANSITIONS", writeTransitions}, {"mux", "MODES", writeModes},
+    {"config", "SETTINGS", writeSettings},     {"types", "LAYOUTS", writeLayouts},
 };
 
 } // namespace
