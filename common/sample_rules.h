@@ -10,7 +10,8 @@
 
 // The nearest whole number to one that is not negative.
 constexpr int nearest(double value) {
-    return static_cast<int>(value + 0.5);
+    const double raised = value + 0.5;
+    return static_cast<int>(raised);
 }
 
 // How much of a picture's sample shows. All of it is a power of two, so that it is the sample

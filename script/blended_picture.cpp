@@ -41,9 +41,9 @@ void BlendedPicture::prepare(const ScriptPicture& picture, const zrLayout& layou
     const SampleConversion conversion = conversionFor(layout, matrix);
     for (int line = 0; line < picture.height; ++line) {
         const std::uint16_t* words = pixelOf(picture, 0, line);
+        std::int16_t* weights = m_lineWeights.data() + phase;
         for (int x = 0; x < picture.width; ++x)
-            m_lineWeights[static_cast<std::size_t>(phase + x)] =
-                static_cast<std::int16_t>(weightOf(words[x * pictureWords], opacity));
+            weights[x] = static_cast<std::int16_t>(weightOf(words[x * pictureWords], opacity));
         sortGroups();
         byRuns(m_kinds, [&](Kind kind, std::size_t first, std::size_t end) {
             if (kind != Kind::Transparent)

@@ -77,7 +77,8 @@ void writeWeights(const Places& places, const WeightedPixel* pixels, std::int16_
 
 template <class Places>
 void writeSamples(const Places& places, const WeightedPixel* pixels, std::uint8_t* samples) {
-    int luma[Places::form.pixels], cb[Places::form.pixels / 2], cr[Places::form.pixels / 2];
+    int luma[Places::form.pixels] = {}, cb[Places::form.pixels / 2] = {},
+        cr[Places::form.pixels / 2] = {};
     for (int i = 0; i < Places::form.pixels; i += 2) {
         const WeightedPixel &a = pixels[i], &b = pixels[i + 1];
         luma[i] = a.y;
