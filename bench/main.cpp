@@ -36,6 +36,7 @@ int main(int argc, char** argv) {
         addAreaComparisons();
         addFormatComparisons();
         addOverlayComparisons();
+        addPictureComparisons();
         addTransitionComparisons();
     }
     TableReporter reporter;

@@ -36,7 +36,7 @@ bool setPairs(ZRDraw& draw, double red, double green, double blue, bool foregrou
         return false;
     constexpr int depthOfColors = 10; // 4:2:2 in bytes drops the two low bits
     const int depth = layout->isPairs() ? 8 : depthOfColors;
-    const YCbCrSamples samples = samplesOf(*rule, depth, red, green, blue);
+    const YCbCrSamples samples = SampleConversion(*rule, depth)(red, green, blue);
     const auto colorOf = [&](int sample) {
         return static_cast<unsigned>(sample) << (depthOfColors - depth);
     };

@@ -10,7 +10,8 @@
 
 // The nearest whole number to one that is not negative.
 constexpr int nearest(double value) {
-    return static_cast<int>(value + 0.5);
+    const double raised = value + 0.5;
+    return static_cast<int>(raised);
 }
 
 // How much of a picture's sample shows. All of it is a power of two, so that it is the sample
@@ -25,7 +26,7 @@ inline constexpr int fullByte = 255;
 
 // `opacity` is 0 to 1.
 constexpr int weightOf(std::uint16_t alpha, double opacity) {
-    return nearest(alpha * opacity * fullWeight / fullWord);
+    return nearest(alpha * (opacity * fullWeight / fullWord));
 }
 
 // Where nothing is blended, pixels are opaque or are left out.
@@ -56,8 +57,10 @@ constexpr int chromaWeight(int weight0, int weight1) {
     return (weight0 + weight1 + 1) / 2;
 }
 constexpr int chromaSample(int sample0, int weight0, int sample1, int weight1) {
+    if (weight0 == weight1) // which most pixels have; the same without a division
+        return (sample0 + sample1 + 1) / 2;
     const int both = weight0 + weight1;
-    return both == 0 ? 0 : (sample0 * weight0 + sample1 * weight1 + both / 2) / both;
+    return (sample0 * weight0 + sample1 * weight1 + both / 2) / both;
 }
 
 // How the library's matrix modes turn colours into Y, Cb and Cr.
@@ -86,23 +89,35 @@ struct YCbCrSamples {
     int y, cb, cr;
 };
 
-// Samples of 8 or 10 bits of a colour, numbers 0 to 1. Studio range has the numbers of eight bits,
-// times four for ten; full range has all numbers. Those of 8 bits are made from ten, of which the
-// two low ones are dropped with 2 added before, so that they are rounded.
-constexpr YCbCrSamples samplesOf(const MatrixRule& rule, int depth, double red, double green,
-                                 double blue) {
-    constexpr int full10 = 1023;
-    const bool bytes = depth == 8;
-    const double whole = bytes ? 4 * fullByte : full10;
-    const double luma = rule.full ? whole : 4 * 219, chroma = rule.full ? whole : 4 * 224;
-    const int drop = bytes ? 2 : 0;
-    const auto sampleOf = [&](double zero, double value) {
-        return nearest(std::clamp<double>(zero + drop + value, 0, full10)) >> drop;
-    };
-    const LumaWeights& weights = rule.weights;
-    const double y = weights.red * red + weights.green() * green + weights.blue * blue;
-    const double cb = (blue - y) / (2 * (1 - weights.blue));
-    const double cr = (red - y) / (2 * (1 - weights.red));
-    return {sampleOf(rule.full ? 0 : 64, y * luma), sampleOf(512, cb * chroma),
-            sampleOf(512, cr * chroma)};
-}
+// Makes samples of 8 or 10 bits of colours, numbers 0 to 1. Studio range has the numbers of eight
+// bits, times four for ten; full range has all numbers. Those of 8 bits are made from ten, of which
+// the two low ones are dropped with 2 added before, so that they are rounded.
+class SampleConversion {
+public:
+    constexpr SampleConversion(const MatrixRule& rule, int depth)
+        : m_weights(rule.weights), m_cbUnit(2 * (1 - rule.weights.blue)),
+          m_crUnit(2 * (1 - rule.weights.red)), m_drop(depth == 8 ? 2 : 0) {
+        const double whole = depth == 8 ? 4 * fullByte : full10;
+        m_luma = rule.full ? whole : 4 * 219;
+        m_chroma = rule.full ? whole : 4 * 224;
+        m_black = rule.full ? 0 : 64;
+    }
+
+    constexpr YCbCrSamples operator()(double red, double green, double blue) const {
+        const double y = m_weights.red * red + m_weights.green() * green + m_weights.blue * blue;
+        const double cb = (blue - y) / m_cbUnit, cr = (red - y) / m_crUnit;
+        return {sampleOf(m_black, y * m_luma), sampleOf(grey, cb * m_chroma),
+                sampleOf(grey, cr * m_chroma)};
+    }
+
+private:
+    static constexpr int full10 = 1023, grey = 512;
+
+    constexpr int sampleOf(int zero, double value) const {
+        return nearest(std::min(std::max(zero + m_drop + value, 0.0), double{full10})) >> m_drop;
+    }
+
+    LumaWeights m_weights;
+    double m_cbUnit, m_crUnit, m_luma = 0, m_chroma = 0;
+    int m_drop, m_black = 0;
+};

@@ -1,12 +1,11 @@
 #include "picture_clip.h"
 
 #include "common/tool_error.h"
+#include "script/timed_clip.h"
 
 #include <fmt/format.h>
 
 #include <cstring>
-#include <new>
-#include <optional>
 #include <utility>
 
 #include <gst/app/gstappsink.h>
@@ -66,20 +65,6 @@ private:
     GstVideoFrame m_frame;
 };
 
-std::shared_ptr<const ScriptPicture> pictureOf(GstSample* sample) {
-    GstVideoInfo info;
-    if (!gst_video_info_from_caps(&info, gst_sample_get_caps(sample)))
-        throw Failure("a picture has no format");
-    const Mapping mapping(info, gst_sample_get_buffer(sample));
-    ScriptPicture picture{GST_VIDEO_INFO_WIDTH(&info), GST_VIDEO_INFO_HEIGHT(&info), {}};
-    const auto lineWords = static_cast<std::size_t>(picture.width) * pictureWords;
-    picture.words.resize(lineWords * static_cast<std::size_t>(picture.height));
-    for (int y = 0; y < picture.height; ++y)
-        std::memcpy(picture.words.data() + static_cast<std::size_t>(y) * lineWords, mapping.line(y),
-                    lineWords * sizeof picture.words[0]);
-    return std::make_shared<const ScriptPicture>(std::move(picture));
-}
-
 // The frames of a file, one by one.
 class FrameSource {
 public:
@@ -110,11 +95,33 @@ public:
         throw failure("no picture comes out of it");
     }
 
+    // Those that have no time begin at once.
+    static double secondsOf(GstSample& sample) {
+        const GstClockTime time =
+            gst_segment_to_stream_time(gst_sample_get_segment(&sample), GST_FORMAT_TIME,
+                                       GST_BUFFER_PTS(gst_sample_get_buffer(&sample)));
+        return GST_CLOCK_TIME_IS_VALID(time) ? static_cast<double>(time) / GST_SECOND : 0;
+    }
+
+    static std::shared_ptr<const ScriptPicture> pictureOf(GstSample& sample) {
+        GstVideoInfo info;
+        if (!gst_video_info_from_caps(&info, gst_sample_get_caps(&sample)))
+            throw Failure("a picture has no format");
+        const Mapping mapping(info, gst_sample_get_buffer(&sample));
+        ScriptPicture picture{GST_VIDEO_INFO_WIDTH(&info), GST_VIDEO_INFO_HEIGHT(&info), {}};
+        const auto lineWords = static_cast<std::size_t>(picture.width) * pictureWords;
+        picture.words.resize(lineWords * static_cast<std::size_t>(picture.height));
+        for (int y = 0; y < picture.height; ++y)
+            std::memcpy(picture.words.data() + static_cast<std::size_t>(y) * lineWords,
+                        mapping.line(y), lineWords * sizeof picture.words[0]);
+        return std::make_shared<const ScriptPicture>(std::move(picture));
+    }
+
+private:
     Failure failure(const std::string& reason) const {
         return Failure(fmt::format("cannot read '{}': {}", m_path, withoutFullStop(reason)));
     }
 
-private:
     GstElement* named(const char* name) const {
         return gst_bin_get_by_name(GST_BIN(m_pipeline.get()), name);
     }
@@ -134,65 +141,8 @@ private:
     Owned<GstBus> m_bus;
 };
 
-// Holds the file open, one picture of it and the frame behind that, which tells how long it lasts.
-class FileClip : public PictureClip {
-public:
-    explicit FileClip(const std::string& path) : m_path(path) { rewind(); }
-
-    std::shared_ptr<const ScriptPicture> at(double seconds) override {
-        const double until = seconds + clipTimeSlack;
-        if (until < m_begin && !m_isFirst)
-            rewind();
-        while (m_next && secondsOf(*m_next) <= until)
-            readOn();
-        if (m_frame) // whose picture nobody wanted before
-            m_picture = pictureOf(std::exchange(m_frame, nullptr).get());
-        return m_picture;
-    }
-
-private:
-    void rewind() {
-        m_source.emplace(m_path);
-        m_next = m_source->next();
-        if (!m_next)
-            throw m_source->failure("it holds no picture");
-        m_start = timeOf(*m_next);
-        readOn();
-        m_isFirst = true;
-    }
-
-    // Behind the last one the file is closed.
-    void readOn() {
-        m_begin = secondsOf(*m_next);
-        m_frame = std::move(m_next);
-        m_isFirst = false;
-        m_next = m_source->next();
-        if (!m_next)
-            m_source.reset();
-    }
-
-    static GstClockTime timeOf(GstSample& sample) {
-        const GstClockTime time =
-            gst_segment_to_stream_time(gst_sample_get_segment(&sample), GST_FORMAT_TIME,
-                                       GST_BUFFER_PTS(gst_sample_get_buffer(&sample)));
-        return GST_CLOCK_TIME_IS_VALID(time) ? time : 0;
-    }
-    double secondsOf(GstSample& sample) const {
-        const auto since = static_cast<GstClockTimeDiff>(timeOf(sample) - m_start);
-        return static_cast<double>(since) / GST_SECOND;
-    }
-
-    std::string m_path;
-    std::optional<FrameSource> m_source;
-    Owned<GstSample> m_frame, m_next;
-    GstClockTime m_start = 0; // of the first frame
-    double m_begin = 0;       // of the frame that was read last
-    bool m_isFirst = true;
-    std::shared_ptr<const ScriptPicture> m_picture;
-};
-
 } // namespace
 
 std::unique_ptr<PictureClip> openPictureClip(const std::string& path) {
-    return std::make_unique<FileClip>(path);
+    return std::make_unique<TimedClip<FrameSource>>(path);
 }

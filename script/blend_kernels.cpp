@@ -13,7 +13,8 @@
 
 namespace {
 
-constexpr int pixelBytes = 4;
+constexpr std::size_t pixelBytes = 4;
+constexpr std::size_t vectorBytes = sizeof(__m128i);
 
 // What `blended` gives is the sample below and this part of the difference, which one instruction
 // makes of signed words: a product of 15 bits behind the point, rounded.
@@ -31,6 +32,17 @@ TARGET inline void store(void* to, __m128i value) {
     _mm_storeu_si128(static_cast<__m128i*>(to), value);
 }
 
+// A vector of bytes by the weights of its lower and upper half.
+TARGET inline void blendVector(std::uint8_t* under, const std::uint8_t* samples, __m128i lower,
+                               __m128i upper) {
+    const __m128i zero = _mm_setzero_si128(), below = load(under), above = load(samples);
+    const __m128i first =
+        blendWords(_mm_unpacklo_epi8(below, zero), _mm_unpacklo_epi8(above, zero), lower);
+    const __m128i second =
+        blendWords(_mm_unpackhi_epi8(below, zero), _mm_unpackhi_epi8(above, zero), upper);
+    store(under, _mm_packus_epi16(first, second));
+}
+
 bool isOpaque(const std::uint8_t* pixels, std::size_t count, int alpha) {
     std::uint32_t all = ~0U;
     for (std::size_t i = 0; i < count; ++i) {
@@ -45,7 +57,7 @@ void blendOver(std::uint8_t* under, const std::uint8_t* sample, int weight, int 
     if (weight == 0)
         return;
     const int underAlpha = under[alpha];
-    for (int i = 0; i < pixelBytes; ++i)
+    for (int i = 0; i < int{pixelBytes}; ++i)
         under[i] = static_cast<std::uint8_t>(
             i == alpha ? blended(weight, sample[i], underAlpha)
                        : blendedOver(weight, sample[i], under[i], underAlpha));
@@ -83,33 +95,40 @@ constexpr int unusedBits = ~((1 << 3 * sampleBits) - 1);
 
 TARGET void blendBytes(std::uint8_t* under, const std::uint8_t* samples,
                        const std::int16_t* weights, std::size_t count) {
-    constexpr std::size_t step = sizeof(__m128i);
-    const __m128i zero = _mm_setzero_si128();
     std::size_t i = 0;
-    for (; i + step <= count; i += step) {
-        const __m128i below = load(under + i), above = load(samples + i);
-        const __m128i first = blendWords(_mm_unpacklo_epi8(below, zero),
-                                         _mm_unpacklo_epi8(above, zero), load(weights + i));
-        const __m128i second =
-            blendWords(_mm_unpackhi_epi8(below, zero), _mm_unpackhi_epi8(above, zero),
-                       load(weights + i + step / 2));
-        store(under + i, _mm_packus_epi16(first, second));
-    }
+    for (; i + vectorBytes <= count; i += vectorBytes)
+        blendVector(under + i, samples + i, load(weights + i), load(weights + i + vectorBytes / 2));
     for (; i < count; ++i)
         under[i] = static_cast<std::uint8_t>(blended(weights[i], samples[i], under[i]));
 }
 
-void blendPixels(std::uint8_t* under, const std::uint8_t* samples, const std::int16_t* weights,
-                 std::size_t pixels, int alpha) {
+TARGET void blendPixels(std::uint8_t* under, const std::uint8_t* samples,
+                        const std::int16_t* weights, std::size_t pixels) {
+    constexpr std::size_t vectorPixels = vectorBytes / pixelBytes;
+    std::size_t i = 0;
+    for (; i + vectorPixels <= pixels; i += vectorPixels) {
+        const __m128i four = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(weights + i));
+        const __m128i twice = _mm_unpacklo_epi16(four, four);
+        blendVector(under + i * pixelBytes, samples + i * pixelBytes,
+                    _mm_unpacklo_epi32(twice, twice), _mm_unpackhi_epi32(twice, twice));
+    }
+    for (std::size_t at = i * pixelBytes; at < pixels * pixelBytes; ++at)
+        under[at] =
+            static_cast<std::uint8_t>(blended(weights[at / pixelBytes], samples[at], under[at]));
+}
+
+void blendPixelsOver(std::uint8_t* under, const std::uint8_t* samples, const std::int16_t* weights,
+                     std::size_t pixels, int alpha) {
     constexpr std::size_t atOnce = 512; // which the first cache holds until they are blended
     for (std::size_t i = 0; i < pixels; i += atOnce) {
-        const std::size_t count = std::min(atOnce, pixels - i), at = i * pixelBytes;
-        if (isOpaque(under + at, count, alpha)) {
-            blendBytes(under + at, samples + at, weights + at, count * pixelBytes);
+        const std::size_t end = std::min(i + atOnce, pixels);
+        if (isOpaque(under + i * pixelBytes, end - i, alpha)) {
+            blendPixels(under + i * pixelBytes, samples + i * pixelBytes, weights + i, end - i);
             continue;
         }
-        for (std::size_t sample = at; sample < at + count * pixelBytes; sample += pixelBytes)
-            blendOver(under + sample, samples + sample, weights[sample], alpha);
+        for (std::size_t pixel = i; pixel < end; ++pixel)
+            blendOver(under + pixel * pixelBytes, samples + pixel * pixelBytes, weights[pixel],
+                      alpha);
     }
 }
 

@@ -4,13 +4,16 @@
 #include <cstddef>
 #include <cstdint>
 
-// Each sample with a weight of its own.
+// Samples with a weight each.
 void blendBytes(std::uint8_t* under, const std::uint8_t* samples, const std::int16_t* weights,
                 std::size_t count);
 
-// Pixels of four bytes, alpha at the given one. They may show through.
+// Pixels of four bytes with a weight each.
 void blendPixels(std::uint8_t* under, const std::uint8_t* samples, const std::int16_t* weights,
-                 std::size_t pixels, int alpha);
+                 std::size_t pixels);
+// The same where those below may show through; alpha is the byte of that number.
+void blendPixelsOver(std::uint8_t* under, const std::uint8_t* samples, const std::int16_t* weights,
+                     std::size_t pixels, int alpha);
 
 // The weights of a group of v210: of the low and middle sample of each of its words in turns, then
 // of the high ones, each with a 0 behind it.

@@ -1,7 +1,6 @@
 #include "script/blended_picture.h"
 
 #include "script/blend_kernels.h"
-#include "script/sample_groups.h"
 
 #include <algorithm>
 #include <cstring>
@@ -22,25 +21,6 @@ void byRuns(const Kinds& kinds, Work work) {
     }
 }
 
-// The columns of a picture by the groups that they fall into.
-struct Groups {
-    int pixels, phase, width;
-
-    int count() const { return (phase + width + pixels - 1) / pixels; }
-    int firstColumn(int group) const { return std::max(group * pixels - phase, 0); }
-    int endColumn(int group) const { return std::min((group + 1) * pixels - phase, width); }
-};
-
-void readGroup(const std::uint16_t* line, const Groups& groups, int group, double opacity,
-               WeightedPixel* pixels) {
-    std::fill_n(pixels, groups.pixels, WeightedPixel{});
-    for (int column = groups.firstColumn(group); column < groups.endColumn(group); ++column) {
-        const std::uint16_t* words = line + column * pictureWords;
-        pixels[column + groups.phase - group * groups.pixels] = {
-            words[1], words[2], words[3], static_cast<std::int16_t>(weightOf(words[0], opacity))};
-    }
-}
-
 } // namespace
 
 int BlendedPicture::groupPixels(const zrLayout& layout) {
@@ -54,33 +34,38 @@ void BlendedPicture::prepare(const ScriptPicture& picture, const zrLayout& layou
     m_runs.clear();
     m_samples.clear();
     m_weights.clear();
+    const int pixels = groupPixels(layout), groups = (phase + picture.width + pixels - 1) / pixels;
+    m_kinds.resize(static_cast<std::size_t>(groups));
+    m_pixels.resize(m_kinds.size() * static_cast<std::size_t>(pixels));
+    m_lineWeights.assign(m_pixels.size(), 0);
+    const SampleConversion conversion = conversionFor(layout, matrix);
     for (int line = 0; line < picture.height; ++line) {
-        sortGroups(picture, line, opacity);
+        const std::uint16_t* words = pixelOf(picture, 0, line);
+        std::int16_t* weights = m_lineWeights.data() + phase;
+        for (int x = 0; x < picture.width; ++x)
+            weights[x] = static_cast<std::int16_t>(weightOf(words[x * pictureWords], opacity));
+        sortGroups();
         byRuns(m_kinds, [&](Kind kind, std::size_t first, std::size_t end) {
             if (kind != Kind::Transparent)
-                appendRun(picture, line, static_cast<int>(first), static_cast<int>(end), matrix,
-                          opacity);
+                appendRun(picture, line, static_cast<int>(first), static_cast<int>(end),
+                          conversion);
         });
     }
 }
 
 // Tells what kind the groups of a line are, and counts those of short runs among their soft
 // neighbours, but for the transparent ones at both ends.
-void BlendedPicture::sortGroups(const ScriptPicture& picture, int line, double opacity) {
-    const Groups groups{groupPixels(*m_layout), m_phase, picture.width};
-    const std::uint16_t* words = pixelOf(picture, 0, line);
-    m_kinds.resize(static_cast<std::size_t>(groups.count()));
-    for (int group = 0; group < groups.count(); ++group) {
-        const int first = groups.firstColumn(group), end = groups.endColumn(group);
-        int least = end - first == groups.pixels ? fullWeight : 0, most = 0;
-        for (int column = first; column < end; ++column) {
-            const int weight = weightOf(words[column * pictureWords], opacity);
-            least = std::min(least, weight);
-            most = std::max(most, weight);
+void BlendedPicture::sortGroups() {
+    const int pixels = groupPixels(*m_layout);
+    const std::int16_t* weights = m_lineWeights.data();
+    for (Kind& kind : m_kinds) {
+        int all = fullWeight, any = 0;
+        for (int i = 0; i < pixels; ++i) {
+            all &= weights[i]; // only the full one has its bit
+            any |= weights[i];
         }
-        m_kinds[static_cast<std::size_t>(group)] = most == 0             ? Kind::Transparent
-                                                   : least == fullWeight ? Kind::Opaque
-                                                                         : Kind::Soft;
+        kind = any == 0 ? Kind::Transparent : all == fullWeight ? Kind::Opaque : Kind::Soft;
+        weights += pixels;
     }
     byRuns(m_kinds, [&](Kind kind, std::size_t first, std::size_t end) {
         const bool atEnd = first == 0 || end == m_kinds.size();
@@ -91,26 +76,42 @@ void BlendedPicture::sortGroups(const ScriptPicture& picture, int line, double o
 }
 
 void BlendedPicture::appendRun(const ScriptPicture& picture, int line, int first, int end,
-                               const MatrixRule& matrix, double opacity) {
+                               const SampleConversion& conversion) {
     const GroupForm form = groupFormOf(*m_layout);
-    const Groups groups{form.pixels, m_phase, picture.width};
     const bool opaque = m_kinds[static_cast<std::size_t>(first)] == Kind::Opaque;
     const Run run{line, first, end - first, opaque, m_samples.size(), m_weights.size()};
+    m_runs.push_back(run);
     const auto count = static_cast<std::size_t>(run.count);
     m_samples.resize(run.samples + count * static_cast<std::size_t>(form.bytes));
+    std::uint8_t* samples = m_samples.data() + run.samples;
     if (!opaque)
         m_weights.resize(run.weights + count * static_cast<std::size_t>(form.weights));
-    std::uint8_t* samples = m_samples.data() + run.samples;
-    std::int16_t* weights = m_weights.data() + run.weights;
-    for (int group = first; group < end; ++group) {
-        WeightedPixel pixels[mostGroupPixels];
-        std::int16_t unused[mostGroupWeights];
-        readGroup(pixelOf(picture, 0, line), groups, group, opacity, pixels);
-        writeGroup(*m_layout, matrix, pixels, samples, opaque ? unused : weights);
-        samples += form.bytes;
-        weights += opaque ? 0 : form.weights;
+    std::int16_t* weights = opaque ? nullptr : m_weights.data() + run.weights;
+    if (isRgb32(*m_layout)) {
+        writeRgb(m_layout->bytes, pixelOf(picture, first, line), run.count, samples);
+        if (weights)
+            std::copy_n(m_lineWeights.data() + first, count, weights);
+    } else {
+        readPixels(picture, line, first * form.pixels, end * form.pixels, conversion);
+        writeGroups(*m_layout, m_pixels.data() + first * form.pixels, run.count, samples, weights);
     }
-    m_runs.push_back(run);
+}
+
+// From a pixel of the line's groups to another.
+void BlendedPicture::readPixels(const ScriptPicture& picture, int line, int first, int end,
+                                const SampleConversion& conversion) {
+    constexpr double unit = 1.0 / fullWord;
+    for (int i = first; i < end; ++i) {
+        WeightedPixel& pixel = m_pixels[static_cast<std::size_t>(i)];
+        pixel = {0, 0, 0, m_lineWeights[static_cast<std::size_t>(i)]};
+        if (pixel.weight == 0) // it may be off the picture
+            continue;
+        const std::uint16_t* words = pixelOf(picture, i - m_phase, line);
+        const YCbCrSamples samples = conversion(words[1] * unit, words[2] * unit, words[3] * unit);
+        pixel.y = static_cast<std::int16_t>(samples.y);
+        pixel.cb = static_cast<std::int16_t>(samples.cb);
+        pixel.cr = static_cast<std::int16_t>(samples.cr);
+    }
 }
 
 void BlendedPicture::blend(const PictureView& frame, int x, int y, bool alphaCounts) const {
@@ -146,14 +147,16 @@ void BlendedPicture::blendGroups(unsigned char* under, const Run& run, std::size
     const std::int16_t* weights =
         m_weights.data() + run.weights +
         (run.opaque ? 0 : skipped * static_cast<std::size_t>(form.weights));
-    if (isV210(*m_layout))
+    if (m_layout->code == ptV210)
         run.opaque ? copyV210(under, samples, count) : blendV210(under, samples, weights, count);
     else if (run.opaque)
         std::memcpy(under, samples, count * bytes);
-    else if (alphaCounts && m_layout->bytes.a >= 0)
-        blendPixels(under, samples, weights, count, m_layout->bytes.a);
-    else
+    else if (m_layout->isPairs())
         blendBytes(under, samples, weights, count * bytes);
+    else if (alphaCounts)
+        blendPixelsOver(under, samples, weights, count, m_layout->bytes.a);
+    else
+        blendPixels(under, samples, weights, count);
 }
 
 // The last group of a line whose width is no number of whole ones.
@@ -169,7 +172,7 @@ void BlendedPicture::blendPart(unsigned char* under, const Run& run, std::size_t
         std::copy_n(m_weights.data() + run.weights + skipped * count, count, weights);
     cutGroup(*m_layout, pixels, weights);
     const std::uint8_t* samples = m_samples.data() + run.samples + skipped * bytes;
-    if (isV210(*m_layout))
+    if (m_layout->code == ptV210)
         blendV210(under, samples, weights, 1);
     else
         blendBytes(under, samples, weights, bytes);

@@ -5,6 +5,7 @@
 #include "common/picture_view.h"
 #include "common/sample_rules.h"
 #include "script/pictures.h"
+#include "script/sample_groups.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -35,9 +36,11 @@ private:
     };
     enum class Kind : std::uint8_t { Transparent, Soft, Opaque };
 
-    void sortGroups(const ScriptPicture& picture, int line, double opacity);
+    void sortGroups();
     void appendRun(const ScriptPicture& picture, int line, int first, int end,
-                   const MatrixRule& matrix, double opacity);
+                   const SampleConversion& conversion);
+    void readPixels(const ScriptPicture& picture, int line, int first, int end,
+                    const SampleConversion& conversion);
     void blendRun(const PictureView& frame, const Run& run, unsigned char* line,
                   std::int64_t origin, bool alphaCounts) const;
     void blendGroups(unsigned char* under, const Run& run, std::size_t skipped, std::size_t count,
@@ -49,5 +52,9 @@ private:
     std::vector<Run> m_runs;
     std::vector<std::uint8_t> m_samples;
     std::vector<std::int16_t> m_weights;
-    std::vector<Kind> m_kinds; // of the groups of a line
+
+    // Of a line while it is made ready, in whole groups; pixels off the picture have the weight 0.
+    std::vector<std::int16_t> m_lineWeights;
+    std::vector<Kind> m_kinds;
+    std::vector<WeightedPixel> m_pixels;
 };

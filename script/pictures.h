@@ -36,9 +36,5 @@ public:
     virtual std::shared_ptr<const ScriptPicture> at(double seconds) = 0;
 };
 
-// Frames of a clip may begin this much later than asked for and be shown nevertheless: times of
-// files are rounded, often to milliseconds.
-inline constexpr double clipTimeSlack = 0.0005;
-
 // Opens a file. One that cannot be read is a Failure of common/tool_error.h that names it and why.
 using PictureOpener = std::function<std::unique_ptr<PictureClip>(const std::string& path)>;

@@ -3,101 +3,141 @@
 #include "script/blend_kernels.h"
 #include "zrdraw/v210.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace {
 
-enum Component : unsigned { luma, cb, cr };
-
-constexpr int pairBytes = 4;
-
-constexpr GroupForm rgbForm{1, 4, 4};
-constexpr GroupForm pairForm{2, pairBytes, pairBytes};
+constexpr GroupForm rgbForm{1, 4, 1};
+constexpr GroupForm pairForm{2, 4, 4};
 constexpr GroupForm v210Form{zrV210::groupPixels, zrV210::groupBytes, v210Weights};
-static_assert(v210Form.pixels <= mostGroupPixels && v210Form.weights <= mostGroupWeights);
+static_assert(v210Form.weights <= mostGroupWeights);
 
-int offsetInPair(const zrPairOrder& order, int pixel, Component component) {
-    if (component == luma)
-        return pixel == 0 ? order.y0 : order.y1;
-    return component == cb ? order.cb : order.cr;
-}
+// Where the samples and weights of a group stand. Chroma is that of the pair of the pixel.
+class PairPlaces {
+public:
+    static constexpr GroupForm form = pairForm;
+    explicit PairPlaces(const zrLayout& layout) : m_order(layout.pair) {}
 
-int weightAt(const zrLayout& layout, int pixel, Component component) {
-    if (layout.isPairs())
-        return offsetInPair(layout.pair, pixel, component);
-    const zrV210::Place place = zrV210::placeOf(static_cast<unsigned>(pixel), component);
-    return v210WeightAt(place.word, place.field());
-}
+    int lumaWeight(int pixel) const { return pixel == 0 ? m_order.y0 : m_order.y1; }
+    int cbWeight(int) const { return m_order.cb; }
+    int crWeight(int) const { return m_order.cr; }
 
-void writeSample(const zrLayout& layout, int pixel, Component component, int sample,
-                 std::uint8_t* samples) {
-    if (layout.isPairs()) {
-        samples[offsetInPair(layout.pair, pixel, component)] = static_cast<std::uint8_t>(sample);
-        return;
+    void write(const int (&luma)[form.pixels], const int (&cb)[form.pixels / 2],
+               const int (&cr)[form.pixels / 2], std::uint8_t* samples) const {
+        samples[m_order.y0] = static_cast<std::uint8_t>(luma[0]);
+        samples[m_order.y1] = static_cast<std::uint8_t>(luma[1]);
+        samples[m_order.cb] = static_cast<std::uint8_t>(cb[0]);
+        samples[m_order.cr] = static_cast<std::uint8_t>(cr[0]);
     }
-    const zrV210::Place place = zrV210::placeOf(static_cast<unsigned>(pixel), component);
-    std::uint8_t* const at = samples + place.word * zrV210::wordBytes;
-    std::uint32_t word = 0;
-    std::memcpy(&word, at, sizeof word);
-    word |= static_cast<std::uint32_t>(sample) << place.bit;
-    std::memcpy(at, &word, sizeof word);
+
+private:
+    const zrPairOrder m_order;
+};
+
+class V210Places {
+public:
+    static constexpr GroupForm form = v210Form;
+    explicit V210Places(const zrLayout&) {}
+
+    static int lumaWeight(int pixel) { return weightAt(zrV210::luma[pixel]); }
+    static int cbWeight(int pixel) { return weightAt(zrV210::cb[pixel / 2]); }
+    static int crWeight(int pixel) { return weightAt(zrV210::cr[pixel / 2]); }
+
+    static void write(const int (&luma)[form.pixels], const int (&cb)[form.pixels / 2],
+                      const int (&cr)[form.pixels / 2], std::uint8_t* samples) {
+        std::uint32_t words[zrV210::groupBytes / zrV210::wordBytes] = {};
+        const auto add = [&](zrV210::Place place, int sample) {
+            words[place.word] |= static_cast<std::uint32_t>(sample) << place.bit;
+        };
+        for (int i = 0; i < form.pixels; ++i)
+            add(zrV210::luma[i], luma[i]);
+        for (int i = 0; i < form.pixels / 2; ++i) {
+            add(zrV210::cb[i], cb[i]);
+            add(zrV210::cr[i], cr[i]);
+        }
+        std::memcpy(samples, words, sizeof words);
+    }
+
+private:
+    static constexpr int weightAt(zrV210::Place place) {
+        return v210WeightAt(place.word, place.field());
+    }
+};
+
+template <class Places>
+void writeWeights(const Places& places, const WeightedPixel* pixels, std::int16_t* weights) {
+    std::memset(weights, 0, Places::form.weights * sizeof *weights);
+    for (int i = 0; i < Places::form.pixels; i += 2) {
+        weights[places.lumaWeight(i)] = pixels[i].weight;
+        weights[places.lumaWeight(i + 1)] = pixels[i + 1].weight;
+        weights[places.cbWeight(i)] = weights[places.crWeight(i)] =
+            static_cast<std::int16_t>(chromaWeight(pixels[i].weight, pixels[i + 1].weight));
+    }
 }
 
-void writeRgb(const zrByteOrder& order, const WeightedPixel& pixel, std::uint8_t* samples,
+template <class Places>
+void writeSamples(const Places& places, const WeightedPixel* pixels, std::uint8_t* samples) {
+    int luma[Places::form.pixels] = {}, cb[Places::form.pixels / 2] = {},
+        cr[Places::form.pixels / 2] = {};
+    for (int i = 0; i < Places::form.pixels; i += 2) {
+        const WeightedPixel &a = pixels[i], &b = pixels[i + 1];
+        luma[i] = a.y;
+        luma[i + 1] = b.y;
+        cb[i / 2] = chromaSample(a.cb, a.weight, b.cb, b.weight);
+        cr[i / 2] = chromaSample(a.cr, a.weight, b.cr, b.weight);
+    }
+    places.write(luma, cb, cr, samples);
+}
+
+template <class Places>
+void writeAll(const Places& places, const WeightedPixel* pixels, int groups, std::uint8_t* samples,
               std::int16_t* weights) {
-    samples[order.r] = byteOfWord(pixel.red);
-    samples[order.g] = byteOfWord(pixel.green);
-    samples[order.b] = byteOfWord(pixel.blue);
-    samples[order.a] = fullByte;
-    std::fill_n(weights, rgbForm.weights, pixel.weight);
+    for (int i = 0; i < groups; ++i, pixels += Places::form.pixels) {
+        writeSamples(places, pixels, samples + i * Places::form.bytes);
+        if (weights)
+            writeWeights(places, pixels, weights + i * Places::form.weights);
+    }
 }
 
-YCbCrSamples samplesOf(const WeightedPixel& pixel, const MatrixRule& matrix, int depth) {
-    if (pixel.weight == 0)
-        return {};
-    constexpr double unit = 1.0 / fullWord;
-    return samplesOf(matrix, depth, pixel.red * unit, pixel.green * unit, pixel.blue * unit);
+template <class Places>
+void cut(const Places& places, int pixels, std::int16_t* weights) {
+    for (int i = pixels; i < Places::form.pixels; ++i)
+        weights[places.lumaWeight(i)] = 0;
+    for (int i = pixels - pixels % 2; i < Places::form.pixels; i += 2)
+        weights[places.cbWeight(i)] = weights[places.crWeight(i)] = weights[places.lumaWeight(i)];
 }
 
 } // namespace
 
 GroupForm groupFormOf(const zrLayout& layout) {
-    return layout.isPairs() ? pairForm : isV210(layout) ? v210Form : rgbForm;
+    return isRgb32(layout) ? rgbForm : layout.isPairs() ? pairForm : v210Form;
 }
 
-void writeGroup(const zrLayout& layout, const MatrixRule& matrix, const WeightedPixel* pixels,
-                std::uint8_t* samples, std::int16_t* weights) {
-    if (layout.bytes.a >= 0)
-        return writeRgb(layout.bytes, *pixels, samples, weights);
-    const GroupForm form = groupFormOf(layout);
-    std::fill_n(samples, form.bytes, std::uint8_t{0});
-    std::fill_n(weights, form.weights, std::int16_t{0});
-    const int depth = layout.isPairs() ? 8 : zrV210::sampleBits;
-    const auto write = [&](int pixel, Component component, int sample, int weight) {
-        writeSample(layout, pixel, component, sample, samples);
-        weights[weightAt(layout, pixel, component)] = static_cast<std::int16_t>(weight);
-    };
-    for (int i = 0; i < form.pixels; i += 2) {
-        const int weight0 = pixels[i].weight, weight1 = pixels[i + 1].weight;
-        const YCbCrSamples a = samplesOf(pixels[i], matrix, depth);
-        const YCbCrSamples b = samplesOf(pixels[i + 1], matrix, depth);
-        const int chroma = chromaWeight(weight0, weight1);
-        write(i, luma, a.y, weight0);
-        write(i + 1, luma, b.y, weight1);
-        write(i, cb, chromaSample(a.cb, weight0, b.cb, weight1), chroma);
-        write(i, cr, chromaSample(a.cr, weight0, b.cr, weight1), chroma);
+void writeRgb(const zrByteOrder& order, const std::uint16_t* words, int pixels,
+              std::uint8_t* samples) {
+    for (int i = 0; i < pixels; ++i, words += pictureWords, samples += rgbForm.bytes) {
+        samples[order.r] = byteOfWord(words[1]);
+        samples[order.g] = byteOfWord(words[2]);
+        samples[order.b] = byteOfWord(words[3]);
+        samples[order.a] = fullByte;
     }
 }
 
+SampleConversion conversionFor(const zrLayout& layout, const MatrixRule& matrix) {
+    return {matrix, layout.isPairs() ? 8 : int{zrV210::sampleBits}};
+}
+
+void writeGroups(const zrLayout& layout, const WeightedPixel* pixels, int groups,
+                 std::uint8_t* samples, std::int16_t* weights) {
+    if (layout.isPairs())
+        writeAll(PairPlaces(layout), pixels, groups, samples, weights);
+    else
+        writeAll(V210Places(layout), pixels, groups, samples, weights);
+}
+
 void cutGroup(const zrLayout& layout, int pixels, std::int16_t* weights) {
-    const auto weight = [&](int pixel, Component component) -> std::int16_t& {
-        return weights[weightAt(layout, pixel, component)];
-    };
-    const int all = groupFormOf(layout).pixels;
-    for (int i = pixels; i < all; ++i)
-        weight(i, luma) = 0;
-    for (int i = pixels - pixels % 2; i < all; i += 2)
-        for (const Component chroma : {cb, cr})
-            weight(i, chroma) = weight(i, luma);
+    if (layout.isPairs())
+        cut(PairPlaces(layout), pixels, weights);
+    else
+        cut(V210Places(layout), pixels, weights);
 }

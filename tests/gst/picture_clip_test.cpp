@@ -98,6 +98,15 @@ TEST_F(GstPictureClip, AClipShowsTheLatestFrameOfATime) {
     }
 }
 
+TEST_F(GstPictureClip, SoundAndOddNamesAreNoHindrance) {
+    const std::string name = "on air 100%20#1?.mov";
+    make("qtmux name=m ! filesink location=\"" + at(name) + "\" " + flat("FF0080FF", 3) +
+         "! pngenc ! queue ! m. audiotestsrc num-buffers=30 ! queue ! m.");
+    const auto clip = openPictureClip(at(name));
+    for (const double seconds : {0.0, 0.2, 5.0, 0.1})
+        EXPECT_TRUE(isFlat(*clip->at(seconds), blue)) << seconds;
+}
+
 TEST_F(GstPictureClip, WhatCannotBeReadIsNamed) {
     std::ofstream(at("text.png")) << "no picture\n";
     std::ofstream(at("empty.png"));
