@@ -2,7 +2,7 @@
 #include "buffers.h"
 #include "comparison.h"
 #include "peers.h"
-#include "script/picture_layer.h"
+#include "script/pictures/picture_layer.h"
 #include "subsystems.h"
 
 #include <algorithm>

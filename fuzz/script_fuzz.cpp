@@ -2,7 +2,7 @@
 // first byte chooses the layout.
 #include "common/tool_error.h"
 #include "draw_object.h"
-#include "script/parser.h"
+#include "script/language/parser.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,7 +1,7 @@
 #include "picture_clip.h"
 
 #include "common/tool_error.h"
-#include "script/timed_clip.h"
+#include "script/pictures/timed_clip.h"
 
 #include <fmt/format.h>
 

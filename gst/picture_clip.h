@@ -1,7 +1,7 @@
 // Pictures and clips that scripts put on frames, from any file that GStreamer decodes.
 #pragma once
 
-#include "script/pictures.h"
+#include "script/pictures/pictures.h"
 
 #include <memory>
 #include <string>

@@ -8,8 +8,8 @@
 #include "frame_levels.h"
 #include "guard.h"
 #include "picture_clip.h"
+#include "script/language/script_file.h"
 #include "script/player.h"
-#include "script/script_file.h"
 #include "script_stream.h"
 #include "working_picture.h"
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "frame_clock.h"
-#include "script/facts.h"
+#include "script/frame_facts.h"
 
 #include <string>
 

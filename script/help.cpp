@@ -1,8 +1,8 @@
 #include "script/help.h"
 
-#include "script/expression.h"
-#include "script/field_text.h"
-#include "script/operations.h"
+#include "script/language/expression.h"
+#include "script/language/field_text.h"
+#include "script/operations/operations.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 // Where the coordinates of commands lie on the frame.
 #pragma once
 
-#include "script/operations.h"
+#include "script/operations/operations.h"
 
 // A grid over the frame, of pixels unless told, a part of the frame in its middle that is safe to
 // use, and a pixel of that part from which coordinates count.

@@ -1,8 +1,8 @@
 // A script with all that belongs to it, on the frames of one stream.
 #pragma once
 
-#include "script/lua_program.h"
-#include "script/parser.h"
+#include "script/language/parser.h"
+#include "script/lua/lua_program.h"
 #include "script/runner.h"
 
 #include <memory>

@@ -2,7 +2,7 @@
 
 #include "common/time_code_text.h"
 #include "common/tool_error.h"
-#include "script/statement_reader.h"
+#include "script/language/statement_reader.h"
 #include "zrdraw/zrhost.h"
 
 #include <fmt/format.h>

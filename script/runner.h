@@ -1,7 +1,7 @@
 // Runs a list of commands on frames.
 #pragma once
 
-#include "script/parser.h"
+#include "script/language/parser.h"
 #include "script/stage.h"
 
 #include <map>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "common/picture_view.h"
-#include "script/facts.h"
-#include "script/names.h"
+#include "script/frame_facts.h"
+#include "script/language/names.h"
 #include "script/place.h"
 #include "zrdraw/zrdraw.h"
 

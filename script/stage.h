@@ -2,8 +2,8 @@
 // frame to the next.
 #pragma once
 
-#include "script/field_text.h"
-#include "script/picture_shelf.h"
+#include "script/language/field_text.h"
+#include "script/pictures/picture_shelf.h"
 #include "script/scene.h"
 
 #include <functional>

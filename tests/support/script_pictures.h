@@ -1,7 +1,7 @@
 // Pictures for scripts, made of numbers.
 #pragma once
 
-#include "script/pictures.h"
+#include "script/pictures/pictures.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,6 +1,6 @@
 // Pictures on frames: against a plain way of doing the same, pixel by pixel.
 #include "common/picture_color.h"
-#include "script/picture_layer.h"
+#include "script/pictures/picture_layer.h"
 #include "support/guarded_memory.h"
 #include "support/script_pictures.h"
 #include "zrdraw/v210.h"

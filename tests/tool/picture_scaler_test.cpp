@@ -1,5 +1,5 @@
 // Pictures in other sizes.
-#include "script/picture_scaler.h"
+#include "script/pictures/picture_scaler.h"
 #include "support/script_pictures.h"
 
 #include <gtest/gtest.h>

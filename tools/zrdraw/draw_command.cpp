@@ -7,8 +7,8 @@
 #include "media/picture_clip.h"
 #include "option_values.h"
 #include "script/help.h"
+#include "script/language/script_file.h"
 #include "script/player.h"
-#include "script/script_file.h"
 #include "script_facts.h"
 #include "subcommand.h"
 

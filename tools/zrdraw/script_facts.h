@@ -4,7 +4,7 @@
 #include "media/frame.h"
 #include "media/reader.h"
 #include "media/time_code.h"
-#include "script/facts.h"
+#include "script/frame_facts.h"
 
 class ScriptFacts {
 public:

@@ -3,10 +3,10 @@
 #include "common/layout_names.h"
 #include "common/mux_modes.h"
 #include "common/wipe_names.h"
-#include "script/expression.h"
-#include "script/field_text.h"
-#include "script/lua_program.h"
-#include "script/operations.h"
+#include "script/language/expression.h"
+#include "script/language/field_text.h"
+#include "script/lua/lua_program.h"
+#include "script/operations/operations.h"
 #include "zrdraw/overlay_settings.h"
 
 #include <fmt/format.h>

@@ -5,7 +5,7 @@
 #include "common/setting_names.h"
 #include "common/wipe_names.h"
 #include "option_values.h"
-#include "script/operations.h"
+#include "script/operations/operations.h"
 
 #include <algorithm>
 #include <cctype>

@@ -2,7 +2,7 @@
 
 #include "common/tool_error.h"
 #include "media/reader.h"
-#include "script/timed_clip.h"
+#include "script/pictures/timed_clip.h"
 
 #include <cstring>
 #include <optional>

@@ -1,0 +1,286 @@
+#include "script/language/statement_reader.h"
+
+#include "common/numbers.h"
+#include "script/language/script_file.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <optional>
+
+namespace {
+
+using Kind = Parameter::Kind;
+
+constexpr std::string_view timeCodeForm = "dd:dd:dd?dd";
+
+bool isTimeCode(std::string_view text) {
+    const auto matches = [](char c, char form) {
+        return form == 'd' ? c >= '0' && c <= '9' : form == '?' ? c == ':' || c == ';' : c == form;
+    };
+    return text.size() >= timeCodeForm.size() && text.size() <= timeCodeForm.size() + 1 &&
+           std::equal(timeCodeForm.begin(), timeCodeForm.end(), text.begin(),
+                      [&](char form, char c) { return matches(c, form); }) &&
+           matches(text.back(), 'd');
+}
+
+class StatementReader {
+public:
+    StatementReader(const Statement& words, const Operation& operation, const Names& names,
+                    const std::string& folder, Command& command)
+        : m_words(words), m_operation(operation), m_names(names), m_folder(folder),
+          m_command(command) {}
+
+    void read() {
+        std::vector<Argument> arguments(m_operation.parameters.size());
+        for (std::size_t i = 0; i < arguments.size(); ++i)
+            if (parameter(i).kind == Kind::Flag)
+                i += parameter(i).takes;
+            else
+                readParameter(i, arguments[i]);
+        readFlags(arguments);
+        m_command.arguments = Arguments(std::move(arguments));
+        requireSound();
+    }
+
+private:
+    const Parameter& parameter(std::size_t i) const { return m_operation.parameters[i]; }
+    bool atEnd() const { return m_next == m_words.size(); }
+
+    [[noreturn]] void fail(Position position, const std::string& message) const {
+        failAt(*m_command.source, position, fmt::format("{}: {}", m_operation.name, message));
+    }
+
+    void requireSound() const {
+        if (m_operation.fault == nullptr || !m_command.numbers.empty())
+            return;
+        const std::string fault = m_operation.fault(m_command.arguments);
+        if (!fault.empty())
+            fail(m_command.position, fault);
+    }
+
+    [[noreturn]] void failMissing(const std::string& what) const {
+        fail(m_command.position, fmt::format("{} is missing; write {}", what, usage(m_operation)));
+    }
+
+    [[noreturn]] void failUnexpected(const Parameter& expected, std::string_view name,
+                                     const Word& word) const {
+        fail(word.position,
+             fmt::format("expected {} for {}, got \"{}\"", expectation(expected), name, word.text));
+    }
+
+    // Where an optional parameter is left out a flag may follow.
+    bool isLeftOut(std::size_t i) const {
+        if (!parameter(i).optional)
+            return false;
+        if (atEnd())
+            return true;
+        const Word& word = m_words[m_next];
+        const auto& all = m_operation.parameters;
+        return word.isPlain() && std::any_of(all.begin(), all.end(), [&](const Parameter& other) {
+                   return other.kind == Kind::Flag && other.name == word.text;
+               });
+    }
+
+    void readParameter(std::size_t i, Argument& argument) {
+        if (parameter(i).kind == Kind::Points)
+            return readPoints(i, argument);
+        if (isLeftOut(i))
+            return;
+        if (atEnd())
+            failMissing(std::string(parameter(i).name));
+        const Word& word = m_words[m_next++];
+        argument.given = true;
+        switch (parameter(i).kind) {
+        case Kind::Text:
+            return readText(i, word, argument);
+        case Kind::File:
+            if (word.quotes == Word::Quotes::Single || word.text.empty())
+                failUnexpected(parameter(i), parameter(i).name, word);
+            argument.text = besideScript(m_folder, word.text);
+            return;
+        case Kind::Variable:
+            return readVariable(word, argument);
+        case Kind::TimeCode:
+            if (word.quotes == Word::Quotes::Single || !isTimeCode(word.text))
+                failUnexpected(parameter(i), parameter(i).name, word);
+            argument.text = word.text;
+            return;
+        case Kind::Sign:
+            if (!word.isPlain() || word.text != parameter(i).name)
+                fail(word.position, fmt::format("expected {}, got \"{}\"; write {}",
+                                                parameter(i).name, word.text, usage(m_operation)));
+            return;
+        case Kind::Whole:
+        case Kind::Number:
+        case Kind::Choice:
+        case Kind::Points:
+        case Kind::Flag:
+            break;
+        }
+        if (!readWord(parameter(i), word, argument))
+            argument.number = readNumber({i, 0, std::string(parameter(i).name), {}, {}}, word);
+    }
+
+    void readVariable(const Word& word, Argument& argument) const {
+        if (!word.isPlain() || !isVariableName(word.text))
+            fail(word.position,
+                 fmt::format("expected a name of letters, digits and _ for a variable, got \"{}\"",
+                             word.text));
+        const auto functions = expressionFunctions();
+        const bool isFunction =
+            std::any_of(functions.begin(), functions.end(),
+                        [&](const FunctionName& function) { return function.name == word.text; });
+        const auto place = m_names.find(word.text);
+        if (isFunction || (place && *place < firstVariable))
+            fail(word.position, fmt::format("\"{}\" has a meaning of its own in expressions; take "
+                                            "another name",
+                                            word.text));
+        argument.text = word.text;
+    }
+
+    bool readWord(const Parameter& expected, const Word& word, Argument& argument) const {
+        const auto& words = expected.words;
+        const auto found = std::find(words.begin(), words.end(), word.text);
+        if (found == words.end() || !word.isPlain())
+            return false;
+        argument.word = static_cast<std::size_t>(found - words.begin());
+        return true;
+    }
+
+    // A number as it stands, or for now 0 of an expression. What is a plain number is never taken
+    // for an expression, so that it can be refused as one.
+    double readNumber(LiveNumber number, const Word& word) {
+        const Parameter& expected = parameter(number.argument);
+        const std::optional<double> plain =
+            word.isPlain() ? numberIn<double>(word.text) : std::nullopt;
+        const bool isName = word.isPlain() && isVariableName(word.text) && !m_names.find(word.text);
+        if (word.quotes == Word::Quotes::Double || expected.kind == Kind::Choice || isName)
+            failUnexpected(expected, number.name, word);
+        if (plain) {
+            const bool isWhole = expected.kind != Kind::Whole ||
+                                 expected.role != Parameter::Role::Plain ||
+                                 *plain == std::trunc(*plain);
+            if (!isWhole || !(*plain >= expected.low && *plain <= expected.high))
+                failUnexpected(expected, number.name, word);
+            return *plain;
+        }
+        number.expression = readExpression(number, word);
+        number.position = word.position;
+        if (!number.expression->isConstant()) {
+            m_command.numbers.push_back(std::move(number));
+            return 0;
+        }
+        const double value = number.expression->evaluate(Values(m_names.size()));
+        if (!(value >= expected.low && value <= expected.high))
+            fail(word.position, fmt::format("expected {} for {}, got {:g}", expectation(expected),
+                                            number.name, value));
+        return value;
+    }
+
+    std::shared_ptr<const Expression> readExpression(const LiveNumber& number,
+                                                     const Word& word) const {
+        try {
+            return std::make_shared<Expression>(word.text, m_names);
+        } catch (const PartError& error) {
+            fail(word.positionOf(error.offset), fmt::format("{}: {}", number.name, error.message));
+        }
+    }
+
+    void readText(std::size_t i, const Word& word, Argument& argument) {
+        if (word.quotes != Word::Quotes::Double)
+            failUnexpected(parameter(i), parameter(i).name, word);
+        std::shared_ptr<const FieldText> text;
+        try {
+            text = std::make_shared<FieldText>(word.text, m_names);
+        } catch (const PartError& error) {
+            fail(word.positionOf(error.offset), error.message);
+        }
+        if (text->isConstant())
+            argument.text = text->rest();
+        else
+            m_command.texts.push_back({i, text, word});
+    }
+
+    void readPoints(std::size_t i, Argument& argument) {
+        argument.given = true;
+        const std::size_t numbers = m_words.size() - m_next;
+        if (numbers < 4)
+            failMissing("a point");
+        for (std::size_t k = 0; k < numbers / 2 * 2; ++k) {
+            const std::string name = fmt::format("{}{}", k % 2 == 0 ? 'x' : 'y', k / 2);
+            argument.coordinates.push_back(readNumber({i, k, name, {}, {}}, m_words[m_next++]));
+        }
+        if (!atEnd())
+            failMissing(fmt::format("y{}", numbers / 2));
+        argument.points.resize(numbers / 2);
+    }
+
+    void readFlags(std::vector<Argument>& arguments) {
+        while (!atEnd()) {
+            const Word& word = m_words[m_next];
+            std::size_t i = 0;
+            while (i < arguments.size() && !isFreeFlag(i, arguments[i], word))
+                ++i;
+            if (i == arguments.size())
+                fail(word.position,
+                     fmt::format("unexpected \"{}\"; write {}", word.text, usage(m_operation)));
+            ++m_next;
+            arguments[i].given = true;
+            for (std::size_t own = i + 1; own <= i + parameter(i).takes; ++own)
+                readParameter(own, arguments[own]);
+        }
+    }
+
+    bool isFreeFlag(std::size_t i, const Argument& argument, const Word& word) const {
+        return parameter(i).kind == Kind::Flag && !argument.given && word.isPlain() &&
+               parameter(i).name == word.text;
+    }
+
+    const Statement& m_words;
+    const Operation& m_operation;
+    const Names& m_names;
+    const std::string& m_folder;
+    Command& m_command;
+    std::size_t m_next = 1;
+};
+
+} // namespace
+
+Command readStatement(const Statement& words, const Operation& operation,
+                      const std::shared_ptr<const std::string>& source, const Names& names,
+                      const std::string& folder) {
+    Command command{&operation, Arguments({}), {}, {}, source, words.front().position};
+    StatementReader(words, operation, names, folder, command).read();
+    return command;
+}
+
+std::string expectation(const Parameter& parameter) {
+    switch (parameter.kind) {
+    case Kind::Choice:
+        return fmt::format("one of {}", fmt::join(parameter.words, ", "));
+    case Kind::Text:
+        return "a text in double quotes";
+    case Kind::File:
+        return "the name of a file, in double quotes if it has blanks";
+    case Kind::TimeCode:
+        return "a time code such as 10:00:00:00";
+    case Kind::Whole:
+    case Kind::Number:
+    case Kind::Points:
+    case Kind::Flag:
+    case Kind::Variable:
+    case Kind::Sign:
+        break;
+    }
+    if (parameter.high == std::numeric_limits<double>::max())
+        return "a number or an expression";
+    std::string result =
+        fmt::format("a {}number from {} to {}", parameter.kind == Kind::Number ? "" : "whole ",
+                    parameter.low, parameter.high);
+    for (const auto word : parameter.words)
+        result += fmt::format(" or {}", word);
+    return result;
+}

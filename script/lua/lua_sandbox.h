@@ -1,0 +1,56 @@
+// A state of Lua that reaches nothing outside but files of Lua in one folder, and ends what takes
+// too long or too much memory.
+#pragma once
+
+#include "script/lua/lua_program.h"
+
+#include <functional>
+#include <string>
+
+// Built as C++, so that its errors are exceptions and objects on the way are destroyed.
+#include <lauxlib.h>
+#include <lua.h>
+#include <lualib.h>
+
+class LuaSandbox {
+public:
+    using Print = std::function<void(const std::string& line)>;
+
+    // For the program of that path.
+    LuaSandbox(const std::string& path, const LuaLimits& limits);
+    ~LuaSandbox();
+    LuaSandbox(const LuaSandbox&) = delete;
+    LuaSandbox& operator=(const LuaSandbox&) = delete;
+
+    lua_State* get() const { return m_lua; }
+
+    // Where print() goes; nowhere unless told.
+    void printTo(Print print) { m_print = std::move(print); }
+
+    // Pushes a text as a function.
+    int load(const std::string& text, const std::string& name);
+
+    // Calls the function under `arguments` values, which leaves nothing. What was wrong, in one
+    // line; empty for nothing.
+    std::string call(int arguments);
+
+    // The error that a failed call or load left on the stack, which is taken off.
+    std::string takeError();
+
+private:
+    static LuaSandbox& of(lua_State* lua);
+    static void* allocate(void* sandbox, void* block, std::size_t before, std::size_t bytes);
+    static void count(lua_State* lua, lua_Debug*);
+    static int print(lua_State* lua);
+    static int loadText(lua_State* lua);
+    static int require(lua_State* lua);
+    static int setMetatable(lua_State* lua);
+    void openLibraries();
+
+    std::string m_name, m_folder;
+    LuaLimits m_limits;
+    Print m_print;
+    std::size_t m_bytes = 0;
+    long m_used = 0; // instructions of this call
+    lua_State* m_lua = nullptr;
+};
