@@ -4,6 +4,8 @@
 #include "gst_fixture.h"
 #include "support/script_pictures.h"
 
+#include <fmt/format.h>
+
 #include <filesystem>
 #include <fstream>
 
@@ -11,8 +13,20 @@ namespace {
 
 using namespace gstreamer;
 
-constexpr const char* caps = "video/x-raw,format=RGBA,width=33,height=17,framerate=10/1 ";
 constexpr int width = 33, height = 17;
+
+std::string capsOf(const char* format) {
+    return fmt::format("video/x-raw,width={},height={},framerate=10/1,format={}", width, height,
+                       format);
+}
+
+// Frames of one colour.
+std::string flat(const char* argb, int frames, const char* format = "RGBA",
+                 const char* offset = "0") {
+    return fmt::format("videotestsrc num-buffers={} pattern=solid-color foreground-color=0x{} "
+                       "timestamp-offset={} ! {} ",
+                       frames, argb, offset, capsOf(format));
+}
 
 // A folder that goes with the test.
 class GstPictureClip : public testing::Test {
@@ -36,11 +50,6 @@ protected:
     std::filesystem::path m_folder;
 };
 
-std::string flat(const std::string& argb, int frames) {
-    return "videotestsrc num-buffers=" + std::to_string(frames) +
-           " pattern=solid-color foreground-color=0x" + argb + " ! " + caps;
-}
-
 constexpr Argb red = argbOfBytes(0x80, 255, 0x20, 0x10), blue = argbOfBytes(255, 0, 0x80, 255);
 
 TEST_F(GstPictureClip, APictureHasItsAlphaAtAnyTime) {
@@ -56,8 +65,8 @@ TEST_F(GstPictureClip, APictureHasItsAlphaAtAnyTime) {
 }
 
 TEST_F(GstPictureClip, EveryPixelStandsAtItsPlace) {
-    Pipeline pipeline(std::string("videotestsrc num-buffers=1 pattern=snow ! ") + caps +
-                      "! tee name=t ! queue ! pngenc ! filesink location=" + at("a.png") +
+    Pipeline pipeline(std::string("videotestsrc num-buffers=1 pattern=snow ! ") + capsOf("RGBA") +
+                      " ! tee name=t ! queue ! pngenc ! filesink location=" + at("a.png") +
                       " t. ! queue ! appsink name=out sync=false");
     const std::vector<Bytes> frames = pipeline.frames();
     ASSERT_EQ(frames.size(), 1U);
@@ -72,29 +81,35 @@ TEST_F(GstPictureClip, EveryPixelStandsAtItsPlace) {
 }
 
 TEST_F(GstPictureClip, AClipShowsTheLatestFrameOfATime) {
-    const std::string clips[] = {"concat name=c ! pngenc ! qtmux ! filesink location=",
-                                 // counted from the first frame on
-                                 "concat name=c ! identity ts-offset=7000000000 ! pngenc ! qtmux ! "
-                                 "filesink location="};
-    for (const std::string& clip : clips) {
-        SCOPED_TRACE(clip);
-        make(clip + at("a.mov") + " " + flat("80FF2010", 2) + "! c. " + flat("FF0080FF", 2) +
-             "! c.");
-        const auto opened = openPictureClip(at("a.mov"));
+    const struct {
+        const char* name;
+        const char* mux;
+        const char* offset; // of the first frame, from which the times count
+        const char* format;
+        unsigned alpha;
+    } clips[] = {{"a.mov", "pngenc ! qtmux", "0", "RGBA", 0x80},
+                 {"late.mkv", "matroskamux", "7000000000", "RGB", 255}};
+    for (const auto& clip : clips) {
+        SCOPED_TRACE(clip.name);
+        make(fmt::format("concat name=c ! {} ! filesink location={} {} ! c. {} ! c.", clip.mux,
+                         at(clip.name), flat("80FF2010", 2, clip.format, clip.offset),
+                         flat("FF0080FF", 2, clip.format)));
+        const Argb first = argbOfBytes(clip.alpha, 255, 0x20, 0x10);
+        const auto opened = openPictureClip(at(clip.name));
         const struct {
             double seconds;
             Argb color;
             const char* why;
-        } steps[] = {{-1, red, "before the first"}, {0.15, red, "the second"},
-                     {0.199, red, "its end"},       {0.1996, blue, "half a millisecond early"},
-                     {9, blue, "past the end"},     {0.15, red, "back from the end"},
-                     {0.2, blue, "forward again"},  {0, red, "back without the end"}};
+        } steps[] = {{-1, first, "before the first"}, {0.15, first, "the second"},
+                     {0.199, first, "its end"},       {0.1996, blue, "half a millisecond early"},
+                     {9, blue, "past the end"},       {0.15, first, "back from the end"},
+                     {0.2, blue, "forward again"},    {0, first, "back without the end"}};
         for (const auto& step : steps)
             EXPECT_TRUE(isFlat(*opened->at(step.seconds), step.color)) << step.why;
-        const PicturePtr first = opened->at(0);
-        EXPECT_EQ(opened->at(0.09), first);
-        EXPECT_NE(opened->at(0.1), first) << "another frame";
-        EXPECT_TRUE(isFlat(*openPictureClip(at("a.mov"))->at(3), blue)) << "at once";
+        const PicturePtr kept = opened->at(0);
+        EXPECT_EQ(opened->at(0.09), kept);
+        EXPECT_NE(opened->at(0.1), kept) << "another frame";
+        EXPECT_TRUE(isFlat(*openPictureClip(at(clip.name))->at(3), blue)) << "at once";
     }
 }
 
