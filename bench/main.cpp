@@ -37,6 +37,7 @@ int main(int argc, char** argv) {
         addFormatComparisons();
         addOverlayComparisons();
         addPictureComparisons();
+        addScriptComparisons();
         addTransitionComparisons();
     }
     TableReporter reporter;
