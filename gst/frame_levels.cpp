@@ -35,6 +35,18 @@ MeterLevels levelsOf(GstBaseTransform* base, GstBuffer* buffer, GstClockTime usu
     return levels.between(begin, begin + shown, patience);
 }
 
+void followFlush(LevelTrack& levels, GstEvent* event) {
+    if (GST_EVENT_TYPE(event) == GST_EVENT_FLUSH_START)
+        levels.setImpatient(true);
+    else if (GST_EVENT_TYPE(event) == GST_EVENT_FLUSH_STOP)
+        levels.setImpatient(false);
+}
+
+void followState(LevelTrack& levels, GstStateChange transition) {
+    if (transition == GST_STATE_CHANGE_PAUSED_TO_READY)
+        levels.setImpatient(true);
+}
+
 void installLevelsWait(GObjectClass* object, guint id) {
     const auto flags = static_cast<GParamFlags>(G_PARAM_READWRITE | G_PARAM_STATIC_STRINGS |
                                                 GST_PARAM_MUTABLE_PLAYING);

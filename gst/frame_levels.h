@@ -17,5 +17,9 @@ LevelTrack::Patience patienceOf(GstBaseTransform* base, GstClockTime most);
 MeterLevels levelsOf(GstBaseTransform* base, GstBuffer* buffer, GstClockTime usual,
                      LevelTrack& levels, const LevelTrack::Patience& patience);
 
+// Nobody waits while the pipeline is flushed or stops.
+void followFlush(LevelTrack& levels, GstEvent* event);
+void followState(LevelTrack& levels, GstStateChange transition);
+
 // The property "levels-wait", which all of these elements have.
 void installLevelsWait(GObjectClass* object, guint id);

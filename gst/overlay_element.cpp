@@ -198,6 +198,7 @@ gboolean setInfo(GstVideoFilter* filter, GstCaps*, GstVideoInfo* info, GstCaps*,
 
 gboolean sinkEvent(GstBaseTransform* base, GstEvent* event) {
     State& state = stateOf(base);
+    followFlush(state.levels, event);
     switch (GST_EVENT_TYPE(event)) {
     case GST_EVENT_TAG: {
         GstTagList* tags = nullptr;
@@ -209,11 +210,7 @@ gboolean sinkEvent(GstBaseTransform* base, GstEvent* event) {
     case GST_EVENT_STREAM_START:
         forgetSource(state);
         break;
-    case GST_EVENT_FLUSH_START:
-        state.levels.setImpatient(true);
-        break;
     case GST_EVENT_FLUSH_STOP:
-        state.levels.setImpatient(false);
         state.peaks = PeakHold(state.clock.framesPerSecond());
         break;
     default:
@@ -223,8 +220,7 @@ gboolean sinkEvent(GstBaseTransform* base, GstEvent* event) {
 }
 
 GstStateChangeReturn changeState(GstElement* element, GstStateChange transition) {
-    if (transition == GST_STATE_CHANGE_PAUSED_TO_READY)
-        stateOf(element).levels.setImpatient(true);
+    followState(stateOf(element).levels, transition);
     return GST_ELEMENT_CLASS(zr_overlay_parent_class)->change_state(element, transition);
 }
 

@@ -204,6 +204,7 @@ gboolean setInfo(GstVideoFilter* filter, GstCaps*, GstVideoInfo* info, GstCaps*,
 
 gboolean sinkEvent(GstBaseTransform* base, GstEvent* event) {
     State& state = stateOf(base);
+    followFlush(state.levels, event);
     switch (GST_EVENT_TYPE(event)) {
     case GST_EVENT_TAG: {
         GstTagList* tags = nullptr;
@@ -217,12 +218,6 @@ gboolean sinkEvent(GstBaseTransform* base, GstEvent* event) {
         state.stream.forget();
         state.player = nullptr;
         break;
-    case GST_EVENT_FLUSH_START:
-        state.levels.setImpatient(true);
-        break;
-    case GST_EVENT_FLUSH_STOP:
-        state.levels.setImpatient(false);
-        break;
     default:
         break;
     }
@@ -230,8 +225,7 @@ gboolean sinkEvent(GstBaseTransform* base, GstEvent* event) {
 }
 
 GstStateChangeReturn changeState(GstElement* element, GstStateChange transition) {
-    if (transition == GST_STATE_CHANGE_PAUSED_TO_READY)
-        stateOf(element).levels.setImpatient(true);
+    followState(stateOf(element).levels, transition);
     return GST_ELEMENT_CLASS(zr_script_parent_class)->change_state(element, transition);
 }
 

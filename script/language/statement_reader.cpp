@@ -2,6 +2,7 @@
 
 #include "common/numbers.h"
 #include "script/language/script_file.h"
+#include "script/operations/argument_reader.h"
 
 #include <fmt/format.h>
 
@@ -26,43 +27,45 @@ bool isTimeCode(std::string_view text) {
            matches(text.back(), 'd');
 }
 
-class StatementReader {
+class StatementReader : public ArgumentReader {
 public:
-    StatementReader(const Statement& words, const Operation& operation, const Names& names,
+    StatementReader(const Statement& words, const Operation& what, const Names& names,
                     const std::string& folder, Command& command)
-        : m_words(words), m_operation(operation), m_names(names), m_folder(folder),
+        : ArgumentReader(what), m_words(words), m_names(names), m_folder(folder),
           m_command(command) {}
 
     void read() {
-        std::vector<Argument> arguments(m_operation.parameters.size());
-        for (std::size_t i = 0; i < arguments.size(); ++i)
-            if (parameter(i).kind == Kind::Flag)
-                i += parameter(i).takes;
-            else
-                readParameter(i, arguments[i]);
-        readFlags(arguments);
-        m_command.arguments = Arguments(std::move(arguments));
+        m_command.arguments = Arguments(readAll());
         requireSound();
     }
 
 private:
-    const Parameter& parameter(std::size_t i) const { return m_operation.parameters[i]; }
-    bool atEnd() const { return m_next == m_words.size(); }
+    bool atEnd() const override { return m_next == m_words.size(); }
+    bool isNext(std::string_view word) const override {
+        return m_words[m_next].isPlain() && m_words[m_next].text == word;
+    }
+    void skip() override { ++m_next; }
+
+    [[noreturn]] void failUnexpectedNext() const override {
+        const Word& word = m_words[m_next];
+        fail(word.position,
+             fmt::format("unexpected \"{}\"; write {}", word.text, usage(operation())));
+    }
 
     [[noreturn]] void fail(Position position, const std::string& message) const {
-        failAt(*m_command.source, position, fmt::format("{}: {}", m_operation.name, message));
+        failAt(*m_command.source, position, fmt::format("{}: {}", operation().name, message));
     }
 
     void requireSound() const {
-        if (m_operation.fault == nullptr || !m_command.numbers.empty())
+        if (operation().fault == nullptr || !m_command.numbers.empty())
             return;
-        const std::string fault = m_operation.fault(m_command.arguments);
+        const std::string fault = operation().fault(m_command.arguments);
         if (!fault.empty())
             fail(m_command.position, fault);
     }
 
     [[noreturn]] void failMissing(const std::string& what) const {
-        fail(m_command.position, fmt::format("{} is missing; write {}", what, usage(m_operation)));
+        fail(m_command.position, fmt::format("{} is missing; write {}", what, usage(operation())));
     }
 
     [[noreturn]] void failUnexpected(const Parameter& expected, std::string_view name,
@@ -71,20 +74,7 @@ private:
              fmt::format("expected {} for {}, got \"{}\"", expectation(expected), name, word.text));
     }
 
-    // Where an optional parameter is left out a flag may follow.
-    bool isLeftOut(std::size_t i) const {
-        if (!parameter(i).optional)
-            return false;
-        if (atEnd())
-            return true;
-        const Word& word = m_words[m_next];
-        const auto& all = m_operation.parameters;
-        return word.isPlain() && std::any_of(all.begin(), all.end(), [&](const Parameter& other) {
-                   return other.kind == Kind::Flag && other.name == word.text;
-               });
-    }
-
-    void readParameter(std::size_t i, Argument& argument) {
+    void readParameter(std::size_t i, Argument& argument) override {
         if (parameter(i).kind == Kind::Points)
             return readPoints(i, argument);
         if (isLeftOut(i))
@@ -111,7 +101,7 @@ private:
         case Kind::Sign:
             if (!word.isPlain() || word.text != parameter(i).name)
                 fail(word.position, fmt::format("expected {}, got \"{}\"; write {}",
-                                                parameter(i).name, word.text, usage(m_operation)));
+                                                parameter(i).name, word.text, usage(operation())));
             return;
         case Kind::Whole:
         case Kind::Number:
@@ -218,29 +208,7 @@ private:
         argument.points.resize(numbers / 2);
     }
 
-    void readFlags(std::vector<Argument>& arguments) {
-        while (!atEnd()) {
-            const Word& word = m_words[m_next];
-            std::size_t i = 0;
-            while (i < arguments.size() && !isFreeFlag(i, arguments[i], word))
-                ++i;
-            if (i == arguments.size())
-                fail(word.position,
-                     fmt::format("unexpected \"{}\"; write {}", word.text, usage(m_operation)));
-            ++m_next;
-            arguments[i].given = true;
-            for (std::size_t own = i + 1; own <= i + parameter(i).takes; ++own)
-                readParameter(own, arguments[own]);
-        }
-    }
-
-    bool isFreeFlag(std::size_t i, const Argument& argument, const Word& word) const {
-        return parameter(i).kind == Kind::Flag && !argument.given && word.isPlain() &&
-               parameter(i).name == word.text;
-    }
-
     const Statement& m_words;
-    const Operation& m_operation;
     const Names& m_names;
     const std::string& m_folder;
     Command& m_command;

@@ -3,6 +3,7 @@
 #include "common/utf8.h"
 #include "script/language/script_file.h"
 #include "script/language/statement_reader.h"
+#include "script/operations/argument_reader.h"
 
 #include <fmt/format.h>
 
@@ -16,28 +17,27 @@ namespace {
 
 using Kind = Parameter::Kind;
 
-class Reader {
+class CallReader : public ArgumentReader {
 public:
-    Reader(lua_State* lua, const Operation& operation, const std::string& folder)
-        : m_lua(lua), m_operation(operation), m_folder(folder), m_last(lua_gettop(lua)) {}
+    CallReader(lua_State* lua, const Operation& what, const std::string& folder)
+        : ArgumentReader(what), m_lua(lua), m_folder(folder), m_last(lua_gettop(lua)) {}
 
     LuaArguments read() {
-        std::vector<Argument> arguments(m_operation.parameters.size());
-        for (std::size_t i = 0; i < arguments.size(); ++i)
-            if (parameter(i).kind == Kind::Flag)
-                i += parameter(i).takes;
-            else
-                readParameter(i, arguments[i]);
-        readFlags(arguments);
-        return {Arguments(std::move(arguments)), m_held};
+        Arguments arguments(readAll());
+        return {std::move(arguments), m_held};
     }
 
 private:
-    const Parameter& parameter(std::size_t i) const { return m_operation.parameters[i]; }
-    bool atEnd() const { return m_next > m_last; }
+    bool atEnd() const override { return m_next > m_last; }
+    bool isNext(std::string_view word) const override { return textAt(m_next) == word; }
+    void skip() override { ++m_next; }
+
+    [[noreturn]] void failUnexpectedNext() const override {
+        fail(fmt::format("unexpected {}; write {}", shown(m_next), usage(operation())));
+    }
 
     [[noreturn]] void fail(const std::string& message) const {
-        luaL_error(m_lua, "%s: %s", std::string(m_operation.name).c_str(), message.c_str());
+        luaL_error(m_lua, "%s: %s", std::string(operation().name).c_str(), message.c_str());
         std::abort(); // never comes here
     }
 
@@ -63,16 +63,7 @@ private:
         return {text, length};
     }
 
-    bool isLeftOut(std::size_t i) const {
-        if (!parameter(i).optional)
-            return false;
-        const auto& all = m_operation.parameters;
-        return atEnd() || std::any_of(all.begin(), all.end(), [&](const Parameter& other) {
-                   return other.kind == Kind::Flag && other.name == textAt(m_next);
-               });
-    }
-
-    void readParameter(std::size_t i, Argument& argument) {
+    void readParameter(std::size_t i, Argument& argument) override {
         const Parameter& expected = parameter(i);
         if (expected.kind == Kind::Points)
             return readPoints(expected, argument);
@@ -82,7 +73,7 @@ private:
         if (index <= m_last && lua_isnil(m_lua, index) && expected.optional)
             return;
         if (index > m_last)
-            fail(fmt::format("{} is missing; write {}", expected.name, usage(m_operation)));
+            fail(fmt::format("{} is missing; write {}", expected.name, usage(operation())));
         argument.given = true;
         const std::string_view text = textAt(index);
         const auto word = std::find(expected.words.begin(), expected.words.end(), text);
@@ -108,7 +99,7 @@ private:
         const double held = std::clamp(value, expected.low, expected.high);
         if (held != value && m_held.empty())
             m_held = fmt::format("{}: expected {} for {}, got {:g}: it is held at {:g}",
-                                 m_operation.name, expectation(expected), name, value, held);
+                                 operation().name, expectation(expected), name, value, held);
         return held;
     }
 
@@ -140,27 +131,7 @@ private:
             readNumber(expected, fmt::format("{}{}", k % 2 == 0 ? 'x' : 'y', k / 2), index));
     }
 
-    void readFlags(std::vector<Argument>& arguments) {
-        while (!atEnd()) {
-            std::size_t i = 0;
-            while (i < arguments.size() && !isFreeFlag(i, arguments[i]))
-                ++i;
-            if (i == arguments.size())
-                fail(fmt::format("unexpected {}; write {}", shown(m_next), usage(m_operation)));
-            ++m_next;
-            arguments[i].given = true;
-            for (std::size_t own = i + 1; own <= i + parameter(i).takes; ++own)
-                readParameter(own, arguments[own]);
-        }
-    }
-
-    bool isFreeFlag(std::size_t i, const Argument& argument) const {
-        return parameter(i).kind == Kind::Flag && !argument.given &&
-               parameter(i).name == textAt(m_next);
-    }
-
     lua_State* m_lua;
-    const Operation& m_operation;
     const std::string& m_folder;
     int m_last;
     int m_next = 2;
@@ -171,5 +142,5 @@ private:
 
 LuaArguments readLuaArguments(lua_State* lua, const Operation& operation,
                               const std::string& folder) {
-    return Reader(lua, operation, folder).read();
+    return CallReader(lua, operation, folder).read();
 }

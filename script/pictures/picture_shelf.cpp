@@ -42,7 +42,8 @@ std::shared_ptr<const ScriptPicture> PictureShelf::picture(const Wish& wish, dou
 void PictureShelf::put(ZRDraw& draw, const PictureView& frame, const Wish& wish,
                        const std::shared_ptr<const ScriptPicture>& picture, const Box& box,
                        double opacity) {
-    Layer& kept = m_layers[{wish, box.width, box.height, (box.x % groupPixels + groupPixels) % groupPixels}];
+    Layer& kept =
+        m_layers[{wish, box.width, box.height, (box.x % groupPixels + groupPixels) % groupPixels}];
     kept.used = true;
     tellOfAlpha(*frame.layout, wish, picture, opacity);
     if (before)
