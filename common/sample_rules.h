@@ -24,9 +24,16 @@ inline constexpr int fullWeight = 1 << weightBits;
 inline constexpr int fullWord = 65535;
 inline constexpr int fullByte = 255;
 
-// `opacity` is 0 to 1.
-constexpr int weightOf(std::uint16_t alpha, double opacity) {
-    return nearest(alpha * (opacity * fullWeight / fullWord));
+constexpr int weightOf(std::uint16_t alpha) {
+    return nearest(alpha * (double{fullWeight} / fullWord));
+}
+
+// Of an opacity from 0 to 1, which all weights of a picture are taken times.
+constexpr int opacityWeight(double opacity) {
+    return nearest(opacity * fullWeight);
+}
+constexpr int fadedWeight(int weight, int opacity) {
+    return (weight * opacity + fullWeight / 2) >> weightBits;
 }
 
 // Where nothing is blended, pixels are opaque or are left out.

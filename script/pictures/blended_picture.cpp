@@ -28,7 +28,7 @@ int BlendedPicture::groupPixels(const zrLayout& layout) {
 }
 
 void BlendedPicture::prepare(const ScriptPicture& picture, const zrLayout& layout,
-                             const MatrixRule& matrix, int phase, double opacity) {
+                             const MatrixRule& matrix, int phase) {
     m_layout = &layout;
     m_phase = phase;
     m_runs.clear();
@@ -43,7 +43,7 @@ void BlendedPicture::prepare(const ScriptPicture& picture, const zrLayout& layou
         const std::uint16_t* words = pixelOf(picture, 0, line);
         std::int16_t* weights = m_lineWeights.data() + phase;
         for (int x = 0; x < picture.width; ++x)
-            weights[x] = static_cast<std::int16_t>(weightOf(words[x * pictureWords], opacity));
+            weights[x] = static_cast<std::int16_t>(weightOf(words[x * pictureWords]));
         sortGroups();
         byRuns(m_kinds, [&](Kind kind, std::size_t first, std::size_t end) {
             if (kind != Kind::Transparent)
@@ -114,18 +114,19 @@ void BlendedPicture::readPixels(const ScriptPicture& picture, int line, int firs
     }
 }
 
-void BlendedPicture::blend(const PictureView& frame, int x, int y, bool alphaCounts) const {
+void BlendedPicture::blend(const PictureView& frame, int x, int y, int opacity, bool alphaCounts) {
     const std::int64_t origin = (std::int64_t{x} - m_phase) / groupPixels(*m_layout);
     for (const Run& run : m_runs) {
         const std::int64_t line = std::int64_t{y} + run.line;
         if (line >= 0 && line < frame.height)
-            blendRun(frame, run, frame.line(static_cast<int>(line)), origin, alphaCounts);
+            blendRun(frame, run, frame.line(static_cast<int>(line)), origin,
+                     {opacity, alphaCounts});
     }
 }
 
 // What of a run is on the frame: whole groups, and part of one where the frame ends in it.
 void BlendedPicture::blendRun(const PictureView& frame, const Run& run, unsigned char* line,
-                              std::int64_t origin, bool alphaCounts) const {
+                              std::int64_t origin, Manner manner) {
     const GroupForm form = groupFormOf(*m_layout);
     const int whole = frame.width / form.pixels, part = frame.width % form.pixels;
     const std::int64_t first = origin + run.first, end = first + run.count;
@@ -133,27 +134,44 @@ void BlendedPicture::blendRun(const PictureView& frame, const Run& run, unsigned
     const std::int64_t to = std::min<std::int64_t>(end, whole);
     if (from < to)
         blendGroups(line + from * form.bytes, run, static_cast<std::size_t>(from - first),
-                    static_cast<std::size_t>(to - from), alphaCounts);
+                    static_cast<std::size_t>(to - from), manner);
     if (part != 0 && first <= whole && whole < end)
         blendPart(line + std::ptrdiff_t{whole} * form.bytes, run,
-                  static_cast<std::size_t>(whole - first), part);
+                  static_cast<std::size_t>(whole - first), part, manner.opacity);
+}
+
+// Those of a run, times the opacity; null weights are full ones.
+const std::int16_t* BlendedPicture::fadedWeights(const std::int16_t* weights, std::size_t count,
+                                                 int opacity) {
+    if (m_faded.size() < count)
+        m_faded.resize(count);
+    if (weights)
+        std::transform(weights, weights + count, m_faded.begin(), [opacity](std::int16_t weight) {
+            return static_cast<std::int16_t>(fadedWeight(weight, opacity));
+        });
+    else
+        std::fill_n(m_faded.begin(), count, static_cast<std::int16_t>(opacity));
+    return m_faded.data();
 }
 
 void BlendedPicture::blendGroups(unsigned char* under, const Run& run, std::size_t skipped,
-                                 std::size_t count, bool alphaCounts) const {
+                                 std::size_t count, Manner manner) {
     const GroupForm form = groupFormOf(*m_layout);
     const auto bytes = static_cast<std::size_t>(form.bytes);
+    const auto groupWeights = static_cast<std::size_t>(form.weights);
+    const bool opaque = run.opaque && manner.opacity == fullWeight;
     const std::uint8_t* samples = m_samples.data() + run.samples + skipped * bytes;
     const std::int16_t* weights =
-        m_weights.data() + run.weights +
-        (run.opaque ? 0 : skipped * static_cast<std::size_t>(form.weights));
+        run.opaque ? nullptr : m_weights.data() + run.weights + skipped * groupWeights;
+    if (manner.opacity != fullWeight)
+        weights = fadedWeights(weights, count * groupWeights, manner.opacity);
     if (m_layout->code == ptV210)
-        run.opaque ? copyV210(under, samples, count) : blendV210(under, samples, weights, count);
-    else if (run.opaque)
+        opaque ? copyV210(under, samples, count) : blendV210(under, samples, weights, count);
+    else if (opaque)
         std::memcpy(under, samples, count * bytes);
     else if (m_layout->isPairs())
         blendBytes(under, samples, weights, count * bytes);
-    else if (alphaCounts)
+    else if (manner.alphaCounts)
         blendPixelsOver(under, samples, weights, count, m_layout->bytes.a);
     else
         blendPixels(under, samples, weights, count);
@@ -161,16 +179,18 @@ void BlendedPicture::blendGroups(unsigned char* under, const Run& run, std::size
 
 // The last group of a line whose width is no number of whole ones.
 void BlendedPicture::blendPart(unsigned char* under, const Run& run, std::size_t skipped,
-                               int pixels) const {
+                               int pixels, int opacity) const {
     const GroupForm form = groupFormOf(*m_layout);
     const auto bytes = static_cast<std::size_t>(form.bytes);
     const auto count = static_cast<std::size_t>(form.weights);
-    std::int16_t weights[mostGroupWeights];
+    std::int16_t weights[mostGroupWeights] = {};
     if (run.opaque)
         std::fill_n(weights, count, std::int16_t{fullWeight});
     else
         std::copy_n(m_weights.data() + run.weights + skipped * count, count, weights);
     cutGroup(*m_layout, pixels, weights);
+    for (std::int16_t& weight : weights)
+        weight = static_cast<std::int16_t>(fadedWeight(weight, opacity));
     const std::uint8_t* samples = m_samples.data() + run.samples + skipped * bytes;
     if (m_layout->code == ptV210)
         blendV210(under, samples, weights, 1);

@@ -18,11 +18,12 @@ public:
 
     // `phase` is the column of the picture's first pixel in its group.
     void prepare(const ScriptPicture& picture, const zrLayout& layout, const MatrixRule& matrix,
-                 int phase, double opacity);
+                 int phase);
 
     // Puts it onto a frame of the layout with its first pixel at (x, y), where x has the phase.
-    // `alphaCounts` where alpha of the frame's pixels, if they have any, says how much they cover.
-    void blend(const PictureView& frame, int x, int y, bool alphaCounts) const;
+    // `opacity` is a weight. `alphaCounts` where alpha of the frame's pixels, if they have any,
+    // says how much they cover.
+    void blend(const PictureView& frame, int x, int y, int opacity, bool alphaCounts);
 
 private:
     // Groups of a line that are wholly transparent belong to no run, and those of an opaque run
@@ -41,17 +42,26 @@ private:
                    const SampleConversion& conversion);
     void readPixels(const ScriptPicture& picture, int line, int first, int end,
                     const SampleConversion& conversion);
+    // How much of it shows on the frame at hand.
+    struct Manner {
+        int opacity;
+        bool alphaCounts;
+    };
     void blendRun(const PictureView& frame, const Run& run, unsigned char* line,
-                  std::int64_t origin, bool alphaCounts) const;
+                  std::int64_t origin, Manner manner);
     void blendGroups(unsigned char* under, const Run& run, std::size_t skipped, std::size_t count,
-                     bool alphaCounts) const;
-    void blendPart(unsigned char* under, const Run& run, std::size_t skipped, int pixels) const;
+                     Manner manner);
+    void blendPart(unsigned char* under, const Run& run, std::size_t skipped, int pixels,
+                   int opacity) const;
+    const std::int16_t* fadedWeights(const std::int16_t* weights, std::size_t count, int opacity);
 
     const zrLayout* m_layout = nullptr;
     int m_phase = 0;
     std::vector<Run> m_runs;
     std::vector<std::uint8_t> m_samples;
     std::vector<std::int16_t> m_weights;
+
+    std::vector<std::int16_t> m_faded; // of a run
 
     // Of a line while it is made ready, in whole groups; pixels off the picture have the weight 0.
     std::vector<std::int16_t> m_lineWeights;

@@ -39,9 +39,10 @@ void PictureLayer::put(ZRDraw& draw, const PictureView& frame,
     const zrLayout& layout = *frame.layout;
     const bool blends = blendsPictures(layout);
     const int phase = blends ? phaseOf(x, BlendedPicture::groupPixels(layout)) : 0;
-    prepare({&layout, draw.yCbCrMode, phase, std::clamp(opacity, 0.0, 1.0)});
+    const double shown = std::clamp(opacity, 0.0, 1.0);
+    prepare({&layout, draw.yCbCrMode, phase, blends ? 1.0 : shown});
     if (blends)
-        m_blended.blend(frame, x, y, alpha == FrameAlpha::Counts);
+        m_blended.blend(frame, x, y, opacityWeight(shown), alpha == FrameAlpha::Counts);
     else
         m_stamped.stamp(frame, x, y);
 }
@@ -62,8 +63,7 @@ void PictureLayer::prepare(const Form& form) {
         return;
     m_form = {};
     if (blendsPictures(*form.layout))
-        m_blended.prepare(*m_scaled, *form.layout, matrixRuleOf(form.mode), form.phase,
-                          form.opacity);
+        m_blended.prepare(*m_scaled, *form.layout, matrixRuleOf(form.mode), form.phase);
     else
         m_stamped.prepare(m_scaled, *form.layout, form.mode, form.opacity);
     m_form = form;

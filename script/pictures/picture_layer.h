@@ -29,8 +29,8 @@ private:
     struct Form {
         const zrLayout* layout = nullptr;
         cmYCbCr mode = cmRec601;
-        int phase = 0; // of its first column among the pixels that the layout keeps together
-        double opacity = 0;
+        int phase = 0;      // of its first column among the pixels that the layout keeps together
+        double opacity = 0; // where it decides which pixels are left out, else 1
         bool operator==(const Form&) const = default;
     };
 

@@ -32,7 +32,8 @@ for page in "$pages"/*.1; do
     done
     subcommand=${name#zrdraw}
     for word in $(named ${subcommand#-}); do
-        grep -qE -- "^ .*(^|[^a-zA-Z-])${word//./\\.}([^a-zA-Z-]|\$)" "$work/plain" ||
+        pattern=$(sed 's/[][(){}.|*+?^$]/\\&/g' <<<"$word")
+        grep -qE -- "^ .*(^|[^a-zA-Z-])$pattern([^a-zA-Z-]|\$)" "$work/plain" ||
             fail "$name: '$word' of the help is missing"
     done
     for other in $(grep -oE 'zrdraw-[a-z]+\(1\)' "$work/plain"); do
@@ -54,6 +55,7 @@ export PATH=$work/bin:$PATH ZRDRAW_STORE=$work/settings.db
     ffmpeg -v error -i in.mov -frames:v 1 -vf scale=64:36 logo.png
     ffmpeg -v error -i in.mov -frames:v 1 -vf scale=64:36 -pix_fmt bgr24 deffont.bmp
     echo 'line 0 0 100 100' >marks.zrd
+    echo 'function frame(d) d:circle(d.w / 2, d.h / 2, d.n) end' >ring.lua
 )
 for page in "$pages"/*.1; do
     name=$(basename "$page" .1)

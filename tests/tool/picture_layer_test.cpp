@@ -84,11 +84,14 @@ private:
         Argb color{};
         std::int64_t weight = 0;
     };
-    static Weighted at(const ScriptPicture& picture, int x, int y, double opacity) {
+    static Weighted at(const ScriptPicture& picture, int x, int y) {
         if (x < 0 || y < 0 || x >= picture.width || y >= picture.height)
             return {};
         const Argb color = argbAt(picture, x, y);
-        return {color, std::lround(color.a * opacity * 16384 / 65535)};
+        return {color, std::lround(color.a * 16384 / 65535.0)};
+    }
+    static std::int64_t faded(std::int64_t weight, double opacity) {
+        return (weight * std::lround(opacity * 16384) + 8192) / 16384;
     }
 
     static unsigned char* placeOf(const PictureView& view, int x, int y, int component) {
@@ -138,7 +141,8 @@ private:
 
     void putRgb(const ScriptPicture& picture, int x, int y, int px, int py, double opacity,
                 FrameAlpha alpha) {
-        const auto [color, weight] = at(picture, px, py, opacity);
+        const auto [color, whole] = at(picture, px, py);
+        const std::int64_t weight = faded(whole, opacity);
         const std::int64_t under = alpha == FrameAlpha::Counts ? get(m_view, x, y, 3) : 255;
         const std::uint16_t words[] = {color.r, color.g, color.b};
         const std::int64_t all = weight * 255 + (16384 - weight) * under;
@@ -153,17 +157,17 @@ private:
 
     // The chroma of the last pixel of an odd width is its own.
     void putPair(const ScriptPicture& picture, int x, int y, int px, int py, double opacity) {
-        const Weighted a = at(picture, px, py, opacity), b = at(picture, px + 1, py, opacity);
+        const Weighted a = at(picture, px, py), b = at(picture, px + 1, py);
         const std::array<int, 3> first = samplesOf(a.color), second = samplesOf(b.color);
         const bool whole = x + 1 < m_view.width;
-        blend(x, y, 0, first[0], a.weight);
+        blend(x, y, 0, first[0], faded(a.weight, opacity));
         if (whole)
-            blend(x + 1, y, 0, second[0], b.weight);
+            blend(x + 1, y, 0, second[0], faded(b.weight, opacity));
         const std::int64_t both = a.weight + b.weight;
         for (std::size_t i = 1; i < 3 && both != 0; ++i)
             blend(x, y, static_cast<int>(i),
                   (2 * (first[i] * a.weight + second[i] * b.weight) + both) / (2 * both),
-                  whole ? (both + 1) / 2 : a.weight);
+                  faded(whole ? (both + 1) / 2 : a.weight, opacity));
     }
 
     PictureView m_view;

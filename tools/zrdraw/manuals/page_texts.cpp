@@ -39,6 +39,11 @@ zrdraw draw in.mov still.png --frames 20 --script marks.zrd)"},
           {"See on one picture what a script makes of a clip, or of a piece of it:",
            R"(zrdraw draw in.mov sheet.png --contact 4x3 --script marks.zrd
 zrdraw draw in.mov piece.png --contact 5x2 --frames 20:30 -e 'line 0 0 319 179')"},
+          {"A bar that grows for ten seconds, and time code from the third second on:",
+           R"(zrdraw draw in.mov out.mov -e 'fillrect 0 h-8 w*t/10 h' \
+    -e 'from 00:00:02:00 to 00:00:04:00; label 20 20 "{tc}"; end')"},
+          {"A picture with its alpha in the top right corner, and a program:",
+           R"(zrdraw draw in.mov out.mov -e 'image w-20 20 logo.png anchor right top' --lua ring.lua)"},
           {"Draw in a layout that is chosen, and keep it:",
            "zrdraw draw in.mov out.mov --layout v210 --codec v210 -e 'circle 160 90 40'"},
           {"Between other programs:", "ffmpeg -v error -i in.mov -f yuv4mpegpipe - |\n"
