@@ -178,21 +178,38 @@ void LuaSandbox::openLibraries() {
     lua_call(m_lua, 0, 0);
 }
 
-int LuaSandbox::load(const std::string& text, const std::string& name) {
-    return luaL_loadbufferx(m_lua, text.data(), text.size(), ("@" + name).c_str(), "t");
+void LuaSandbox::load(const std::string& text, const std::string& name) {
+    if (luaL_loadbufferx(m_lua, text.data(), text.size(), ("@" + name).c_str(), "t") != LUA_OK)
+        lua_error(m_lua);
 }
 
-std::string LuaSandbox::call(int arguments) {
+std::string LuaSandbox::run(const std::function<void()>& work) {
     m_used = 0;
     lua_sethook(m_lua, count, LUA_MASKCOUNT, countStep);
-    return lua_pcall(m_lua, arguments, 0, 0) == LUA_OK ? "" : takeError();
+    lua_pushcfunction(m_lua, [](lua_State* lua) {
+        (*static_cast<const std::function<void()>*>(lua_touserdata(lua, 1)))();
+        return 0;
+    });
+    lua_pushlightuserdata(m_lua, const_cast<std::function<void()>*>(&work));
+    return lua_pcall(m_lua, 1, 0, 0) == LUA_OK ? "" : takeError();
 }
 
+// Takes the error off the stack. An object tells its text by a function of the program, which may
+// be wrong in turn.
 std::string LuaSandbox::takeError() {
-    std::size_t length = 0;
-    const char* text = luaL_tolstring(m_lua, -1, &length);
-    std::string message(text, length);
-    lua_pop(m_lua, 2);
+    lua_pushcfunction(m_lua, [](lua_State* lua) {
+        luaL_tolstring(lua, 1, nullptr);
+        return 1;
+    });
+    lua_insert(m_lua, -2);
+    lua_pcall(m_lua, 1, 1, 0);
+    std::string message = "an error that is no text";
+    if (lua_type(m_lua, -1) == LUA_TSTRING) {
+        std::size_t length = 0;
+        const char* text = lua_tolstring(m_lua, -1, &length);
+        message.assign(text, length);
+    }
+    lua_pop(m_lua, 1);
     std::replace(message.begin(), message.end(), '\n', ' ');
     return message;
 }
