@@ -97,5 +97,7 @@ inline ScriptSource listSource(const std::string& script) {
 
 inline ScriptSource luaSource(const std::string& program, const LuaLimits& limits = {},
                               const std::string& path = "p.lua") {
-    return {{}, std::make_unique<LuaProgram>(path, program, limits)};
+    ScriptSource source;
+    source.program = std::make_unique<LuaProgram>(path, program, limits);
+    return source;
 }
