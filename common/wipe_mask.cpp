@@ -4,7 +4,7 @@
 #include <utility>
 
 bool WipeMask::serves(unsigned code) {
-    const zrfxKernel* kernel = zrWipeOf(code).kernel;
+    zrfxKernel* kernel = zrWipeOf(code).kernel;
     return kernel != zrfxDISSOLVE && kernel != zrfxSLIDE_Basic;
 }
 

@@ -83,11 +83,17 @@ bool isNumberName(std::string_view name) {
 
 bool isVariableName(std::string_view name) {
     const auto isLetter = [](unsigned char c) { return std::isalpha(c) != 0 || c == '_'; };
-    const bool isName = !name.empty() && isLetter(static_cast<unsigned char>(name.front())) &&
-                        std::all_of(name.begin(), name.end(), [&](unsigned char c) {
-                            return isLetter(c) || std::isdigit(c) != 0;
-                        });
-    return isName && !isNumberName(name);
+    return !name.empty() && isLetter(static_cast<unsigned char>(name.front())) &&
+           std::all_of(name.begin(), name.end(),
+                       [&](unsigned char c) { return isLetter(c) || std::isdigit(c) != 0; });
+}
+
+bool hasOwnMeaning(const std::string& name) {
+    char* end = nullptr;
+    av_strtod(name.c_str(), &end);
+    return end != name.c_str() || isNumberName(name) ||
+           std::any_of(std::begin(functions), std::end(functions),
+                       [&](const FunctionName& function) { return function.name == name; });
 }
 
 Expression::Expression(const std::string& text, const Names& names) {

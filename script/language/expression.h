@@ -30,7 +30,12 @@ std::span<const FunctionName> expressionFunctions();
 // What libavutil takes for a number wherever it stands: PI, inf...
 bool isNumberName(std::string_view name);
 
+// Letters, digits and _.
 bool isVariableName(std::string_view name);
+
+// Whether libavutil takes a name for something else than a variable, or its beginning: info is
+// infinity and an o.
+bool hasOwnMeaning(const std::string& name);
 
 class Expression {
 public:

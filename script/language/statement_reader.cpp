@@ -119,12 +119,8 @@ private:
             fail(word.position,
                  fmt::format("expected a name of letters, digits and _ for a variable, got \"{}\"",
                              word.text));
-        const auto functions = expressionFunctions();
-        const bool isFunction =
-            std::any_of(functions.begin(), functions.end(),
-                        [&](const FunctionName& function) { return function.name == word.text; });
         const auto place = m_names.find(word.text);
-        if (isFunction || (place && *place < firstVariable))
+        if (hasOwnMeaning(word.text) || (place && *place < firstVariable))
             fail(word.position, fmt::format("\"{}\" has a meaning of its own in expressions; take "
                                             "another name",
                                             word.text));
@@ -146,7 +142,8 @@ private:
         const Parameter& expected = parameter(number.argument);
         const std::optional<double> plain =
             word.isPlain() ? numberIn<double>(word.text) : std::nullopt;
-        const bool isName = word.isPlain() && isVariableName(word.text) && !m_names.find(word.text);
+        const bool isName = word.isPlain() && isVariableName(word.text) &&
+                            !isNumberName(word.text) && !m_names.find(word.text);
         if (word.quotes == Word::Quotes::Double || expected.kind == Kind::Choice || isName)
             failUnexpected(expected, number.name, word);
         if (plain) {

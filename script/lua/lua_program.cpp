@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <utility>
 
 namespace {
 
@@ -34,18 +35,25 @@ bool hasText(const Operation& operation) {
         [](const Parameter& parameter) { return parameter.kind == Parameter::Kind::Text; });
 }
 
+// The value on top of the stack into the table below it, whatever the program has made of that.
+void setField(lua_State* lua, const char* field) {
+    lua_pushstring(lua, field);
+    lua_insert(lua, -2);
+    lua_rawset(lua, -3);
+}
+
 // Into the table on top of the stack.
 void setNumber(lua_State* lua, const char* field, double value) {
     if (value == std::trunc(value))
         lua_pushinteger(lua, static_cast<lua_Integer>(value));
     else
         lua_pushnumber(lua, value);
-    lua_setfield(lua, -2, field);
+    setField(lua, field);
 }
 
 void setText(lua_State* lua, const char* field, const std::string& text) {
     lua_pushlstring(lua, text.data(), text.size());
-    lua_setfield(lua, -2, field);
+    setField(lua, field);
 }
 
 // What operations may change.
@@ -58,16 +66,16 @@ void showPlace(lua_State* lua, Scene& scene) {
 void showFrame(lua_State* lua, Scene& scene, unsigned channels) {
     const FrameFacts& frame = scene.frame;
     lua_pushinteger(lua, frame.number);
-    lua_setfield(lua, -2, "n");
+    setField(lua, "n");
     lua_pushnumber(lua, frame.time);
-    lua_setfield(lua, -2, "t");
+    setField(lua, "t");
     setText(lua, "tc", timeCodeText(frame.timeCode, frame.timeCodeType));
     lua_newtable(lua);
-    for (unsigned channel = 0; channel < channels; ++channel) {
+    for (unsigned channel = 0; channel < std::min(channels, mostMeters); ++channel) {
         lua_pushnumber(lua, levelPart(frame.levels[channel]));
         lua_seti(lua, -2, channel + 1);
     }
-    lua_setfield(lua, -2, "levels");
+    setField(lua, "levels");
     showPlace(lua, scene);
 }
 
@@ -80,7 +88,7 @@ void showStream(lua_State* lua, const StreamFacts& stream) {
     lua_newtable(lua);
     for (const auto& [key, value] : stream.tags)
         setText(lua, key.c_str(), value);
-    lua_setfield(lua, -2, "meta");
+    setField(lua, "meta");
 }
 
 // "file:line" of the caller.
@@ -97,14 +105,17 @@ class LuaProgram::State {
 public:
     State(const std::string& path, const std::string& text, const LuaLimits& limits)
         : m_path(path), m_folder(folderOf(path)), m_sandbox(path, limits), m_lua(m_sandbox.get()) {
-        if (m_sandbox.load(text, path) != LUA_OK)
-            throw UsageError(m_sandbox.takeError());
-        if (const std::string error = m_sandbox.call(0); !error.empty())
+        bool draws = false;
+        const std::string error = m_sandbox.run([&] {
+            m_sandbox.load(text, path);
+            lua_call(m_lua, 0, 0);
+            draws = pushFunction("frame");
+            makeCanvas();
+        });
+        if (!error.empty())
             throw UsageError(error);
-        if (lua_getglobal(m_lua, "frame") != LUA_TFUNCTION)
+        if (!draws)
             throw UsageError(fmt::format("{}: there is no function frame(d) in it", path));
-        lua_settop(m_lua, 0);
-        makeCanvas();
     }
 
     void setUp(Stage& stage) {
@@ -112,28 +123,25 @@ public:
         m_sandbox.printTo([this](const std::string& line) {
             m_stage->warn(fmt::format("{}: {}", m_path, line));
         });
-        showStream();
-        canvas();
-        if (lua_getglobal(m_lua, "setup") != LUA_TFUNCTION) {
-            lua_settop(m_lua, 0);
-            return;
-        }
-        lua_insert(m_lua, -2);
-        finish(m_sandbox.call(1), "setup");
+        const std::string error = m_sandbox.run([this] {
+            showNews();
+            if (pushFunction("setup"))
+                callWithCanvas();
+        });
+        finish(error, "setup");
     }
 
-    void showStream() {
-        canvas();
-        ::showStream(m_lua, m_stage->stream());
-        lua_settop(m_lua, 0);
-    }
+    void showStream() { m_isStreamShown = false; }
 
     void frame(Scene& scene) {
-        lua_getglobal(m_lua, "frame");
-        canvas();
-        showFrame(m_lua, scene, m_stage->stream().channels);
         m_scene = &scene;
-        const std::string error = m_sandbox.call(1);
+        const std::string error = m_sandbox.run([&] {
+            showNews();
+            pushCanvas();
+            showFrame(m_lua, scene, m_stage->stream().channels);
+            pushFunction("frame");
+            callWithCanvas();
+        });
         m_scene = nullptr;
         finish(error, fmt::format("frame {}", scene.frame.number));
     }
@@ -160,10 +168,28 @@ private:
         lua_rawsetp(m_lua, LUA_REGISTRYINDEX, this);
     }
 
-    void canvas() { lua_rawgetp(m_lua, LUA_REGISTRYINDEX, this); }
+    void pushCanvas() { lua_rawgetp(m_lua, LUA_REGISTRYINDEX, this); }
 
-    void finish(const std::string& error, const std::string& when) {
-        lua_settop(m_lua, 0);
+    // By the table of globals as it is: programs may make it an error to ask for what is not there.
+    bool pushFunction(const char* name) {
+        lua_pushglobaltable(m_lua);
+        lua_pushstring(m_lua, name);
+        return lua_rawget(m_lua, -2) == LUA_TFUNCTION;
+    }
+
+    void callWithCanvas() {
+        pushCanvas();
+        lua_call(m_lua, 1, 0);
+    }
+
+    void showNews() {
+        if (std::exchange(m_isStreamShown, true))
+            return;
+        pushCanvas();
+        ::showStream(m_lua, m_stage->stream());
+    }
+
+    static void finish(const std::string& error, const std::string& when) {
         if (!error.empty())
             throw Failure(fmt::format("{} (in {})", error, when));
     }
@@ -236,6 +262,7 @@ private:
     LuaSandbox m_sandbox;
     lua_State* m_lua;
     Stage* m_stage = nullptr;
+    bool m_isStreamShown = false;
     Scene* m_scene = nullptr; // of the frame that is drawn
 };
 

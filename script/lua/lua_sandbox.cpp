@@ -21,6 +21,44 @@ constexpr const char* loadedTable = "zrdraw.loaded";
 constexpr const char* forbidden[] = {"dofile",         "loadfile", "load",
                                      "collectgarbage", "print",    "setmetatable"};
 
+// What runs behind an error that the count of instructions ended in, before that is caught, is not
+// counted: handlers of errors are called when it is, and coroutines that it ended are not closed.
+// Numbers of math.random are the same in each run, so that what is made in pieces is the whole.
+constexpr const char* prelude = R"(
+local pcall, select, error = pcall, select, error
+local create, resume = coroutine.create, coroutine.resume
+
+function xpcall(work, handler, ...)
+    local function finish(ok, ...)
+        if ok then return true, ... end
+        return false, select(2, pcall(handler, ...))
+    end
+    return finish(pcall(work, ...))
+end
+
+function coroutine.wrap(work)
+    local thread = create(work)
+    local function finish(ok, ...)
+        if ok then return ... end
+        error((...), 0)
+    end
+    return function(...) return finish(resume(thread, ...)) end
+end
+
+coroutine.close = nil
+math.randomseed(1)
+)";
+
+// "file:line: " of the innermost function that is from a file.
+void pushPlace(lua_State* lua) {
+    lua_Debug function{};
+    int level = 0;
+    while (lua_getstack(lua, level, &function) != 0 && lua_getinfo(lua, "S", &function) != 0 &&
+           *function.source != '@')
+        ++level;
+    luaL_where(lua, level);
+}
+
 bool isModuleName(std::string_view name) {
     return !name.empty() &&
            std::all_of(
@@ -72,7 +110,7 @@ void LuaSandbox::count(lua_State* lua, lua_Debug*) {
     if (self.m_used < self.m_limits.instructions)
         return;
     lua_sethook(lua, count, LUA_MASKCOUNT, 1);
-    luaL_where(lua, 0); // the hook is not a function of its own
+    pushPlace(lua);
     lua_pushfstring(lua, "more than %I instructions, which is the limit",
                     static_cast<LUAI_UACINT>(self.m_limits.instructions));
     lua_concat(lua, 2);
@@ -174,26 +212,42 @@ void LuaSandbox::openLibraries() {
     lua_register(m_lua, "load", loadText);
     lua_register(m_lua, "require", require);
     lua_register(m_lua, "setmetatable", setMetatable);
-    // The same numbers in each run, so that what is made in pieces is the whole.
-    luaL_loadstring(m_lua, "math.randomseed(1)");
+    luaL_loadstring(m_lua, prelude);
     lua_call(m_lua, 0, 0);
 }
 
-int LuaSandbox::load(const std::string& text, const std::string& name) {
-    return luaL_loadbufferx(m_lua, text.data(), text.size(), ("@" + name).c_str(), "t");
+void LuaSandbox::load(const std::string& text, const std::string& name) {
+    if (luaL_loadbufferx(m_lua, text.data(), text.size(), ("@" + name).c_str(), "t") != LUA_OK)
+        lua_error(m_lua);
 }
 
-std::string LuaSandbox::call(int arguments) {
+std::string LuaSandbox::run(const std::function<void()>& work) {
     m_used = 0;
     lua_sethook(m_lua, count, LUA_MASKCOUNT, countStep);
-    return lua_pcall(m_lua, arguments, 0, 0) == LUA_OK ? "" : takeError();
+    lua_pushcfunction(m_lua, [](lua_State* lua) {
+        (*static_cast<const std::function<void()>*>(lua_touserdata(lua, 1)))();
+        return 0;
+    });
+    lua_pushlightuserdata(m_lua, const_cast<std::function<void()>*>(&work));
+    return lua_pcall(m_lua, 1, 0, 0) == LUA_OK ? "" : takeError();
 }
 
+// Takes the error off the stack. An object tells its text by a function of the program, which may
+// be wrong in turn.
 std::string LuaSandbox::takeError() {
-    std::size_t length = 0;
-    const char* text = luaL_tolstring(m_lua, -1, &length);
-    std::string message(text, length);
-    lua_pop(m_lua, 2);
+    lua_pushcfunction(m_lua, [](lua_State* lua) {
+        luaL_tolstring(lua, 1, nullptr);
+        return 1;
+    });
+    lua_insert(m_lua, -2);
+    lua_pcall(m_lua, 1, 1, 0);
+    std::string message = "an error that is no text";
+    if (lua_type(m_lua, -1) == LUA_TSTRING) {
+        std::size_t length = 0;
+        const char* text = lua_tolstring(m_lua, -1, &length);
+        message.assign(text, length);
+    }
+    lua_pop(m_lua, 1);
     if (message == "not enough memory")
         message = fmt::format("{}: more than {} MiB of memory, which is the limit", m_name,
                               m_limits.bytes >> 20);

@@ -27,15 +27,12 @@ public:
     // Where print() goes; nowhere unless told.
     void printTo(Print print) { m_print = std::move(print); }
 
-    // Pushes a text as a function.
-    int load(const std::string& text, const std::string& name);
+    // Does work with Lua that may end in an error of Lua, as nearly all may once memory is short.
+    // What was wrong, in one line; empty for nothing. The work begins with a stack of its own.
+    std::string run(const std::function<void()>& work);
 
-    // Calls the function under `arguments` values, which leaves nothing. What was wrong, in one
-    // line; empty for nothing.
-    std::string call(int arguments);
-
-    // The error that a failed call or load left on the stack, which is taken off.
-    std::string takeError();
+    // Pushes a text as a function, as a part of such work.
+    void load(const std::string& text, const std::string& name);
 
 private:
     static LuaSandbox& of(lua_State* lua);
@@ -46,11 +43,12 @@ private:
     static int require(lua_State* lua);
     static int setMetatable(lua_State* lua);
     void openLibraries();
+    std::string takeError();
 
     std::string m_name, m_folder;
     LuaLimits m_limits;
     Print m_print;
     std::size_t m_bytes = 0;
-    long m_used = 0; // instructions of this call
+    long m_used = 0; // instructions of this work
     lua_State* m_lua = nullptr;
 };

@@ -24,9 +24,9 @@ Bytes drawn(const Bytes& frame, const GstVideoInfo& info, const std::string& scr
               0U);
     if (GST_VIDEO_INFO_IS_YUV(&info))
         draw->SetYCbCrMode(cmRec601);
-    drawOnce(parseScript(script, "test"), *draw,
-             {&layout, canvas.data(), GST_VIDEO_INFO_WIDTH(&info), GST_VIDEO_INFO_HEIGHT(&info),
-              pitch});
+    drawOnce(
+        parseScript(script, "test"), *draw,
+        {&layout, canvas.data(), GST_VIDEO_INFO_WIDTH(&info), GST_VIDEO_INFO_HEIGHT(&info), pitch});
     ReleaseDraw(draw);
     canvas.resize(frame.size());
     return canvas;

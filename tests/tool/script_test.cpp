@@ -1,50 +1,11 @@
 // The script language: what is refused with which words, and what good scripts leave on a canvas.
 #include "gallery/cells.h"
-#include "script/player.h"
+#include "tool/text_canvas.h"
 #include "tool/tool_fixture.h"
 
-#include <cstdint>
 #include <string_view>
 
 namespace {
-
-// A black canvas with a white foreground and a red background colour.
-class Canvas {
-public:
-    Canvas(int width, int height)
-        : m_width(width), m_pixels(static_cast<std::size_t>(width * height), 0) {
-        GetDraw(ptBGRA32, width, height, 0, reinterpret_cast<char*>(m_pixels.data()), draw);
-        run("color 1 1 1; backcolor 1 0 0");
-    }
-    ~Canvas() { ReleaseDraw(draw); }
-    Canvas(const Canvas&) = delete;
-    Canvas& operator=(const Canvas&) = delete;
-
-    // Answers what was refused.
-    std::vector<std::string> run(const std::string& script) {
-        const PictureView view{zrFindLayout(ptBGRA32),
-                               reinterpret_cast<unsigned char*>(m_pixels.data()), m_width,
-                               static_cast<int>(m_pixels.size()) / m_width, m_width * 4};
-        return drawOnce(parseScript(script, "-e"), *draw, view);
-    }
-
-    // '#' is foreground, 'o' any other colour, '.' untouched.
-    std::string art() const {
-        std::string text;
-        for (std::size_t i = 0; i < m_pixels.size(); ++i) {
-            text += m_pixels[i] == 0xFFFFFFFF ? '#' : m_pixels[i] != 0 ? 'o' : '.';
-            if ((i + 1) % static_cast<std::size_t>(m_width) == 0)
-                text += '\n';
-        }
-        return text;
-    }
-
-    ZRDraw* draw = nullptr;
-
-private:
-    int m_width;
-    std::vector<std::uint32_t> m_pixels;
-};
 
 TEST(ScriptTest, FaultsAreNamedWithTheirPlace) {
     const struct {
@@ -135,7 +96,7 @@ TEST(ScriptTest, MarksOnTheCanvas) {
         {"gradient 1 0 3 1 0", ".#oo......\n.#oo......\n..........\n"},
     };
     for (const auto& [script, art] : cases) {
-        Canvas canvas(10, 3);
+        TextCanvas canvas(10, 3);
         canvas.run(script);
         EXPECT_EQ(canvas.art(), art) << script;
     }
@@ -158,7 +119,7 @@ TEST(ScriptTest, TextFlagsAreThoseOfTheLibrary) {
                  {"right", zrTextRight, false},
                  {"opaque centre", zrTextCentre, true}};
     for (const auto& [flags, format, opaque] : cases) {
-        Canvas canvas(48, 24), direct(48, 24);
+        TextCanvas canvas(48, 24), direct(48, 24);
         canvas.run("text 4 2 44 18 \"HH\" " + flags);
         RECT rect{4, 2, 44, 18};
         direct.draw->textTransparent = !opaque;
@@ -192,7 +153,7 @@ TEST(ScriptTest, StateCommandsSetTheObject) {
         {"color 1 0 0 0", [](const ZRDraw& d) { return d.foreColor == 0x00FF0000; }},
     };
     for (const auto& [script, holds] : cases) {
-        Canvas canvas(10, 10);
+        TextCanvas canvas(10, 10);
         canvas.run(script);
         EXPECT_TRUE(holds(*canvas.draw)) << script;
     }
@@ -215,7 +176,7 @@ TEST(ScriptTest, OffTheCanvasIsRefused) {
                                 "coordinate"},
     };
     for (const auto& [script, refusal] : cases) {
-        const std::vector<std::string> got = Canvas(10, 3).run(script);
+        const std::vector<std::string> got = TextCanvas(10, 3).run(script);
         EXPECT_EQ(got.empty() ? "" : got.back(), refusal) << script;
     }
 }
