@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include <cctype>
 #include <utility>
 
 namespace {
@@ -67,9 +68,17 @@ private:
         word.text += take();
     }
 
+    // The semicolon of a time code such as 10:00:00;02 ends no command.
+    bool isDropFrame(const Word& word) const {
+        constexpr std::size_t before = 8; // characters of hours, minutes and seconds
+        return at(";") && word.text.size() == before && word.text[2] == ':' &&
+               word.text[5] == ':' && m_next + 1 < m_text.size() &&
+               std::isdigit(static_cast<unsigned char>(m_text[m_next + 1])) != 0;
+    }
+
     void takePlain() {
         Word word{{}, Word::Quotes::None, m_position, {}};
-        while (!atEnd() && !at(blanks) && !at("\n;#\"'"))
+        while (!atEnd() && !at(blanks) && (!at("\n;#\"'") || isDropFrame(word)))
             appendTo(word);
         if (at("\"'"))
             failAt(m_source, m_position, "a quote inside a word; put a blank before it");

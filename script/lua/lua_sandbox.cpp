@@ -45,6 +45,17 @@ function coroutine.wrap(work)
     return function(...) return finish(resume(thread, ...)) end
 end
 
+-- Single calls that would last for ever are not counted either.
+local rep, move = string.rep, table.move
+function string.rep(text, count, between)
+    if text == "" and (between or "") == "" then return "" end
+    return rep(text, count, between)
+end
+function table.move(from, first, last, ...)
+    if last - first > 10000000 then error("table.move of more than 10000000 values", 2) end
+    return move(from, first, last, ...)
+end
+
 coroutine.close = nil
 math.randomseed(1)
 )";

@@ -2,11 +2,17 @@
 #include "script/operations/operation_rows.h"
 #include "script/pictures/picture_shelf.h"
 
+#include <algorithm>
+#include <cstdint>
+
 using namespace rows;
 
 namespace {
 
 constexpr double longestTime = 1e6; // seconds
+
+// A picture is scaled as a whole: this is half a gigabyte.
+constexpr std::int64_t mostPixels = std::int64_t{8192} * 8192;
 
 int image(Scene& scene, const Arguments& a) {
     const PictureShelf::Wish wish{a.text(2), a.numberOr(8, 0.0)};
@@ -18,6 +24,9 @@ int image(Scene& scene, const Arguments& a) {
     };
     const int width = size(5, picture->width, Role::Width);
     const int height = size(6, picture->height, Role::Height);
+    const bool isScaled = width != picture->width || height != picture->height;
+    if (isScaled && std::int64_t{width} * height > mostPixels)
+        return -1;
     const int x = a.whole(0) - anchorOffset(a, 10, width);
     const int y = a.whole(1) - anchorOffset(a, 11, height);
     scene.pictures.put(scene.draw, scene.picture, wish, picture, {x, y, width, height},

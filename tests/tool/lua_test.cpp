@@ -212,6 +212,15 @@ TEST(LuaTest, MemoryHasALimit) {
         << "what is no longer used is free";
 }
 
+TEST(LuaTest, SingleCallsThatNeverEndAreRefused) {
+    EXPECT_EQ(playLua(inFrame("assert(('').rep('', 1e12) == '' and ('ab'):rep(2, '-') == 'ab-ab')"))
+                  .error,
+              "");
+    EXPECT_EQ(playLua(inFrame("table.move({}, 1, 1e12, 2)")).error,
+              "p.lua:1: table.move of more than 10000000 values (in frame 0)");
+    EXPECT_EQ(playLua(inFrame("assert(table.move({4, 5}, 1, 2, 2)[3] == 5)")).error, "");
+}
+
 TEST(LuaTest, NoErrorEndsTheProcess) {
     const struct {
         const char* program;

@@ -65,8 +65,8 @@ TEST(ScriptMotionTest, FromHoldsUpToItsSecondTimeCode) {
          {"23:59:59:00", "23:59:59:24", "00:00:00:00", "00:00:00:09"},
          {"23:59:58:24", "00:00:00:10", "12:00:00:00"}},
         {"00:00:01:00 to 00:00:01:00", zrTimeCode25, {}, {"00:00:01:00", "00:00:00:24"}},
-        // A semicolon ends a command, but in quotes.
-        {"\"00:00:59;29\" to 00:01:00:03",
+        // The semicolon of a time code ends no command.
+        {"00:00:59;29 to \"00:01:00;03\"",
          zrTimeCode30Drop,
          {"00:00:59;29", "00:01:00;02"},
          {"00:00:59;28", "00:01:00;03"}},
@@ -97,7 +97,7 @@ TEST(ScriptMotionTest, TimeCodesThatCannotBeAreRefusedBeforeAnyFrame) {
     } cases[] = {
         {"\nfrom 00:00:00:00 to 00:00:00:25; end", zrTimeCode25,
          "-e:2:1: from: the time code 00:00:00:25 cannot be at 25 frames a second"},
-        {"from \"00:01:00;00\" to 00:02:00:02; end", zrTimeCode30Drop,
+        {"from 00:01:00;00 to 00:02:00:02; end", zrTimeCode30Drop,
          "-e:1:1: from: the time code 00:01:00;00 cannot be at 29.97 frames a second drop-frame"},
         {"from 24:00:00:00 to 00:00:00:01; end", zrTimeCode25,
          "-e:1:1: from: the time code 24:00:00:00 cannot be at 25 frames a second"},
