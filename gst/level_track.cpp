@@ -101,3 +101,8 @@ void LevelTrack::drop(GstClockTime before) {
     while (!m_blocks.empty() && m_blocks.front().end() <= before)
         m_blocks.pop_front();
 }
+
+bool LevelTrack::isImpatient() const {
+    const std::lock_guard lock(m_mutex);
+    return m_impatient;
+}

@@ -53,6 +53,7 @@ public:
 
     // Ends a wait, and lets no other begin until it is called again with false.
     void setImpatient(bool impatient);
+    bool isImpatient() const;
 
 private:
     static constexpr GstClockTime mostKept = 10 * GST_SECOND;

@@ -68,7 +68,8 @@ private:
 // The frames of a file, one by one.
 class FrameSource {
 public:
-    explicit FrameSource(const std::string& path) : m_path(path) {
+    FrameSource(const std::string& path, std::function<bool()> isStopped)
+        : m_path(path), m_isStopped(std::move(isStopped)) {
         GError* problem = nullptr;
         const Owned<gchar> uri(gst_filename_to_uri(path.c_str(), &problem));
         if (!uri)
@@ -89,6 +90,8 @@ public:
             if (Owned<GstSample> sample{gst_app_sink_try_pull_sample(frames, patience)})
                 return sample;
             throwError();
+            if (m_isStopped && m_isStopped())
+                throw failure("the wait for it was ended");
             if (gst_app_sink_is_eos(frames))
                 return nullptr;
         }
@@ -136,6 +139,7 @@ private:
     }
 
     std::string m_path;
+    std::function<bool()> m_isStopped;
     std::unique_ptr<GstElement, StopAndRelease> m_pipeline;
     Owned<GstElement> m_frames;
     Owned<GstBus> m_bus;
@@ -143,6 +147,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<PictureClip> openPictureClip(const std::string& path) {
-    return std::make_unique<TimedClip<FrameSource>>(path);
+std::unique_ptr<PictureClip> openPictureClip(const std::string& path,
+                                             const std::function<bool()>& isStopped) {
+    return std::make_unique<TimedClip<FrameSource>>(path, isStopped);
 }

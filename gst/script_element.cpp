@@ -132,14 +132,17 @@ ScriptSource readSource(const Wish& wish) {
     return source;
 }
 
-// Does what may find the script wrong; false, with the element's error posted, if it is. Nothing is
-// locked meanwhile, as handlers of messages may ask for properties.
+// Does what may find the script wrong; false, with the element's error posted, if it is. What is
+// ended by a flush is no error. Nothing is locked meanwhile, as handlers of messages may ask for
+// properties.
 template <class Work>
 bool isSound(ZrScript* self, Work work) {
     try {
         work();
         return true;
     } catch (const Failure& error) {
+        if (stateOf(self).levels.isImpatient())
+            return false;
         GST_ELEMENT_ERROR(self, RESOURCE, OPEN_READ, ("%s.", error.what()), (nullptr));
     } catch (const ToolError& error) {
         GST_ELEMENT_ERROR(self, LIBRARY, SETTINGS, ("%s.", error.what()), (nullptr));
@@ -153,11 +156,13 @@ void makePlayer(ZrScript* self, const Wish& wish) {
     state.hasBlending = blends(source.script);
     state.wantsLevels = source.wantsLevels();
     state.toldOfBlending = false;
-    const ScriptHost host{[self](const std::string& message) {
-                              GST_ELEMENT_WARNING(self, STREAM, FAILED, ("%s.", message.c_str()),
-                                                  (nullptr));
-                          },
-                          openPictureClip};
+    const auto isStopped = [&state] { return state.levels.isImpatient(); };
+    const ScriptHost host{
+        [self](const std::string& message) {
+            GST_ELEMENT_WARNING(self, STREAM, FAILED, ("%s.", message.c_str()), (nullptr));
+        },
+        [isStopped](const std::string& path) { return openPictureClip(path, isStopped); },
+        isStopped};
     state.player = std::make_unique<ScriptPlayer>(
         std::move(source),
         state.stream.facts(GST_BASE_TRANSFORM_SINK_PAD(self), state.levels.channels()), host);
@@ -290,7 +295,9 @@ GstFlowReturn transformFrame(GstVideoFilter* filter, GstVideoFrame* frame) {
     ZrScript* self = ZR_SCRIPT(filter);
     return guarded(self, [&] {
         const bool sound = updatePlayer(self) && isSound(self, [&] { drawOn(*frame, self); });
-        return sound ? GST_FLOW_OK : GST_FLOW_ERROR;
+        if (sound)
+            return GST_FLOW_OK;
+        return stateOf(self).levels.isImpatient() ? GST_FLOW_FLUSHING : GST_FLOW_ERROR;
     });
 }
 

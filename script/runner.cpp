@@ -48,21 +48,21 @@ void ScriptRunner::prepare(std::size_t i) {
                            [kind](const Parameter& parameter) { return parameter.kind == kind; });
     };
     if (has(Kind::TimeCode))
-        m_ranges[i] = rangeOf(command);
+        m_ranges[i] = rangeOf(command, m_stage.stream().timeCodeType);
     if (has(Kind::File))
         openPicture(command);
 }
 
-ScriptRunner::Range ScriptRunner::rangeOf(const Command& command) const {
-    return {timeCodeOf(command, 0), timeCodeOf(command, 2)};
+ScriptRunner::Range ScriptRunner::rangeOf(const Command& command, unsigned type) const {
+    return {type, timeCodeOf(command, 0, type), timeCodeOf(command, 2, type)};
 }
 
-unsigned ScriptRunner::timeCodeOf(const Command& command, std::size_t argument) const {
+unsigned ScriptRunner::timeCodeOf(const Command& command, std::size_t argument,
+                                  unsigned type) const {
     const std::string& text = command.arguments.text(argument);
-    const unsigned type = m_stage.stream().timeCodeType;
     unsigned frames = 0;
     if (zrTimeCodeFrames(text.c_str(), type, &frames) != 0)
-        failAt(*command.source, command.position,
+        failAt(*command.source, command.places[argument],
                fmt::format("{}: the time code {} cannot be at {:.6g} frames a second{}",
                            command.operation->name, text, m_stage.stream().framesPerSecond,
                            zrTimeCodeIsDrop(type) != 0 ? " drop-frame" : ""));
@@ -73,8 +73,12 @@ unsigned ScriptRunner::timeCodeOf(const Command& command, std::size_t argument) 
 void ScriptRunner::openPicture(const Command& command) {
     const auto& parameters = command.operation->parameters;
     for (std::size_t i = 0; i < parameters.size(); ++i)
-        if (parameters[i].kind == Kind::File)
-            m_stage.pictures().open(command.arguments.text(i));
+        try {
+            if (parameters[i].kind == Kind::File)
+                m_stage.pictures().open(command.arguments.text(i));
+        } catch (const Failure& error) {
+            throw Failure(fmt::format("{}: {}", command.placeOf(command.places[i]), error.what()));
+        }
 }
 
 void ScriptRunner::run(Scene& scene) {
@@ -96,11 +100,16 @@ void ScriptRunner::run(Scene& scene) {
         }
 }
 
+// Frames may have a time code that counts otherwise than their stream.
 bool ScriptRunner::holds(const Scene& scene, std::size_t i) {
+    const Command& command = m_script.commands[i];
     const auto found = m_ranges.find(i);
     if (found == m_ranges.end())
-        return valueOf(scene, m_script.commands[i], 0) != 0;
-    const auto [first, end] = found->second;
+        return valueOf(scene, command, 0) != 0;
+    Range& range = found->second;
+    if (range.type != scene.frame.timeCodeType)
+        range = rangeOf(command, scene.frame.timeCodeType);
+    const auto [type, first, end] = range;
     const unsigned now = sinceMidnight(scene.frame.timeCode, scene.frame.timeCodeType);
     const bool passesMidnight = end < first;
     return passesMidnight ? now >= first || now < end : now >= first && now < end;
@@ -117,9 +126,9 @@ void ScriptRunner::draw(Scene& scene, std::size_t i) {
         fill(scene, command, arguments);
         refusal = Stage::perform(scene, *command.operation, arguments);
     }
-    if (refusal)
-        m_stage.warnOnce(command.place(), "refused",
-                         fmt::format("{} was refused: {}", command.operation->name, *refusal));
+    if (refusal && m_told.insert(&command).second)
+        m_stage.warn(fmt::format("{}: {} was refused: {}", command.place(), command.operation->name,
+                                 *refusal));
 }
 
 void ScriptRunner::fill(const Scene& scene, const Command& command, Arguments& arguments) {
@@ -159,12 +168,10 @@ double ScriptRunner::hold(const Scene& scene, const Command& command, const Live
                           double value) {
     const Parameter& parameter = command.operation->parameters[number.argument];
     const double held = std::clamp(value, parameter.low, parameter.high);
-    if (held != value)
-        m_stage.warnOnce(
-            fmt::format("{}:{}:{}", *command.source, number.position.line, number.position.column),
-            "held",
-            fmt::format("{}: expected {} for {}, got {:g} in frame {}: it is held at {:g}",
-                        command.operation->name, expectation(parameter), number.name, value,
-                        scene.frame.number, held));
+    if (held != value && m_told.insert(&number).second)
+        m_stage.warn(
+            fmt::format("{}: {}: expected {} for {}, got {:g} in frame {}: it is held at {:g}",
+                        command.placeOf(number.position), command.operation->name,
+                        expectation(parameter), number.name, value, scene.frame.number, held));
     return held;
 }

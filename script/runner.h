@@ -5,6 +5,7 @@
 #include "script/stage.h"
 
 #include <map>
+#include <set>
 
 class ScriptRunner {
 public:
@@ -16,13 +17,15 @@ public:
     void run(Scene& scene);
 
 private:
+    // Frames since midnight, as a type of time code counts them.
     struct Range {
-        unsigned first, end; // frames since midnight
+        unsigned type;
+        unsigned first, end;
     };
 
     void prepare(std::size_t i);
-    Range rangeOf(const Command& command) const;
-    unsigned timeCodeOf(const Command& command, std::size_t argument) const;
+    Range rangeOf(const Command& command, unsigned type) const;
+    unsigned timeCodeOf(const Command& command, std::size_t argument, unsigned type) const;
     void openPicture(const Command& command);
 
     bool holds(const Scene& scene, std::size_t i);
@@ -37,4 +40,5 @@ private:
     std::vector<Arguments> m_ready;   // pixels of what is not live, in a frame's own grid
     std::vector<Arguments> m_scratch; // of what is, or lies in another grid
     std::map<std::size_t, Range> m_ranges;
+    std::set<const void*> m_told; // commands and numbers that were warned of
 };

@@ -41,6 +41,7 @@ std::optional<std::string> Stage::performReady(Scene& scene, const Operation& op
 
 void Stage::warnOnce(const std::string& place, const std::string& kind,
                      const std::string& message) {
-    if (m_told.emplace(place, kind).second)
+    constexpr std::size_t most = 1000; // programs may make up places
+    if (m_told.size() < most && m_told.emplace(place, kind).second)
         m_host.warn(fmt::format("{}: {}", place, message));
 }

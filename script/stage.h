@@ -15,6 +15,7 @@
 struct ScriptHost {
     std::function<void(const std::string& message)> warn;
     PictureOpener openPicture;
+    std::function<bool()> isStopped = {}; // whether a frame is to end before it is through
 };
 
 class Stage {
@@ -45,7 +46,9 @@ public:
 
     void warn(const std::string& message) const { m_host.warn(message); }
 
-    // Each message of a command once, however many frames have reason for it.
+    bool isStopped() const { return m_host.isStopped && m_host.isStopped(); }
+
+    // Each kind of message of a place once, however many frames have reason for it.
     void warnOnce(const std::string& place, const std::string& kind, const std::string& message);
 
 private:

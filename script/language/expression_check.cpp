@@ -5,6 +5,10 @@
 
 #include <fmt/format.h>
 
+extern "C" {
+#include <libavutil/eval.h>
+}
+
 #include <algorithm>
 #include <cctype>
 
@@ -109,12 +113,19 @@ private:
     // Powers of ten and decibels may follow digits: 10k, -6dB.
     void takeNumber() {
         startOperand(m_next);
-        bool isExponent = false;
-        while (m_next < m_text.size() && (isLetter(at()) || isDigit(at()) || at() == '.' ||
-                                          (isExponent && (at() == '+' || at() == '-')))) {
-            isExponent = at() == 'e' || at() == 'E';
+        const std::string number(m_text.substr(m_next));
+        char* end = nullptr;
+        av_strtod(number.c_str(), &end);
+        const auto length = static_cast<std::size_t>(end - number.c_str());
+        const std::size_t begin = m_next;
+        m_next += length;
+        const bool goesOn =
+            m_next < m_text.size() && (isLetter(at()) || isDigit(at()) || at() == '.');
+        if (length != 0 && !goesOn)
+            return;
+        while (m_next < m_text.size() && (isLetter(at()) || isDigit(at()) || at() == '.'))
             ++m_next;
-        }
+        fail(begin, fmt::format("\"{}\" is no number", m_text.substr(begin, m_next - begin)));
     }
 
     void takeName() {
@@ -140,8 +151,7 @@ private:
     [[noreturn]] void failUnknown(std::string_view name, std::size_t offset) const {
         if (const FunctionName* function = functionNamed(name))
             fail(offset, fmt::format("{} is a function: write {}(...)", name, function->name));
-        fail(offset, fmt::format("there is no \"{}\"{}", name,
-                                 nearNames(std::string(name), m_names.visible())));
+        fail(offset, fmt::format("there is no \"{}\"{}", name, m_names.near(std::string(name))));
     }
 
     void takeFunction(std::string_view name, std::size_t begin) {

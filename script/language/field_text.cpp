@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <cmath>
 #include <ctime>
@@ -160,7 +161,7 @@ private:
             return date(rest);
         std::string_view argument;
         if (row.takesArgument) {
-            const std::size_t last = std::min(rest.find(':'), rest.size());
+            const std::size_t last = endOfArgument(row.kind, rest);
             argument = rest.substr(0, last);
             if (argument.empty())
                 fail(begin + 1, fmt::format("write {{{}}}", row.name.usage));
@@ -173,6 +174,14 @@ private:
                                          "\"{}\"",
                                          rest));
         return make(row.kind, argument, offset, *form, formOffset);
+    }
+
+    // Of a tag's name, which may have colons of its own, where no form stands behind it.
+    static std::size_t endOfArgument(Kind kind, std::string_view text) {
+        const std::size_t last = text.rfind(':');
+        if (kind == Kind::Tag && last != text.npos && !formIn(text.substr(last + 1)))
+            return text.size();
+        return std::min(kind == Kind::Tag ? last : text.find(':'), text.size());
     }
 
     static const Row& rowNamed(std::string_view name, std::size_t offset) {
@@ -244,7 +253,9 @@ private:
             const double number = expression->evaluate(facts.values);
             if (!std::isfinite(number))
                 fail(offset, "the expression gives no number");
-            return written(form, form.hasPrecision ? "f" : "g", number);
+            constexpr double mostExact = 1e15;
+            const bool isWhole = number == std::trunc(number) && std::abs(number) < mostExact;
+            return written(form, form.hasPrecision ? "f" : isWhole ? ".0f" : "g", number);
         };
     }
 

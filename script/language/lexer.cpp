@@ -77,12 +77,20 @@ private:
     }
 
     void takePlain() {
+        requireText();
         Word word{{}, Word::Quotes::None, m_position, {}};
         while (!atEnd() && !at(blanks) && (!at("\n;#\"'") || isDropFrame(word)))
             appendTo(word);
         if (at("\"'"))
             failAt(m_source, m_position, "a quote inside a word; put a blank before it");
         m_words.push_back(std::move(word));
+    }
+
+    void requireText() const {
+        const auto byte = static_cast<unsigned char>(m_text[m_next]);
+        if (byte < ' ')
+            failAt(m_source, m_position,
+                   fmt::format("the byte 0x{:02x} is no text: is this a script?", byte));
     }
 
     // Only what is in double quotes has escapes.

@@ -1,5 +1,7 @@
 #include "script/language/names.h"
 
+#include "common/near_names.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -26,6 +28,12 @@ std::vector<std::string> Names::visible() const {
         if (name.isVisible)
             result.push_back(name.text);
     return result;
+}
+
+std::string Names::near(const std::string& name) const {
+    std::vector<std::string> candidates = visible();
+    std::erase_if(candidates, [](const std::string& other) { return other.size() == 1; });
+    return nearNames(name, candidates);
 }
 
 const std::vector<const char*>& Names::list() const {

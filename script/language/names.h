@@ -50,6 +50,10 @@ public:
     // All names that can be seen now.
     std::vector<std::string> visible() const;
 
+    // Those that may have been meant by a name that is not there, as nearNames() tells them. A
+    // letter is near too much.
+    std::string near(const std::string& name) const;
+
     // By their places, as libavutil takes them, with what matches nothing for those that cannot be
     // seen, and null at the end. Valid until a name is added.
     const std::vector<const char*>& list() const;

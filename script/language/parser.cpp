@@ -80,8 +80,8 @@ private:
 
 } // namespace
 
-std::string Command::place() const {
-    return fmt::format("{}:{}:{}", *source, position.line, position.column);
+std::string Command::placeOf(Position at) const {
+    return fmt::format("{}:{}:{}", *source, at.line, at.column);
 }
 
 void Script::read(std::string_view text, const std::string& source, const std::string& folder) {

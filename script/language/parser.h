@@ -34,11 +34,13 @@ struct Command {
     std::vector<LiveText> texts;
     std::shared_ptr<const std::string> source;
     Position position;
-    std::size_t end = 0;      // of Open: its end, among the commands
-    std::size_t variable = 0; // of Let: its place among the values
+    std::vector<Position> places; // of the arguments, where they are written
+    std::size_t end = 0;          // of Open: its end, among the commands
+    std::size_t variable = 0;     // of Let: its place among the values
 
     bool isLive() const { return !numbers.empty() || !texts.empty(); }
-    std::string place() const; // "source:line:column"
+    std::string place() const { return placeOf(position); } // "source:line:column"
+    std::string placeOf(Position at) const;
 };
 
 struct Script {

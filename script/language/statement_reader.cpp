@@ -35,6 +35,7 @@ public:
           m_command(command) {}
 
     void read() {
+        m_command.places.resize(operation().parameters.size());
         m_command.arguments = Arguments(readAll());
         requireSound();
     }
@@ -69,9 +70,9 @@ private:
     }
 
     [[noreturn]] void failUnexpected(const Parameter& expected, std::string_view name,
-                                     const Word& word) const {
-        fail(word.position,
-             fmt::format("expected {} for {}, got \"{}\"", expectation(expected), name, word.text));
+                                     const Word& word, const std::string& hint = "") const {
+        fail(word.position, fmt::format("expected {} for {}, got \"{}\"{}", expectation(expected),
+                                        name, word.text, hint));
     }
 
     void readParameter(std::size_t i, Argument& argument) override {
@@ -82,27 +83,19 @@ private:
         if (atEnd())
             failMissing(std::string(parameter(i).name));
         const Word& word = m_words[m_next++];
+        m_command.places[i] = word.position;
         argument.given = true;
         switch (parameter(i).kind) {
         case Kind::Text:
             return readText(i, word, argument);
         case Kind::File:
-            if (word.quotes == Word::Quotes::Single || word.text.empty())
-                failUnexpected(parameter(i), parameter(i).name, word);
-            argument.text = besideScript(m_folder, word.text);
-            return;
+            return readFile(parameter(i), word, argument);
         case Kind::Variable:
             return readVariable(word, argument);
         case Kind::TimeCode:
-            if (word.quotes == Word::Quotes::Single || !isTimeCode(word.text))
-                failUnexpected(parameter(i), parameter(i).name, word);
-            argument.text = word.text;
-            return;
+            return readTimeCode(parameter(i), word, argument);
         case Kind::Sign:
-            if (!word.isPlain() || word.text != parameter(i).name)
-                fail(word.position, fmt::format("expected {}, got \"{}\"; write {}",
-                                                parameter(i).name, word.text, usage(operation())));
-            return;
+            return readSign(parameter(i), word);
         case Kind::Whole:
         case Kind::Number:
         case Kind::Choice:
@@ -111,7 +104,31 @@ private:
             break;
         }
         if (!readWord(parameter(i), word, argument))
-            argument.number = readNumber({i, 0, std::string(parameter(i).name), {}, {}}, word);
+            argument.number = readNumber({i, 0, nameOf(i), {}, {}}, word);
+    }
+
+    // A variable stands for what it is set to.
+    std::string nameOf(std::size_t i) const {
+        return operation().flow == Operation::Flow::Let ? m_words[1].text
+                                                        : std::string(parameter(i).name);
+    }
+
+    void readFile(const Parameter& expected, const Word& word, Argument& argument) const {
+        if (word.quotes == Word::Quotes::Single || word.text.empty())
+            failUnexpected(expected, expected.name, word);
+        argument.text = besideScript(m_folder, word.text);
+    }
+
+    void readTimeCode(const Parameter& expected, const Word& word, Argument& argument) const {
+        if (word.quotes == Word::Quotes::Single || !isTimeCode(word.text))
+            failUnexpected(expected, expected.name, word);
+        argument.text = word.text;
+    }
+
+    void readSign(const Parameter& expected, const Word& word) const {
+        if (!word.isPlain() || word.text != expected.name)
+            fail(word.position, fmt::format("expected {}, got \"{}\"; write {}", expected.name,
+                                            word.text, usage(operation())));
     }
 
     void readVariable(const Word& word, Argument& argument) const {
@@ -144,8 +161,10 @@ private:
             word.isPlain() ? numberIn<double>(word.text) : std::nullopt;
         const bool isName = word.isPlain() && isVariableName(word.text) &&
                             !isNumberName(word.text) && !m_names.find(word.text);
-        if (word.quotes == Word::Quotes::Double || expected.kind == Kind::Choice || isName)
+        if (word.quotes == Word::Quotes::Double || expected.kind == Kind::Choice)
             failUnexpected(expected, number.name, word);
+        if (isName)
+            failUnexpected(expected, number.name, word, m_names.near(word.text));
         if (plain) {
             const bool isWhole = expected.kind != Kind::Whole ||
                                  expected.role != Parameter::Role::Plain ||
@@ -217,7 +236,7 @@ private:
 Command readStatement(const Statement& words, const Operation& operation,
                       const std::shared_ptr<const std::string>& source, const Names& names,
                       const std::string& folder) {
-    Command command{&operation, Arguments({}), {}, {}, source, words.front().position};
+    Command command{&operation, Arguments({}), {}, {}, source, words.front().position, {}};
     StatementReader(words, operation, names, folder, command).read();
     return command;
 }
@@ -241,10 +260,11 @@ std::string expectation(const Parameter& parameter) {
         break;
     }
     if (parameter.high == std::numeric_limits<double>::max())
-        return "a number or an expression";
-    std::string result =
-        fmt::format("a {}number from {} to {}", parameter.kind == Kind::Number ? "" : "whole ",
-                    parameter.low, parameter.high);
+        return "a number";
+    // What lies on the frame is rounded to its pixels.
+    const bool isWhole = parameter.kind == Kind::Whole && parameter.role == Parameter::Role::Plain;
+    std::string result = fmt::format("a {}number from {} to {}", isWhole ? "whole " : "",
+                                     parameter.low, parameter.high);
     for (const auto word : parameter.words)
         result += fmt::format(" or {}", word);
     return result;

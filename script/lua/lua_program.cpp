@@ -42,6 +42,18 @@ void setField(lua_State* lua, const char* field) {
     lua_rawset(lua, -3);
 }
 
+// Of a table of levels: channels that are not there are silent.
+constexpr const char* silence = "zrdraw.silence";
+
+void makeSilence(lua_State* lua) {
+    luaL_newmetatable(lua, silence);
+    lua_pushcfunction(lua, [](lua_State* asked) {
+        lua_pushinteger(asked, 0);
+        return 1;
+    });
+    lua_setfield(lua, -2, "__index");
+}
+
 // Into the table on top of the stack.
 void setNumber(lua_State* lua, const char* field, double value) {
     if (value == std::trunc(value))
@@ -71,6 +83,7 @@ void showFrame(lua_State* lua, Scene& scene, unsigned channels) {
     setField(lua, "t");
     setText(lua, "tc", timeCodeText(frame.timeCode, frame.timeCodeType));
     lua_newtable(lua);
+    luaL_setmetatable(lua, silence);
     for (unsigned channel = 0; channel < std::min(channels, mostMeters); ++channel) {
         lua_pushnumber(lua, levelPart(frame.levels[channel]));
         lua_seti(lua, -2, channel + 1);
@@ -110,6 +123,7 @@ public:
             m_sandbox.load(text, path);
             lua_call(m_lua, 0, 0);
             draws = pushFunction("frame");
+            makeSilence(m_lua);
             makeCanvas();
         });
         if (!error.empty())
@@ -123,6 +137,7 @@ public:
         m_sandbox.printTo([this](const std::string& line) {
             m_stage->warn(fmt::format("{}: {}", m_path, line));
         });
+        m_sandbox.stopWhen([this] { return m_stage->isStopped(); });
         const std::string error = m_sandbox.run([this] {
             showNews();
             if (pushFunction("setup"))
@@ -189,7 +204,9 @@ private:
         ::showStream(m_lua, m_stage->stream());
     }
 
-    static void finish(const std::string& error, const std::string& when) {
+    void finish(const std::string& error, const std::string& when) const {
+        if (m_stage->isStopped())
+            throw Failure("interrupted");
         if (!error.empty())
             throw Failure(fmt::format("{} (in {})", error, when));
     }
@@ -220,6 +237,8 @@ private:
     }
 
     int perform(lua_State* lua, const Operation& operation) {
+        constexpr long drawing = 100; // as many instructions as a short line may take
+        m_sandbox.charge(lua, drawing + lua_gettop(lua));
         LuaArguments read = readLuaArguments(lua, operation, m_folder);
         if (!read.held.empty())
             m_stage->warnOnce(placeOfCall(lua), "held", read.held);

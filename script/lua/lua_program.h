@@ -1,6 +1,7 @@
 // Programs in Lua that draw: setup(d) once, frame(d) for each frame.
 #pragma once
 
+#include "script/lua/lua_limits.h"
 #include "script/stage.h"
 
 #include <memory>
@@ -8,11 +9,6 @@
 #include <string>
 
 struct lua_State;
-
-struct LuaLimits {
-    long instructions = 10'000'000; // of setup, and of each frame
-    std::size_t bytes = std::size_t{256} << 20;
-};
 
 // What a program finds in d beside the commands.
 struct LuaField {

@@ -23,8 +23,9 @@ constexpr const char* forbidden[] = {"dofile",         "loadfile", "load",
 
 // What runs behind an error that the count of instructions ended in, before that is caught, is not
 // counted: handlers of errors are called when it is, and coroutines that it ended are not closed.
-// Numbers of math.random are the same in each run, so that what is made in pieces is the whole.
+// Numbers of math.random are the same in each run.
 constexpr const char* prelude = R"(
+local charge = ...
 local pcall, select, error = pcall, select, error
 local create, resume = coroutine.create, coroutine.resume
 
@@ -45,14 +46,14 @@ function coroutine.wrap(work)
     return function(...) return finish(resume(thread, ...)) end
 end
 
--- Single calls that would last for ever are not counted either.
+-- What single calls do is counted by its size.
 local rep, move = string.rep, table.move
 function string.rep(text, count, between)
-    if text == "" and (between or "") == "" then return "" end
+    charge((#text + #(between or "") + 1) * count / 64)
     return rep(text, count, between)
 end
 function table.move(from, first, last, ...)
-    if last - first > 10000000 then error("table.move of more than 10000000 values", 2) end
+    charge(last - first)
     return move(from, first, last, ...)
 end
 
@@ -113,19 +114,36 @@ void* LuaSandbox::allocate(void* sandbox, void* block, std::size_t before, std::
     return result;
 }
 
-// Once the limit is passed each instruction ends in the error, so that a program that catches it
-// does not go on.
 void LuaSandbox::count(lua_State* lua, lua_Debug*) {
-    LuaSandbox& self = of(lua);
-    self.m_used += countStep;
-    if (self.m_used < self.m_limits.instructions)
-        return;
+    of(lua).charge(lua, countStep);
+}
+
+void LuaSandbox::charge(lua_State* lua, long instructions) {
+    m_used += instructions;
+    if (m_isStopped && m_isStopped())
+        end(lua, "the program is stopped");
+    if (m_used >= m_limits.instructions)
+        end(lua,
+            fmt::format("more than {} instructions, which is the limit", m_limits.instructions));
+}
+
+// From now on each instruction ends in the error, so that a program that catches it does not go on.
+void LuaSandbox::end(lua_State* lua, const std::string& reason) {
     lua_sethook(lua, count, LUA_MASKCOUNT, 1);
     pushPlace(lua);
-    lua_pushfstring(lua, "more than %I instructions, which is the limit",
-                    static_cast<LUAI_UACINT>(self.m_limits.instructions));
-    lua_concat(lua, 2);
+    if (m_ended.empty())
+        m_ended = lua_tostring(lua, -1) + reason;
+    lua_pop(lua, 1);
+    lua_pushstring(lua, m_ended.c_str());
     lua_error(lua);
+    std::abort(); // never comes here
+}
+
+// For the prelude.
+int LuaSandbox::chargeCall(lua_State* lua) {
+    constexpr double most = 1e15; // more than any limit
+    of(lua).charge(lua, static_cast<long>(std::min(luaL_checknumber(lua, 1), most)));
+    return 0;
 }
 
 int LuaSandbox::print(lua_State* lua) {
@@ -224,7 +242,8 @@ void LuaSandbox::openLibraries() {
     lua_register(m_lua, "require", require);
     lua_register(m_lua, "setmetatable", setMetatable);
     luaL_loadstring(m_lua, prelude);
-    lua_call(m_lua, 0, 0);
+    lua_pushcfunction(m_lua, chargeCall);
+    lua_call(m_lua, 1, 0);
 }
 
 void LuaSandbox::load(const std::string& text, const std::string& name) {
@@ -234,13 +253,15 @@ void LuaSandbox::load(const std::string& text, const std::string& name) {
 
 std::string LuaSandbox::run(const std::function<void()>& work) {
     m_used = 0;
+    m_ended.clear();
     lua_sethook(m_lua, count, LUA_MASKCOUNT, countStep);
     lua_pushcfunction(m_lua, [](lua_State* lua) {
         (*static_cast<const std::function<void()>*>(lua_touserdata(lua, 1)))();
         return 0;
     });
     lua_pushlightuserdata(m_lua, const_cast<std::function<void()>*>(&work));
-    return lua_pcall(m_lua, 1, 0, 0) == LUA_OK ? "" : takeError();
+    const std::string error = lua_pcall(m_lua, 1, 0, 0) == LUA_OK ? "" : takeError();
+    return m_ended.empty() ? error : m_ended; // also where the program has caught it
 }
 
 // Takes the error off the stack. An object tells its text by a function of the program, which may
@@ -262,6 +283,11 @@ std::string LuaSandbox::takeError() {
     if (message == "not enough memory")
         message = fmt::format("{}: more than {} MiB of memory, which is the limit", m_name,
                               m_limits.bytes >> 20);
+    else if (message.find(':') == message.npos)
+        message = fmt::format("{}: {}", m_name, message);
+    constexpr std::size_t longest = 500;
+    if (message.size() > longest)
+        message = message.substr(0, longest) + "...";
     std::replace(message.begin(), message.end(), '\n', ' ');
     return message;
 }

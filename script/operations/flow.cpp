@@ -30,7 +30,7 @@ std::vector<Operation> flowOperations() {
     return {
         row("let", {{Kind::Variable, "x"}, {Kind::Sign, "="}, value("expression")},
             "a variable for expressions, up to the end of its block", Flow::Let),
-        row("when", {value("expression")}, "what follows up to end, where it is not 0", Flow::Open),
+        row("when", {value("condition")}, "what follows up to end, where it is not 0", Flow::Open),
         row("from", {{Kind::TimeCode, "tc0"}, {Kind::Sign, "to"}, {Kind::TimeCode, "tc1"}},
             "what follows up to end, from one time code up to but excluding another", Flow::Open),
         row("end", {}, "end of what when or from began", Flow::Close),

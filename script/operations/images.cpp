@@ -19,8 +19,8 @@ int image(Scene& scene, const Arguments& a) {
     const auto picture = scene.pictures.picture(wish, scene.frame.time);
     // A picture's own pixels are as large as the grid's.
     const auto size = [&](std::size_t i, int own, Role role) {
-        return a.given(4) ? a.whole(i)
-                          : std::max(static_cast<int>(scene.place.pixels(own, role)), 1);
+        const double pixels = scene.place.pixels(own, role);
+        return a.given(4) ? a.whole(i) : static_cast<int>(std::clamp(pixels, 1.0, coordinateLimit));
     };
     const int width = size(5, picture->width, Role::Width);
     const int height = size(6, picture->height, Role::Height);
@@ -44,6 +44,6 @@ std::vector<Operation> pictureOperations() {
         with(parameters, {flag("since", 1), {Kind::Number, "t", -longestTime, longestTime}});
     return {
         {"image", with(parameters, anchor()), "a picture, or a clip that begins at second 0, or T",
-         image},
+         image, "it would be scaled to more than 8192 times 8192 pixels"},
     };
 }

@@ -15,7 +15,9 @@ int setScale(Scene& scene, const Arguments& a) {
 }
 
 int textWidth(ZRDraw& draw, const std::string& text) {
-    return draw.LabelGetFontWidth() * static_cast<int>(text.size());
+    constexpr double widest = 1 << 30; // far off any frame
+    return static_cast<int>(
+        std::min(static_cast<double>(text.size()) * draw.LabelGetFontWidth(), widest));
 }
 
 int label(Scene& scene, const Arguments& a) {

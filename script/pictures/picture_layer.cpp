@@ -24,6 +24,10 @@ int phaseOf(int x, int pixels) {
 
 } // namespace
 
+bool isOnFrame(const PictureView& frame, int x, int y, int width, int height) {
+    return overlaps(x, width, frame.width) && overlaps(y, height, frame.height);
+}
+
 bool blendsPictures(const zrLayout& layout) {
     return hasSampleGroups(layout);
 }
@@ -33,7 +37,7 @@ void PictureLayer::put(ZRDraw& draw, const PictureView& frame,
                        int height, double opacity, FrameAlpha alpha) {
     const int columns = width == 0 ? picture->width : width;
     const int lines = height == 0 ? picture->height : height;
-    if (!overlaps(x, columns, frame.width) || !overlaps(y, lines, frame.height))
+    if (!isOnFrame(frame, x, y, columns, lines))
         return;
     take(picture, columns, lines);
     const zrLayout& layout = *frame.layout;

@@ -13,6 +13,9 @@
 // in its place share a layout with those that have alpha.
 enum class FrameAlpha { Counts, Unused };
 
+// Whether any of a picture there is on the frame.
+bool isOnFrame(const PictureView& frame, int x, int y, int width, int height);
+
 // One image command's picture, made ready for the frames it goes on. What was made stays as long as
 // it is of use, so that a picture that stands still costs nothing but the blend.
 class PictureLayer {

@@ -34,7 +34,7 @@ std::unique_ptr<unsigned char, Free> alignedBytes(std::size_t bytes) {
 }
 
 // The four words of a pixel in zimg's order of planes, as offsets in a pixel.
-constexpr int planes = 4;
+constexpr int planes = pictureWords;
 constexpr std::size_t offsets[planes] = {1, 2, 3, 0};
 
 class Planes {

@@ -47,22 +47,28 @@ public:
     void endFrame();
 
 private:
-    struct Layer {
-        PictureLayer layer;
-        bool used = false;
+    struct Clip {
+        std::unique_ptr<PictureClip> pictures;
+        bool used = true;
     };
-    // A picture is made ready for one size and for one place among the pixels that v210 keeps
-    // together.
-    using LayerKey = std::tuple<Wish, int, int, int>;
+    // A picture in one size, made ready for each place that it has had among the pixels that a
+    // layout keeps together.
+    struct Layers {
+        std::shared_ptr<const ScriptPicture> source, scaled;
+        std::map<int, PictureLayer> byPhase;
+        bool used = true;
+    };
+    using LayersKey = std::tuple<Wish, int, int>;
 
+    void makeRoom(const std::string& file);
     void tellOfAlpha(const zrLayout& layout, const Wish& wish,
                      const std::shared_ptr<const ScriptPicture>& picture, double opacity);
 
     PictureOpener m_open;
     Warn m_warn;
     bool m_toldOfAlpha = false;
-    std::shared_ptr<const ScriptPicture> m_opaque;                // looked at last
-    std::map<std::string, std::unique_ptr<PictureClip>> m_opened; // and not used yet
-    std::map<Wish, std::unique_ptr<PictureClip>> m_clips;
-    std::map<LayerKey, Layer> m_layers;
+    std::shared_ptr<const ScriptPicture> m_opaque; // looked at last
+    std::map<std::string, Clip> m_opened;          // and not used yet
+    std::map<Wish, Clip> m_clips;
+    std::map<LayersKey, Layers> m_layers;
 };

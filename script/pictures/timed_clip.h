@@ -6,20 +6,26 @@
 
 #include <fmt/format.h>
 
+#include <functional>
 #include <limits>
 #include <optional>
 #include <utility>
 
 // Holds the file open, one picture of it and the frame behind that, which tells how long it lasts.
 // Going back opens the file anew.
-// `Source` is made of a path and has
+// `Source` is made of a path, and of what else the clip is made of, and has
 // - next(), the frames one by one as owners, null behind the last one,
 // - secondsOf(frame), when it begins, from any time on,
 // - static pictureOf(frame), asked of those that are shown.
 template <class Source>
 class TimedClip : public PictureClip {
 public:
-    explicit TimedClip(const std::string& path) : m_path(path) { rewind(); }
+    template <class... More>
+    explicit TimedClip(const std::string& path, More... more)
+        : m_path(path),
+          m_open([=](std::optional<Source>& source) { source.emplace(path, more...); }) {
+        rewind();
+    }
 
     std::shared_ptr<const ScriptPicture> at(double seconds) override {
         // Times of files are rounded, often to milliseconds.
@@ -39,7 +45,7 @@ private:
 
     void rewind() {
         m_next = nullptr; // before what it came from
-        m_source.emplace(m_path);
+        m_open(m_source);
         m_next = m_source->next();
         if (!m_next)
             throw Failure(fmt::format("cannot read '{}': it holds no picture", m_path));
@@ -60,6 +66,7 @@ private:
     }
 
     std::string m_path;
+    std::function<void(std::optional<Source>&)> m_open;
     std::optional<Source> m_source;
     Frame m_frame, m_next;
     double m_start = 0; // of the first frame, by the file's clock

@@ -131,7 +131,7 @@ TEST_F(DrawTest, ScriptFilesComeFirst) {
     EXPECT_TRUE(decode("dash.png") == withMark(decode("$M/picture.png")));
     expectError(
         shell("echo 'point 1 x' > bad.txt; $Z draw $M/picture.png new.png --script bad.txt"), 2,
-        "bad.txt:1:9: point: expected a whole number");
+        "bad.txt:1:9: point: expected a number");
 }
 
 TEST_F(DrawTest, FailuresAreOneLineAndLeaveNothing) {

@@ -104,11 +104,11 @@ TEST(LuaTest, WrongArgumentsAreNamed) {
         const char* error;
     } cases[] = {
         {"d:point(1)", "point: y is missing; write point X Y [back]"},
-        {"d:point('1', 2)", "point: expected a whole number from -32767 to 32767 for x, got \"1\""},
-        {"d:point({}, 2)", "point: expected a whole number from -32767 to 32767 for x, got table"},
-        {"d:point(0/0, 2)", "point: expected a whole number from -32767 to 32767 for x, got "},
-        {"d:point(1, 1e999)", "point: expected a whole number from -32767 to 32767 for y, got inf"},
-        {"d:point(nil, 2)", "point: expected a whole number from -32767 to 32767 for x, got nil"},
+        {"d:point('1', 2)", "point: expected a number from -32767 to 32767 for x, got \"1\""},
+        {"d:point({}, 2)", "point: expected a number from -32767 to 32767 for x, got table"},
+        {"d:point(0/0, 2)", "point: expected a number from -32767 to 32767 for x, got "},
+        {"d:point(1, 1e999)", "point: expected a number from -32767 to 32767 for y, got inf"},
+        {"d:point(nil, 2)", "point: expected a number from -32767 to 32767 for x, got nil"},
         {"d:point(1, 2, 'front')", "point: unexpected \"front\"; write point X Y [back]"},
         {"d:point(1, 2, 'back', 'back')", "point: unexpected \"back\"; write point X Y [back]"},
         {"d:point(1, 2, 3)", "point: unexpected 3; write point X Y [back]"},
@@ -125,7 +125,7 @@ TEST(LuaTest, WrongArgumentsAreNamed) {
         {"d:polyline(1, 2, 3)",
          "polyline: expected pairs of numbers for two or more points, got 3 numbers"},
         {"d:polyline({1, 2, 3, 'x'})",
-         "polyline: expected a whole number from -32767 to 32767 for y1, got \"x\""},
+         "polyline: expected a number from -32767 to 32767 for y1, got \"x\""},
         {"d:polyline({1, 2, 3, 4}, 5)", "polyline: unexpected 5; write polyline X0 Y0 X1 Y1 ..."},
         {"d:image(1, 2, 'none.png')", "image: cannot read 'none.png'"},
         {"d:image(1, 2, 'a.png', 'scale', 5)",
@@ -213,12 +213,17 @@ TEST(LuaTest, MemoryHasALimit) {
 }
 
 TEST(LuaTest, SingleCallsThatNeverEndAreRefused) {
-    EXPECT_EQ(playLua(inFrame("assert(('').rep('', 1e12) == '' and ('ab'):rep(2, '-') == 'ab-ab')"))
-                  .error,
-              "");
+    EXPECT_EQ(
+        playLua(inFrame("assert(('').rep('', 1e5) == '' and ('ab'):rep(2, '-') == 'ab-ab')")).error,
+        "");
     EXPECT_EQ(playLua(inFrame("table.move({}, 1, 1e12, 2)")).error,
-              "p.lua:1: table.move of more than 10000000 values (in frame 0)");
+              "p.lua:1: more than 10000000 instructions, which is the limit (in frame 0)");
     EXPECT_EQ(playLua(inFrame("assert(table.move({4, 5}, 1, 2, 2)[3] == 5)")).error, "");
+    EXPECT_EQ(playLua(inFrame("for i = 1, 1e6 do d:point(0, 0) end")).error,
+              "p.lua:1: more than 10000000 instructions, which is the limit (in frame 0)");
+    EXPECT_EQ(playLua(inFrame("pcall(function() while true do end end)")).error,
+              "p.lua:1: more than 10000000 instructions, which is the limit (in frame 0)")
+        << "also where the program goes on";
 }
 
 TEST(LuaTest, NoErrorEndsTheProcess) {
@@ -232,11 +237,11 @@ TEST(LuaTest, NoErrorEndsTheProcess) {
          "p.lua: there is no function frame(d) in it"},
         {"function setup(d) setmetatable(d, {__newindex = error}) end function frame() end", ""},
         {"function frame() error(setmetatable({}, {__tostring = error})) end",
-         "an error that is no text (in frame 0)"},
+         "p.lua: an error that is no text (in frame 0)"},
         {"function frame() error({}) end", "table: "},
-        {"function frame() error() end", "nil (in frame 0)"},
-        {"function frame() error('a\\nb', 0) end", "a b (in frame 0)"},
-        {"function frame() frame = 3 end", "attempt to call a number value (in frame 1)"},
+        {"function frame() error() end", "p.lua: nil (in frame 0)"},
+        {"function frame() error('a\\nb', 0) end", "p.lua: a b (in frame 0)"},
+        {"function frame() frame = 3 end", "p.lua: attempt to call a number value (in frame 1)"},
         {"frame = 3", "p.lua: there is no function frame(d) in it"},
         {"error('top')", "p.lua:1: top"},
         {"\nfunction setup(d)\nd.x.y = 3 end function frame() end",

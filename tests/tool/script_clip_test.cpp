@@ -96,7 +96,7 @@ TEST_F(ScriptClipTest, WhatIsWrongNamesItsFrameAndWritesNothing) {
         {"$Z draw clip.mov out.mov -e 'label 0 0 \"{expr:1/(n-4)}\"'", 2,
          "-e:1:18: label: the expression gives no number in frame 4"},
         {"$Z draw clip.mov out.mov -e 'from 00:00:00:00 to 00:00:00:25; end'", 2,
-         "-e:1:1: from: the time code 00:00:00:25 cannot be at 25 frames a second"},
+         "-e:1:21: from: the time code 00:00:00:25 cannot be at 25 frames a second"},
         {"$Z draw clip.mov out.mov -e 'image 0 0 none.png'", 1, "cannot read 'none.png'"},
         {"$Z draw clip.mov out.mov --lua late.lua", 1,
          "late.lua:2: point: y is missing; write point X Y [back] (in frame 7)"},

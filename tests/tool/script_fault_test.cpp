@@ -30,15 +30,14 @@ TEST(ScriptFaultTest, Expressions) {
         {"point '2*w 0", "-e:1:7: the quote is not closed on its line"},
         {"point 'w'2 0", "-e:1:10: put a blank after the closing quote"},
         {"point w'2' 0", "-e:1:8: a quote inside a word; put a blank before it"},
-        {"point \"w\" 0",
-         "-e:1:7: point: expected a whole number from -32767 to 32767 for x, got \"w\""},
+        {"point \"w\" 0", "-e:1:7: point: expected a number from -32767 to 32767 for x, got \"w\""},
         {"polyline 0 0 'w' 'h+'", "-e:1:21: polyline: y1: a value is missing at the end"},
         {"additive 'w'", "-e:1:10: additive: expected one of off, on for switch, got \"w\""},
         // What is constant is held to its range at once.
         {"color 'sqrt(4)' 0 0", "-e:1:7: color: expected a number from 0 to 1 for r, got 2"},
         {"color 0 0 log(-1)", "-e:1:11: color: expected a number from 0 to 1 for b, got "},
         {"circle 5 5 -PI",
-         "-e:1:12: circle: expected a whole number from 0 to 32767 for r, got -3.14159"},
+         "-e:1:12: circle: expected a number from 0 to 32767 for r, got -3.14159"},
         {"transparency nan*0",
          "-e:1:14: transparency: expected a number from 0 to 1 or off for t, got nan"},
     });
@@ -63,13 +62,12 @@ TEST(ScriptFaultTest, VariablesAndBlocks) {
                          "another name"},
         {"let x 3", "-e:1:7: let: expected =, got \"3\"; write let X = EXPRESSION"},
         {"let x =", "-e:1:1: let: expression is missing; write let X = EXPRESSION"},
-        {"let x = y", "-e:1:9: let: expected a number or an expression for expression, got \"y\""},
-        {"let x = x+1", "-e:1:9: let: expression: there is no \"x\"; did you mean w or h or n?"},
-        {"let x = inf", "-e:1:9: let: expected a number or an expression for expression, got "
+        {"let x = y", "-e:1:9: let: expected a number for x, got \"y\""},
+        {"let x = x+1", "-e:1:9: let: x: there is no \"x\""},
+        {"let x = inf", "-e:1:9: let: expected a number for x, got "
                         "\"inf\""},
-        {"when 1; let x = 2; end; point x+1 0",
-         "-e:1:31: point: x: there is no \"x\"; did you mean w or h or n?"},
-        {"when\nend", "-e:1:1: when: expression is missing; write when EXPRESSION"},
+        {"when 1; let x = 2; end; point x+1 0", "-e:1:31: point: x: there is no \"x\""},
+        {"when\nend", "-e:1:1: when: condition is missing; write when CONDITION"},
         {"when 1; when n\npoint 0 0; end", "-e:1:1: when: its end is missing"},
         {"point 0 0\n end", "-e:2:2: end: there is no when or from to end"},
         {"when 1; end; end", "-e:1:14: end: there is no when or from to end"},
@@ -88,7 +86,7 @@ TEST(ScriptFaultTest, VariablesAndBlocks) {
         {"image 1 1 a.png 2",
          "-e:1:17: image: expected a number from 0 to 1 for opacity, got \"2\""},
         {"image 1 1 a.png scale 0 5",
-         "-e:1:23: image: expected a whole number from 1 to 32767 for w, got \"0\""},
+         "-e:1:23: image: expected a number from 1 to 32767 for w, got \"0\""},
         {"label 1 1 \"a\" anchor left centre",
          "-e:1:27: label: expected one of top, middle, bottom "
          "for vertical, got \"centre\""},
@@ -117,8 +115,8 @@ TEST(ScriptFaultTest, Fields) {
         // Escapes, braces and what is not of one byte stand before it.
         {"label 0 0 \"\\\"\\\\{{{nr}\"",
          "-e:1:19: label: there is no field \"nr\"; did you mean n?; write {{ for a brace"},
-        {"measure \"{meta:\u00e4\u00e9:x}\"",
-         "-e:1:19: measure: expected a form such as 6, 06, .2, <20 or 8.3, got \"x\""},
+        {"# \u00e4\n# \u00e9\nmeasure \"ab{n:x}\"",
+         "-e:3:15: measure: expected a form such as 6, 06, .2, <20 or 8.3, got \"x\""},
         {"measure \"{n}\u00e9\"", "-e:1:13: measure: character 4 of text is \"\u00e9\"; only the "
                                   "codes 1 to 127 can be drawn"},
         {"measure \"{meta}\"", "-e:1:11: measure: write {meta:KEY[:FORM]}"},

@@ -96,11 +96,11 @@ TEST(ScriptMotionTest, TimeCodesThatCannotBeAreRefusedBeforeAnyFrame) {
         const char* error;
     } cases[] = {
         {"\nfrom 00:00:00:00 to 00:00:00:25; end", zrTimeCode25,
-         "-e:2:1: from: the time code 00:00:00:25 cannot be at 25 frames a second"},
+         "-e:2:21: from: the time code 00:00:00:25 cannot be at 25 frames a second"},
         {"from 00:01:00;00 to 00:02:00:02; end", zrTimeCode30Drop,
-         "-e:1:1: from: the time code 00:01:00;00 cannot be at 29.97 frames a second drop-frame"},
+         "-e:1:6: from: the time code 00:01:00;00 cannot be at 29.97 frames a second drop-frame"},
         {"from 24:00:00:00 to 00:00:00:01; end", zrTimeCode25,
-         "-e:1:1: from: the time code 24:00:00:00 cannot be at 25 frames a second"},
+         "-e:1:6: from: the time code 24:00:00:00 cannot be at 25 frames a second"},
     };
     for (const auto& [script, type, error] : cases)
         EXPECT_EQ(play(listSource(script), streamOf(1, 1, type), {}).error, error);
@@ -126,7 +126,7 @@ TEST(ScriptMotionTest, FieldsAndTheirForms) {
         {"{file} {file:10}|{file:.4}", "clip.mov clip.mov  |clip"},
         {"{meta:title} {meta:title:8}| {meta:none}{meta:none:3}|", "A titl? A titl? |    |"},
         {"{expr:n*2} {expr:n/2:.2} {expr:w/3:6.1} {expr:1e7} {expr:-n:05}",
-         "14 3.50   21.3 1e+07 -0007"},
+         "14 3.50   21.3 10000000 -0007"},
         {"{{n} } a{{{n}}b", "{n} } a{7}b"},
         {"{date:a%%b}", "a%b"},
     };
@@ -213,8 +213,8 @@ TEST(ScriptMotionTest, NumbersThatLeaveTheirRange) {
          {"-e:1:1: point was refused: it does not lie wholly on the 6x1 canvas"},
          ""},
         {"\npoint 0 '0/(n-2)'", {}, "-e:2:9: point: y is no number in frame 2"},
-        {"let x = '1/(n-3)'", {}, "-e:1:9: let: expression is no number in frame 3"},
-        {"when sqrt(2-n); end", {}, "-e:1:6: when: expression is no number in frame 3"},
+        {"let x = '1/(n-3)'", {}, "-e:1:9: let: x is no number in frame 3"},
+        {"when sqrt(2-n); end", {}, "-e:1:6: when: condition is no number in frame 3"},
         {"label 0 0 \"\\\"{expr:1/(n-1)}\"",
          {},
          "-e:1:20: label: the expression gives no number in frame 1"},

@@ -15,6 +15,7 @@
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <span>
@@ -42,6 +43,21 @@ ScriptSource readScripts(const Options& options) {
     return source;
 }
 
+// Even --force does not replace what the result is made of.
+void requireOtherOutput(const Options& options, const Script& script) {
+    std::vector<std::string> files = {options.scriptFile, options.program};
+    for (const Command& command : script.commands)
+        for (std::size_t i = 0; i < command.arguments.size(); ++i)
+            if (command.operation->parameters[i].kind == Parameter::Kind::File)
+                files.push_back(command.arguments.text(i));
+    for (const std::string& file : files) {
+        std::error_code none;
+        if (std::filesystem::equivalent(file, options.output, none))
+            throw UsageError(
+                fmt::format("'{}' is a file of the script: give OUT another name", options.output));
+    }
+}
+
 // One for each kind of picture; the first is the one in which colours blend, and the first three
 // those in which pictures do.
 constexpr unsigned drawLayouts[] = {ptBGRA32, ptUYVY, ptV210, ptRGB48, ptARGB64};
@@ -61,7 +77,7 @@ public:
             m_road.reader().measureSound(m_levels);
         m_player.emplace(std::move(source), m_facts.stream(),
                          ScriptHost{[this](const std::string& message) { m_road.tell(message); },
-                                    openPictureClip});
+                                    openPictureClip, isInterrupted});
     }
 
     // Onto a contact sheet, or all of them.
@@ -116,6 +132,7 @@ void addOptions(CLI::App& command, Options& options) {
 std::string run(const Options& options) {
     ScriptSource source = readScripts(options);
     checkOptions(options);
+    requireOtherOutput(options, source.script);
     const std::optional<ContactGrid> contact = contactGrid(options.contact, options);
     runInterruptible([&] { Run(options, std::move(source)).frames(contact); });
     return "";
