@@ -48,6 +48,32 @@ TEST(GstScriptMotion, FieldsTellOfEachFrame) {
     }
 }
 
+// 29.97 is counted with drop-frame unless told, and these frames are not.
+TEST(GstScriptMotion, BlocksFollowTheTimeCodeOfFrames) {
+    const GstVideoInfo info = infoOf("UYVY", 40, 20, 30000, 1001);
+    Harness harness("zrscript");
+    g_object_set(harness.element("zrscript"), "script",
+                 "from 10:00:00:00 to 10:00:00:02; color 1 1 1; fillrect 0 0 9 9; end", nullptr);
+    harness.begin(info);
+    const Bytes in = greyFrame(info);
+    for (const unsigned frame : {0U, 1U, 2U, 29U}) {
+        GstBuffer* buffer = bufferOf(in, frame * GST_SECOND / 30, GST_SECOND / 30);
+        gst_buffer_add_video_time_code_meta_full(
+            buffer, 30000, 1001, nullptr, GST_VIDEO_TIME_CODE_FLAGS_NONE, 10, 0, 0, frame, 0);
+        EXPECT_EQ(difference(harness.pass(buffer), in, info) != "", frame < 2) << frame;
+    }
+}
+
+TEST(GstScriptMotion, AStopDoesNotWaitForAProgram) {
+    const TempFile program("function frame(d) print('begun') while true do end end");
+    Pipeline pipeline("videotestsrc ! video/x-raw,format=UYVY,width=96,height=40 ! zrscript "
+                      "lua-limit=1000000000000 lua-file=" +
+                      std::string(program.path()) + " ! fakesink");
+    pipeline.play();
+    EXPECT_NE(pipeline.message(GST_MESSAGE_WARNING).find("begun"), std::string::npos);
+    EXPECT_EQ(gst_element_set_state(pipeline.get(), GST_STATE_NULL), GST_STATE_CHANGE_SUCCESS);
+}
+
 TEST(GstScriptMotion, AProgramDrawsBehindTheList) {
     const TempFile program("function frame(d) d:label(2, 2, d.tc .. ' ' .. d.n) kept = d.n end");
     const GstVideoInfo info = infoOf("v210", 160, 24);
