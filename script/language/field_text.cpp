@@ -114,7 +114,9 @@ public:
                 before += '{';
                 m_next += 2;
             } else {
-                result.m_parts.push_back({std::exchange(before, {}), readField()});
+                FieldText::Part& part = result.m_parts.emplace_back();
+                part.before = std::exchange(before, {});
+                part.field = readField();
             }
         }
         result.m_rest = before;

@@ -18,7 +18,9 @@ public:
     struct Wish {
         std::string file;
         double since = 0;
-        auto operator<=>(const Wish&) const = default;
+        bool operator<(const Wish& other) const {
+            return std::tie(file, since) < std::tie(other.file, other.since);
+        }
     };
     struct Box {
         int x, y, width, height;
