@@ -30,9 +30,9 @@ const ScriptPicture& PictureShelf::open(const std::string& file) {
     auto found = m_opened.find(file);
     if (found == m_opened.end()) {
         makeRoom(file);
-        found = m_opened.emplace(file, Clip{m_open(file)}).first;
+        found = m_opened.emplace(file, m_open(file)).first;
     }
-    return *found->second.pictures->at(0);
+    return *found->second->at(0);
 }
 
 std::shared_ptr<const ScriptPicture> PictureShelf::picture(const Wish& wish, double time) {
@@ -41,21 +41,20 @@ std::shared_ptr<const ScriptPicture> PictureShelf::picture(const Wish& wish, dou
         auto opened = m_opened.extract(wish.file);
         if (!opened)
             makeRoom(wish.file);
-        Clip clip = opened ? std::move(opened.mapped()) : Clip{m_open(wish.file)};
-        found = m_clips.emplace(wish, std::move(clip)).first;
+        found = m_clips.emplace(wish, Clip{opened ? std::move(opened.mapped()) : m_open(wish.file)})
+                    .first;
     }
     found->second.used = true;
     return found->second.pictures->at(time - wish.since);
 }
 
-// Closes what this frame has not used, if there are many.
+// Closes what this frame has not used, if there is much of it.
 void PictureShelf::makeRoom(const std::string& file) {
     if (m_clips.size() + m_opened.size() < mostClips)
         return;
-    std::erase_if(
-        m_clips, [](const auto& entry) { return !entry.second.used; });
-    std::erase_if(m_opened, [](const auto& entry) { return !entry.second.used; });
-    if (m_clips.size() + m_opened.size() >= mostClips)
+    std::erase_if(m_clips, [](const auto& entry) { return !entry.second.used; });
+    m_opened.clear();
+    if (m_clips.size() >= mostClips)
         throw Failure(fmt::format("'{}': more than {} pictures in a frame", file, mostClips));
 }
 
@@ -89,8 +88,6 @@ void PictureShelf::endFrame() {
     for (auto& [key, layers] : m_layers)
         layers.used = false;
     for (auto& [wish, clip] : m_clips)
-        clip.used = false;
-    for (auto& [file, clip] : m_opened)
         clip.used = false;
 }
 

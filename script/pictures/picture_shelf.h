@@ -69,8 +69,8 @@ private:
     PictureOpener m_open;
     Warn m_warn;
     bool m_toldOfAlpha = false;
-    std::shared_ptr<const ScriptPicture> m_opaque; // looked at last
-    std::map<std::string, Clip> m_opened;          // and not used yet
+    std::shared_ptr<const ScriptPicture> m_opaque;                // looked at last
+    std::map<std::string, std::unique_ptr<PictureClip>> m_opened; // and not used yet
     std::map<Wish, Clip> m_clips;
     std::map<LayersKey, Layers> m_layers;
 };

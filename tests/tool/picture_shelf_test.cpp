@@ -50,6 +50,13 @@ TEST(PictureShelf, WhatIsNotUsedMakesRoom) {
     Opener opener;
     EXPECT_EQ(play(listSource("image 0 0 a since t"), {2, 1}, framesUpTo(200), opener.get()).error,
               "");
+    std::string blocks;
+    for (int n = 0; n < 100; ++n)
+        blocks +=
+            "when eq(n," + std::to_string(n) + "); image 0 0 s" + std::to_string(n) + "; end;";
+    const Played shown = play(listSource(blocks), {2, 1}, framesUpTo(100), opener.get());
+    EXPECT_EQ(shown.error, "");
+    EXPECT_EQ(shown.arts.at(99), "#.\n");
     const char* slides = "function frame(d) d:image(0, 0, 'slide' .. d.n) end";
     EXPECT_EQ(play(luaSource(slides), {2, 1}, framesUpTo(200), opener.get()).error, "");
     const char* all = "function frame(d) for i = 1, d.n do d:image(0, 0, 'p' .. i) end end";

@@ -69,24 +69,26 @@ std::string takes(const std::string& message, const std::string& value) {
     return fmt::format(":{}:{}", escaped(message, ":"), actionOf(value));
 }
 
-std::string optionSpec(const OptionText& option, const std::string& name) {
+std::string optionArgument(const OptionText& option, const std::string& name) {
     std::vector<std::string> apart = option.excludes;
     if (!option.repeats)
         apart.insert(apart.end(), option.names.begin(), option.names.end());
-    std::string spec = apart.empty() ? "" : fmt::format("({})", fmt::join(apart, " "));
-    spec += (option.repeats ? "*" : "") + name;
+    std::string argument = apart.empty() ? "" : fmt::format("({})", fmt::join(apart, " "));
+    argument += (option.repeats ? "*" : "") + name;
     if (!option.value.empty() && name.starts_with("--"))
-        spec += '='; // or the next word
-    spec += fmt::format("[{}]", escaped(option.help, "[]:\\"));
-    return option.value.empty() ? spec : spec + takes(option.value, option.value);
+        argument += '='; // or the next word
+    argument += fmt::format("[{}]", escaped(option.help, "[]:\\"));
+    return option.value.empty() ? argument : argument + takes(option.value, option.value);
 }
 
-std::string specs(const CLI::App& command) {
+std::string argumentsOf(const CLI::App& command) {
     std::string text;
-    const auto add = [&](const std::string& spec) { text += " \\\n        " + shellQuoted(spec); };
+    const auto add = [&](const std::string& argument) {
+        text += " \\\n        " + shellQuoted(argument);
+    };
     for (const OptionText& option : optionsOf(command))
         for (const std::string& name : option.names)
-            add(optionSpec(option, name));
+            add(optionArgument(option, name));
     int number = 0;
     for (const OptionText& place : placesOf(command)) {
         const std::string at = place.repeats ? "*" : std::to_string(++number);
@@ -104,10 +106,10 @@ std::string commandFunctions(const CLI::App& command) {
         text += commandFunctions(*subcommand);
     }
     if (names.empty())
-        return text + fmt::format("{}() {{\n    _arguments{}\n}}\n", name, specs(command));
+        return text + fmt::format("{}() {{\n    _arguments{}\n}}\n", name, argumentsOf(command));
     return text + fmt::format("{0}() {{\n    local -a subcommands=(\n{1}    )\n"
                               "    _zrdraw_subcommands {0}{2}\n}}\n",
-                              name, described(names), specs(command));
+                              name, described(names), argumentsOf(command));
 }
 
 } // namespace
